@@ -1,0 +1,71 @@
+# One target a folder. Headers at the root of a folder are public; those in its subfolders are private.
+# A public header is reached as "<folder>/<Header>.h" only by targets that link the folder's target:
+# each folder exports a forwarding tree of its own instead of the source root.
+
+set(QUILLMERE_WARNINGS -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+
+add_library(QuillmereFlags INTERFACE)
+target_compile_features(QuillmereFlags INTERFACE cxx_std_20)
+# Contraction would change the last bit of the gain formula from one machine to the next.
+target_compile_options(QuillmereFlags INTERFACE ${QUILLMERE_WARNINGS} -ffp-contract=off
+  $<$<BOOL:${QUILLMERE_WERROR}>:-Werror>)
+target_compile_definitions(QuillmereFlags INTERFACE
+  $<$<BOOL:${QUILLMERE_THREAD_CHECKS}>:QUILLMERE_THREAD_CHECKS=1>)
+
+# Makes <build>/include/<target>/<folder>/ with a link to each public header.
+function(quillmere_forward_headers target folder)
+  set(root "${CMAKE_BINARY_DIR}/include/${target}")
+  file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.h")
+  file(REMOVE_RECURSE "${root}")
+  file(MAKE_DIRECTORY "${root}/${folder}")
+  foreach(header IN LISTS headers)
+    get_filename_component(name "${header}" NAME)
+    file(CREATE_LINK "${header}" "${root}/${folder}/${name}" SYMBOLIC)
+  endforeach()
+  set(QUILLMERE_FORWARD_ROOT "${root}" PARENT_SCOPE)
+endfunction()
+
+# quillmere_folder(<target> <folder> [USES <targets>...] [LIBRARIES <external>...] [EXCLUDE <regex>...])
+# Compiles every .cpp below the folder (EXCLUDE drops some) into a static library.
+# USES and LIBRARIES are linked privately: whoever needs a lower floor's headers names it itself.
+function(quillmere_folder target folder)
+  cmake_parse_arguments(ARG "" "" "USES;LIBRARIES;EXCLUDE" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.cpp")
+  foreach(pattern IN LISTS ARG_EXCLUDE)
+    list(FILTER sources EXCLUDE REGEX "${pattern}")
+  endforeach()
+  quillmere_forward_headers(${target} ${folder})
+  if(sources)
+    add_library(${target} STATIC ${sources})
+    target_include_directories(${target} PUBLIC "${QUILLMERE_FORWARD_ROOT}"
+      PRIVATE "${CMAKE_SOURCE_DIR}/${folder}")
+    target_link_libraries(${target} PRIVATE QuillmereFlags ${ARG_USES} ${ARG_LIBRARIES})
+  else()
+    add_library(${target} INTERFACE)
+    target_include_directories(${target} INTERFACE "${QUILLMERE_FORWARD_ROOT}")
+  endif()
+endfunction()
+
+# quillmere_tests(<name> <folder below tests> [USES ...] [LIBRARIES ...] [WHITEBOX] [LABELS ...] [EXCLUDE <regex>...])
+# One GoogleTest program a folder. WHITEBOX lets it include private headers as "<folder>/<sub>/<Header>.h".
+function(quillmere_tests name folder)
+  cmake_parse_arguments(ARG "WHITEBOX" "" "USES;LIBRARIES;LABELS;EXCLUDE" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
+  foreach(pattern IN LISTS ARG_EXCLUDE)
+    list(FILTER sources EXCLUDE REGEX "${pattern}")
+  endforeach()
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE QuillmereFlags ${ARG_USES} ${ARG_LIBRARIES}
+    GTest::gmock GTest::gtest_main Threads::Threads)
+  target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests/${folder}")
+  if(ARG_WHITEBOX)
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
+  endif()
+  if(NOT ARG_LABELS)
+    set(ARG_LABELS unit)
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 120)
+endfunction()

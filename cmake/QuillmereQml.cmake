@@ -1,0 +1,55 @@
+# One QML module a folder below views/: its C++ and its QML in one static library with a plugin.
+# Programs link QuillmereViews and import the plugins with Q_IMPORT_QML_PLUGIN; modules lie below qrc:/qt/qml.
+
+# Qt's generated sources follow Qt's rules, so in targets with QML the house's warnings go to its own files only.
+function(quillmere_warn_on)
+  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS
+    ${QUILLMERE_WARNINGS} $<$<BOOL:${QUILLMERE_WERROR}>:-Werror>)
+endfunction()
+
+# quillmere_qml_module(<target> <folder below views> <URI> [USES ...] [LIBRARIES ...] [IMPORTS <URIs>...]
+#                      [RESOURCES <globs below resources/>...] [PAGES <subfolders>...])
+# PAGES are subfolders whose sources and QML belong to the same module.
+function(quillmere_qml_module target folder uri)
+  cmake_parse_arguments(ARG "" "" "USES;LIBRARIES;IMPORTS;RESOURCES;PAGES" ${ARGN})
+  set(root "${CMAKE_SOURCE_DIR}/views/${folder}")
+  set(roots "${root}")
+  foreach(page IN LISTS ARG_PAGES)
+    list(APPEND roots "${root}/${page}")
+  endforeach()
+  set(sources)
+  set(qml)
+  foreach(each IN LISTS roots)
+    file(GLOB found CONFIGURE_DEPENDS "${each}/*.cpp" "${each}/*.h")
+    list(APPEND sources ${found})
+    file(GLOB found CONFIGURE_DEPENDS "${each}/*.qml")
+    list(APPEND qml ${found})
+  endforeach()
+  foreach(file IN LISTS qml)
+    get_filename_component(name "${file}" NAME)
+    set_source_files_properties("${file}" PROPERTIES QT_RESOURCE_ALIAS "${name}")
+  endforeach()
+  string(REPLACE "." "/" path "${uri}")
+  quillmere_forward_headers(${target} views/${folder})
+  set(CMAKE_AUTOMOC ON)
+  qt_add_qml_module(${target}
+    URI ${uri} VERSION 1.0 STATIC
+    RESOURCE_PREFIX /qt/qml
+    OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/qml/${path}"
+    SOURCES ${sources}
+    QML_FILES ${qml}
+    DEPENDENCIES QtQuick
+    IMPORTS ${ARG_IMPORTS}
+    IMPORT_PATH "${CMAKE_BINARY_DIR}/qml")
+  target_include_directories(${target} PUBLIC "${QUILLMERE_FORWARD_ROOT}"
+    PRIVATE "${CMAKE_SOURCE_DIR}" ${roots})
+  target_link_libraries(${target} PRIVATE ${ARG_USES} ${ARG_LIBRARIES} PUBLIC Qt6::Quick)
+  quillmere_warn_on(${sources})
+  if(ARG_RESOURCES)
+    list(TRANSFORM ARG_RESOURCES PREPEND "${CMAKE_SOURCE_DIR}/resources/")
+    file(GLOB resources CONFIGURE_DEPENDS ${ARG_RESOURCES})
+    qt_add_resources(${target} "${target}_drawings" PREFIX /quillmere
+      BASE "${CMAKE_SOURCE_DIR}/resources" FILES ${resources})
+  endif()
+  target_link_libraries(QuillmereViews INTERFACE ${target} ${target}plugin)
+endfunction()
