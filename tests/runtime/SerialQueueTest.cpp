@@ -1,0 +1,102 @@
+// Serial queues: order, waiting, and the check that stops the process off the queue.
+#include "runtime/SerialQueue.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <numeric>
+#include <thread>
+#include <vector>
+
+#include "runtime/Logger.h"
+#include "runtime/VirtualTime.h"
+
+namespace quillmere {
+namespace {
+
+TEST(SerialQueue, RunsWorkInOrderOneAtATime) {
+  std::vector<int> seen;
+  {
+    const auto queue = makeThreadSerialQueue("app.quillmere.test");
+    for (int index = 0; index < 1000; ++index) queue->async([&seen, index] { seen.push_back(index); });
+  }
+  std::vector<int> expected(1000);
+  std::iota(expected.begin(), expected.end(), 0);
+  EXPECT_EQ(seen, expected) << "the destructor finishes what is queued";
+}
+
+TEST(SerialQueue, SyncWaitsForAllThatWasQueuedBefore) {
+  const auto queue = makeThreadSerialQueue("app.quillmere.test");
+  int count = 0;
+  for (int round = 0; round < 100; ++round) {
+    queue->async([&] { ++count; });
+    int seen = 0;
+    queue->sync([&] { seen = count; });
+    EXPECT_EQ(seen, round + 1);
+  }
+}
+
+TEST(SerialQueue, KnowsWhetherTheCallerIsOnIt) {
+  const auto queue = makeThreadSerialQueue("app.quillmere.test");
+  EXPECT_FALSE(queue->isCurrent());
+  bool inside = false;
+  queue->sync([&] {
+    inside = queue->isCurrent();
+    queue->preconditionOnQueue();
+  });
+  EXPECT_TRUE(inside);
+}
+
+TEST(SerialQueueDeathTest, QueueOnlyWorkCalledOffTheQueueStopsTheProcess) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto queue = makeThreadSerialQueue("app.quillmere.test");
+  EXPECT_DEATH(queue->preconditionOnQueue(), "off its queue");
+}
+
+TEST(SerialQueueDeathTest, WaitingForItselfStopsTheProcess) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  VirtualTime time;
+  const auto queue = time.makeSerialQueue("q");
+  EXPECT_DEATH(queue->sync([&] { queue->sync([] {}); }), "wait for itself");
+}
+
+TEST(VirtualSerialQueue, SyncRunsOnlyItsOwnQueueFirst) {
+  VirtualTime time;
+  const auto queue = time.makeSerialQueue("q");
+  std::vector<std::string> order;
+  time.background().post([&] { order.emplace_back("background"); });
+  queue->async([&] { order.emplace_back("queued"); });
+  queue->sync([&] { order.emplace_back("sync"); });
+  EXPECT_EQ(order, (std::vector<std::string>{"queued", "sync"}));
+  time.runUntilIdle();
+  EXPECT_EQ(order.back(), "background");
+}
+
+TEST(VirtualTime, WallClockJumpsWithoutMovingTheMonotonicOne) {
+  VirtualTime time(Date{100.0});
+  time.advance(std::chrono::seconds(5));
+  EXPECT_DOUBLE_EQ(time.now().secondsSinceReference, 105.0);
+  time.jumpWallClock(-50.0);
+  EXPECT_DOUBLE_EQ(time.now().secondsSinceReference, 55.0);
+  EXPECT_EQ(time.monotonicNow().time_since_epoch(), std::chrono::seconds(5));
+}
+
+TEST(VirtualTime, ABlockedThreadLetsTimePassButRunsNothing) {
+  VirtualTime time;
+  bool ran = false;
+  time.main().postAfter(std::chrono::milliseconds(10), [&] { ran = true; });
+  time.sleepThread(std::chrono::seconds(1));
+  EXPECT_FALSE(ran);
+  EXPECT_EQ(time.threadSleepCount(), 1);
+  time.runUntilIdle();
+  EXPECT_TRUE(ran);
+}
+
+TEST(Logger, FormatsNumbersAndTextsOfAnyLength) {
+  const std::string longText(5000, 'x');
+  EXPECT_EQ(logText("%s → %.*f", "app", 2, 0.5), "app → 0.50");
+  EXPECT_EQ(logText("[%s]", longText.c_str()).size(), 5002U);
+}
+
+}  // namespace
+}  // namespace quillmere
