@@ -1,0 +1,66 @@
+// The audio object model: objects with properties, listeners, process taps, aggregate devices and IO blocks.
+// Property reads answer from what is known and never wait for an audio daemon.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/AudioTypes.h"
+
+namespace quillmere {
+
+/// A property listener. Its identity is the pointer: removing takes the one that was added.
+using PropertyListener = std::shared_ptr<const std::function<void()>>;
+
+/// All methods [any] unless stated; calls that create, start or stop are made on [engine].
+/// A read that fails returns a code other than noErr and leaves its result untouched.
+class AudioHardware {
+ public:
+  virtual ~AudioHardware() = default;
+
+  [[nodiscard]] virtual bool hasProperty(AudioObjectID object, const PropertyAddress& address) const = 0;
+  virtual Status isPropertySettable(AudioObjectID object, const PropertyAddress& address, bool& settable) const = 0;
+  /// Size of the value in bytes; lists of ids count 4 bytes an entry.
+  virtual Status propertyDataSize(AudioObjectID object, const PropertyAddress& address,
+                                  std::uint32_t& byteCount) const = 0;
+
+  virtual Status readUInt32(AudioObjectID object, const PropertyAddress& address, std::uint32_t& value) const = 0;
+  virtual Status readInt32(AudioObjectID object, const PropertyAddress& address, std::int32_t& value) const = 0;
+  virtual Status readFloat32(AudioObjectID object, const PropertyAddress& address, float& value) const = 0;
+  /// A successful read may still give no string (a null reference).
+  virtual Status readString(AudioObjectID object, const PropertyAddress& address,
+                            std::optional<std::string>& value) const = 0;
+  virtual Status readObjectIDs(AudioObjectID object, const PropertyAddress& address,
+                               std::vector<AudioObjectID>& value) const = 0;
+  virtual Status readFormat(AudioObjectID object, const PropertyAddress& address,
+                            AudioStreamBasicDescription& value) const = 0;
+
+  virtual Status writeUInt32(AudioObjectID object, const PropertyAddress& address, std::uint32_t value) = 0;
+  virtual Status writeFloat32(AudioObjectID object, const PropertyAddress& address, float value) = 0;
+
+  /// The listener is called on [main] after a change; several changes may be told once.
+  virtual Status addPropertyListener(AudioObjectID object, const PropertyAddress& address,
+                                     PropertyListener listener) = 0;
+  /// Removing one that was never added does nothing.
+  virtual Status removePropertyListener(AudioObjectID object, const PropertyAddress& address,
+                                        const PropertyListener& listener) = 0;
+
+  virtual Status createProcessTap(const TapDescription& description, AudioObjectID& tap) = 0;
+  virtual Status destroyProcessTap(AudioObjectID tap) = 0;
+
+  virtual Status createAggregateDevice(const AggregateDescription& description, AudioObjectID& device) = 0;
+  virtual Status destroyAggregateDevice(AudioObjectID device) = 0;
+
+  /// Registers a block with the device. The block runs on [audio] between startDevice and stopDevice.
+  virtual Status createIOProc(AudioObjectID device, const std::string& queueLabel, IOBlock block, IOProcID& proc) = 0;
+  virtual Status destroyIOProc(AudioObjectID device, IOProcID proc) = 0;
+  virtual Status startDevice(AudioObjectID device, IOProcID proc) = 0;
+  /// No call of the block follows the return. `appliedGain` is the linear gain the block used last, 0 to 1: a host that
+  /// gives the sound back gradually starts from there.
+  virtual Status stopDevice(AudioObjectID device, IOProcID proc, float appliedGain) = 0;
+};
+
+}  // namespace quillmere

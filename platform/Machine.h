@@ -1,0 +1,24 @@
+// The machine as the program sees it: one of each port. Made once at the top and handed down.
+#pragma once
+
+#include <memory>
+
+#include "platform/AudioHardware.h"
+#include "platform/MediaKeys.h"
+#include "platform/NowPlayingSource.h"
+#include "platform/SoundPlayer.h"
+#include "platform/UserDefaults.h"
+#include "platform/Workspace.h"
+
+namespace quillmere {
+
+struct Machine {
+  std::unique_ptr<AudioHardware> audio;
+  std::unique_ptr<UserDefaults> defaults;
+  std::unique_ptr<Workspace> workspace;
+  std::unique_ptr<NowPlayingSource> nowPlaying;
+  std::unique_ptr<MediaKeys> mediaKeys;
+  std::unique_ptr<SoundPlayer> sounds;
+};
+
+}  // namespace quillmere

@@ -1,0 +1,740 @@
+// The in-memory audio object model. One mutex guards the whole world; listeners and IO blocks run outside it.
+#include "platform/memory/MemoryAudioHardware.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace quillmere {
+
+namespace {
+
+using Method = MemoryAudioHardware::Method;
+
+constexpr PropertyAddress globalAddress(std::uint32_t selector) { return {selector, audio::scopeGlobal, 0}; }
+
+constexpr std::uint32_t listSize(std::size_t entries) {
+  return static_cast<std::uint32_t>(entries * sizeof(AudioObjectID));
+}
+
+struct Failure {
+  MemoryAudioHardware::Match match;
+  Status status = noErr;
+  int remaining = 0;
+  int skip = 0;
+};
+
+struct Listener {
+  AudioObjectID object = 0;
+  PropertyAddress address;
+  PropertyListener block;
+};
+
+/// One installed IO block. Its mutex is held for the length of a cycle, so that a stop waits for the cycle's end.
+struct InstalledProc {
+  std::mutex mutex;
+  bool running = false;
+  IOBlock block;
+  std::string queueLabel;
+};
+
+struct Tap {
+  TapDescription description;
+  AudioStreamBasicDescription format;
+  bool exists = true;
+};
+
+struct Aggregate {
+  AggregateDescription description;
+  MonotonicTime aliveAt;
+  bool exists = true;
+  std::map<IOProcID, std::shared_ptr<InstalledProc>> procs;
+  std::string queueLabel;
+  std::optional<float> appliedGain;
+};
+
+}  // namespace
+
+struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
+  World(Executor& executor, const Clocks& time) : listenerExecutor(executor), clocks(time) {}
+
+  // All below: with the mutex held.
+
+  /// Records the call; the status to answer with, if a script says so.
+  std::optional<Status> begin(Method method, AudioObjectID object, const PropertyAddress& address) {
+    calls.push_back({method, object, address});
+    for (auto& failure : failures) {
+      const auto& match = failure.match;
+      if (failure.remaining == 0 || match.method != method || match.object.value_or(object) != object ||
+          match.selector.value_or(address.selector) != address.selector ||
+          match.element.value_or(address.element) != address.element) {
+        continue;
+      }
+      if (failure.skip > 0) {
+        --failure.skip;
+        continue;
+      }
+      if (failure.remaining > 0) --failure.remaining;
+      return failure.status;
+    }
+    return std::nullopt;
+  }
+
+  MemoryVolumeElement* volumeElement(AudioObjectID object, const PropertyAddress& address) {
+    if (address.selector != audio::volumeScalar || address.scope != audio::scopeOutput) return nullptr;
+    const auto device = devices.find(object);
+    if (device == devices.end()) return nullptr;
+    const auto element = device->second.volume.find(address.element);
+    return element == device->second.volume.end() ? nullptr : &element->second;
+  }
+
+  Status unknown(AudioObjectID object) const {
+    const bool exists = object == systemObjectID || devices.contains(object) || processes.contains(object) ||
+                        findTap(object) != nullptr || findAggregate(object) != nullptr;
+    return exists ? unknownPropertyError : badObjectError;
+  }
+
+  const Tap* findTap(AudioObjectID object) const {
+    const auto found = taps.find(object);
+    return found == taps.end() || !found->second.exists ? nullptr : &found->second;
+  }
+
+  const Aggregate* findAggregate(AudioObjectID object) const {
+    const auto found = aggregates.find(object);
+    return found == aggregates.end() || !found->second.exists ? nullptr : &found->second;
+  }
+  Aggregate* findAggregate(AudioObjectID object) {
+    return const_cast<Aggregate*>(std::as_const(*this).findAggregate(object));
+  }
+
+  std::shared_ptr<InstalledProc> findProc(AudioObjectID device, IOProcID proc) const {
+    const auto* aggregate = findAggregate(device);
+    if (aggregate == nullptr) return nullptr;
+    const auto found = aggregate->procs.find(proc);
+    return found == aggregate->procs.end() ? nullptr : found->second;
+  }
+
+  bool isAlive(const Aggregate& aggregate) const {
+    const bool hasDevice = std::any_of(devices.begin(), devices.end(), [&](const auto& entry) {
+      return entry.second.uid == aggregate.description.mainDeviceUID;
+    });
+    return hasDevice && clocks.monotonicNow() >= aggregate.aliveAt;
+  }
+
+  template <typename Map>
+  static std::vector<AudioObjectID> keysOf(const Map& map) {
+    std::vector<AudioObjectID> keys;
+    keys.reserve(map.size());
+    for (const auto& entry : map) keys.push_back(entry.first);
+    return keys;
+  }
+
+  /// Tells every listener of the property, later, on the listeners' executor; one removed meanwhile is not told.
+  void tell(AudioObjectID object, const PropertyAddress& address) {
+    for (const auto& listener : listeners) {
+      if (listener.object != object || listener.address != address) continue;
+      listenerExecutor.post([weakWorld = weak_from_this(), object, address, block = listener.block] {
+        const auto world = weakWorld.lock();
+        if (!world) return;
+        {
+          const std::lock_guard lock(world->mutex);
+          if (!world->isListening(object, address, block)) return;
+        }
+        (*block)();
+      });
+    }
+  }
+
+  bool isListening(AudioObjectID object, const PropertyAddress& address, const PropertyListener& block) const {
+    return std::any_of(listeners.begin(), listeners.end(), [&](const Listener& listener) {
+      return listener.object == object && listener.address == address && listener.block == block;
+    });
+  }
+
+  void changeDefault(AudioObjectID device) {
+    if (defaultDevice == device) return;
+    defaultDevice = device;
+    tell(systemObjectID, globalAddress(audio::defaultOutputDevice));
+  }
+
+  mutable std::mutex mutex;
+  Executor& listenerExecutor;
+  const Clocks& clocks;
+  AudioObjectID lastID = 100;
+  IOProcID lastProc = 0;
+  std::map<AudioObjectID, MemoryDevice> devices;
+  std::map<AudioObjectID, MemoryProcess> processes;
+  std::map<AudioObjectID, Tap> taps;
+  std::map<AudioObjectID, Aggregate> aggregates;
+  AudioObjectID defaultDevice = 0;
+  bool ignoresDefaultWrites = false;
+  AudioStreamBasicDescription tapFormat{48000.0, fourCC("lpcm"), 9, 8, 1, 8, 2, 32};
+  Duration aliveDelay{};
+  std::vector<Listener> listeners;
+  std::vector<Failure> failures;
+  std::vector<Call> calls;
+};
+
+MemoryAudioHardware::MemoryAudioHardware(Executor& listenerExecutor, const Clocks& clocks)
+    : world_(std::make_shared<World>(listenerExecutor, clocks)) {}
+
+MemoryAudioHardware::~MemoryAudioHardware() = default;
+
+// Properties.
+
+bool MemoryAudioHardware::hasProperty(AudioObjectID object, const PropertyAddress& address) const {
+  const std::lock_guard lock(world_->mutex);
+  if (world_->begin(Method::hasProperty, object, address)) return false;
+  if (address.selector == audio::volumeScalar) return world_->volumeElement(object, address) != nullptr;
+  static constexpr std::array ofSystem{audio::devices, audio::defaultOutputDevice, audio::processObjectList};
+  static constexpr std::array ofDevice{audio::deviceUID, audio::objectName, audio::streams, audio::deviceIsAlive,
+                                       audio::transportType};
+  static constexpr std::array ofProcess{audio::processBundleID, audio::processPID, audio::processIsRunningOutput,
+                                        audio::processIsRunningInput};
+  const auto isIn = [&](const auto& selectors) {
+    return std::find(selectors.begin(), selectors.end(), address.selector) != selectors.end();
+  };
+  if (object == systemObjectID) return isIn(ofSystem);
+  if (world_->devices.contains(object)) return isIn(ofDevice);
+  if (world_->processes.contains(object)) return isIn(ofProcess);
+  if (world_->findTap(object) != nullptr) return address.selector == audio::tapFormat;
+  return world_->findAggregate(object) != nullptr && address.selector == audio::deviceIsAlive;
+}
+
+Status MemoryAudioHardware::isPropertySettable(AudioObjectID object, const PropertyAddress& address,
+                                               bool& settable) const {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::isPropertySettable, object, address)) return *status;
+  if (const auto* element = world_->volumeElement(object, address)) {
+    settable = element->settable;
+    return noErr;
+  }
+  const auto status = world_->unknown(object);
+  if (status == badObjectError) return status;
+  settable = object == systemObjectID && address.selector == audio::defaultOutputDevice;
+  return noErr;
+}
+
+Status MemoryAudioHardware::propertyDataSize(AudioObjectID object, const PropertyAddress& address,
+                                             std::uint32_t& byteCount) const {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::propertyDataSize, object, address)) return *status;
+  if (object == systemObjectID && address.selector == audio::devices) {
+    byteCount = listSize(world_->devices.size());
+    return noErr;
+  }
+  if (object == systemObjectID && address.selector == audio::processObjectList) {
+    byteCount = listSize(world_->processes.size());
+    return noErr;
+  }
+  const auto device = world_->devices.find(object);
+  if (device != world_->devices.end() && address.selector == audio::streams) {
+    byteCount = address.scope == audio::scopeOutput ? listSize(device->second.outputStreamCount) : 0;
+    return noErr;
+  }
+  return world_->unknown(object);
+}
+
+Status MemoryAudioHardware::readUInt32(AudioObjectID object, const PropertyAddress& address,
+                                       std::uint32_t& value) const {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::readUInt32, object, address)) return *status;
+  if (object == systemObjectID && address.selector == audio::defaultOutputDevice) {
+    value = world_->defaultDevice;
+    return noErr;
+  }
+  if (const auto device = world_->devices.find(object); device != world_->devices.end()) {
+    if (address.selector == audio::transportType) {
+      value = device->second.transport;
+      return noErr;
+    }
+    if (address.selector == audio::deviceIsAlive) {
+      value = device->second.isAlive ? 1 : 0;
+      return noErr;
+    }
+  }
+  if (const auto process = world_->processes.find(object); process != world_->processes.end()) {
+    if (address.selector == audio::processIsRunningOutput) {
+      value = process->second.isRunningOutput ? 1 : 0;
+      return noErr;
+    }
+    if (address.selector == audio::processIsRunningInput) {
+      value = process->second.isRunningInput ? 1 : 0;
+      return noErr;
+    }
+  }
+  if (const auto* aggregate = world_->findAggregate(object);
+      aggregate != nullptr && address.selector == audio::deviceIsAlive) {
+    value = world_->isAlive(*aggregate) ? 1 : 0;
+    return noErr;
+  }
+  return world_->unknown(object);
+}
+
+Status MemoryAudioHardware::readInt32(AudioObjectID object, const PropertyAddress& address, std::int32_t& value) const {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::readInt32, object, address)) return *status;
+  const auto process = world_->processes.find(object);
+  if (process != world_->processes.end() && address.selector == audio::processPID) {
+    value = process->second.pid;
+    return noErr;
+  }
+  return world_->unknown(object);
+}
+
+Status MemoryAudioHardware::readFloat32(AudioObjectID object, const PropertyAddress& address, float& value) const {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::readFloat32, object, address)) return *status;
+  if (const auto* element = world_->volumeElement(object, address)) {
+    if (!element->readable) return unspecifiedError;
+    value = element->value;
+    return noErr;
+  }
+  return world_->unknown(object);
+}
+
+Status MemoryAudioHardware::readString(AudioObjectID object, const PropertyAddress& address,
+                                       std::optional<std::string>& value) const {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::readString, object, address)) return *status;
+  if (const auto device = world_->devices.find(object); device != world_->devices.end()) {
+    if (address.selector == audio::deviceUID) {
+      value = device->second.uid;
+      return noErr;
+    }
+    if (address.selector == audio::objectName) {
+      value = device->second.name;
+      return noErr;
+    }
+  }
+  const auto process = world_->processes.find(object);
+  if (process != world_->processes.end() && address.selector == audio::processBundleID) {
+    value = process->second.bundleID;
+    return noErr;
+  }
+  return world_->unknown(object);
+}
+
+Status MemoryAudioHardware::readObjectIDs(AudioObjectID object, const PropertyAddress& address,
+                                          std::vector<AudioObjectID>& value) const {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::readObjectIDs, object, address)) return *status;
+  if (object == systemObjectID && address.selector == audio::devices) {
+    value = World::keysOf(world_->devices);
+    return noErr;
+  }
+  if (object == systemObjectID && address.selector == audio::processObjectList) {
+    value = World::keysOf(world_->processes);
+    return noErr;
+  }
+  return world_->unknown(object);
+}
+
+Status MemoryAudioHardware::readFormat(AudioObjectID object, const PropertyAddress& address,
+                                       AudioStreamBasicDescription& value) const {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::readFormat, object, address)) return *status;
+  const auto* tap = world_->findTap(object);
+  if (tap == nullptr || address.selector != audio::tapFormat) return world_->unknown(object);
+  value = tap->format;
+  return noErr;
+}
+
+Status MemoryAudioHardware::writeUInt32(AudioObjectID object, const PropertyAddress& address, std::uint32_t value) {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::writeUInt32, object, address)) return *status;
+  if (object != systemObjectID || address.selector != audio::defaultOutputDevice) return world_->unknown(object);
+  if (!world_->devices.contains(value)) return badObjectError;
+  if (!world_->ignoresDefaultWrites) world_->changeDefault(value);
+  return noErr;
+}
+
+Status MemoryAudioHardware::writeFloat32(AudioObjectID object, const PropertyAddress& address, float value) {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::writeFloat32, object, address)) return *status;
+  auto* element = world_->volumeElement(object, address);
+  if (element == nullptr) return world_->unknown(object);
+  if (!element->settable) return illegalOperationError;
+  element->value = value;
+  world_->tell(object, address);
+  return noErr;
+}
+
+Status MemoryAudioHardware::addPropertyListener(AudioObjectID object, const PropertyAddress& address,
+                                                PropertyListener listener) {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::addPropertyListener, object, address)) return *status;
+  if (world_->unknown(object) == badObjectError) return badObjectError;
+  world_->listeners.push_back({object, address, std::move(listener)});
+  return noErr;
+}
+
+Status MemoryAudioHardware::removePropertyListener(AudioObjectID object, const PropertyAddress& address,
+                                                   const PropertyListener& listener) {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::removePropertyListener, object, address)) return *status;
+  std::erase_if(world_->listeners, [&](const Listener& entry) {
+    return entry.object == object && entry.address == address && entry.block == listener;
+  });
+  return noErr;
+}
+
+// Taps, aggregates, IO.
+
+Status MemoryAudioHardware::createProcessTap(const TapDescription& description, AudioObjectID& tap) {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::createProcessTap, 0, {0, 0, 0})) return *status;
+  tap = ++world_->lastID;
+  world_->taps.emplace(tap, Tap{description, world_->tapFormat});
+  return noErr;
+}
+
+Status MemoryAudioHardware::destroyProcessTap(AudioObjectID tap) {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::destroyProcessTap, tap, {0, 0, 0})) return *status;
+  if (world_->findTap(tap) == nullptr) return badObjectError;
+  world_->taps.at(tap).exists = false;
+  return noErr;
+}
+
+Status MemoryAudioHardware::createAggregateDevice(const AggregateDescription& description, AudioObjectID& device) {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::createAggregateDevice, 0, {0, 0, 0})) return *status;
+  device = ++world_->lastID;
+  Aggregate aggregate;
+  aggregate.description = description;
+  aggregate.aliveAt = world_->clocks.monotonicNow() + world_->aliveDelay;
+  world_->aggregates.emplace(device, std::move(aggregate));
+  return noErr;
+}
+
+Status MemoryAudioHardware::destroyAggregateDevice(AudioObjectID device) {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::destroyAggregateDevice, device, {0, 0, 0})) return *status;
+  auto* aggregate = world_->findAggregate(device);
+  if (aggregate == nullptr) return badObjectError;
+  aggregate->exists = false;
+  aggregate->procs.clear();
+  return noErr;
+}
+
+Status MemoryAudioHardware::createIOProc(AudioObjectID device, const std::string& queueLabel, IOBlock block,
+                                         IOProcID& proc) {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::createIOProc, device, {0, 0, 0})) return *status;
+  auto* aggregate = world_->findAggregate(device);
+  if (aggregate == nullptr) return badObjectError;
+  auto installed = std::make_shared<InstalledProc>();
+  installed->block = std::move(block);
+  installed->queueLabel = queueLabel;
+  aggregate->queueLabel = queueLabel;
+  proc = ++world_->lastProc;
+  aggregate->procs.emplace(proc, std::move(installed));
+  return noErr;
+}
+
+Status MemoryAudioHardware::destroyIOProc(AudioObjectID device, IOProcID proc) {
+  const std::lock_guard lock(world_->mutex);
+  if (const auto status = world_->begin(Method::destroyIOProc, device, {0, 0, 0})) return *status;
+  auto* aggregate = world_->findAggregate(device);
+  return aggregate != nullptr && aggregate->procs.erase(proc) != 0 ? noErr : badObjectError;
+}
+
+Status MemoryAudioHardware::startDevice(AudioObjectID device, IOProcID proc) {
+  std::shared_ptr<InstalledProc> installed;
+  {
+    const std::lock_guard lock(world_->mutex);
+    if (const auto status = world_->begin(Method::startDevice, device, {0, 0, 0})) return *status;
+    installed = world_->findProc(device, proc);
+  }
+  if (!installed) return badObjectError;
+  const std::lock_guard cycle(installed->mutex);
+  installed->running = true;
+  return noErr;
+}
+
+Status MemoryAudioHardware::stopDevice(AudioObjectID device, IOProcID proc, float appliedGain) {
+  std::shared_ptr<InstalledProc> installed;
+  {
+    const std::lock_guard lock(world_->mutex);
+    if (const auto status = world_->begin(Method::stopDevice, device, {0, 0, 0})) return *status;
+    installed = world_->findProc(device, proc);
+    if (!installed) return badObjectError;
+    world_->findAggregate(device)->appliedGain = appliedGain;
+  }
+  const std::lock_guard cycle(installed->mutex);
+  installed->running = false;
+  return noErr;
+}
+
+// Devices.
+
+AudioObjectID MemoryAudioHardware::addDevice(MemoryDevice device) {
+  const std::lock_guard lock(world_->mutex);
+  const auto id = ++world_->lastID;
+  world_->devices.emplace(id, std::move(device));
+  world_->tell(systemObjectID, globalAddress(audio::devices));
+  return id;
+}
+
+void MemoryAudioHardware::removeDevice(AudioObjectID device) {
+  const std::lock_guard lock(world_->mutex);
+  if (world_->devices.erase(device) == 0) return;
+  std::erase_if(world_->listeners, [&](const Listener& listener) { return listener.object == device; });
+  world_->tell(systemObjectID, globalAddress(audio::devices));
+  if (world_->defaultDevice != device) return;
+  const auto next = std::find_if(world_->devices.begin(), world_->devices.end(),
+                                 [](const auto& entry) { return entry.second.outputStreamCount > 0; });
+  world_->changeDefault(next == world_->devices.end() ? 0 : next->first);
+}
+
+void MemoryAudioHardware::updateDevice(AudioObjectID device, MemoryDevice description) {
+  const std::lock_guard lock(world_->mutex);
+  const auto found = world_->devices.find(device);
+  if (found == world_->devices.end()) return;
+  const auto before = std::exchange(found->second, std::move(description));
+  for (const auto& [element, now] : found->second.volume) {
+    const auto was = before.volume.find(element);
+    if (was == before.volume.end() || was->second.value != now.value) {
+      world_->tell(device, {audio::volumeScalar, audio::scopeOutput, element});
+    }
+  }
+}
+
+std::optional<MemoryDevice> MemoryAudioHardware::device(AudioObjectID device) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto found = world_->devices.find(device);
+  if (found == world_->devices.end()) return std::nullopt;
+  return found->second;
+}
+
+void MemoryAudioHardware::setDefaultOutput(AudioObjectID device) {
+  const std::lock_guard lock(world_->mutex);
+  world_->changeDefault(device);
+}
+
+AudioObjectID MemoryAudioHardware::defaultOutput() const {
+  const std::lock_guard lock(world_->mutex);
+  return world_->defaultDevice;
+}
+
+void MemoryAudioHardware::setVolume(AudioObjectID device, std::uint32_t element, float value) {
+  const std::lock_guard lock(world_->mutex);
+  const PropertyAddress address{audio::volumeScalar, audio::scopeOutput, element};
+  auto* found = world_->volumeElement(device, address);
+  if (found == nullptr) return;
+  found->value = value;
+  world_->tell(device, address);
+}
+
+std::optional<float> MemoryAudioHardware::volume(AudioObjectID device, std::uint32_t element) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto* found = world_->volumeElement(device, {audio::volumeScalar, audio::scopeOutput, element});
+  if (found == nullptr) return std::nullopt;
+  return found->value;
+}
+
+void MemoryAudioHardware::setIgnoresDefaultWrites(bool ignores) {
+  const std::lock_guard lock(world_->mutex);
+  world_->ignoresDefaultWrites = ignores;
+}
+
+// Processes.
+
+AudioObjectID MemoryAudioHardware::addProcess(MemoryProcess process) {
+  const std::lock_guard lock(world_->mutex);
+  const auto id = ++world_->lastID;
+  world_->processes.emplace(id, std::move(process));
+  world_->tell(systemObjectID, globalAddress(audio::processObjectList));
+  return id;
+}
+
+void MemoryAudioHardware::removeProcess(AudioObjectID process) {
+  const std::lock_guard lock(world_->mutex);
+  if (world_->processes.erase(process) == 0) return;
+  world_->tell(systemObjectID, globalAddress(audio::processObjectList));
+}
+
+void MemoryAudioHardware::updateProcess(AudioObjectID process, MemoryProcess description) {
+  const std::lock_guard lock(world_->mutex);
+  const auto found = world_->processes.find(process);
+  if (found != world_->processes.end()) found->second = std::move(description);
+}
+
+// What a test looks at.
+
+void MemoryAudioHardware::setTapFormat(const AudioStreamBasicDescription& format) {
+  const std::lock_guard lock(world_->mutex);
+  world_->tapFormat = format;
+}
+
+void MemoryAudioHardware::setAggregateAliveDelay(Duration delay) {
+  const std::lock_guard lock(world_->mutex);
+  world_->aliveDelay = delay;
+}
+
+std::vector<AudioObjectID> MemoryAudioHardware::taps() const {
+  const std::lock_guard lock(world_->mutex);
+  auto ids = World::keysOf(world_->taps);
+  std::erase_if(ids, [this](AudioObjectID id) { return world_->findTap(id) == nullptr; });
+  return ids;
+}
+
+std::vector<AudioObjectID> MemoryAudioHardware::aggregates() const {
+  const std::lock_guard lock(world_->mutex);
+  auto ids = World::keysOf(world_->aggregates);
+  std::erase_if(ids, [this](AudioObjectID id) { return world_->findAggregate(id) == nullptr; });
+  return ids;
+}
+
+std::optional<TapDescription> MemoryAudioHardware::tapDescription(AudioObjectID tap) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto found = world_->taps.find(tap);
+  if (found == world_->taps.end()) return std::nullopt;
+  return found->second.description;
+}
+
+std::optional<AggregateDescription> MemoryAudioHardware::aggregateDescription(AudioObjectID device) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto found = world_->aggregates.find(device);
+  if (found == world_->aggregates.end()) return std::nullopt;
+  return found->second.description;
+}
+
+std::optional<AudioObjectID> MemoryAudioHardware::runningAggregateOver(AudioObjectID process) const {
+  for (const auto aggregateID : aggregates()) {
+    if (!isRunning(aggregateID)) continue;
+    const auto description = aggregateDescription(aggregateID);
+    for (const auto tapID : taps()) {
+      const auto tap = tapDescription(tapID);
+      const auto& processes = tap->processes;
+      if (std::find(processes.begin(), processes.end(), process) == processes.end()) continue;
+      const auto uid = tap->uuid.text();
+      const bool holdsTap = std::any_of(description->taps.begin(), description->taps.end(),
+                                        [&](const AggregateTap& entry) { return entry.uid == uid; });
+      if (holdsTap) return aggregateID;
+    }
+  }
+  return std::nullopt;
+}
+
+bool MemoryAudioHardware::isRunning(AudioObjectID aggregate) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto* found = world_->findAggregate(aggregate);
+  if (found == nullptr) return false;
+  return std::any_of(found->procs.begin(), found->procs.end(), [](const auto& entry) {
+    const std::lock_guard cycle(entry.second->mutex);
+    return entry.second->running;
+  });
+}
+
+std::optional<std::string> MemoryAudioHardware::ioQueueLabel(AudioObjectID aggregate) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto found = world_->aggregates.find(aggregate);
+  if (found == world_->aggregates.end()) return std::nullopt;
+  return found->second.queueLabel;
+}
+
+std::optional<float> MemoryAudioHardware::appliedGain(AudioObjectID aggregate) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto found = world_->aggregates.find(aggregate);
+  return found == world_->aggregates.end() ? std::nullopt : found->second.appliedGain;
+}
+
+bool MemoryAudioHardware::runIOCycle(AudioObjectID aggregate, const AudioBufferList& input,
+                                     const AudioBufferList& output) {
+  std::vector<std::shared_ptr<InstalledProc>> procs;
+  {
+    const std::lock_guard lock(world_->mutex);
+    const auto* found = world_->findAggregate(aggregate);
+    if (found == nullptr) return false;
+    for (const auto& entry : found->procs) procs.push_back(entry.second);
+  }
+  bool ran = false;
+  for (const auto& proc : procs) {
+    const std::lock_guard cycle(proc->mutex);
+    if (!proc->running) continue;
+    proc->block(input, output);
+    ran = true;
+  }
+  return ran;
+}
+
+IOBlock MemoryAudioHardware::ioBlock(AudioObjectID aggregate) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto* found = world_->findAggregate(aggregate);
+  return found == nullptr || found->procs.empty() ? IOBlock() : found->procs.begin()->second->block;
+}
+
+// Scripts and records.
+
+void MemoryAudioHardware::fail(Match match, Status status, int count, int skip) {
+  const std::lock_guard lock(world_->mutex);
+  world_->failures.push_back({match, status, count, skip});
+}
+
+void MemoryAudioHardware::clearFailures() {
+  const std::lock_guard lock(world_->mutex);
+  world_->failures.clear();
+}
+
+std::vector<MemoryAudioHardware::Call> MemoryAudioHardware::calls() const {
+  const std::lock_guard lock(world_->mutex);
+  return world_->calls;
+}
+
+int MemoryAudioHardware::callCount(Method method) const {
+  const std::lock_guard lock(world_->mutex);
+  return static_cast<int>(std::count_if(world_->calls.begin(), world_->calls.end(),
+                                        [&](const Call& call) { return call.method == method; }));
+}
+
+std::vector<MemoryAudioHardware::Method> MemoryAudioHardware::lifeCalls() const {
+  const std::lock_guard lock(world_->mutex);
+  std::vector<Method> methods;
+  for (const auto& call : world_->calls) {
+    if (call.method >= Method::createProcessTap) methods.push_back(call.method);
+  }
+  return methods;
+}
+
+void MemoryAudioHardware::clearCalls() {
+  const std::lock_guard lock(world_->mutex);
+  world_->calls.clear();
+}
+
+std::size_t MemoryAudioHardware::listenerCount(AudioObjectID object, const PropertyAddress& address) const {
+  const std::lock_guard lock(world_->mutex);
+  return static_cast<std::size_t>(std::count_if(
+      world_->listeners.begin(), world_->listeners.end(),
+      [&](const Listener& listener) { return listener.object == object && listener.address == address; }));
+}
+
+const char* nameOf(MemoryAudioHardware::Method method) {
+  static constexpr std::array names{
+      "hasProperty",
+      "isPropertySettable",
+      "propertyDataSize",
+      "readUInt32",
+      "readInt32",
+      "readFloat32",
+      "readString",
+      "readObjectIDs",
+      "readFormat",
+      "writeUInt32",
+      "writeFloat32",
+      "addPropertyListener",
+      "removePropertyListener",
+      "createProcessTap",
+      "destroyProcessTap",
+      "createAggregateDevice",
+      "destroyAggregateDevice",
+      "createIOProc",
+      "destroyIOProc",
+      "startDevice",
+      "stopDevice",
+  };
+  return names.at(static_cast<std::size_t>(method));
+}
+
+}  // namespace quillmere

@@ -1,0 +1,62 @@
+// A workspace that a test sets by hand.
+#include "platform/memory/MemoryWorkspace.h"
+
+#include <utility>
+
+namespace quillmere {
+
+std::vector<RunningApplication> MemoryWorkspace::runningApplications() {
+  const std::lock_guard lock(mutex_);
+  ++listings_;
+  return applications_;
+}
+
+std::optional<IconReference> MemoryWorkspace::icon(const std::string& bundleID) {
+  const std::lock_guard lock(mutex_);
+  const auto found = icons_.find(bundleID);
+  if (found == icons_.end()) return std::nullopt;
+  return found->second;
+}
+
+bool MemoryWorkspace::openURL(const std::string& url) {
+  const std::lock_guard lock(mutex_);
+  openedURLs_.push_back(url);
+  return opensURLs_ && !url.empty();
+}
+
+void MemoryWorkspace::setRunningApplications(std::vector<RunningApplication> applications) {
+  const std::lock_guard lock(mutex_);
+  applications_ = std::move(applications);
+}
+
+void MemoryWorkspace::launch(std::string bundleID, std::string localizedName, std::int32_t pid) {
+  const std::lock_guard lock(mutex_);
+  applications_.push_back({std::move(bundleID), std::move(localizedName), pid});
+}
+
+void MemoryWorkspace::terminate(const std::string& bundleID) {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(applications_, [&](const RunningApplication& application) { return application.bundleID == bundleID; });
+}
+
+void MemoryWorkspace::setIcon(const std::string& bundleID, IconReference icon) {
+  const std::lock_guard lock(mutex_);
+  icons_[bundleID] = std::move(icon);
+}
+
+void MemoryWorkspace::setOpensURLs(bool opens) {
+  const std::lock_guard lock(mutex_);
+  opensURLs_ = opens;
+}
+
+std::vector<std::string> MemoryWorkspace::openedURLs() const {
+  const std::lock_guard lock(mutex_);
+  return openedURLs_;
+}
+
+int MemoryWorkspace::listingCount() const {
+  const std::lock_guard lock(mutex_);
+  return listings_;
+}
+
+}  // namespace quillmere

@@ -1,0 +1,45 @@
+// A workspace whose running applications, icons and openers a test sets by hand.
+// Calls are recorded.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "platform/Workspace.h"
+
+namespace quillmere {
+
+/// [any]
+class MemoryWorkspace final : public Workspace {
+ public:
+  [[nodiscard]] std::vector<RunningApplication> runningApplications() override;
+  [[nodiscard]] std::optional<IconReference> icon(const std::string& bundleID) override;
+  bool openURL(const std::string& url) override;
+
+  /// Replaces the whole list, in the order in which it will be told.
+  void setRunningApplications(std::vector<RunningApplication> applications);
+  /// Adds one application behind those that run.
+  void launch(std::string bundleID, std::string localizedName, std::int32_t pid);
+  /// Drops every entry with this identifier.
+  void terminate(const std::string& bundleID);
+  void setIcon(const std::string& bundleID, IconReference icon);
+  /// What the next openURL calls return; true at first.
+  void setOpensURLs(bool opens);
+
+  /// Every address that was asked for, handed over or not.
+  [[nodiscard]] std::vector<std::string> openedURLs() const;
+  /// How often the running applications were asked for.
+  [[nodiscard]] int listingCount() const;
+
+ private:
+  mutable std::mutex mutex_;
+  std::vector<RunningApplication> applications_;
+  std::map<std::string, IconReference> icons_;
+  std::vector<std::string> openedURLs_;
+  bool opensURLs_ = true;
+  int listings_ = 0;
+};
+
+}  // namespace quillmere
