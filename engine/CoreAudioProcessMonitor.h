@@ -1,0 +1,52 @@
+// The system's audio process objects, polled.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/AudioHardware.h"
+#include "runtime/Stream.h"
+
+namespace quillmere {
+
+class CoreAudioProcessMonitor {
+ public:
+  /// One audio process object at the time of a poll.
+  struct Snapshot {
+    /// As the object tells it; may be empty, may name a helper process.
+    std::string bundleID;
+    std::int32_t pid = 0;
+    AudioObjectID audioObjectID = 0;
+    bool isRunningOutput = false;
+    bool isRunningInput = false;
+
+    friend bool operator==(const Snapshot&, const Snapshot&) = default;
+  };
+
+  static constexpr Duration period = std::chrono::milliseconds(150);
+
+  /// Both outlive every stream.
+  CoreAudioProcessMonitor(const AudioHardware& hardware, Executor& background)
+      : hardware_(&hardware), background_(&background) {}
+
+  /// The list, at once and then every 150 ms, changed or not. [any]
+  [[nodiscard]] Stream<std::vector<Snapshot>> stream() const;
+
+  /// The list of the moment, in the system's order; objects whose identifier cannot be read are left out. [any]
+  [[nodiscard]] static std::vector<Snapshot> snapshots(const AudioHardware& hardware);
+
+ private:
+  const AudioHardware* hardware_;
+  Executor* background_;
+};
+
+}  // namespace quillmere
+
+template <>
+struct std::hash<quillmere::CoreAudioProcessMonitor::Snapshot> {
+  std::size_t operator()(const quillmere::CoreAudioProcessMonitor::Snapshot& snapshot) const noexcept;
+};

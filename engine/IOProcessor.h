@@ -1,0 +1,30 @@
+// The IO algorithm: tapped audio to the device with a gliding gain, measured on the way.
+// It knows two buffer lists, three shared words and a sample rate, and nothing of any platform.
+#pragma once
+
+#include <atomic>
+
+#include "platform/AudioTypes.h"
+#include "runtime/Threads.h"
+
+namespace quillmere {
+
+/// What the audio thread and the engine's queue share. Relaxed loads and stores: each word means something by itself.
+struct IOWords {
+  /// The linear gain to move towards, 0 to 1. Written on [engine].
+  std::atomic<float> targetGain{1.0F};
+  /// The linear gain in use. Written on [engine] before the IO starts, on [audio] from then on.
+  std::atomic<float> currentGain{1.0F};
+  /// Decaying linear peak of the input before the gain. Written on [audio].
+  std::atomic<float> recentInputPeak{0.0F};
+};
+
+/// One IO cycle over the first buffer of each list; returns without writing anything if one is missing or has no data.
+/// The gain moves towards the target once a frame, 30 ms time constant; a rate below 8000 Hz counts as 8000. Output
+/// beyond the shorter buffer is left as it is, output channels beyond the second are cleared. Stops the process if
+/// there are frames and the output has fewer than two channels. Input and output may be the same memory, but must not
+/// overlap otherwise. No allocation, no lock, no system call. [audio]
+QUILLMERE_REALTIME void processIO(const AudioBufferList& input, const AudioBufferList& output, double sampleRateHz,
+                                  IOWords& words);
+
+}  // namespace quillmere

@@ -1,0 +1,73 @@
+// Decides which applications have a tap subgraph: those whose gain differs from unity or that have an output of their
+// own. Everything else plays untouched.
+#pragma once
+
+#include <atomic>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "engine/CoreAudioProcessMonitor.h"
+#include "platform/AudioHardware.h"
+#include "runtime/Runtime.h"
+
+namespace quillmere {
+
+class ProcessTapSubgraph;
+
+/// Callers get no result; failures end in the log.
+class ProcessTapEngine {
+ public:
+  /// Makes the engine's queue. The hardware and the runtime's services outlive this.
+  ProcessTapEngine(AudioHardware& hardware, const Runtime& runtime);
+  /// Drops what is queued and tears down what is live. [any but engine]
+  ~ProcessTapEngine();
+  ProcessTapEngine(const ProcessTapEngine&) = delete;
+  ProcessTapEngine& operator=(const ProcessTapEngine&) = delete;
+
+  /// The process-wide instance; stops the process if none is installed. [any]
+  static ProcessTapEngine& shared();
+  /// Makes this the process-wide instance, for as long as it lives. [main]
+  void install();
+
+  /// Sets an application's linear gain, limited to 0..1, NaN counting as 1; unity without a route releases it. [any]
+  void applyGain(float gain, const std::string& bundleID);
+  /// Pins an application to a device; absent or empty follows the system default again. [any]
+  void applyRouting(const std::optional<std::string>& deviceUID, const std::string& bundleID);
+  /// Takes in the audio processes of the moment; routed applications that are new get their subgraph. [any]
+  void updateProcessMap(std::vector<CoreAudioProcessMonitor::Snapshot> snapshots);
+  /// Rebuilds what follows the system default output, after that has changed. [any]
+  void refreshUnroutedSubgraphsForNewSystemDefault();
+  /// The applications whose subgraph hears sound. Waits for what is queued before. [any but engine]
+  [[nodiscard]] std::set<std::string> activeBundleIDs() const;
+  /// Tears down every subgraph; processes and routes stay known. Waits for what is queued before. [any but engine]
+  void stop();
+
+  /// The engine's queue, for tests of what must run on it.
+  [[nodiscard]] SerialQueue& queue() const { return *queue_; }
+  /// Builds the subgraph of one application; stops the process off the queue. [engine]
+  void spawnSubgraphLocked(const std::string& bundleID, float initialGain);
+  /// Takes down one application's subgraph, if there is one; stops the process off the queue. Returns its target gain.
+  /// [engine]
+  std::optional<float> tearDownSubgraphLocked(const std::string& bundleID);
+
+ private:
+  template <typename Body>
+  void queueBody(Body body);
+
+  AudioHardware& hardware_;
+  Clocks& clocks_;
+  Logger log_;
+  std::unique_ptr<SerialQueue> queue_;
+  /// Set when this is going: what is still queued then does nothing.
+  std::atomic<bool> going_{false};
+  // The tables, touched on the queue only.
+  std::map<std::string, std::set<AudioObjectID>> processMap_;
+  std::map<std::string, std::unique_ptr<ProcessTapSubgraph>> subgraphs_;
+  std::map<std::string, std::string> routingMap_;
+};
+
+}  // namespace quillmere
