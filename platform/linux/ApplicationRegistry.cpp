@@ -1,0 +1,300 @@
+// The picture of what runs, kept by looks at /proc.
+#include "platform/linux/ApplicationRegistry.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <map>
+#include <mutex>
+#include <set>
+#include <utility>
+
+#include "applications/ApplicationMatch.h"
+#include "applications/DesktopEntries.h"
+#include "applications/Identities.h"
+#include "applications/ProcessReader.h"
+
+namespace quillmere {
+
+using applications::DesktopEntries;
+using applications::Identities;
+using applications::ProcessReader;
+
+namespace {
+
+constexpr Duration lookPeriod = std::chrono::seconds(1);
+constexpr Duration folderPeriod = std::chrono::seconds(5);
+constexpr Duration firstCheck = std::chrono::seconds(1);
+constexpr Duration lastCheck = std::chrono::seconds(64);
+
+std::string searchPathOfUser() {
+  const char* path = std::getenv("PATH");
+  return path == nullptr || *path == '\0' ? "/usr/local/bin:/usr/bin:/bin" : path;
+}
+
+}  // namespace
+
+class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
+ public:
+  Core(const Runtime& runtime, ApplicationRegistryOptions options)
+      : main_(runtime.main),
+        background_(runtime.background),
+        clocks_(runtime.clocks),
+        log_(runtime.log, "ApplicationRegistry"),
+        folders_(options.dataFolders.empty() ? applications::dataFolders() : std::move(options.dataFolders)),
+        searchPath_(options.searchPath.empty() ? searchPathOfUser() : std::move(options.searchPath)),
+        reader_(std::move(options.procRoot), options.userID.value_or(::getuid())) {}
+
+  void lookInBackground() {
+    if (lookIsPosted_.exchange(true)) return;
+    background_.post([weak = weak_from_this()] {
+      const auto self = weak.lock();
+      if (!self) return;
+      self->lookIsPosted_ = false;
+      self->look();
+    });
+  }
+
+  /// Brings the picture up to date, here or in the background, if it is older than a second.
+  void refresh() {
+    const auto now = clocks_.monotonicNow();
+    {
+      const std::lock_guard lock(mutex_);
+      if (lookedAt_ && now - *lookedAt_ < lookPeriod) return;
+    }
+    if (main_.isCurrent()) {
+      lookInBackground();
+    } else {
+      look();
+    }
+  }
+
+  std::string identify(const ClientFacts& facts) {
+    const auto entries = currentEntries();
+    const auto process = reader_.read(facts.pid);
+    return applications::identifyClient(facts, process ? &*process : nullptr, *entries, identities_);
+  }
+
+  std::vector<KnownApplication> runningApplications() {
+    refresh();
+    const std::lock_guard lock(mutex_);
+    return running_;
+  }
+
+  std::optional<KnownApplication> application(const std::string& identifier) {
+    refresh();
+    const std::lock_guard lock(mutex_);
+    for (const auto& application : running_) {
+      if (application.identifier == identifier) return application;
+    }
+    const auto installed = installed_.find(identifier);
+    if (installed == installed_.end()) return std::nullopt;
+    return installed->second;
+  }
+
+  std::int32_t representativePID(std::int32_t pid, const std::string& desktopEntry) {
+    refresh();
+    const auto entries = currentEntries();
+    std::string identifier;
+    if (const auto process = reader_.read(pid)) {
+      identifier = applications::matchProcess(*process, *entries, identities_).identifier;
+    }
+    if (identifier.empty()) {
+      if (const auto* entry = entries->byID(desktopEntry)) identifier = applications::identifierOf(*entry, identities_);
+    }
+    if (identifier.empty()) return pid;
+    const std::lock_guard lock(mutex_);
+    for (const auto& application : running_) {
+      if (application.identifier == identifier) return application.pid;
+    }
+    return pid;
+  }
+
+ private:
+  struct Record {
+    std::uint64_t inode = 0;
+    std::string executable;
+    std::string identifier;
+    std::string entryID;
+    std::uint64_t order = 0;
+    MonotonicTime nextCheck{};
+    Duration interval = firstCheck;
+  };
+  using FolderTimes = std::vector<std::pair<std::int64_t, std::int64_t>>;
+
+  void look() {
+    const std::unique_lock looking(lookMutex_, std::try_to_lock);
+    if (!looking) return;
+    const auto now = clocks_.monotonicNow();
+    {
+      const std::lock_guard lock(mutex_);
+      if (lookedAt_ && now - *lookedAt_ < lookPeriod) return;
+    }
+    const auto entries = currentEntries();
+    if (entries != recordedEntries_) {
+      recordedEntries_ = entries;
+      records_.clear();
+    }
+    auto listed = reader_.list();
+    std::ranges::sort(listed, {}, &ProcessReader::Listed::pid);
+    std::map<std::int32_t, Record> next;
+    for (const auto& process : listed) next.emplace(process.pid, checked(process, now, *entries));
+    records_ = std::move(next);
+    auto running = summary(*entries);
+    const std::lock_guard lock(mutex_);
+    running_ = std::move(running);
+    lookedAt_ = now;
+  }
+
+  /// A known process is only asked now and then whether it has become another program.
+  Record checked(const ProcessReader::Listed& process, MonotonicTime now, const DesktopEntries& entries) {
+    const auto known = records_.find(process.pid);
+    const bool isSame = known != records_.end() && known->second.inode == process.inode;
+    if (isSame && now < known->second.nextCheck) return std::move(known->second);
+    if (isSame && reader_.executableOf(process.pid) == known->second.executable) {
+      auto record = std::move(known->second);
+      record.interval = std::min(record.interval * 2, lastCheck);
+      record.nextCheck = now + record.interval;
+      return record;
+    }
+    Record record;
+    record.inode = process.inode;
+    record.order = ++lastOrder_;
+    record.nextCheck = now + record.interval;
+    const auto facts = reader_.read(process.pid);
+    // For another user's process the link itself stands for "nothing has changed".
+    record.executable = facts ? facts->executable : reader_.executableOf(process.pid);
+    if (facts) {
+      const auto match = applications::matchProcess(*facts, entries, identities_);
+      record.identifier = match.identifier;
+      record.entryID = match.entry == nullptr ? std::string() : match.entry->id;
+    }
+    return record;
+  }
+
+  std::vector<KnownApplication> summary(const DesktopEntries& entries) {
+    std::map<std::string, std::vector<const std::pair<const std::int32_t, Record>*>> groups;
+    for (const auto& process : records_) {
+      if (!process.second.identifier.empty()) groups[process.second.identifier].push_back(&process);
+    }
+    std::erase_if(firstSeen_, [&](const auto& seen) { return !groups.contains(seen.first); });
+    std::vector<KnownApplication> running;
+    std::vector<std::pair<std::uint64_t, std::size_t>> order;
+    for (auto& [identifier, processes] : groups) {
+      std::ranges::sort(processes, {}, [](const auto* process) { return process->second.order; });
+      KnownApplication application;
+      application.identifier = identifier;
+      application.pid = processes.front()->first;
+      application.isVisible = false;
+      for (const auto* process : processes) {
+        const auto* entry = process->second.entryID.empty() ? nullptr : entries.byID(process->second.entryID);
+        if (entry == nullptr) continue;
+        const bool isVisible = entry->isVisible && !entry->runsInTerminal;
+        if (application.name.empty() || (isVisible && !application.isVisible)) {
+          application.name = entry->name;
+          application.icon = entry->icon;
+          application.isVisible = isVisible;
+        }
+      }
+      const auto seen = firstSeen_.try_emplace(identifier, processes.front()->second.order).first->second;
+      order.emplace_back(seen, running.size());
+      running.push_back(std::move(application));
+    }
+    std::ranges::sort(order);
+    std::vector<KnownApplication> ordered;
+    ordered.reserve(order.size());
+    for (const auto& [seen, index] : order) ordered.push_back(std::move(running[index]));
+    return ordered;
+  }
+
+  FolderTimes folderTimes() const {
+    FolderTimes times;
+    for (const auto& folder : folders_) {
+      struct stat facts{};
+      const auto path = folder + "/applications";
+      if (::stat(path.c_str(), &facts) == 0) {
+        times.emplace_back(facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec);
+      } else {
+        times.emplace_back(-1, 0);
+      }
+    }
+    return times;
+  }
+
+  /// The installed entries; read again once a folder has changed, which is looked for every few seconds.
+  std::shared_ptr<const DesktopEntries> currentEntries() {
+    const std::lock_guard lock(entriesMutex_);
+    const auto now = clocks_.monotonicNow();
+    if (entries_ && now - entriesCheckedAt_ < folderPeriod) return entries_;
+    entriesCheckedAt_ = now;
+    auto times = folderTimes();
+    if (entries_ && times == folderTimes_) return entries_;
+    folderTimes_ = std::move(times);
+    entries_ = DesktopEntries::read(folders_, searchPath_, [this](const std::string& problem) {
+      if (reported_.insert(problem).second) log_.error(problem);
+    });
+    std::map<std::string, KnownApplication> installed;
+    for (const auto& entry : entries_->all()) {
+      KnownApplication application{applications::identifierOf(entry, identities_), entry.name, entry.icon, 0,
+                                   entry.isVisible && !entry.runsInTerminal};
+      const auto [known, isNew] = installed.try_emplace(application.identifier, application);
+      if (!isNew && application.isVisible && !known->second.isVisible) known->second = std::move(application);
+    }
+    const std::lock_guard installing(mutex_);
+    installed_ = std::move(installed);
+    return entries_;
+  }
+
+  Executor& main_;
+  Executor& background_;
+  Clocks& clocks_;
+  Logger log_;
+  const std::vector<std::string> folders_;
+  const std::string searchPath_;
+  const ProcessReader reader_;
+  const Identities& identities_ = Identities::builtIn();
+  std::atomic<bool> lookIsPosted_ = false;
+
+  /// Held during a look; what follows is the look's own.
+  std::mutex lookMutex_;
+  std::map<std::int32_t, Record> records_;
+  std::map<std::string, std::uint64_t> firstSeen_;
+  std::shared_ptr<const DesktopEntries> recordedEntries_;
+  std::uint64_t lastOrder_ = 0;
+
+  std::mutex entriesMutex_;
+  std::shared_ptr<const DesktopEntries> entries_;
+  MonotonicTime entriesCheckedAt_{};
+  FolderTimes folderTimes_;
+  std::set<std::string> reported_;
+
+  /// Never held while files are read.
+  std::mutex mutex_;
+  std::vector<KnownApplication> running_;
+  std::map<std::string, KnownApplication> installed_;
+  std::optional<MonotonicTime> lookedAt_;
+};
+
+ApplicationRegistry::ApplicationRegistry(const Runtime& runtime, ApplicationRegistryOptions options)
+    : core_(std::make_shared<Core>(runtime, std::move(options))) {
+  core_->lookInBackground();
+}
+
+ApplicationRegistry::~ApplicationRegistry() = default;
+
+std::string ApplicationRegistry::identify(const ClientFacts& facts) { return core_->identify(facts); }
+
+std::vector<KnownApplication> ApplicationRegistry::runningApplications() { return core_->runningApplications(); }
+
+std::optional<KnownApplication> ApplicationRegistry::application(const std::string& identifier) {
+  return core_->application(identifier);
+}
+
+std::int32_t ApplicationRegistry::representativePID(std::int32_t pid, const std::string& desktopEntry) {
+  return core_->representativePID(pid, desktopEntry);
+}
+
+}  // namespace quillmere

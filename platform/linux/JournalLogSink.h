@@ -1,0 +1,23 @@
+// Log lines to the system's journal where there is one, to standard error otherwise.
+#pragma once
+
+#include <string>
+
+#include "runtime/Logger.h"
+
+namespace quillmere {
+
+class JournalLogSink final : public LogSink {
+ public:
+  /// `socketPath` is where a journal listens.
+  explicit JournalLogSink(const std::string& socketPath = "/run/systemd/journal/socket");
+  /// A line that the journal does not take goes to standard error. [any but audio]
+  void write(LogLevel level, std::string_view subsystem, std::string_view category, std::string_view message) override;
+  [[nodiscard]] bool writesToJournal() const { return writesToJournal_; }
+
+ private:
+  StandardErrorLogSink standardError_;
+  bool writesToJournal_;
+};
+
+}  // namespace quillmere

@@ -1,0 +1,37 @@
+// The workspace of a Linux desktop: processes and desktop entries, and whatever has an audio client.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/Workspace.h"
+#include "runtime/Logger.h"
+
+namespace quillmere {
+
+class ApplicationRegistry;
+struct AudioClient;
+
+/// [any]; nothing here waits for a file or a program on [main] except the start of the program that opens an address.
+class LinuxWorkspace final : public Workspace {
+ public:
+  using AudioClients = std::function<std::vector<AudioClient>()>;
+
+  /// `audioClients` tells which applications have audio streams; may be empty. [any]
+  LinuxWorkspace(std::shared_ptr<ApplicationRegistry> registry, AudioClients audioClients, LogSink& log);
+
+  /// One entry an application: the visible ones that run, in the order of their appearance, then those that only an
+  /// audio client tells of.
+  [[nodiscard]] std::vector<RunningApplication> runningApplications() override;
+  [[nodiscard]] std::optional<IconReference> icon(const std::string& bundleID) override;
+  /// Hands the address to the desktop's opener; false for what is no address and where there is no opener.
+  bool openURL(const std::string& url) override;
+
+ private:
+  std::shared_ptr<ApplicationRegistry> registry_;
+  AudioClients audioClients_;
+  Logger log_;
+};
+
+}  // namespace quillmere

@@ -1,0 +1,54 @@
+// The installed applications: every desktop entry of the user's data folders, with the ways to find one.
+// Immutable once read, so any thread may hold it.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "DesktopEntry.h"
+
+namespace quillmere::applications {
+
+/// The XDG data folders, the user's own first, with the exports of Flatpak and Snap where they are not named already.
+[[nodiscard]] std::vector<std::string> dataFolders();
+
+class DesktopEntries {
+ public:
+  using Report = std::function<void(const std::string& problem)>;
+
+  /// Reads `<folder>/applications` of each folder; an entry in an earlier folder hides those of the same id in later
+  /// ones. Broken files are reported and left out. `searchPath` is where programs without a folder are looked for.
+  [[nodiscard]] static std::shared_ptr<const DesktopEntries> read(const std::vector<std::string>& folders,
+                                                                  const std::string& searchPath, const Report& report);
+
+  /// By identifier; a spelling that differs in case only is taken where there is no exact one. Null if unknown.
+  [[nodiscard]] const DesktopEntry* byID(std::string_view id) const;
+  /// By the id of a Flatpak or Snap.
+  [[nodiscard]] const DesktopEntry* bySandboxID(std::string_view id) const;
+  /// By what a process runs: the same file, a file of the same name, a file in the application's own folder.
+  [[nodiscard]] const DesktopEntry* byProgram(const Program& program) const;
+  /// By StartupWMClass, ignoring case.
+  [[nodiscard]] const DesktopEntry* byWindowClass(std::string_view name) const;
+
+  [[nodiscard]] const std::vector<DesktopEntry>& all() const { return entries_; }
+
+ private:
+  using Index = std::map<std::string, std::size_t, std::less<>>;
+  void index(const std::string& searchPath);
+  [[nodiscard]] const DesktopEntry* find(const Index& index, std::string_view key) const;
+
+  std::vector<DesktopEntry> entries_;
+  Index byID_;
+  Index byFoldedID_;
+  Index bySandboxID_;
+  Index byFile_;
+  Index byName_;
+  Index byFolder_;
+  Index byWindowClass_;
+};
+
+}  // namespace quillmere::applications

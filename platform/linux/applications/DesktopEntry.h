@@ -1,0 +1,38 @@
+// One installed application as its desktop entry describes it.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "CommandLine.h"
+#include "platform/Workspace.h"
+
+namespace quillmere::applications {
+
+struct DesktopEntry {
+  /// Path below the applications folder, "/" replaced by "-", without ".desktop".
+  std::string id;
+  /// In the user's language.
+  std::string name;
+  std::optional<IconReference> icon;
+  Program program;
+  /// Words of the command line besides the program; the plainest of several entries stands for a program.
+  std::size_t wordCount = 0;
+  std::string startupWMClass;
+  /// Identifier of the sandbox that the entry starts, if any: a Flatpak id, or a Snap's "<snap>_<command>".
+  std::string sandboxID;
+  std::string path;
+  /// Whether people should see it among applications.
+  bool isVisible = true;
+  /// Only there to take a later folder's entry of the same id away.
+  bool isDeleted = false;
+  bool runsInTerminal = false;
+  /// Starts other programs inside its own unit: terminal emulators, development environments.
+  bool hostsOthers = false;
+};
+
+/// Reads the text of a desktop file; absent if it is broken or not an application. `problem` says why.
+[[nodiscard]] std::optional<DesktopEntry> parseDesktopEntry(const std::string& id, const std::string& text,
+                                                            std::string& problem);
+
+}  // namespace quillmere::applications

@@ -1,0 +1,51 @@
+// What /proc tells of one process.
+// Processes vanish while they are read: every field may be missing.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillmere::applications {
+
+struct ProcessFacts {
+  /// The file that runs; empty where it cannot be read.
+  std::string executable;
+  std::vector<std::string> words;
+  /// The kernel's name of the process, at most 15 bytes.
+  std::string shortName;
+  /// Text of the cgroup file.
+  std::string cgroup;
+  /// Application id of the Flatpak sandbox that it lives in, if any.
+  std::string flatpakID;
+};
+
+class ProcessReader {
+ public:
+  struct Listed {
+    std::int32_t pid;
+    /// Changes when the number is given to another process.
+    std::uint64_t inode;
+  };
+
+  /// `procRoot` stands in for /proc in tests. `userID`: whose processes count.
+  ProcessReader(std::string procRoot, std::uint32_t userID);
+
+  /// All processes of the machine, by one directory read. [any]
+  [[nodiscard]] std::vector<Listed> list() const;
+  /// Absent if there is no such process, it is another user's, or it has no executable (a kernel thread). [any]
+  [[nodiscard]] std::optional<ProcessFacts> read(std::int32_t pid) const;
+  /// The executable alone: cheap, to see whether a process has become another program. [any]
+  [[nodiscard]] std::string executableOf(std::int32_t pid) const;
+
+ private:
+  std::string procRoot_;
+  std::uint32_t userID_;
+};
+
+/// The name in the [Application] group of a .flatpak-info file; empty if there is none.
+[[nodiscard]] std::string flatpakIDOfInfo(std::string_view text);
+
+}  // namespace quillmere::applications

@@ -1,0 +1,51 @@
+// Watches the media players on the session bus, on a thread of its own; no call waits for a player.
+// Both the now-playing source and the media keys stand on it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "KeyDecision.h"
+#include "Player.h"
+#include "runtime/Clocks.h"
+#include "runtime/Logger.h"
+
+namespace quillmere::mpris {
+
+struct PlayerWatcherOptions {
+  /// D-Bus address; absent means the session's.
+  std::optional<std::string> address;
+  /// After this a player's silence counts as a failed question.
+  Duration answerTimeout = std::chrono::seconds(20);
+  /// How long to leave a missing bus alone, and a player that failed to answer.
+  Duration retryPeriod = std::chrono::seconds(5);
+};
+
+class PlayerWatcher {
+ public:
+  PlayerWatcher(Clocks& clocks, LogSink& log, PlayerWatcherOptions options = {});
+  /// Ends the thread; calls that are under way are dropped.
+  ~PlayerWatcher();
+  PlayerWatcher(const PlayerWatcher&) = delete;
+  PlayerWatcher& operator=(const PlayerWatcher&) = delete;
+
+  /// The player that counts, as last told; asks it for its position in the background. Without a bus, looks for one
+  /// again now and then. [any]
+  [[nodiscard]] std::optional<Player> current();
+
+  /// What the program has just been told; absent if it was no track. [main]
+  void setTold(std::optional<ToldState> told);
+  /// Presses a key in the sense of what was told last. [main]
+  void press(std::int32_t key);
+
+ private:
+  class Thread;
+  std::unique_ptr<Thread> thread_;
+  std::mutex toldMutex_;
+  std::optional<ToldState> told_;
+};
+
+}  // namespace quillmere::mpris

@@ -1,0 +1,95 @@
+#include "Connection.h"
+
+#include <pipewire/pipewire.h>
+
+#include <cerrno>
+
+namespace quillmere::pipewire {
+namespace {
+
+constexpr Duration retryInterval = std::chrono::milliseconds(250);
+
+}  // namespace
+
+Connection::Connection(Loop& loop, std::string remote, Logger log, Events events)
+    : loop_(loop),
+      remote_(std::move(remote)),
+      log_(std::move(log)),
+      events_(std::move(events)),
+      retry_(loop, [this] { connect(); }),
+      broken_(loop, [this] {
+        if (core_ == nullptr) return;
+        log_.standard("the audio daemon is gone");
+        drop();
+        retry_.arm(retryInterval);
+      }) {}
+
+Connection::~Connection() {
+  if (context_ != nullptr) pw_context_destroy(context_);
+}
+
+void Connection::open() { connect(); }
+
+void Connection::close() {
+  retry_.disarm();
+  drop();
+}
+
+int Connection::sync() { return core_ != nullptr ? pw_core_sync(core_, PW_ID_CORE, 0) : -1; }
+
+void Connection::connect() {
+  if (core_ != nullptr) return;
+  if (context_ == nullptr) {
+    // This configuration gives the data thread real-time priority.
+    context_ = pw_context_new(loop_.raw(), pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0);
+    if (context_ == nullptr) {
+      log_.error("the PipeWire context could not be made");
+      return;
+    }
+  }
+  auto* properties = pw_properties_new(PW_KEY_APP_NAME, "Quillmere", PW_KEY_APP_ID, "app.quillmere.Quillmere", nullptr);
+  if (!remote_.empty()) pw_properties_set(properties, PW_KEY_REMOTE_NAME, remote_.c_str());
+  core_ = pw_context_connect(context_, properties, 0);
+  if (core_ == nullptr) {
+    if (!isWaiting_) log_.standard("no audio daemon answers; waiting for one");
+    isWaiting_ = true;
+    retry_.arm(retryInterval);
+    return;
+  }
+  isWaiting_ = false;
+
+  static const auto coreEvents = [] {
+    pw_core_events events{};
+    events.version = PW_VERSION_CORE_EVENTS;
+    events.done = [](void* data, std::uint32_t id, int sequence) {
+      auto* self = static_cast<Connection*>(data);
+      if (id != PW_ID_CORE) return;
+      auto* client = reinterpret_cast<pw_proxy*>(pw_core_get_client(self->core_));
+      if (client != nullptr) self->events_.ownClientKnown(pw_proxy_get_bound_id(client));
+      self->events_.done(sequence);
+    };
+    events.error = [](void* data, std::uint32_t id, int, int result, const char* message) {
+      auto* self = static_cast<Connection*>(data);
+      if (id == PW_ID_CORE && result == -EPIPE) {
+        // Nothing may be destroyed in here.
+        self->broken_.raise();
+      } else if (result != -ENOENT) {
+        // -ENOENT: something went while we asked for it. It happens all the time and means nothing.
+        self->log_.standard(logText("the audio daemon reports %d for %u: %s", result, id, message));
+      }
+    };
+    return events;
+  }();
+  pw_core_add_listener(core_, &listener_, &coreEvents, this);
+  events_.connected(core_);
+}
+
+void Connection::drop() {
+  if (core_ == nullptr) return;
+  events_.lost();
+  spa_hook_remove(&listener_);
+  pw_core_disconnect(core_);
+  core_ = nullptr;
+}
+
+}  // namespace quillmere::pipewire

@@ -1,0 +1,264 @@
+#include "GraphModel.h"
+
+#include <algorithm>
+
+#include "ClientIdentity.h"
+
+namespace quillmere::pipewire {
+namespace {
+
+NodeKind kindOf(std::string_view mediaClass) {
+  if (mediaClass == "Audio/Sink") return NodeKind::sink;
+  if (mediaClass == "Audio/Duplex") return NodeKind::duplex;
+  if (mediaClass == "Audio/Source" || mediaClass == "Audio/Source/Virtual") return NodeKind::source;
+  if (mediaClass == "Stream/Output/Audio") return NodeKind::playback;
+  if (mediaClass == "Stream/Input/Audio") return NodeKind::recording;
+  return NodeKind::other;
+}
+
+void merge(Properties& known, const Properties& fresh) {
+  for (const auto& [key, value] : fresh) known[key] = value;
+}
+
+}  // namespace
+
+GraphModel::GraphModel(ApplicationIdentifier identify, Logger log, std::int32_t ownPID)
+    : identify_(std::move(identify)), log_(std::move(log)), ownPID_(ownPID) {}
+
+void GraphModel::setOwnClient(GlobalID client) {
+  ownClient_ = client;
+  for (auto& [id, node] : nodes_) node.isOurs = isOurs(node);
+}
+
+void GraphModel::updateClient(GlobalID id, const Properties& properties) {
+  auto [found, isNew] = clients_.try_emplace(id);
+  auto& client = found->second;
+  if (isNew) client.order = nextOrder_++;
+  merge(client.properties, properties);
+  for (auto& [nodeID, node] : nodes_) {
+    if (node.client != id) continue;
+    node.isOurs = isOurs(node);
+    noteStream(node);
+  }
+  // A name may come after the first stream.
+  if (client.hasStreamed) identify(id, client, {});
+}
+
+void GraphModel::updateNode(GlobalID id, const Properties& properties) {
+  auto [found, isNew] = nodes_.try_emplace(id);
+  auto& node = found->second;
+  if (isNew) node.order = nextOrder_++;
+  merge(node.properties, properties);
+  node.kind = kindOf(text(node.properties, "media.class"));
+  node.serial = text(node.properties, "object.serial");
+  node.name = text(node.properties, "node.name");
+  node.client = number(node.properties, "client.id");
+  node.device = number(node.properties, "device.id");
+  node.isOurs = isOurs(node);
+  noteStream(node);
+}
+
+void GraphModel::setNodeInfo(GlobalID id, bool isRunning) {
+  const auto found = nodes_.find(id);
+  if (found == nodes_.end()) return;
+  found->second.isRunning = isRunning;
+  found->second.hasInfo = true;
+  noteStream(found->second);
+}
+
+void GraphModel::setNodeVolumes(GlobalID id, std::vector<float> volumes) {
+  const auto found = nodes_.find(id);
+  if (found != nodes_.end()) found->second.volumes = std::move(volumes);
+}
+
+void GraphModel::updateDevice(GlobalID id, const Properties& properties) { merge(devices_[id].properties, properties); }
+
+void GraphModel::setRoutes(GlobalID id, std::vector<RouteRecord> routes) { devices_[id].routes = std::move(routes); }
+
+void GraphModel::updatePort(GlobalID id, const Properties& properties) {
+  if (flag(properties, "port.monitor")) monitorPorts_.insert(id);
+}
+
+void GraphModel::updateLink(GlobalID id, const Properties& properties) {
+  auto& link = links_[id];
+  link.outputNode = number(properties, "link.output.node").value_or(link.outputNode);
+  link.outputPort = number(properties, "link.output.port").value_or(link.outputPort);
+  link.inputNode = number(properties, "link.input.node").value_or(link.inputNode);
+}
+
+void GraphModel::setMetadata(GlobalID subject, const std::string& key, std::optional<std::string> value) {
+  if (value) {
+    metadata_[{subject, key}] = std::move(*value);
+  } else if (key.empty()) {
+    std::erase_if(metadata_, [&](const auto& entry) { return entry.first.first == subject; });
+  } else {
+    metadata_.erase({subject, key});
+  }
+}
+
+void GraphModel::clearMetadata() { metadata_.clear(); }
+
+void GraphModel::setSetting(const std::string& key, const std::string& value) { settings_[key] = value; }
+
+void GraphModel::remove(GlobalID id) {
+  clients_.erase(id);
+  nodes_.erase(id);
+  devices_.erase(id);
+  links_.erase(id);
+  monitorPorts_.erase(id);
+  // Ids are given again; what was said of this object must not stick to the next.
+  std::erase_if(metadata_, [&](const auto& entry) { return entry.first.first == id; });
+}
+
+void GraphModel::clear() {
+  ownClient_.reset();
+  clients_.clear();
+  nodes_.clear();
+  devices_.clear();
+  links_.clear();
+  monitorPorts_.clear();
+  metadata_.clear();
+  settings_.clear();
+}
+
+const NodeRecord* GraphModel::node(GlobalID id) const {
+  const auto found = nodes_.find(id);
+  return found == nodes_.end() ? nullptr : &found->second;
+}
+
+std::optional<GlobalID> GraphModel::nodeIDBySerial(std::string_view serial) const {
+  for (const auto& [id, node] : nodes_) {
+    if (!serial.empty() && node.serial == serial) return id;
+  }
+  return std::nullopt;
+}
+
+const NodeRecord* GraphModel::nodeBySerial(std::string_view serial) const {
+  const auto id = nodeIDBySerial(serial);
+  return id ? node(*id) : nullptr;
+}
+
+const DeviceRecord* GraphModel::deviceOf(const NodeRecord& node) const {
+  if (!node.device) return nullptr;
+  const auto found = devices_.find(*node.device);
+  return found == devices_.end() ? nullptr : &found->second;
+}
+
+const RouteRecord* GraphModel::routeOf(const NodeRecord& node) const {
+  const auto* device = deviceOf(node);
+  const auto profileDevice = number(node.properties, "card.profile.device");
+  if (device == nullptr || !profileDevice) return nullptr;
+  for (const auto& route : device->routes) {
+    if (route.isOutput && !route.volumes.empty() && route.device == static_cast<std::int32_t>(*profileDevice)) {
+      return &route;
+    }
+  }
+  return nullptr;
+}
+
+const std::vector<float>& GraphModel::volumesOf(const NodeRecord& node) const {
+  const auto* route = routeOf(node);
+  return route != nullptr ? route->volumes : node.volumes;
+}
+
+std::optional<std::string> GraphModel::metadataValue(GlobalID subject, const std::string& key) const {
+  const auto found = metadata_.find({subject, key});
+  if (found == metadata_.end()) return std::nullopt;
+  return found->second;
+}
+
+bool GraphModel::countsAsStream(const NodeRecord& node) const {
+  return (node.kind == NodeKind::playback || node.kind == NodeKind::recording) && !node.isOurs && node.hasInfo &&
+         !flag(node.properties, "stream.monitor");
+}
+
+const std::string& GraphModel::identifierOf(const NodeRecord& node) const {
+  static const std::string none;
+  if (!node.client) return none;
+  const auto found = clients_.find(*node.client);
+  return found == clients_.end() ? none : found->second.identifier;
+}
+
+bool GraphModel::recordsARealInput(GlobalID id, const NodeRecord& node) const {
+  if (flag(node.properties, "stream.capture.sink")) return false;
+  return std::any_of(links_.begin(), links_.end(), [&](const auto& entry) {
+    const auto& link = entry.second;
+    if (link.inputNode != id) return false;
+    const auto* origin = this->node(link.outputNode);
+    if (origin == nullptr) return true;
+    // A virtual microphone may hand out its sound through ports that call themselves monitors.
+    return origin->kind != NodeKind::sink &&
+           (origin->kind != NodeKind::duplex || !monitorPorts_.contains(link.outputPort));
+  });
+}
+
+bool GraphModel::hasLinkInto(GlobalID inputNode) const {
+  return std::any_of(links_.begin(), links_.end(),
+                     [&](const auto& entry) { return entry.second.inputNode == inputNode; });
+}
+
+bool GraphModel::hasLinkFrom(GlobalID outputNode) const {
+  return std::any_of(links_.begin(), links_.end(),
+                     [&](const auto& entry) { return entry.second.outputNode == outputNode; });
+}
+
+GlobalID GraphModel::linkedTo(GlobalID outputNode) const {
+  const auto link = std::find_if(links_.begin(), links_.end(),
+                                 [&](const auto& entry) { return entry.second.outputNode == outputNode; });
+  return link == links_.end() ? 0 : link->second.inputNode;
+}
+
+double GraphModel::graphRate() const {
+  for (const auto* key : {"clock.force-rate", "clock.rate"}) {
+    const auto rate = number(settings_, key).value_or(0);
+    if (rate > 0) return rate;
+  }
+  return 48000.0;
+}
+
+bool GraphModel::isOurs(const NodeRecord& node) const {
+  if (node.name.starts_with(ourNodePrefix)) return true;
+  if (!node.client) return false;
+  if (node.client == ownClient_) return true;
+  const auto client = clients_.find(*node.client);
+  if (client == clients_.end() || ownPID_ <= 0) return false;
+  std::string ignored;
+  return factsOf(client->second.properties, node.properties, ignored).pid == ownPID_;
+}
+
+void GraphModel::noteStream(const NodeRecord& node) {
+  if (node.kind != NodeKind::playback && node.kind != NodeKind::recording) return;
+  if (!node.hasInfo || node.isOurs || flag(node.properties, "stream.monitor") || !node.client) return;
+  const auto client = clients_.find(*node.client);
+  if (client == clients_.end() || client->second.hasStreamed) return;
+  client->second.hasStreamed = true;
+  identify(client->first, client->second, node.properties);
+}
+
+void GraphModel::identify(GlobalID clientID, ClientRecord& client, const Properties& stream) {
+  std::string problem;
+  auto facts = factsOf(client.properties, stream, problem);
+  if (stream.empty()) {
+    // What only the first stream told stays.
+    facts.nodeName = client.facts.nodeName;
+    facts.mediaRole = client.facts.mediaRole;
+    if (facts.applicationID.empty()) facts.applicationID = client.facts.applicationID;
+    if (facts.applicationName.empty()) facts.applicationName = client.facts.applicationName;
+    if (facts.processBinary.empty()) facts.processBinary = client.facts.processBinary;
+    if (facts.pid == 0) {
+      facts.pid = client.facts.pid;
+      facts.pidIsTrusted = client.facts.pidIsTrusted;
+    }
+  }
+  if (!client.identifier.empty() && facts == client.facts) return;
+  if (!problem.empty()) log_.error(problem);
+  client.facts = std::move(facts);
+  client.identifier = identify_ ? identify_(client.facts) : std::string();
+  if (client.identifier.empty()) client.identifier = defaultApplicationIdentifier(client.facts);
+  if (client.identifier.empty()) {
+    client.identifier = "unnamed-audio-client";
+    log_.error(logText("audio client %u says nothing about itself", clientID));
+  }
+}
+
+}  // namespace quillmere::pipewire

@@ -1,0 +1,136 @@
+// What the daemon has told of its graph: clients, nodes, devices, links, metadata. Plain data fed by events.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Properties.h"
+#include "platform/linux/ClientFacts.h"
+#include "runtime/Logger.h"
+
+namespace quillmere::pipewire {
+
+using GlobalID = std::uint32_t;
+
+enum class NodeKind { other, sink, duplex, source, playback, recording };
+
+struct ClientRecord {
+  Properties properties;
+  /// Order of appearance.
+  std::uint64_t order = 0;
+  /// Has, or has had, a stream that counts.
+  bool hasStreamed = false;
+  /// Empty until `hasStreamed`.
+  std::string identifier;
+  ClientFacts facts;
+};
+
+struct NodeRecord {
+  Properties properties;
+  std::uint64_t order = 0;
+  NodeKind kind = NodeKind::other;
+  std::string serial;
+  std::string name;
+  std::optional<GlobalID> client;
+  std::optional<GlobalID> device;
+  bool isOurs = false;
+  bool isRunning = false;
+  /// The node's own properties have come (and not the registry's short list only).
+  bool hasInfo = false;
+  /// Linear, one a channel; empty where the node has no volume.
+  std::vector<float> volumes;
+};
+
+struct RouteRecord {
+  std::int32_t index = 0;
+  std::int32_t device = 0;
+  bool isOutput = false;
+  std::vector<float> volumes;
+};
+
+struct DeviceRecord {
+  Properties properties;
+  std::vector<RouteRecord> routes;
+};
+
+struct LinkRecord {
+  GlobalID outputNode = 0;
+  GlobalID outputPort = 0;
+  GlobalID inputNode = 0;
+};
+
+/// Node names of ours begin with this.
+inline constexpr std::string_view ourNodePrefix = "app.quillmere.";
+
+class GraphModel {
+ public:
+  GraphModel(ApplicationIdentifier identify, Logger log, std::int32_t ownPID);
+
+  // Events. Properties are merged into those known.
+  void setOwnClient(GlobalID client);
+  void updateClient(GlobalID id, const Properties& properties);
+  void updateNode(GlobalID id, const Properties& properties);
+  void setNodeInfo(GlobalID id, bool isRunning);
+  void setNodeVolumes(GlobalID id, std::vector<float> volumes);
+  void updateDevice(GlobalID id, const Properties& properties);
+  void setRoutes(GlobalID id, std::vector<RouteRecord> routes);
+  void updatePort(GlobalID id, const Properties& properties);
+  void updateLink(GlobalID id, const Properties& properties);
+  void setMetadata(GlobalID subject, const std::string& key, std::optional<std::string> value);
+  void clearMetadata();
+  void setSetting(const std::string& key, const std::string& value);
+  void remove(GlobalID id);
+  void clear();
+
+  [[nodiscard]] const std::map<GlobalID, ClientRecord>& clients() const { return clients_; }
+  [[nodiscard]] const std::map<GlobalID, NodeRecord>& nodes() const { return nodes_; }
+  [[nodiscard]] const std::map<std::pair<GlobalID, std::string>, std::string>& metadata() const { return metadata_; }
+
+  [[nodiscard]] const NodeRecord* node(GlobalID id) const;
+  [[nodiscard]] const NodeRecord* nodeBySerial(std::string_view serial) const;
+  [[nodiscard]] std::optional<GlobalID> nodeIDBySerial(std::string_view serial) const;
+  [[nodiscard]] const DeviceRecord* deviceOf(const NodeRecord& node) const;
+  /// The active output route through which this node's volume goes.
+  [[nodiscard]] const RouteRecord* routeOf(const NodeRecord& node) const;
+  /// The route's volumes where there is one, the node's otherwise.
+  [[nodiscard]] const std::vector<float>& volumesOf(const NodeRecord& node) const;
+  [[nodiscard]] std::optional<std::string> metadataValue(GlobalID subject, const std::string& key) const;
+
+  /// A stream of an application, no level meter and not ours.
+  [[nodiscard]] bool countsAsStream(const NodeRecord& node) const;
+  /// Of the application the stream belongs to; empty where that is not known.
+  [[nodiscard]] const std::string& identifierOf(const NodeRecord& node) const;
+  /// Linked to something that is not the monitor of an output.
+  [[nodiscard]] bool recordsARealInput(GlobalID id, const NodeRecord& node) const;
+  [[nodiscard]] bool hasLinkInto(GlobalID inputNode) const;
+  [[nodiscard]] bool hasLinkFrom(GlobalID outputNode) const;
+  /// The node that this one's first link leads to; 0 without one.
+  [[nodiscard]] GlobalID linkedTo(GlobalID outputNode) const;
+  /// The rate the graph runs at, in Hz; 48000 where the daemon doesn't say.
+  [[nodiscard]] double graphRate() const;
+
+ private:
+  void identify(GlobalID clientID, ClientRecord& client, const Properties& stream);
+  [[nodiscard]] bool isOurs(const NodeRecord& node) const;
+  void noteStream(const NodeRecord& node);
+
+  ApplicationIdentifier identify_;
+  Logger log_;
+  std::int32_t ownPID_;
+  std::optional<GlobalID> ownClient_;
+  std::uint64_t nextOrder_ = 0;
+  std::map<GlobalID, ClientRecord> clients_;
+  std::map<GlobalID, NodeRecord> nodes_;
+  std::map<GlobalID, DeviceRecord> devices_;
+  std::map<GlobalID, LinkRecord> links_;
+  std::set<GlobalID> monitorPorts_;
+  std::map<std::pair<GlobalID, std::string>, std::string> metadata_;
+  Properties settings_;
+};
+
+}  // namespace quillmere::pipewire

@@ -1,0 +1,237 @@
+#include "Host.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "MetadataValue.h"
+#include "TapStreams.h"
+
+namespace quillmere::pipewire {
+namespace {
+
+/// How long a default output that we asked for counts before the session manager has taken it.
+constexpr Duration defaultConfirmationTime = std::chrono::seconds(1);
+/// When the first metadata has surely come.
+constexpr Duration staleTargetDelay = std::chrono::milliseconds(500);
+/// By then a client that has just come knows the metadata.
+constexpr Duration refreshDelay = std::chrono::milliseconds(400);
+/// How long the end of the program waits for its last words to be heard.
+constexpr Duration farewellTime = std::chrono::milliseconds(200);
+
+bool isDigits(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+}  // namespace
+
+Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWireOptions options)
+    : listeners(main),
+      log_(log, "PipeWire"),
+      options_(std::move(options)),
+      model_(std::move(identify), log_, static_cast<std::int32_t>(getpid())),
+      changed_(loop_, [this] { flush(); }),
+      defaultExpiry_(loop_,
+                     [this] {
+                       if (std::exchange(pendingDefault_, std::nullopt)) publish();
+                     }),
+      staleTargets_(loop_, [this] { deleteStaleTargets(); }),
+      refresh_(loop_, [this] { watcher_.refreshMetadata(); }),
+      ticks_(loop_,
+             [this] {
+               isTicking_ = false;
+               director_.tick();
+               publish();
+               armTicks();
+             }),
+      moment_(loop_,
+              [this] {
+                director_.moment();
+                publish();
+                armTicks();
+              }),
+      watcher_(model_, {[this] { changed_.raise(); }, [this](bool isThere) { onMetadataPresence(isThere); },
+                        [this](GlobalID subject, const std::string& key, const std::optional<std::string>& value) {
+                          onMetadata(subject, key, value);
+                        },
+                        [this] { refresh_.arm(refreshDelay); }, [this] { volume_.volumesTold(); }}),
+      volume_(loop_, model_, watcher_, [this] { publish(); }),
+      mover_(model_, watcher_, log_),
+      connection_(
+          loop_, options_.remote, log_,
+          {[this](pw_core* core) { onConnected(core); }, [this](std::uint32_t client) { model_.setOwnClient(client); },
+           [this] { onLost(); }, [this](int sequence) { onDone(sequence); }}),
+      director_(
+          model_, mover_, ids_,
+          [this](const std::optional<std::string>& target, bool isEager,
+                 const std::function<void()>&) -> std::unique_ptr<TapPath> {
+            auto* core = connection_.core();
+            if (core == nullptr) return nullptr;
+            const auto name =
+                std::string(ourNodePrefix) + "tap-" + std::to_string(getpid()) + "-" + std::to_string(++pathsMade_);
+            // Told through the signal: a stream must not be destroyed from its own callback.
+            return std::make_unique<TapStreams>(core, name, target, isEager, log_, [this] { changed_.raise(); });
+          },
+          [this](std::uint64_t nanos) { moment_.armAt(nanos); }, log_) {
+  {
+    const LoopLock lock(loop_);
+    connection_.open();
+  }
+  if (!loop_.start()) log_.error("the PipeWire thread could not be started");
+  std::unique_lock lock(shared_.mutex);
+  shared_.complete.wait_for(lock, options_.firstSnapshotTimeout, [this] { return shared_.isComplete; });
+}
+
+Host::~Host() {
+  {
+    const LoopLock lock(loop_);
+    director_.giveEverythingBack();
+    farewellSync_ = connection_.sync();
+  }
+  if (farewellSync_ >= 0) {
+    std::unique_lock lock(shared_.mutex);
+    shared_.complete.wait_for(lock, farewellTime, [this] { return shared_.hasSaidFarewell; });
+  }
+  {
+    const LoopLock lock(loop_);
+    connection_.close();
+  }
+  loop_.stop();
+}
+
+// --- events ----------------------------------------------------------------------------------------------------------
+
+void Host::onConnected(pw_core* core) {
+  watcher_.attach(core);
+  firstSync_ = connection_.sync();
+  staleTargets_.arm(staleTargetDelay);
+}
+
+void Host::onLost() {
+  director_.suspend();
+  volume_.forget();
+  pendingDefault_.reset();
+  firstSync_ = secondSync_ = -1;
+  isSynced_ = false;
+  staleTargets_.disarm();
+  refresh_.disarm();
+  watcher_.detach();
+  publish();
+}
+
+void Host::onDone(int sequence) {
+  if (sequence == firstSync_) {
+    // All globals are known; what was bound on the way answers before the second round trip does.
+    secondSync_ = connection_.sync();
+  } else if (sequence == secondSync_) {
+    isSynced_ = true;
+    changed_.raise();
+  } else if (sequence == farewellSync_) {
+    const std::lock_guard lock(shared_.mutex);
+    shared_.hasSaidFarewell = true;
+    shared_.complete.notify_all();
+  }
+}
+
+void Host::onMetadata(GlobalID subject, const std::string& key, const std::optional<std::string>& value) {
+  if (key == "target.object") mover_.onTargetChanged(subject, value);
+  if (subject != 0 || key != "default.audio.sink" || !value) return;
+  // A session manager that knows the default has seen the whole graph. One that starts and meets a node of ours
+  // half-way would never link anything.
+  director_.resume();
+  const auto name = nameFromMetadata(*value);
+  if (!name) {
+    log_.error("default output in the session manager's metadata can't be read: " + value->substr(0, 200));
+  } else if (name == pendingDefault_) {
+    pendingDefault_.reset();
+    defaultExpiry_.disarm();
+  }
+}
+
+void Host::onMetadataPresence(bool isThere) {
+  if (isThere) {
+    staleTargets_.arm(staleTargetDelay);
+  } else {
+    // A node of ours that outlived the session manager would keep its successor from linking anything.
+    director_.suspend();
+    pendingDefault_.reset();
+  }
+}
+
+void Host::deleteStaleTargets() {
+  // Left by a run of ours that was killed: a serial is never given twice, so nobody else can mean it.
+  auto stale = model_.metadata();
+  std::erase_if(stale, [&](const auto& entry) {
+    return entry.first.second != "target.object" || !isDigits(entry.second) ||
+           model_.nodeIDBySerial(entry.second).has_value() || model_.node(entry.first.first) == nullptr;
+  });
+  for (const auto& [place, serial] : stale) {
+    log_.info(logText("stream %u had a target that is gone (%s)", place.first, serial.substr(0, 32).c_str()));
+    watcher_.write(place.first, place.second, "", std::nullopt);
+  }
+}
+
+void Host::flush() {
+  director_.graphChanged();
+  armTicks();
+  publish();
+}
+
+void Host::armTicks() {
+  if (isTicking_ || !director_.wantsTicks()) return;
+  isTicking_ = true;
+  ticks_.arm(TapDirector::tickInterval);
+}
+
+void Host::publish() {
+  std::shared_ptr<const AudioSnapshot> fresh = std::make_shared<AudioSnapshot>();
+  if (isSynced_)
+    fresh = std::make_shared<AudioSnapshot>(takeSnapshot(model_, {pendingDefault_, volume_.pending()}, ids_));
+  std::vector<PropertyChange> changes;
+  {
+    const std::lock_guard lock(shared_.mutex);
+    changes = differences(*shared_.snapshot, *fresh);
+    shared_.snapshot = fresh;
+    shared_.rate = model_.graphRate();
+    for (const auto device : shared_.tapDevices) {
+      const bool isAlive = director_.isAlive(device);
+      if (isAlive != shared_.aliveDevices.contains(device)) changes.push_back({device, audio::deviceIsAlive});
+      isAlive ? static_cast<void>(shared_.aliveDevices.insert(device))
+              : static_cast<void>(shared_.aliveDevices.erase(device));
+    }
+    if (isSynced_ && !shared_.isComplete && (fresh->defaultOutput != 0 || fresh->devices.empty())) {
+      shared_.isComplete = true;
+      shared_.complete.notify_all();
+    }
+  }
+  listeners.tell(changes);
+}
+
+// --- writes ----------------------------------------------------------------------------------------------------------
+
+Status Host::writeDefaultOutput(AudioObjectID device) {
+  const LoopLock lock(loop_);
+  const auto current = snapshot();
+  const auto* wanted = current->device(device);
+  if (wanted == nullptr) return badObjectError;
+  if (wanted->outputStream == 0) return illegalOperationError;
+  if (!watcher_.hasMetadata()) return hardwareNotRunningError;
+  watcher_.write(0, "default.configured.audio.sink", "Spa:String:JSON", metadataFromName(wanted->uid));
+  if (current->defaultOutput != device) {
+    pendingDefault_ = wanted->uid;
+    defaultExpiry_.arm(defaultConfirmationTime);
+    publish();
+  }
+  return noErr;
+}
+
+Status Host::writeVolume(AudioObjectID device, std::uint32_t element, float scalar) {
+  const LoopLock lock(loop_);
+  const auto current = snapshot();
+  const auto* wanted = current->device(device);
+  if (wanted == nullptr) return badObjectError;
+  return volume_.write(wanted->node, element, scalar) ? noErr : unknownPropertyError;
+}
+
+}  // namespace quillmere::pipewire

@@ -1,0 +1,131 @@
+// The parts of the audio host put together: one thread that talks with the daemon, a snapshot for every other thread.
+#pragma once
+
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "AudioSnapshot.h"
+#include "Connection.h"
+#include "DeviceVolume.h"
+#include "GraphModel.h"
+#include "Listeners.h"
+#include "Loop.h"
+#include "ObjectIDs.h"
+#include "RegistryWatcher.h"
+#include "StreamMover.h"
+#include "TapDirector.h"
+#include "platform/linux/PipeWireAudioHardware.h"
+
+namespace quillmere::pipewire {
+
+class Host {
+ public:
+  Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWireOptions options);
+  ~Host();
+
+  [[nodiscard]] std::shared_ptr<const AudioSnapshot> snapshot() const {
+    const std::lock_guard lock(shared_.mutex);
+    return shared_.snapshot;
+  }
+  [[nodiscard]] bool isAliveDevice(AudioObjectID device) const {
+    const std::lock_guard lock(shared_.mutex);
+    return shared_.aliveDevices.contains(device);
+  }
+  [[nodiscard]] bool isTapDevice(AudioObjectID device) const {
+    const std::lock_guard lock(shared_.mutex);
+    return shared_.tapDevices.contains(device);
+  }
+  [[nodiscard]] bool isTap(AudioObjectID tap) const {
+    const std::lock_guard lock(shared_.mutex);
+    return shared_.taps.contains(tap);
+  }
+  [[nodiscard]] double rate() const {
+    const std::lock_guard lock(shared_.mutex);
+    return shared_.rate;
+  }
+
+  Status writeDefaultOutput(AudioObjectID device);
+  Status writeVolume(AudioObjectID device, std::uint32_t element, float scalar);
+
+  /// Runs an operation on the director with the loop held.
+  template <typename Operation>
+  Status direct(Operation operation) {
+    const LoopLock lock(loop_);
+    const Status status = operation(director_);
+    armTicks();
+    return status;
+  }
+  // What the object ids of taps and aggregate devices are known by on other threads.
+  void noteTap(AudioObjectID tap, bool isThere) {
+    const std::lock_guard lock(shared_.mutex);
+    isThere ? static_cast<void>(shared_.taps.insert(tap)) : static_cast<void>(shared_.taps.erase(tap));
+  }
+  void noteDevice(AudioObjectID device, bool isThere) {
+    const std::lock_guard lock(shared_.mutex);
+    if (isThere) {
+      shared_.tapDevices.insert(device);
+    } else {
+      shared_.tapDevices.erase(device);
+      shared_.aliveDevices.erase(device);
+    }
+  }
+
+  Listeners listeners;
+
+ private:
+  void flush();
+  void publish();
+  void armTicks();
+  void onConnected(pw_core* core);
+  void onLost();
+  void onDone(int sequence);
+  void onMetadata(GlobalID subject, const std::string& key, const std::optional<std::string>& value);
+  void onMetadataPresence(bool isThere);
+  void deleteStaleTargets();
+
+  Logger log_;
+  PipeWireOptions options_;
+
+  struct {
+    mutable std::mutex mutex;
+    std::condition_variable complete;
+    bool isComplete = false;
+    bool hasSaidFarewell = false;
+    std::shared_ptr<const AudioSnapshot> snapshot = std::make_shared<AudioSnapshot>();
+    std::set<AudioObjectID> taps;
+    std::set<AudioObjectID> tapDevices;
+    std::set<AudioObjectID> aliveDevices;
+    /// Of the graph, in Hz.
+    double rate = 48000.0;
+  } shared_;
+
+  // All below: loop only.
+  Loop loop_;
+  GraphModel model_;
+  ObjectIDs ids_;
+  std::optional<std::string> pendingDefault_;
+  /// The two round trips after which the first picture is whole.
+  int firstSync_ = -1;
+  int secondSync_ = -1;
+  int farewellSync_ = -1;
+  bool isSynced_ = false;
+  std::uint64_t pathsMade_ = 0;
+  LoopSignal changed_;
+  LoopTimer defaultExpiry_;
+  LoopTimer staleTargets_;
+  LoopTimer refresh_;
+  LoopTimer ticks_;
+  bool isTicking_ = false;
+  LoopTimer moment_;
+  RegistryWatcher watcher_;
+  DeviceVolume volume_;
+  StreamMover mover_;
+  Connection connection_;
+  TapDirector director_;
+};
+
+}  // namespace quillmere::pipewire

@@ -1,0 +1,111 @@
+// Taps, aggregate devices and IO blocks, and the life of the streams behind them: opened, live, released, returned.
+// Knows no daemon: paths come from a factory, time comes as ticks.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "GraphModel.h"
+#include "ObjectIDs.h"
+#include "StreamMover.h"
+#include "TapPath.h"
+#include "platform/AudioTypes.h"
+#include "runtime/Clocks.h"
+#include "runtime/Logger.h"
+
+namespace quillmere::pipewire {
+
+class TapDirector {
+ public:
+  /// Opens a path to the output of this node.name, absent: to the default. `changed` may be called until it is gone.
+  /// An eager one runs at once.
+  using PathFactory = std::function<std::unique_ptr<TapPath>(const std::optional<std::string>& target, bool isEager,
+                                                             std::function<void()> changed)>;
+  /// Asks for moment() at a time in nanoseconds of the monotonic clock; a later request replaces an earlier one.
+  using WakeAt = std::function<void(std::uint64_t)>;
+
+  /// tick() is to be called this often for as long as wantsTicks().
+  static constexpr Duration tickInterval = std::chrono::milliseconds(10);
+
+  TapDirector(const GraphModel& model, StreamMover& mover, ObjectIDs& ids, PathFactory makePath, WakeAt wakeAt,
+              Logger log);
+  ~TapDirector();
+
+  Status createTap(const TapDescription& description, AudioObjectID& tap);
+  Status destroyTap(AudioObjectID tap);
+  Status createDevice(const AggregateDescription& description, AudioObjectID& device);
+  Status destroyDevice(AudioObjectID device);
+  Status createProc(AudioObjectID device, IOBlock block, IOProcID& proc);
+  Status destroyProc(AudioObjectID device, IOProcID proc);
+  Status start(AudioObjectID device, IOProcID proc);
+  Status stop(AudioObjectID device, IOProcID proc, float appliedGain);
+
+  [[nodiscard]] bool hasTap(AudioObjectID tap) const { return taps_.contains(tap); }
+  [[nodiscard]] bool hasDevice(AudioObjectID device) const { return devices_.contains(device); }
+  [[nodiscard]] bool isAlive(AudioObjectID device) const;
+
+  /// The session manager has come: everything that was built is built (again).
+  void resume();
+  /// The session manager has gone: no node of ours may stay.
+  void suspend();
+  /// Every stream goes back at once, without a glide, and nothing is rebuilt.
+  void giveEverythingBack();
+
+  /// The graph or a path has changed.
+  void graphChanged();
+  void tick();
+  /// The time asked for has come.
+  void moment();
+  [[nodiscard]] bool wantsTicks() const;
+
+ private:
+  enum class Phase { opening, ready, live, releasing, returning };
+  struct Session;
+  struct Tap {
+    std::set<std::string> applications;
+    std::string uid;
+  };
+  struct Device {
+    std::set<std::string> applications;
+    std::optional<std::string> target;
+    std::shared_ptr<Session> session;
+    /// Still runs the block until the session that takes its place is ready.
+    std::shared_ptr<Session> predecessor;
+    std::map<IOProcID, std::unique_ptr<IOBlock>> procs;
+    IOProcID running = 0;
+  };
+
+  void attach(Device& device);
+  [[nodiscard]] std::shared_ptr<Session> openSession(const Device& device);
+  void followOutput(Device& device);
+  void dismiss(Device& device, float appliedGain);
+  void detach(Device& device, float appliedGain);
+  void goLive(Device& device);
+  [[nodiscard]] bool mustWait(Session& session);
+  void beginReturn(Session& session);
+  void handOver(Session& session);
+  void dropReturned();
+  [[nodiscard]] Session* sessionInCharge(const std::string& application) const;
+
+  const GraphModel& model_;
+  StreamMover& mover_;
+  ObjectIDs& ids_;
+  PathFactory makePath_;
+  WakeAt wakeAt_;
+  Logger log_;
+  bool isRunning_ = false;
+  IOProcID nextProc_ = 1;
+  std::map<AudioObjectID, Tap> taps_;
+  std::map<AudioObjectID, Device> devices_;
+  /// Sessions without a device: gliding to unity, or waiting for the streams to leave.
+  std::vector<std::shared_ptr<Session>> leaving_;
+  /// Whose streams each application's are.
+  std::map<std::string, Session*> inCharge_;
+};
+
+}  // namespace quillmere::pipewire

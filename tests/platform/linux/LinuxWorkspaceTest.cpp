@@ -1,0 +1,170 @@
+// Running applications, icons and addresses on a machine of files.
+#include "platform/linux/LinuxWorkspace.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <map>
+
+#include "platform/linux/ApplicationRegistry.h"
+#include "platform/linux/PipeWireAudioHardware.h"
+#include "runtime/VirtualTime.h"
+#include "support/FakeProc.h"
+#include "support/RecordingLogSink.h"
+#include "tests/platform/contract/WorkspaceContract.h"
+
+namespace quillmere {
+namespace {
+
+class LinuxWorkspaceTest : public ::testing::Test {
+ protected:
+  LinuxWorkspaceTest() {
+    install("org.gnome.Totem", "Name=Videos\nIcon=org.gnome.Totem\nExec=totem");
+    install("helper", "Name=Helper\nExec=helper\nNoDisplay=true");
+    install("spotify", "Name=Spotify\nIcon=/opt/spotify/icon.png\nExec=spotify");
+    ApplicationRegistryOptions options;
+    options.procRoot = proc_.path();
+    options.dataFolders = {data_.path()};
+    options.searchPath = "/nowhere";
+    registry_ = std::make_shared<ApplicationRegistry>(time_.runtime(log_), options);
+    workspace_ = std::make_unique<LinuxWorkspace>(registry_, [this] { return clients_; }, log_);
+  }
+  void install(const std::string& id, const std::string& keys) {
+    data_.write("applications/" + id + ".desktop", "[Desktop Entry]\nType=Application\n" + keys + "\n");
+  }
+  std::vector<RunningApplication> running() {
+    time_.advance(std::chrono::seconds(1));
+    static_cast<void>(workspace_->runningApplications());
+    time_.runUntilIdle();
+    return workspace_->runningApplications();
+  }
+
+  VirtualTime time_;
+  support::RecordingLogSink log_;
+  support::FakeProc proc_;
+  support::TemporaryFolder data_;
+  std::vector<AudioClient> clients_;
+  std::shared_ptr<ApplicationRegistry> registry_;
+  std::unique_ptr<LinuxWorkspace> workspace_;
+};
+
+TEST_F(LinuxWorkspaceTest, VisibleApplicationsRunInvisibleOnesDoNot) {
+  proc_.start(10, "/usr/bin/totem");
+  proc_.start(11, "/usr/bin/helper");
+  EXPECT_EQ(running(), (std::vector<RunningApplication>{{"org.gnome.Totem", "Videos", 10}}));
+}
+
+TEST_F(LinuxWorkspaceTest, AnInvisibleOneThatSoundsRuns) {
+  proc_.start(11, "/usr/bin/helper");
+  clients_ = {{"helper", 11, "helper stream"}};
+  EXPECT_EQ(running(), (std::vector<RunningApplication>{{"helper", "Helper", 11}}));
+}
+
+TEST_F(LinuxWorkspaceTest, WhoeverHasAnAudioClientRuns) {
+  clients_ = {{"mpv", 77, "mpv Media Player"}};
+  EXPECT_EQ(running(), (std::vector<RunningApplication>{{"mpv", "mpv Media Player", 77}}));
+}
+
+TEST_F(LinuxWorkspaceTest, AnApplicationWithProcessAndClientIsOne) {
+  proc_.start(10, "/usr/bin/totem");
+  clients_ = {{"org.gnome.Totem", 12, "Totem"}, {"org.gnome.Totem", 13, "Totem"}};
+  EXPECT_EQ(running(), (std::vector<RunningApplication>{{"org.gnome.Totem", "Videos", 10}}));
+}
+
+TEST_F(LinuxWorkspaceTest, AClientOfAnInstalledApplicationHasTheEntrysName) {
+  clients_ = {{"com.spotify.client", 5, "some stream"}};
+  EXPECT_EQ(running(), (std::vector<RunningApplication>{{"com.spotify.client", "Spotify", 5}}));
+}
+
+TEST_F(LinuxWorkspaceTest, AClientWithoutANameGoesByItsIdentifier) {
+  clients_ = {{"mplayer", 0, ""}, {"other", -9, " \n "}};
+  EXPECT_EQ(running(), (std::vector<RunningApplication>{{"mplayer", "mplayer", 0}, {"other", "other", 0}}));
+}
+
+TEST_F(LinuxWorkspaceTest, AClientWithoutIdentifierIsNoApplication) {
+  clients_ = {{"", 5, "ghost"}};
+  EXPECT_TRUE(running().empty());
+}
+
+TEST_F(LinuxWorkspaceTest, AnEndlessNameIsCut) {
+  clients_ = {{"mplayer", 5, std::string(4096, 'n')}};
+  EXPECT_EQ(running()[0].localizedName, std::string(256, 'n'));
+}
+
+TEST_F(LinuxWorkspaceTest, IconsOfRunningAndInstalledApplicationsAreTold) {
+  proc_.start(10, "/usr/bin/totem");
+  running();
+  EXPECT_EQ(workspace_->icon("org.gnome.Totem"), IconReference(ThemedIcon{"org.gnome.Totem"}));
+  EXPECT_EQ(workspace_->icon("com.spotify.client"), IconReference(FileIcon{"/opt/spotify/icon.png"}));
+  EXPECT_EQ(workspace_->icon("com.example.none"), std::nullopt);
+}
+
+TEST_F(LinuxWorkspaceTest, WhatIsNoAddressIsNotOpened) {
+  for (const auto& address : {std::string(), std::string("no address"), std::string("--help"),
+                              std::string("https://x") + '\0' + "y", "https://" + std::string(20000, 'x')}) {
+    EXPECT_FALSE(workspace_->openURL(address));
+  }
+  EXPECT_EQ(log_.count("no address"), 5);
+}
+
+TEST_F(LinuxWorkspaceTest, AnAddressIsHandedToTheDesktopsOpener) {
+  support::TemporaryFolder bin;
+  bin.write("xdg-open", "#!/bin/sh\nprintf '%s' \"$1\" > \"" + bin.path("opened") + ".tmp\" && mv \"" +
+                            bin.path("opened") + ".tmp\" \"" + bin.path("opened") + "\"\n");
+  std::filesystem::permissions(bin.path("xdg-open"), std::filesystem::perms::owner_all);
+  const std::string oldPath = std::getenv("PATH");
+  ::setenv("PATH", (bin.path() + ":" + oldPath).c_str(), 1);
+  EXPECT_TRUE(workspace_->openURL("https://example.org/a?b=c&d='e'"));
+  ::setenv("PATH", oldPath.c_str(), 1);
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (!std::filesystem::exists(bin.path("opened")) && std::chrono::steady_clock::now() < deadline) ::usleep(2000);
+  std::ifstream opened(bin.path("opened"));
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(opened), {}), "https://example.org/a?b=c&d='e'");
+}
+
+/// A machine of files on which entries are installed and processes started.
+class LinuxWorkspaceHost {
+ public:
+  LinuxWorkspaceHost() {
+    ApplicationRegistryOptions options;
+    options.procRoot = proc_.path();
+    options.dataFolders = {data_.path()};
+    options.searchPath = "/nowhere";
+    registry_ = std::make_shared<ApplicationRegistry>(time_.runtime(log_), options);
+    workspace_ = std::make_unique<LinuxWorkspace>(registry_, LinuxWorkspace::AudioClients{}, log_);
+    look();
+  }
+  Workspace& workspace() { return *workspace_; }
+  void launch(const std::string& id, const std::string& name, const std::string& iconName, std::int32_t pid) {
+    data_.write("applications/" + id + ".desktop", "[Desktop Entry]\nType=Application\nName=" + name +
+                                                       "\nIcon=" + iconName + "\nExec=/opt/" + id + "/" + id + "\n");
+    proc_.start(pid, "/opt/" + id + "/" + id);
+    pids_[id] = pid;
+    look();
+  }
+  void terminate(const std::string& id) {
+    proc_.end(pids_[id]);
+    look();
+  }
+
+ private:
+  /// New entries are looked for every five seconds.
+  void look() {
+    time_.advance(std::chrono::seconds(6));
+    static_cast<void>(workspace_->runningApplications());
+    time_.runUntilIdle();
+  }
+
+  VirtualTime time_;
+  support::RecordingLogSink log_;
+  support::FakeProc proc_;
+  support::TemporaryFolder data_;
+  std::map<std::string, std::int32_t> pids_;
+  std::shared_ptr<ApplicationRegistry> registry_;
+  std::unique_ptr<LinuxWorkspace> workspace_;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, WorkspaceContract, LinuxWorkspaceHost);
+
+}  // namespace
+}  // namespace quillmere

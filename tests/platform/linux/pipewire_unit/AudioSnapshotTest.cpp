@@ -1,0 +1,155 @@
+// From the daemon's events to devices, processes and what has changed.
+#include <gtest/gtest.h>
+
+#include "Graph.h"
+#include "platform/linux/pipewire/AudioSnapshot.h"
+#include "platform/linux/pipewire/PropertyValue.h"
+
+namespace quillmere::pipewire::test {
+namespace {
+
+struct AudioSnapshotTest : ::testing::Test {
+  Graph graph;
+  ObjectIDs ids;
+  PendingWrites pending;
+  [[nodiscard]] AudioSnapshot take() { return takeSnapshot(graph.model, pending, ids); }
+};
+
+TEST_F(AudioSnapshotTest, ADeviceWithoutADescriptionGoesByItsNickOrName) {
+  graph.sink(1, "one", {{"node.nick", "One"}});
+  graph.sink(2, "two");
+  const auto snapshot = take();
+  EXPECT_EQ(snapshot.devices[0].name, "One");
+  EXPECT_EQ(snapshot.devices[1].name, "two");
+}
+
+TEST_F(AudioSnapshotTest, ADeviceThatReturnsHasItsOldIDUnderAnotherGlobal) {
+  graph.sink(1, "one");
+  const auto id = take().devices[0].id;
+  graph.model.remove(1);
+  graph.sink(9, "two");
+  graph.sink(1, "other");
+  graph.sink(7, "one");
+  EXPECT_EQ(take().devices[2].id, id);
+}
+
+TEST_F(AudioSnapshotTest, ARoutesVolumeGoesBeforeTheNodes) {
+  graph.model.updateDevice(50, {{"device.api", "alsa"}});
+  graph.sink(1, "card", {{"device.id", "50"}, {"card.profile.device", "3"}});
+  graph.model.setNodeVolumes(1, {1.0F, 1.0F});
+  EXPECT_EQ(take().devices[0].volumes, (std::vector<float>{1.0F, 1.0F}));
+  graph.model.setRoutes(50, {{0, 2, true, {0.001F}}, {1, 3, true, {0.125F, 0.125F}}});
+  EXPECT_EQ(take().devices[0].volumes, (std::vector<float>{0.5F, 0.5F}));
+}
+
+TEST_F(AudioSnapshotTest, WhatWasWrittenCountsUntilItIsConfirmed) {
+  graph.sink(1, "one");
+  graph.sink(2, "two");
+  graph.model.setNodeVolumes(1, {1.0F});
+  graph.model.setMetadata(0, "default.audio.sink", R"({"name":"one"})");
+  pending.defaultOutput = "two";
+  pending.volumes[1] = {0.125F};
+  const auto snapshot = take();
+  EXPECT_EQ(snapshot.defaultOutput, snapshot.devices[1].id);
+  EXPECT_EQ(snapshot.devices[0].volumes, std::vector<float>{0.5F});
+}
+
+TEST_F(AudioSnapshotTest, ADefaultThatIsNotThereIsNone) {
+  graph.sink(1, "one");
+  graph.model.setMetadata(0, "default.audio.sink", R"({"name":"gone"})");
+  EXPECT_EQ(take().defaultOutput, 0U);
+  graph.model.setMetadata(0, "default.audio.sink", "{");
+  EXPECT_EQ(take().defaultOutput, 0U);
+}
+
+TEST_F(AudioSnapshotTest, AClientWithoutAStreamIsNoProcess) {
+  graph.client(10, "test.mixer");
+  EXPECT_TRUE(take().processes.empty());
+}
+
+TEST_F(AudioSnapshotTest, ClientsOfOneApplicationAreOneProcessWithThePidOfTheFirst) {
+  graph.client(10, "test.player", {{"pipewire.sec.pid", "100"}});
+  graph.client(11, "test.player", {{"pipewire.sec.pid", "101"}});
+  graph.playback(20, 10);
+  graph.playback(21, 11);
+  const auto snapshot = take();
+  ASSERT_EQ(snapshot.processes.size(), 1U);
+  EXPECT_EQ(snapshot.processes[0].pid, 100);
+  EXPECT_TRUE(snapshot.processes[0].isRunningOutput);
+}
+
+TEST_F(AudioSnapshotTest, AClientThatSaysNothingHasANameOfLastResortAndALogLine) {
+  graph.client(10, "");
+  graph.node(20, "Stream/Output/Audio", 10, {{"node.name", ""}});
+  ASSERT_EQ(take().processes.size(), 1U);
+  EXPECT_EQ(take().processes[0].identifier, "unnamed-audio-client");
+  EXPECT_EQ(graph.log.lines.size(), 1U);
+}
+
+TEST_F(AudioSnapshotTest, ANameThatComesLateIsTaken) {
+  graph.client(10, "", {{"application.process.binary", "player"}});
+  graph.playback(20, 10);
+  EXPECT_EQ(take().processes[0].identifier, "player");
+  graph.client(10, "test.player");
+  EXPECT_EQ(take().processes[0].identifier, "test.player");
+}
+
+TEST_F(AudioSnapshotTest, OurOwnProcessAndOurOwnNodesDoNotCount) {
+  graph.client(10, "ours", {{"pipewire.sec.pid", "4711"}});
+  graph.playback(20, 10);
+  graph.client(11, "test.player");
+  graph.playback(21, 11, {{"node.name", "app.quillmere.tone"}});
+  EXPECT_TRUE(take().processes.empty());
+}
+
+TEST_F(AudioSnapshotTest, InputRunsOnlyOnceLinkedToSomethingThatIsNoMonitor) {
+  graph.client(10, "test.recorder");
+  graph.recording(20, 10);
+  graph.sink(1, "one");
+  graph.node(2, "Audio/Source", 0, {{"node.name", "mic"}});
+  EXPECT_FALSE(take().processes[0].isRunningInput);
+  graph.link(30, 1, 20);
+  EXPECT_FALSE(take().processes[0].isRunningInput);
+  graph.link(31, 2, 20);
+  EXPECT_TRUE(take().processes[0].isRunningInput);
+}
+
+TEST_F(AudioSnapshotTest, AMonitorPortOfADuplexDeviceIsNoMicrophoneButItsOtherPortsAre) {
+  graph.client(10, "test.recorder");
+  graph.recording(20, 10);
+  graph.node(2, "Audio/Duplex", 0);
+  graph.model.updatePort(40, {{"port.monitor", "true"}});
+  graph.link(30, 2, 20, 40);
+  EXPECT_FALSE(take().processes[0].isRunningInput);
+  graph.link(31, 2, 20, 41);
+  EXPECT_TRUE(take().processes[0].isRunningInput);
+}
+
+TEST_F(AudioSnapshotTest, OnlyWhatHasChangedIsTold) {
+  graph.sink(1, "one");
+  graph.model.setNodeVolumes(1, {1.0F});
+  const auto before = take();
+  EXPECT_TRUE(differences(before, before).empty());
+  graph.model.setNodeVolumes(1, {0.5F});
+  const auto after = take();
+  EXPECT_EQ(differences(before, after), (std::vector<PropertyChange>{{after.devices[0].id, audio::volumeScalar}}));
+  graph.sink(2, "two");
+  const auto more = take();
+  const auto changes = differences(after, more);
+  EXPECT_EQ(changes, (std::vector<PropertyChange>{{systemObjectID, audio::devices},
+                                                  {more.devices[1].id, audio::deviceIsAlive}}));
+}
+
+TEST_F(AudioSnapshotTest, ElementZeroIsTheLoudestChannelAndChannelsFollow) {
+  DeviceSnapshot device;
+  device.volumes = {0.25F, 0.5F};
+  EXPECT_EQ(deviceProperty(device, {audio::volumeScalar, audio::scopeOutput, 0}).real, 0.5F);
+  EXPECT_EQ(deviceProperty(device, {audio::volumeScalar, audio::scopeOutput, 1}).real, 0.25F);
+  EXPECT_EQ(deviceProperty(device, {audio::volumeScalar, audio::scopeOutput, 3}).status, unknownPropertyError);
+  EXPECT_EQ(deviceProperty(device, {audio::volumeScalar, audio::scopeGlobal, 0}).status, unknownPropertyError);
+  device.volumes.clear();
+  EXPECT_EQ(deviceProperty(device, {audio::volumeScalar, audio::scopeOutput, 0}).status, unknownPropertyError);
+}
+
+}  // namespace
+}  // namespace quillmere::pipewire::test

@@ -1,0 +1,403 @@
+// The life of taps without a daemon: opened, live, released, adopted, handed over, suspended.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <list>
+
+#include "Graph.h"
+#include "platform/linux/pipewire/AudioSnapshot.h"
+#include "platform/linux/pipewire/TapDirector.h"
+
+namespace quillmere::pipewire::test {
+namespace {
+
+struct FakePath final : TapPath {
+  explicit FakePath(std::uint32_t first, bool& destroyed) : capture(first), gone(destroyed) {}
+  ~FakePath() override { gone = true; }
+  bool isConnected() const override { return connected; }
+  bool hasFailed() const override { return false; }
+  std::uint32_t captureNode() const override { return capture; }
+  std::uint32_t playbackNode() const override { return capture + 1; }
+  void startPlain(const IOBlock*) override { orders.push_back("plain"); }
+  void startFrom(const IOBlock*, float from) override { orders.push_back("from " + std::to_string(from).substr(0, 4)); }
+  void startFromRelease(const IOBlock*) override { orders.push_back("adopted"); }
+  void stop(float applied) override { orders.push_back("stop " + std::to_string(applied).substr(0, 4)); }
+  void hold() override { orders.push_back("hold"); }
+  std::uint64_t quietMoment() const override { return quiet; }
+  void calmDown() override { orders.push_back("calm"); }
+  std::uint64_t cycles() const override { return count; }
+  bool isAtUnity() const override { return unity; }
+  float releaseGain() const override { return gain; }
+
+  std::uint32_t capture;
+  bool& gone;
+  bool connected = false;
+  bool unity = false;
+  float gain = 1.0F;
+  std::uint64_t count = 0;
+  /// The graph has run: quiet moments are known.
+  std::uint64_t quiet = 7;
+  std::vector<std::string> orders;
+};
+
+struct TapDirectorTest : ::testing::Test {
+  Graph graph;
+  Metadata metadata{graph.model};
+  StreamMover mover{graph.model, metadata, Logger(graph.log, "PipeWire")};
+  ObjectIDs ids;
+  std::vector<FakePath*> paths;
+  std::vector<std::optional<std::string>> targets;
+  std::list<bool> gone;
+  std::vector<bool> eagerness;
+  std::vector<std::uint64_t> wakes;
+  TapDirector director{graph.model,
+                       mover,
+                       ids,
+                       [this](const std::optional<std::string>& target, bool isEager, std::function<void()>) {
+                         targets.push_back(target);
+                         eagerness.push_back(isEager);
+                         auto path = std::make_unique<FakePath>(100 + 10 * static_cast<std::uint32_t>(paths.size()),
+                                                                gone.emplace_back(false));
+                         paths.push_back(path.get());
+                         return path;
+                       },
+                       [this](std::uint64_t nanos) { wakes.push_back(nanos); },
+                       Logger(graph.log, "PipeWire")};
+
+  void SetUp() override {
+    graph.client(10, "test.player");
+    graph.playback(20, 10);
+    director.resume();
+  }
+
+  /// The path's nodes appear and the session manager links its playback side.
+  void connect(std::size_t place) {
+    auto& path = *paths.at(place);
+    path.connected = true;
+    graph.node(path.capture, "Stream/Input/Audio/Internal", 0);
+    graph.link(500 + path.capture, path.capture + 1, 1);
+    director.graphChanged();
+  }
+  /// The session manager follows the metadata: the stream's only link.
+  void follow() {
+    metadata.echo();
+    graph.model.remove(700);
+    if (const auto serial = graph.model.metadataValue(20, "target.object")) {
+      if (const auto node = graph.model.nodeIDBySerial(*serial)) graph.link(700, 20, *node);
+    }
+    director.graphChanged();
+  }
+  struct Built {
+    AudioObjectID tap = 0;
+    AudioObjectID device = 0;
+    IOProcID proc = 0;
+  };
+  Built build(bool followsDefault = true, const std::string& output = "sink") {
+    Built built;
+    TapDescription tap;
+    tap.processes = {ids.of(processKey("test.player"))};
+    tap.uuid = Uuid::random();
+    tap.isExclusive = false;
+    EXPECT_EQ(director.createTap(tap, built.tap), noErr);
+    AggregateDescription device;
+    device.mainDeviceUID = output;
+    device.followsDefaultOutput = followsDefault;
+    device.taps = {{tap.uuid.text(), true}};
+    EXPECT_EQ(director.createDevice(device, built.device), noErr);
+    EXPECT_EQ(
+        director.createProc(built.device, [](const AudioBufferList&, const AudioBufferList&) {}, built.proc), noErr);
+    return built;
+  }
+  /// Starts and lets the quiet moment come.
+  void start(const Built& built) {
+    EXPECT_EQ(director.start(built.device, built.proc), noErr);
+    director.moment();
+  }
+  void end(const Built& built, float gain) {
+    EXPECT_EQ(director.stop(built.device, built.proc, gain), noErr);
+    EXPECT_EQ(director.destroyProc(built.device, built.proc), noErr);
+    EXPECT_EQ(director.destroyDevice(built.device), noErr);
+    EXPECT_EQ(director.destroyTap(built.tap), noErr);
+  }
+  void tick(int times) {
+    for (int i = 0; i < times; ++i) director.tick();
+  }
+  [[nodiscard]] bool isGone(std::size_t place) const { return *std::next(gone.begin(), static_cast<long>(place)); }
+};
+
+TEST_F(TapDirectorTest, ADeviceIsAliveOnceItsNodesStandAndThePlaybackSideIsLinked) {
+  const auto built = build();
+  EXPECT_FALSE(director.isAlive(built.device));
+  paths[0]->connected = true;
+  graph.node(paths[0]->capture, "Stream/Input/Audio/Internal", 0);
+  director.graphChanged();
+  EXPECT_FALSE(director.isAlive(built.device));
+  connect(0);
+  EXPECT_TRUE(director.isAlive(built.device));
+}
+
+TEST_F(TapDirectorTest, AnotherOutputUnderALiveTapRenewsItsStreams) {
+  const auto built = build(false, "desk");
+  connect(0);
+  start(built);
+  follow();
+  // The session manager moves the playback side to another node.
+  graph.link(500 + paths[0]->capture, paths[0]->playbackNode(), 2);
+  director.graphChanged();
+  ASSERT_EQ(paths.size(), 2U);
+  EXPECT_EQ(targets[1], "desk");
+  EXPECT_TRUE(std::ranges::find(paths[0]->orders, "stop 0.00") == paths[0]->orders.end())
+      << "the old streams play until the new ones are ready";
+  connect(1);
+  director.moment();
+  EXPECT_EQ(paths[0]->orders.back(), "hold") << "the block has one caller at a time";
+  EXPECT_EQ(paths[1]->orders, std::vector<std::string>{"plain"});
+  follow();
+  EXPECT_TRUE(isGone(0));
+  EXPECT_TRUE(director.isAlive(built.device));
+}
+
+TEST_F(TapDirectorTest, StoppingWhileStreamsAreRenewedEndsTheBlockInTheOldOnesToo) {
+  const auto built = build();
+  connect(0);
+  start(built);
+  follow();
+  graph.link(500 + paths[0]->capture, paths[0]->playbackNode(), 2);
+  director.graphChanged();
+  ASSERT_EQ(paths.size(), 2U);
+  end(built, 0.25F);
+  EXPECT_EQ(paths[0]->orders.back(), "stop 0.25");
+  EXPECT_TRUE(isGone(1)) << "streams that never were in use go at once";
+  paths[0]->unity = true;
+  director.tick();
+  director.moment();
+  follow();
+  EXPECT_TRUE(isGone(0));
+}
+
+TEST_F(TapDirectorTest, WithoutAnyOutputADeviceComesAliveAfterAWhile) {
+  const auto built = build();
+  paths[0]->connected = true;
+  graph.node(paths[0]->capture, "Stream/Input/Audio/Internal", 0);
+  tick(60);
+  EXPECT_TRUE(director.isAlive(built.device));
+}
+
+TEST_F(TapDirectorTest, NothingIsMovedBeforeTheStart) {
+  const auto built = build();
+  connect(0);
+  EXPECT_TRUE(metadata.take().empty());
+  start(built);
+  EXPECT_EQ(metadata.take().front(), "20 target.object=1100");
+}
+
+TEST_F(TapDirectorTest, ARunningStreamIsTakenOverFromUnity) {
+  const auto built = build();
+  connect(0);
+  start(built);
+  EXPECT_EQ(paths[0]->orders, std::vector<std::string>{"from 1.00"});
+}
+
+TEST_F(TapDirectorTest, ASilentApplicationIsTakenOverPlainly) {
+  graph.model.setNodeInfo(20, false);
+  const auto built = build();
+  connect(0);
+  start(built);
+  EXPECT_EQ(paths[0]->orders, std::vector<std::string>{"plain"});
+}
+
+TEST_F(TapDirectorTest, AGlideThatNeverBeganIsDropped) {
+  const auto built = build();
+  connect(0);
+  start(built);
+  EXPECT_TRUE(director.wantsTicks());
+  tick(60);
+  EXPECT_EQ(paths[0]->orders, (std::vector<std::string>{"from 1.00", "calm", "plain"}));
+  EXPECT_FALSE(director.wantsTicks());
+}
+
+TEST_F(TapDirectorTest, AStartBeforeTheDeviceIsAliveTakesEffectWhenItIs) {
+  const auto built = build();
+  EXPECT_EQ(director.start(built.device, built.proc), noErr);
+  EXPECT_TRUE(paths[0]->orders.empty());
+  connect(0);
+  director.moment();
+  EXPECT_EQ(paths[0]->orders.size(), 1U);
+}
+
+TEST_F(TapDirectorTest, WhatSoundsIsTakenByStreamsThatRunAlreadyAndAtAQuietMoment) {
+  const auto built = build();
+  EXPECT_TRUE(eagerness[0]);
+  paths[0]->quiet = 0;
+  connect(0);
+  ASSERT_EQ(director.start(built.device, built.proc), noErr);
+  tick(3);
+  EXPECT_TRUE(metadata.take().empty());
+  EXPECT_TRUE(wakes.empty());
+  paths[0]->quiet = 1234;
+  director.graphChanged();
+  EXPECT_TRUE(metadata.take().empty());
+  EXPECT_EQ(wakes, std::vector<std::uint64_t>{1234});
+  director.moment();
+  EXPECT_FALSE(metadata.take().empty());
+}
+
+TEST_F(TapDirectorTest, StreamsThatNeverRunAreNotWaitedForLong) {
+  const auto built = build();
+  paths[0]->quiet = 0;
+  connect(0);
+  ASSERT_EQ(director.start(built.device, built.proc), noErr);
+  tick(30);
+  EXPECT_FALSE(metadata.take().empty());
+}
+
+TEST_F(TapDirectorTest, ForASilentApplicationNothingRunsBeforeItPlays) {
+  graph.model.setNodeInfo(20, false);
+  const auto built = build();
+  EXPECT_FALSE(eagerness[0]);
+  paths[0]->quiet = 0;
+  connect(0);
+  ASSERT_EQ(director.start(built.device, built.proc), noErr);
+  EXPECT_FALSE(metadata.take().empty());
+}
+
+TEST_F(TapDirectorTest, StreamsGoBackOnlyAtUnityAndTheNodesGoOnlyAfterThem) {
+  const auto built = build();
+  connect(0);
+  start(built);
+  follow();
+  metadata.take();
+  end(built, 0.3F);
+  EXPECT_EQ(paths[0]->orders, (std::vector<std::string>{"from 1.00", "calm", "stop 0.30"}));
+  paths[0]->count = 5;
+  tick(3);
+  EXPECT_TRUE(metadata.take().empty());
+  paths[0]->unity = true;
+  tick(1);
+  EXPECT_TRUE(metadata.take().empty());
+  director.moment();
+  EXPECT_EQ(metadata.take().back(), "20 target.object=-");
+  EXPECT_FALSE(isGone(0));
+  follow();
+  EXPECT_TRUE(isGone(0));
+  EXPECT_FALSE(director.wantsTicks());
+}
+
+TEST_F(TapDirectorTest, AReleaseWhoseApplicationIsSilentDoesNotWaitForAGlide) {
+  const auto built = build();
+  connect(0);
+  start(built);
+  follow();
+  end(built, 0.3F);
+  tick(40);
+  follow();
+  EXPECT_TRUE(isGone(0));
+}
+
+TEST_F(TapDirectorTest, ANewTapToTheSameOutputAdoptsTheReleasingStreams) {
+  const auto first = build();
+  connect(0);
+  start(first);
+  follow();
+  end(first, 0.3F);
+  metadata.take();
+  const auto second = build();
+  EXPECT_EQ(paths.size(), 1U);
+  EXPECT_TRUE(director.isAlive(second.device));
+  start(second);
+  EXPECT_EQ(paths[0]->orders.back(), "adopted");
+  EXPECT_TRUE(metadata.take().empty());
+  tick(50);
+  EXPECT_FALSE(isGone(0));
+}
+
+TEST_F(TapDirectorTest, ANewTapToAnotherOutputTakesTheStreamsFromTheOldAtTheGainInEffect) {
+  const auto first = build();
+  connect(0);
+  start(first);
+  follow();
+  end(first, 0.3F);
+  paths[0]->gain = 0.3F;
+  paths[0]->count = 1;
+  const auto second = build(false, "usb");
+  EXPECT_EQ(targets.back(), "usb");
+  connect(1);
+  metadata.take();
+  start(second);
+  EXPECT_EQ(paths[1]->orders, std::vector<std::string>{"from 0.30"});
+  EXPECT_EQ(metadata.take().front(), "20 target.object=1110");
+  EXPECT_FALSE(isGone(0));
+  follow();
+  EXPECT_TRUE(isGone(0));
+}
+
+TEST_F(TapDirectorTest, AReleaseHoldsForATapThatTakesItsStreamsAndGoesOnIfThatNeverStarts) {
+  const auto first = build();
+  connect(0);
+  start(first);
+  follow();
+  end(first, 0.3F);
+  const auto second = build(false, "usb");
+  EXPECT_EQ(paths[0]->orders.back(), "hold");
+  EXPECT_EQ(director.destroyDevice(second.device), noErr);
+  paths[0]->gain = 0.3F;
+  tick(260);
+  EXPECT_EQ(paths[0]->orders.back(), "stop 0.30");
+  paths[0]->unity = true;
+  tick(1);
+  director.moment();
+  follow();
+  EXPECT_TRUE(isGone(0));
+}
+
+TEST_F(TapDirectorTest, ADeviceThatWasNeverStartedLeavesNothing) {
+  const auto built = build();
+  connect(0);
+  EXPECT_EQ(director.destroyDevice(built.device), noErr);
+  EXPECT_TRUE(isGone(0));
+  EXPECT_TRUE(metadata.take().empty());
+}
+
+TEST_F(TapDirectorTest, WithTheSessionManagerGoneNoPathStaysAndTheLiveOnesAreRebuilt) {
+  const auto built = build();
+  connect(0);
+  start(built);
+  follow();
+  director.suspend();
+  EXPECT_TRUE(isGone(0));
+  EXPECT_FALSE(director.isAlive(built.device));
+  graph.model.clearMetadata();
+  graph.model.remove(700);
+  director.resume();
+  ASSERT_EQ(paths.size(), 2U);
+  connect(1);
+  director.moment();
+  EXPECT_TRUE(director.isAlive(built.device));
+  EXPECT_EQ(paths[1]->orders.size(), 1U);
+}
+
+TEST_F(TapDirectorTest, ADeviceStoppedWhileTheSessionManagerIsGoneStaysSilent) {
+  const auto built = build();
+  connect(0);
+  start(built);
+  director.suspend();
+  end(built, 0.3F);
+  director.resume();
+  EXPECT_EQ(paths.size(), 1U);
+}
+
+TEST_F(TapDirectorTest, UnknownObjectsAndSecondStartsAreAnsweredWithACode) {
+  const auto built = build();
+  IOProcID other = 0;
+  ASSERT_EQ(director.createProc(built.device, [](const AudioBufferList&, const AudioBufferList&) {}, other), noErr);
+  EXPECT_EQ(director.start(built.device, built.proc), noErr);
+  EXPECT_EQ(director.start(built.device, built.proc), noErr);
+  EXPECT_EQ(director.start(built.device, other), illegalOperationError);
+  EXPECT_EQ(director.start(4711, built.proc), badObjectError);
+  EXPECT_EQ(director.stop(built.device, 4711, 1.0F), badObjectError);
+  EXPECT_EQ(director.createProc(built.device, nullptr, other), illegalOperationError);
+  EXPECT_EQ(director.destroyTap(4711), badObjectError);
+}
+
+}  // namespace
+}  // namespace quillmere::pipewire::test

@@ -1,0 +1,69 @@
+// A media player on a bus that behaves as a test wants: well, late, never, or wrongly.
+#pragma once
+
+#include <gio/gio.h>
+
+#include <condition_variable>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace quillmere::support {
+
+class FakePlayer {
+ public:
+  enum class Manner { answers, holds, refuses };
+
+  /// Takes the name org.mpris.MediaPlayer2.<name>.
+  FakePlayer(const std::string& address, const std::string& name, Manner manner = Manner::answers);
+  ~FakePlayer();
+  FakePlayer(const FakePlayer&) = delete;
+  FakePlayer& operator=(const FakePlayer&) = delete;
+
+  /// Values as GVariant text, such as "'Playing'" or "<int64 5>"; whoever asks later gets them.
+  void set(const std::string& property, const std::string& value);
+  /// set(), and tells everybody.
+  void change(const std::string& property, const std::string& value);
+  void setTrack(const std::string& title, const std::string& status);
+  /// Tells that a property has changed without its value.
+  void invalidate(const std::string& property);
+  void emitSeeked(std::int64_t micros);
+  /// Sends any body as PropertiesChanged.
+  void emitRaw(const std::string& body);
+  /// Answers what was held back, with what is set now, and from now on at once.
+  void release();
+  /// On Pause and Play the status follows, as in a real player.
+  void obey();
+
+  /// Methods of the player interface that were called, in order.
+  [[nodiscard]] std::vector<std::string> calls() const;
+  [[nodiscard]] int questionCount() const;
+
+ private:
+  GDBusMessage* filter(GDBusMessage* message);
+  void answer(GDBusMessage* question);
+  void emit(const char* interface, const char* signal, GVariant* body);
+  GVariant* value(const std::string& property) const;
+
+  /// GDBus may be in the filter on its own thread while the player goes.
+  struct Link {
+    std::mutex mutex;
+    FakePlayer* player;
+  };
+
+  std::shared_ptr<Link> link_;
+  GDBusConnection* connection_ = nullptr;
+  guint filter_ = 0;
+  mutable std::mutex mutex_;
+  Manner manner_;
+  bool obeys_ = false;
+  std::map<std::string, std::string> properties_;
+  std::vector<GDBusMessage*> held_;
+  std::vector<std::string> calls_;
+  int questions_ = 0;
+};
+
+}  // namespace quillmere::support
