@@ -1,0 +1,100 @@
+// An engine that only remembers what it was asked, in the order in which it was asked.
+// What it says is active, a test sets.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <ostream>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "runtime/Executor.h"
+#include "state/EngineCalls.h"
+
+namespace quillmere {
+
+struct EngineCall {
+  enum class Kind { gain, routing, refresh };
+
+  Kind kind = Kind::refresh;
+  std::string bundleID;
+  float gain = 0.0F;
+  std::optional<std::string> deviceUID;
+
+  friend bool operator==(const EngineCall&, const EngineCall&) = default;
+  friend void PrintTo(const EngineCall& call, std::ostream* out) {
+    switch (call.kind) {
+      case Kind::gain:
+        *out << "applyGain(" << call.gain << ", " << call.bundleID << ")";
+        break;
+      case Kind::routing:
+        *out << "applyRouting(" << call.deviceUID.value_or("default") << ", " << call.bundleID << ")";
+        break;
+      case Kind::refresh:
+        *out << "refresh()";
+        break;
+    }
+  }
+};
+
+inline EngineCall gainCall(const std::string& bundleID, float gain) {
+  return {EngineCall::Kind::gain, bundleID, gain, std::nullopt};
+}
+inline EngineCall routingCall(const std::string& bundleID, std::optional<std::string> deviceUID) {
+  return {EngineCall::Kind::routing, bundleID, 0.0F, std::move(deviceUID)};
+}
+inline EngineCall refreshCall() { return {}; }
+
+class RecordingEngine final : public EngineCalls {
+ public:
+  explicit RecordingEngine(Executor& background) : background_(background) {}
+
+  void applyGain(float gain, const std::string& bundleID) override { add(gainCall(bundleID, gain)); }
+  void applyRouting(const std::optional<std::string>& deviceUID, const std::string& bundleID) override {
+    add(routingCall(bundleID, deviceUID));
+  }
+  void updateProcessMap(std::vector<CoreAudioProcessMonitor::Snapshot> snapshots) override {
+    callsBeforeFirstProcessMap_ = callsBeforeFirstProcessMap_.value_or(calls_.size());
+    processes_ = std::move(snapshots);
+  }
+  std::set<std::string> activeBundleIDs() override { return active_; }
+  void refreshUnroutedSubgraphsForNewSystemDefault() override { add(refreshCall()); }
+  Stream<std::map<std::string, float>> levelsStream() override {
+    using Levels = Stream<std::map<std::string, float>>;
+    return Levels::produce(background_, [](TaskContext& task, Levels::Writer& writer) -> Async<void> {
+      while (!task.isCancelled()) {
+        writer.yield({{"com.example.loud", 1.0F}});
+        co_await task.sleep(std::chrono::milliseconds(100));
+      }
+    });
+  }
+
+  [[nodiscard]] const std::vector<EngineCall>& calls() const { return calls_; }
+  void clearCalls() { calls_.clear(); }
+  /// The gain an application was sent last.
+  [[nodiscard]] std::optional<float> lastGain(const std::string& bundleID) const {
+    const auto found = lastGains_.find(bundleID);
+    return found == lastGains_.end() ? std::nullopt : std::optional(found->second);
+  }
+  void setActive(std::set<std::string> bundleIDs) { active_ = std::move(bundleIDs); }
+  [[nodiscard]] const std::vector<CoreAudioProcessMonitor::Snapshot>& processes() const { return processes_; }
+  /// How many calls had come when the first process map came.
+  [[nodiscard]] std::optional<std::size_t> callsBeforeFirstProcessMap() const { return callsBeforeFirstProcessMap_; }
+
+ private:
+  void add(EngineCall call) {
+    if (call.kind == EngineCall::Kind::gain) lastGains_[call.bundleID] = call.gain;
+    calls_.push_back(std::move(call));
+  }
+
+  Executor& background_;
+  std::vector<EngineCall> calls_;
+  std::map<std::string, float> lastGains_;
+  std::set<std::string> active_;
+  std::vector<CoreAudioProcessMonitor::Snapshot> processes_;
+  std::optional<std::size_t> callsBeforeFirstProcessMap_;
+};
+
+}  // namespace quillmere
