@@ -1,0 +1,72 @@
+// Windows are made and dropped as often as one likes, and leave nothing behind.
+#include "views/ViewFactory.h"
+
+#include <QPointer>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QTest>
+
+#include "ViewsFixture.h"
+
+namespace quillmere {
+namespace {
+
+class Windows : public ViewsFixture {
+ protected:
+  [[nodiscard]] std::unique_ptr<ViewFactory> factory() {
+    return std::make_unique<ViewFactory>(sharedState(), box->runtime, box->machine, intents());
+  }
+};
+
+TEST_F(Windows, PopoverIsThreeHundredAndFortyWide) {
+  startWithSounding({spotify});
+  const auto window = factory()->makePopover();
+  EXPECT_EQ(window->width(), 340);
+  EXPECT_GT(window->height(), 100);
+  EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(Windows, MainWindowHasItsTitleAndSizes) {
+  startWithSounding({spotify});
+  const auto window = factory()->makeMainWindow();
+  EXPECT_EQ(window->title(), "quillmere");
+  EXPECT_EQ(window->size(), QSize(1120, 720));
+  EXPECT_EQ(window->minimumSize(), QSize(1040, 660));
+}
+
+TEST_F(Windows, DroppedWindowTakesItsPresenterAndItsHoldOnTheStateWithIt) {
+  startWithSounding({spotify});
+  const auto makers = factory();
+  const auto users = box->state.use_count();
+  for (int round = 0; round < 6; ++round) {
+    auto window = round % 2 == 0 ? makers->makePopover() : makers->makeMainWindow();
+    const QPointer<QObject> presenter =
+        static_cast<QQuickView&>(*window).rootObject()->property("presenter").value<QObject*>();
+    EXPECT_FALSE(presenter.isNull());
+    EXPECT_GT(box->state.use_count(), users);
+    window.reset();
+    EXPECT_TRUE(presenter.isNull());
+    EXPECT_EQ(box->state.use_count(), users);
+  }
+}
+
+TEST_F(Windows, WindowOutlivesTheFactory) {
+  startWithSounding({spotify});
+  const auto window = factory()->makePopover();
+  state().setGain(0.5F, spotify);
+  state().setMasterGain(0.2F);
+  sound(editor, true);
+  EXPECT_GT(window->height(), 100);
+}
+
+TEST_F(Windows, PopoverGrowsWithItsRows) {
+  startWithSounding({spotify, zoom});
+  const auto window = factory()->makePopover();
+  window->show();
+  const int before = window->height();
+  sound(editor, true);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window->height() == before + 37; }));
+}
+
+}  // namespace
+}  // namespace quillmere

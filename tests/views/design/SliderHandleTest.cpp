@@ -1,0 +1,94 @@
+// The slider's hands in real windows.
+#include "views/design/SliderHandle.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QQuickWindow>
+#include <QTest>
+#include <QWheelEvent>
+
+namespace quillmere {
+namespace {
+
+struct Desk {
+  Desk() : handle(window.contentItem()) {
+    window.resize(200, 40);
+    handle.setSize({200, 20});
+    handle.setPosition(0.5);
+    QObject::connect(&handle, &SliderHandle::moved, &handle, [this](double value) {
+      last = value;
+      ++moves;
+    });
+  }
+
+  QQuickWindow window;
+  SliderHandle handle;
+  double last = -1;
+  int moves = 0;
+};
+
+void scroll(QQuickWindow& window, QPointF place, int angle) {
+  QWheelEvent event(place, window.mapToGlobal(place), QPoint(), QPoint(0, angle), Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(&window, &event);
+}
+
+TEST(SliderHandle, OfTwoInDifferentWindowsOnlyTheOneInTheEventsWindowReacts) {
+  Desk first;
+  Desk second;
+  first.window.show();
+  second.window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&first.window));
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&second.window));
+  scroll(second.window, QPointF(100, 10), 120);
+  EXPECT_EQ(first.moves, 0);
+  EXPECT_EQ(second.moves, 1);
+  EXPECT_NEAR(second.last, 0.52, 1e-9);
+}
+
+TEST(SliderHandle, DoesNotReactToAWheelBesideIt) {
+  Desk desk;
+  desk.window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&desk.window));
+  scroll(desk.window, QPointF(100, 30), 120);
+  EXPECT_EQ(desk.moves, 0);
+}
+
+TEST(SliderHandle, AScrollOfNoughtLowersTheValue) {
+  Desk desk;
+  desk.window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&desk.window));
+  scroll(desk.window, QPointF(100, 10), 0);
+  EXPECT_EQ(desk.moves, 1);
+  EXPECT_NEAR(desk.last, 0.48, 1e-9);
+}
+
+TEST(SliderHandle, AWishBeyondTheRangeIsLimitedAndStillTold) {
+  Desk desk;
+  desk.handle.setPosition(1);
+  desk.handle.increase();
+  EXPECT_EQ(desk.moves, 1);
+  EXPECT_EQ(desk.last, 1);
+  desk.handle.requestValue(-4);
+  EXPECT_EQ(desk.last, 0);
+}
+
+TEST(SliderHandle, AWishDoesNotMoveThePositionByItself) {
+  Desk desk;
+  desk.handle.requestValue(0.9);
+  EXPECT_EQ(desk.handle.position(), 0.5);
+}
+
+TEST(SliderHandle, TellsAssistiveTechnologyWhenItsValueChanges) {
+  Desk desk;
+  int told = 0;
+  QObject::connect(&desk.handle, &SliderHandle::valueChanged, &desk.handle, [&told] { ++told; });
+  desk.handle.setPosition(0.6);
+  desk.handle.setPosition(0.6);
+  EXPECT_EQ(told, 1);
+  EXPECT_EQ(desk.handle.property("value").toDouble(), 0.6);
+}
+
+}  // namespace
+}  // namespace quillmere

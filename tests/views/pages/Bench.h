@@ -1,0 +1,116 @@
+// What the pages' Qt Quick tests stand on: a machine in memory and the presenters over it, driven from QML.
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <memory>
+
+#include "RecordingDefaults.h"
+#include "VirtualMachine.h"
+#include "state/ViewSettings.h"
+#include "views/mainwindow/MainWindowPresenter.h"
+#include "views/popover/MixerPanelPresenter.h"
+
+namespace quillmere {
+
+class Bench : public QObject {
+  Q_OBJECT
+  Q_PROPERTY(quillmere::MixerPanelPresenter* panel READ panel NOTIFY made)
+  Q_PROPERTY(quillmere::MainWindowPresenter* window READ window NOTIFY made)
+  Q_PROPERTY(QStringList activatedTabs READ activatedTabs NOTIFY made)
+  Q_PROPERTY(int windowsOpened MEMBER windowsOpened_ NOTIFY made)
+  Q_PROPERTY(int quits MEMBER quits_ NOTIFY made)
+
+ public:
+  /// A fresh machine on which `sounding` of `count` applications sound: "App 1", "App 2" and so on.
+  Q_INVOKABLE void start(int count, int sounding) {
+    panel_.reset();
+    window_.reset();
+    settings_.reset();
+    box_.reset();
+    disk_ = std::make_unique<RecordingDefaults>();
+    box_ = std::make_unique<VirtualMachine>(*disk_);
+    box_->addSpeakers();
+    box_->addHeadset();
+    for (int i = 1; i <= count; ++i) {
+      box_->launch(idOf(i), "App " + std::to_string(i));
+      if (i <= sounding) box_->setSounding(idOf(i), true);
+    }
+    box_->launch("us.zoom.xos", "Zoom");
+    box_->start();
+    settings_ = std::make_shared<ViewSettings>(*box_->machine.defaults);
+    activated_.clear();
+    windowsOpened_ = 0;
+    quits_ = 0;
+    const ViewIntents intents{
+        [this] { ++windowsOpened_; }, [this] { ++quits_; },
+        [this](const std::string&, const BrowserTab& tab) { activated_.append(QString::fromStdString(tab.title)); }};
+    panel_ = std::make_unique<MixerPanelPresenter>(box_->state, box_->runtime, settings_, intents);
+    window_ = std::make_unique<MainWindowPresenter>(box_->state, box_->runtime, settings_, intents);
+    panel_->setVisible(true);
+    window_->setVisible(true);
+    Q_EMIT made();
+  }
+  Q_INVOKABLE void stop() { start(0, 0); }
+  Q_INVOKABLE void sound(int app, bool sounds) {
+    box_->setSounding(idOf(app), sounds);
+    advance(sounds ? 0.2 : 3);
+  }
+  Q_INVOKABLE void call(bool running) {
+    box_->setListening("us.zoom.xos", running);
+    advance(running ? 0.2 : 3);
+  }
+  Q_INVOKABLE void duckAlso(int app) {
+    auto rule = *box_->state->duckRule();
+    rule.duckedBundleIDs.insert(idOf(app));
+    box_->state->setDuckRule(rule);
+  }
+  Q_INVOKABLE void advance(double seconds) { box_->advanceSeconds(seconds); }
+  Q_INVOKABLE double gain(int app) const { return static_cast<double>(box_->gainOf(idOf(app))); }
+  Q_INVOKABLE bool muted(int app) const { return box_->app(idOf(app))->muted; }
+  Q_INVOKABLE QString route(int app) const {
+    return QString::fromStdString(box_->app(idOf(app))->routedDeviceUID.value_or(""));
+  }
+  Q_INVOKABLE double master() const { return static_cast<double>(*box_->state->masterGain()); }
+  Q_INVOKABLE bool whispers() const { return *box_->state->isWhisperMode(); }
+  Q_INVOKABLE bool sleeps() const { return box_->state->sleepTimerEndsAt()->has_value(); }
+  Q_INVOKABLE void setScrollAdjusts(bool adjusts) { settings_->setScrollOverRowAdjustsVolume(adjusts); }
+  Q_INVOKABLE QObject* row(int at) const { return panel_->rows()->row(at); }
+  /// Gives the row `count` tabs, of which the first is active: "Tab 1" and so on.
+  Q_INVOKABLE void openTabs(QObject* row, int count) const { fill(*static_cast<AppRowPresenter*>(row)->tabs(), count); }
+  /// The row of the main window's list, whose tabs have no limit.
+  Q_INVOKABLE QObject* fullRow(int at) const { return window_->rows()->row(at); }
+
+  [[nodiscard]] MixerPanelPresenter* panel() const { return panel_.get(); }
+  [[nodiscard]] MainWindowPresenter* window() const { return window_.get(); }
+  [[nodiscard]] QStringList activatedTabs() const { return activated_; }
+
+ Q_SIGNALS:
+  void made();
+
+ private:
+  static std::string idOf(int app) { return "org.example.app" + std::to_string(app); }
+  static void fill(TabListModel& model, int count) {
+    std::vector<BrowserTab> tabs;
+    for (int i = 1; i <= count; ++i) {
+      BrowserTab tab;
+      tab.id = std::to_string(i);
+      tab.title = "Tab " + std::to_string(i);
+      tab.urlString = "https://www.example.org";
+      tab.isActive = i == 1;
+      tabs.push_back(tab);
+    }
+    model.setTabs(std::move(tabs));
+  }
+
+  std::unique_ptr<RecordingDefaults> disk_;
+  std::unique_ptr<VirtualMachine> box_;
+  std::shared_ptr<ViewSettings> settings_;
+  std::unique_ptr<MixerPanelPresenter> panel_;
+  std::unique_ptr<MainWindowPresenter> window_;
+  QStringList activated_;
+  int windowsOpened_ = 0;
+  int quits_ = 0;
+};
+
+}  // namespace quillmere

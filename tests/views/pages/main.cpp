@@ -1,0 +1,30 @@
+// Runs the pages' Qt Quick tests on the compiled-in modules.
+#include <QtQml/qqmlextensionplugin.h>
+#include <QQmlEngine>
+#include <QtQuickTest>
+
+#include "Bench.h"
+#include "views/mixer/AppIconProvider.h"
+
+Q_IMPORT_QML_PLUGIN(Quillmere_DesignPlugin)
+Q_IMPORT_QML_PLUGIN(Quillmere_ViewsPlugin)
+
+class Setup : public QObject {
+  Q_OBJECT
+
+ public Q_SLOTS:
+  void qmlEngineAvailable(QQmlEngine* engine) {
+    engine->addImportPath("qrc:/qt/qml");
+    engine->addImageProvider(quillmere::AppIconProvider::id, new quillmere::AppIconProvider(workspace_));
+    bench_.stop();
+    qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "Bench", &bench_);
+  }
+
+ private:
+  quillmere::MemoryWorkspace workspace_;
+  quillmere::Bench bench_;
+};
+
+QUICK_TEST_MAIN_WITH_SETUP(quillmere_pages, Setup)
+
+#include "main.moc"

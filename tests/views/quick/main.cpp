@@ -1,0 +1,17 @@
+// Runs the Qt Quick tests on the compiled-in modules.
+#include <QtQml/qqmlextensionplugin.h>
+#include <QQmlEngine>
+#include <QtQuickTest>
+
+Q_IMPORT_QML_PLUGIN(Quillmere_DesignPlugin)
+
+class Setup : public QObject {
+  Q_OBJECT
+
+ public slots:
+  void qmlEngineAvailable(QQmlEngine* engine) { engine->addImportPath("qrc:/qt/qml"); }
+};
+
+QUICK_TEST_MAIN_WITH_SETUP(quillmere, Setup)
+
+#include "main.moc"

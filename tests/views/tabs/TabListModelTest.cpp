@@ -1,0 +1,136 @@
+// The lists of open tabs: their order, their texts, their letters, their limit.
+#include "views/tabs/TabListModel.h"
+
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+
+namespace quillmere {
+namespace {
+
+BrowserTab tab(const std::string& id, const std::string& title, bool isActive = false) {
+  BrowserTab result;
+  result.id = id;
+  result.title = title;
+  result.urlString = "https://example.org";
+  result.isActive = isActive;
+  return result;
+}
+
+std::vector<BrowserTab> manyTabs(int count) {
+  std::vector<BrowserTab> tabs;
+  for (int i = 0; i < count; ++i) tabs.push_back(tab(std::to_string(i), "Tab " + std::to_string(i)));
+  return tabs;
+}
+
+std::vector<std::string> titles(const TabListModel& model) {
+  std::vector<std::string> result;
+  for (const auto& each : model.rows()) result.push_back(each.title);
+  return result;
+}
+
+class Tabs : public testing::Test {
+ protected:
+  TabListModel full{TabListModel::noLimit, [this](const BrowserTab& tab) { activated.push_back(tab.id); }};
+  TabListModel compact{TabListModel::compactLimit, [this](const BrowserTab& tab) { activated.push_back(tab.id); }};
+  std::vector<std::string> activated;
+};
+
+TEST_F(Tabs, ActiveOnesComeFirstAndThenTheTitleDecides) {
+  full.setTabs({tab("1", "beta"), tab("2", "Zulu", true), tab("3", "Alpha"), tab("4", "mike", true)});
+  EXPECT_EQ(titles(full), (std::vector<std::string>{"mike", "Zulu", "Alpha", "beta"}));
+}
+
+TEST_F(Tabs, EqualTitlesKeepTheOrderOfThePoll) {
+  full.setTabs({tab("1", "Same"), tab("2", "same"), tab("3", "SAME")});
+  EXPECT_EQ(titles(full), (std::vector<std::string>{"Same", "same", "SAME"}));
+}
+
+TEST_F(Tabs, OneTabIsSingular) {
+  full.setTabs(manyTabs(1));
+  EXPECT_EQ(full.countText(), "1 tab");
+  EXPECT_EQ(full.openText(), "1 tab open");
+}
+
+TEST_F(Tabs, SeveralTabsArePlural) {
+  full.setTabs(manyTabs(3));
+  EXPECT_EQ(full.countText(), "3 tabs");
+  EXPECT_EQ(full.openText(), "3 tabs open");
+}
+
+TEST_F(Tabs, NoTabsArePluralToo) {
+  EXPECT_EQ(full.countText(), "0 tabs");
+  EXPECT_EQ(full.openText(), "0 tabs open");
+  EXPECT_TRUE(full.isEmpty());
+}
+
+TEST_F(Tabs, NineTabsAreEightRowsAndALineForOneMore) {
+  compact.setTabs(manyTabs(9));
+  EXPECT_EQ(compact.count(), 8);
+  EXPECT_EQ(compact.moreText(), "+ 1 more");
+  EXPECT_EQ(compact.countText(), "9 tabs");
+}
+
+TEST_F(Tabs, EightTabsHaveNoSuchLine) {
+  compact.setTabs(manyTabs(8));
+  EXPECT_EQ(compact.count(), 8);
+  EXPECT_EQ(compact.moreText(), "");
+}
+
+TEST_F(Tabs, MainWindowShowsAllOfThem) {
+  full.setTabs(manyTabs(200));
+  EXPECT_EQ(full.count(), 200);
+  EXPECT_EQ(full.moreText(), "");
+}
+
+TEST_F(Tabs, ClickBringsTheRowsTabToTheFront) {
+  full.setTabs({tab("1", "beta"), tab("2", "alpha")});
+  full.activate(0);
+  EXPECT_EQ(activated, std::vector<std::string>{"2"});
+}
+
+TEST_F(Tabs, ClickOnARowThatIsGoneDoesNothing) {
+  full.activate(0);
+  full.activate(-1);
+  EXPECT_TRUE(activated.empty());
+}
+
+TEST_F(Tabs, PollWithTheSameTabsTellsNothing) {
+  full.setTabs(manyTabs(5));
+  QSignalSpy data(&full, &TabListModel::dataChanged);
+  QSignalSpy inserted(&full, &TabListModel::rowsInserted);
+  QSignalSpy texts(&full, &TabListModel::tabsChanged);
+  full.setTabs(manyTabs(5));
+  EXPECT_EQ(data.count() + inserted.count() + texts.count(), 0);
+}
+
+TEST_F(Tabs, TabThatChangesItsTitleIsTheSameRow) {
+  full.setTabs({tab("1", "a"), tab("2", "b")});
+  QSignalSpy removed(&full, &TabListModel::rowsRemoved);
+  QSignalSpy data(&full, &TabListModel::dataChanged);
+  full.setTabs({tab("1", "aa"), tab("2", "b")});
+  EXPECT_EQ(removed.count(), 0);
+  EXPECT_EQ(data.count(), 1);
+}
+
+TEST(TabLetter, IsTheFirstOfTheHost) { EXPECT_EQ(tabLetter("https://example.org/page"), "E"); }
+
+TEST(TabLetter, LeavesOutWww) { EXPECT_EQ(tabLetter("https://www.youtube.com"), "Y"); }
+
+TEST(TabLetter, LeavesOutWwwInAnyCase) { EXPECT_EQ(tabLetter("https://WWW.Example.org"), "E"); }
+
+TEST(TabLetter, OfAnAddressWithoutHostIsAQuestionMark) {
+  EXPECT_EQ(tabLetter("about:blank"), "?");
+  EXPECT_EQ(tabLetter(""), "?");
+  EXPECT_EQ(tabLetter("file:///home/ann/notes.html"), "?");
+}
+
+TEST(TabLetter, OfWhatIsNoAddressIsAQuestionMark) {
+  EXPECT_EQ(tabLetter("http://[broken"), "?");
+  EXPECT_EQ(tabLetter("not an address at all"), "?");
+}
+
+TEST(TabLetter, OfAHostThatIsNothingButWwwIsAQuestionMark) { EXPECT_EQ(tabLetter("https://www./"), "?"); }
+
+}  // namespace
+}  // namespace quillmere

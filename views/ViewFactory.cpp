@@ -1,0 +1,80 @@
+// Makes the program's windows with everything that stands behind them.
+#include "views/ViewFactory.h"
+
+#include <QtQml/qqmlextensionplugin.h>
+#include <QQmlEngine>
+#include <QQuickView>
+#include <QThreadPool>
+#include <cstdlib>
+#include <utility>
+
+#include "platform/Machine.h"
+#include "state/AppState.h"
+#include "state/ViewSettings.h"
+#include "views/design/Tokens.h"
+#include "views/mainwindow/MainWindowPresenter.h"
+#include "views/mixer/AppIconProvider.h"
+#include "views/popover/MixerPanelPresenter.h"
+
+Q_IMPORT_QML_PLUGIN(Quillmere_DesignPlugin)
+Q_IMPORT_QML_PLUGIN(Quillmere_ViewsPlugin)
+
+namespace quillmere {
+
+namespace {
+
+constexpr QSize mainWindowSize(1120, 720);
+constexpr QSize mainWindowMinimum(1040, 660);
+
+/// A window of its own engine around one component of the views' module. `presenter` lives as long as the window.
+template <typename Presenter>
+std::unique_ptr<QQuickView> makeWindow(Workspace& workspace, const QString& component,
+                                       std::unique_ptr<Presenter> presenter) {
+  auto view = std::make_unique<QQuickView>();
+  view->engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+  view->engine()->addImageProvider(QLatin1StringView(AppIconProvider::id), new AppIconProvider(workspace));
+  view->setColor(toColor(design::colour::canvasBG));
+  view->setInitialProperties({{QStringLiteral("presenter"), QVariant::fromValue(presenter.get())}});
+  QObject::connect(view.get(), &QWindow::visibleChanged, presenter.get(), &Presenter::setVisible);
+  // The view takes its scene down before its children.
+  presenter.release()->setParent(view.get());
+  view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/Quillmere/Views/") + component));
+  if (view->status() != QQuickView::Ready) {
+    // The scenes are compiled in: this is a mistake of ours, not of the machine.
+    for (const auto& error : view->errors()) qCritical("%s", qPrintable(error.toString()));
+    std::abort();
+  }
+  return view;
+}
+
+}  // namespace
+
+ViewFactory::ViewFactory(std::shared_ptr<AppState> state, const Runtime& runtime, Machine& machine, ViewIntents intents)
+    : state_(std::move(state)),
+      runtime_(runtime),
+      machine_(machine),
+      settings_(std::make_shared<ViewSettings>(*machine.defaults)),
+      intents_(std::move(intents)) {}
+
+// Pictures that are still being looked up read the machine's workspace.
+ViewFactory::~ViewFactory() { QThreadPool::globalInstance()->waitForDone(); }
+
+std::unique_ptr<QQuickWindow> ViewFactory::makePopover() {
+  auto view = makeWindow(*machine_.workspace, QStringLiteral("MixerPanel.qml"),
+                         std::make_unique<MixerPanelPresenter>(state_, runtime_, settings_, intents_));
+  view->setResizeMode(QQuickView::SizeViewToRootObject);
+  view->setTitle(QStringLiteral("quillmere"));
+  return view;
+}
+
+std::unique_ptr<QQuickWindow> ViewFactory::makeMainWindow() {
+  auto view = makeWindow(*machine_.workspace, QStringLiteral("MainWindow.qml"),
+                         std::make_unique<MainWindowPresenter>(state_, runtime_, settings_, intents_));
+  view->setResizeMode(QQuickView::SizeRootObjectToView);
+  view->setTitle(QStringLiteral("quillmere"));
+  view->setMinimumSize(mainWindowMinimum);
+  view->resize(mainWindowSize);
+  return view;
+}
+
+}  // namespace quillmere

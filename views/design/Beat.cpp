@@ -1,0 +1,82 @@
+// Joins the metronome exactly while somebody could see the movement.
+#include "views/design/Beat.h"
+
+#include <QQuickWindow>
+
+#include "views/design/Rhythm.h"
+
+namespace quillmere {
+
+Beat::Beat(QQuickItem* parent) : QQuickItem(parent), time_(Metronome::shared().seconds()) {
+  watch(window());  // A parent given here is in its window before itemChange() is ours.
+}
+
+Beat::~Beat() {
+  if (beating_) Metronome::shared().leave(this);
+}
+
+void Beat::setRunning(bool running) {
+  if (running_ == running) return;
+  running_ = running;
+  emit runningChanged();
+  decide();
+}
+
+void Beat::setRate(Rate rate) {
+  if (rate_ == rate) return;
+  rate_ = rate;
+  emit rateChanged();
+  if (beating_) Metronome::shared().join(this, rate == Sixty ? Metronome::Rate::Sixty : Metronome::Rate::Thirty);
+}
+
+double Beat::shimmer() const { return rhythm::shimmerOpacity(rhythm::shimmerPhase(time_)); }
+
+double Beat::pulse() const { return rhythm::livePulse(time_); }
+
+double Beat::haloScale() const { return rhythm::haloScale(pulse()); }
+
+void Beat::itemChange(ItemChange change, const ItemChangeData& data) {
+  QQuickItem::itemChange(change, data);
+  if (change == ItemSceneChange) watch(data.window);
+  if (change == ItemSceneChange || change == ItemVisibleHasChanged) decide();
+}
+
+bool Beat::eventFilter(QObject* watched, QEvent* event) {
+  const bool handled = QQuickItem::eventFilter(watched, event);
+  if (event->type() == QEvent::Expose || event->type() == QEvent::Show || event->type() == QEvent::Hide) {
+    // The window's own answer is up to date only after the event.
+    QMetaObject::invokeMethod(this, &Beat::decide, Qt::QueuedConnection);
+  }
+  return handled;
+}
+
+void Beat::beat(double seconds) {
+  // An item that has been scrolled out of its window needs no new frame.
+  const QRectF place = mapRectToScene(parentItem() ? parentItem()->boundingRect() : boundingRect());
+  if (window() && !place.isEmpty() && !QRectF(QPointF(), window()->size()).intersects(place)) return;
+  time_ = seconds;
+  emit timeChanged();
+}
+
+void Beat::watch(QQuickWindow* window) {
+  if (watched_ == window) return;
+  if (watched_) watched_->removeEventFilter(this);
+  watched_ = window;
+  if (watched_) watched_->installEventFilter(this);
+}
+
+void Beat::decide() {
+  const bool wanted = running_ && isVisible() && watched_ && watched_->isExposed();
+  if (wanted == beating_) return;
+  beating_ = wanted;
+  if (wanted) {
+    time_ = Metronome::shared().seconds();
+    Metronome::shared().join(this, rate_ == Sixty ? Metronome::Rate::Sixty : Metronome::Rate::Thirty);
+    emit timeChanged();
+  } else {
+    Metronome::shared().leave(this);
+  }
+  emit beatingChanged();
+}
+
+}  // namespace quillmere

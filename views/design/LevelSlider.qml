@@ -1,0 +1,202 @@
+// The one slider of the whole interface. value is only shown; what the user asks for arrives as moved().
+import QtQuick
+import Quillmere.Design
+
+Item {
+    id: root
+
+    // The accessible name: what this slider sets.
+    required property string label
+    required property real value
+    property real from: 0
+    property real to: 1
+    property bool isLive: false
+    property bool isDucked: false
+    property bool isMuted: false
+    // An instantaneous level, 0 to 1, for an overlay.
+    property real level: 0
+    // SliderHandle.OwnStep, Forward (see scrollDelta) or PassOn.
+    property alias scrollRule: handle.scrollRule
+
+    readonly property alias dragging: handle.dragging
+    readonly property alias hovering: handle.hovering
+    readonly property alias fraction: handle.fraction
+    readonly property alias thumbCentre: handle.thumbCentre
+    readonly property alias fillWidth: handle.fillWidth
+
+    readonly property real trackHeight: 6
+    readonly property real thumbSize: 14
+    readonly property real mutedOpacity: 0.45
+    readonly property real leastLevel: 0.02
+    readonly property bool shimmers: !(level > leastLevel) && isLive && !isMuted
+
+    // A value within the range that the user asks for by drag, click, key, wheel or assistive technology.
+    signal moved(real value)
+    // Only with SliderHandle.Forward: lines of a wheel or points of a touchpad, upwards positive.
+    signal scrollDelta(real delta)
+
+    implicitWidth: 160
+    implicitHeight: Math.max(thumbSize, trackHeight + 4)
+
+    Item {
+        id: layers
+
+        anchors.verticalCenter: parent.verticalCenter
+        width: root.width
+        height: Math.max(root.thumbSize, root.trackHeight)
+        opacity: root.isMuted ? root.mutedOpacity : 1
+        Behavior on opacity {
+            EaseOut { seconds: 0.18 }
+        }
+
+        // The track.
+        Rectangle {
+            anchors.verticalCenter: parent.verticalCenter
+            width: parent.width
+            height: root.trackHeight
+            radius: height / 2
+            color: Tokens.alpha(Tokens.textPrimary, 0.1)
+        }
+
+        // The fill, once in the accent colour and once in grey; the two cross-fade.
+        CapsuleFill {
+            anchors.verticalCenter: parent.verticalCenter
+            width: handle.fillWidth
+            height: root.trackHeight
+            visible: opacity > 0
+            opacity: root.isDucked ? 0 : 1
+            leading: Tokens.alpha(Tokens.systemAccent, 0.85)
+            trailing: Tokens.systemAccent
+            Behavior on opacity {
+                EaseOut { seconds: 0.25 }
+            }
+        }
+
+        CapsuleFill {
+            anchors.verticalCenter: parent.verticalCenter
+            width: handle.fillWidth
+            height: root.trackHeight
+            visible: opacity > 0
+            opacity: root.isDucked ? 1 : 0
+            leading: Tokens.alpha(Tokens.systemGrey, 0.55)
+            trailing: Tokens.alpha(Tokens.systemGrey, 0.7)
+            Behavior on opacity {
+                EaseOut { seconds: 0.25 }
+            }
+        }
+
+        CapsuleFill {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.level > root.leastLevel
+            width: Math.max(0, root.level * parent.width)
+            height: root.trackHeight
+            leading: Tokens.alpha(Tokens.white, 0)
+            trailing: Tokens.alpha(Tokens.white, 0.35)
+            addsLight: true
+        }
+
+        // Invisible, it has neither picture nor heartbeat.
+        CapsuleFill {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.shimmers
+            width: handle.fillWidth
+            height: root.trackHeight
+            leading: Tokens.white
+            trailing: Tokens.white
+            addsLight: true
+            opacity: beat.shimmer
+
+            Beat {
+                id: beat
+
+                running: root.shimmers
+            }
+        }
+
+    }
+
+    Item {
+        anchors.verticalCenter: parent.verticalCenter
+        width: root.width
+        height: layers.height
+
+        // The thumb. It fades with the rest, but the fill must not show through it.
+        Item {
+            objectName: "thumb"
+            x: handle.thumbCentre - root.thumbSize / 2
+            anchors.verticalCenter: parent.verticalCenter
+            width: root.thumbSize
+            height: root.thumbSize
+            scale: root.dragging ? 1.15 : root.hovering ? 1.05 : 1
+            Behavior on scale {
+                EaseOut { seconds: 0.12 }
+            }
+
+            SoftShadow {
+                anchors.fill: parent
+                corner: root.thumbSize / 2
+                color: Tokens.alpha(Tokens.black, 0.18)
+                blurRadius: 1.5
+                offsetDown: 1
+                cutOut: false
+                opacity: layers.opacity
+            }
+
+            Rectangle {
+                anchors.fill: parent
+                anchors.margins: 0.5
+                radius: width / 2
+                color: Tokens.canvasBG
+                visible: layers.opacity < 1
+                antialiasing: true
+            }
+
+            Rectangle {
+                anchors.fill: parent
+                radius: width / 2
+                color: Tokens.white
+                opacity: layers.opacity
+                antialiasing: true
+            }
+
+            Rectangle {
+                anchors.fill: parent
+                anchors.margins: -border.width / 2
+                radius: width / 2
+                color: Tokens.clear
+                border.width: 0.5
+                border.color: Tokens.alpha(Tokens.black, 0.06)
+                border.pixelAligned: false
+                antialiasing: true
+            }
+        }
+    }
+
+    FocusRing {
+        shown: handle.visualFocus
+        corner: Tokens.corner.chip
+        anchors.margins: -Tokens.spacing.xs
+    }
+
+    SliderHandle {
+        id: handle
+
+        objectName: "handle"
+
+        anchors.fill: parent
+        position: root.value
+        from: root.from
+        to: root.to
+        thumbSize: root.thumbSize
+        enabled: root.enabled
+
+        onMoved: (value) => root.moved(value)
+        onScrollDelta: (delta) => root.scrollDelta(delta)
+
+        Accessible.role: Accessible.Slider
+        Accessible.name: root.label
+        Accessible.focusable: true
+        Accessible.onIncreaseAction: handle.increase()
+        Accessible.onDecreaseAction: handle.decrease()
+    }
+}

@@ -1,0 +1,179 @@
+// Turns events into wishes for a value.
+#include "views/design/SliderHandle.h"
+
+#include <QInputDevice>
+
+namespace quillmere {
+namespace {
+
+constexpr double smallStep = 0.02;
+constexpr double pageStep = 0.1;
+
+bool isKeyboardReason(Qt::FocusReason reason) {
+  return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+}
+
+}  // namespace
+
+SliderHandle::SliderHandle(QQuickItem* parent) : QQuickItem(parent) {
+  setAcceptedMouseButtons(Qt::LeftButton);
+  setAcceptHoverEvents(true);
+  setActiveFocusOnTab(true);
+}
+
+void SliderHandle::setPosition(double position) {
+  if (position_ == position) return;
+  position_ = position;
+  emit valueChanged();
+  emit geometryChanged();
+}
+
+void SliderHandle::setFrom(double from) {
+  if (geometry_.lower == from) return;
+  geometry_.lower = from;
+  emit minimumValueChanged();
+  emit geometryChanged();
+}
+
+void SliderHandle::setTo(double to) {
+  if (geometry_.upper == to) return;
+  geometry_.upper = to;
+  emit maximumValueChanged();
+  emit geometryChanged();
+}
+
+void SliderHandle::setThumbSize(double size) {
+  if (geometry_.thumbSize == size) return;
+  geometry_.thumbSize = size;
+  emit geometryChanged();
+}
+
+void SliderHandle::setScrollRule(ScrollRule rule) {
+  if (scrollRule_ == rule) return;
+  scrollRule_ = rule;
+  wheel_.reset();
+  emit scrollRuleChanged();
+}
+
+double SliderHandle::stepSize() { return smallStep; }
+
+void SliderHandle::requestValue(double value) { emit moved(geometry_.limited(value)); }
+
+void SliderHandle::increase() { requestValue(position_ + smallStep); }
+
+void SliderHandle::decrease() { requestValue(position_ - smallStep); }
+
+void SliderHandle::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
+  QQuickItem::geometryChange(newGeometry, oldGeometry);
+  if (geometry_.width == newGeometry.width()) return;
+  geometry_.width = newGeometry.width();
+  emit geometryChanged();
+}
+
+void SliderHandle::mousePressEvent(QMouseEvent* event) {
+  setKeepMouseGrab(true);  // A list beneath must not take a drag for a flick.
+  forceActiveFocus(Qt::MouseFocusReason);
+  setDragging(true);
+  dragTo(event->position().x());
+}
+
+void SliderHandle::mouseMoveEvent(QMouseEvent* event) {
+  if (dragging_) dragTo(event->position().x());
+}
+
+void SliderHandle::mouseReleaseEvent(QMouseEvent*) {
+  setKeepMouseGrab(false);
+  setDragging(false);
+}
+
+void SliderHandle::mouseUngrabEvent() {
+  setKeepMouseGrab(false);
+  setDragging(false);
+}
+
+void SliderHandle::hoverEnterEvent(QHoverEvent*) { setHovering(true); }
+
+void SliderHandle::hoverLeaveEvent(QHoverEvent*) {
+  wheel_.reset();
+  setHovering(false);
+}
+
+void SliderHandle::wheelEvent(QWheelEvent* event) {
+  if (scrollRule_ == PassOn) {
+    event->ignore();
+    return;
+  }
+  event->accept();
+  const ScrollEvent scroll{
+      .angle = event->angleDelta().y(),
+      .pixels = event->pixelDelta().y(),
+      .fromTouchpad = event->device() && event->device()->type() == QInputDevice::DeviceType::TouchPad};
+  if (scrollRule_ == Forward) {
+    emit scrollDelta(scrollDistance(scroll));
+    return;
+  }
+  const int direction = wheel_.step(scroll);
+  if (direction != 0) requestValue(position_ + direction * smallStep);
+}
+
+void SliderHandle::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Down:
+      decrease();
+      break;
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+      increase();
+      break;
+    case Qt::Key_PageUp:
+      requestValue(position_ + pageStep);
+      break;
+    case Qt::Key_PageDown:
+      requestValue(position_ - pageStep);
+      break;
+    case Qt::Key_Home:
+      requestValue(geometry_.lower);
+      break;
+    case Qt::Key_End:
+      requestValue(geometry_.upper);
+      break;
+    default:
+      event->ignore();
+      return;
+  }
+  setVisualFocus(true);
+  event->accept();
+}
+
+void SliderHandle::focusInEvent(QFocusEvent* event) {
+  QQuickItem::focusInEvent(event);
+  setVisualFocus(isKeyboardReason(event->reason()));
+}
+
+void SliderHandle::focusOutEvent(QFocusEvent* event) {
+  QQuickItem::focusOutEvent(event);
+  setVisualFocus(false);
+}
+
+void SliderHandle::dragTo(double x) { requestValue(geometry_.valueAt(x)); }
+
+void SliderHandle::setDragging(bool dragging) {
+  if (dragging_ == dragging) return;
+  dragging_ = dragging;
+  emit draggingChanged();
+}
+
+void SliderHandle::setHovering(bool hovering) {
+  if (hovering_ == hovering) return;
+  hovering_ = hovering;
+  emit hoveringChanged();
+}
+
+void SliderHandle::setVisualFocus(bool visualFocus) {
+  if (visualFocus_ == visualFocus) return;
+  visualFocus_ = visualFocus;
+  emit visualFocusChanged();
+}
+
+}  // namespace quillmere

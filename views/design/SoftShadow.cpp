@@ -1,0 +1,221 @@
+// Blurs once for each look, then stretches the middle of the picture as a nine-patch.
+#include "views/design/SoftShadow.h"
+
+#include <QCache>
+#include <QPainter>
+#include <QPainterPath>
+#include <QQuickWindow>
+#include <QSGNinePatchNode>
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "views/design/Tokens.h"
+
+namespace quillmere {
+namespace {
+
+constexpr double reachInRadii = 2.6;
+constexpr int cacheKilobytes = 2048;
+
+// Three box blurs stand for the Gaussian; their widths follow the deviation.
+std::vector<int> boxesFor(double deviation) {
+  constexpr int passes = 3;
+  const double ideal = std::sqrt(12 * deviation * deviation / passes + 1);
+  int low = static_cast<int>(ideal);
+  if (low % 2 == 0) --low;
+  low = std::max(low, 1);
+  const double lowCount =
+      (12 * deviation * deviation - passes * low * low - 4.0 * passes * low - 3.0 * passes) / (-4.0 * low - 4);
+  std::vector<int> boxes;
+  for (int i = 0; i < passes; ++i) boxes.push_back(i < std::lround(lowCount) ? low : low + 2);
+  return boxes;
+}
+
+// One pass over lines of count values that lie step apart.
+void boxBlur(std::vector<float>& values, int lines, int lineStep, int count, int step, int box) {
+  const int half = box / 2;
+  std::vector<float> line(static_cast<std::size_t>(count));
+  for (int i = 0; i < lines; ++i) {
+    float* const first = values.data() + static_cast<std::ptrdiff_t>(i) * lineStep;
+    const auto at = [&](int k) -> float {
+      return k >= 0 && k < count ? first[static_cast<std::ptrdiff_t>(k) * step] : 0.0f;
+    };
+    float sum = 0;
+    for (int k = -half; k <= half; ++k) sum += at(k);
+    for (int k = 0; k < count; ++k) {
+      line[static_cast<std::size_t>(k)] = sum / static_cast<float>(box);
+      sum += at(k + half + 1) - at(k - half);
+    }
+    for (int k = 0; k < count; ++k) first[static_cast<std::ptrdiff_t>(k) * step] = line[static_cast<std::size_t>(k)];
+  }
+}
+
+}  // namespace
+
+double ShadowShape::reach() const { return std::ceil(reachInRadii * radius + offsetDown) + 1; }
+
+QImage drawShadow(const ShadowShape& shape, double scale) {
+  const double reach = shape.reach();
+  const int width = static_cast<int>(std::ceil((shape.size.width() + 2 * reach) * scale));
+  const int height = static_cast<int>(std::ceil((shape.size.height() + 2 * reach) * scale));
+  const QRectF body(QPointF(reach, reach), shape.size);
+  const double corner = std::min(shape.corner, std::min(shape.size.width(), shape.size.height()) / 2);
+
+  QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  {
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(scale, scale);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::black);
+    painter.drawRoundedRect(body.translated(0, shape.offsetDown), corner, corner);
+  }
+  std::vector<float> values(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+  for (int y = 0; y < height; ++y) {
+    const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < width; ++x) {
+      values[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)] =
+          static_cast<float>(qAlpha(line[x]));
+    }
+  }
+  if (shape.radius > 0) {
+    for (const int box : boxesFor(shape.radius * scale)) {
+      boxBlur(values, height, width, width, 1, box);
+      boxBlur(values, width, 1, height, width, box);
+    }
+  }
+  for (int y = 0; y < height; ++y) {
+    auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+    for (int x = 0; x < width; ++x) {
+      const float value =
+          values[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
+      line[x] = qRgba(0, 0, 0, std::clamp(static_cast<int>(std::lround(value)), 0, 255));
+    }
+  }
+  if (shape.cutOut) {
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(scale, scale);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::black);
+    painter.drawRoundedRect(body, corner, corner);
+  }
+  return image;
+}
+
+SoftShadow::SoftShadow(QQuickItem* parent) : QQuickItem(parent), color_(toColor(design::colour::black)) {
+  setFlag(ItemHasContents);
+  polish();
+}
+
+void SoftShadow::setColor(const QColor& color) {
+  if (color_ == color) return;
+  color_ = color;
+  changed();
+}
+
+void SoftShadow::setCorner(double corner) {
+  if (corner_ == corner) return;
+  corner_ = corner;
+  changed();
+}
+
+void SoftShadow::setBlurRadius(double radius) {
+  if (radius_ == radius) return;
+  radius_ = radius;
+  changed();
+}
+
+void SoftShadow::setOffsetDown(double offset) {
+  if (offsetDown_ == offset) return;
+  offsetDown_ = offset;
+  changed();
+}
+
+void SoftShadow::setCutOut(bool cutOut) {
+  if (cutOut_ == cutOut) return;
+  cutOut_ = cutOut;
+  changed();
+}
+
+void SoftShadow::changed() {
+  emit lookChanged();
+  polish();
+}
+
+void SoftShadow::updatePolish() {
+  static QCache<QString, QImage> pictures(cacheKilobytes);
+  if (!window() || !isVisible() || boundingRect().isEmpty()) return;
+  ShadowShape shape{.size = size(), .corner = corner_, .radius = radius_, .offsetDown = offsetDown_, .cutOut = cutOut_};
+  const double reach = shape.reach();
+  // What lies between the corners is alike all along, so a small body stands for every larger one.
+  const double cornerRegion = std::ceil(corner_ + reach);
+  const QSizeF smallest(2 * cornerRegion + 2, 2 * cornerRegion + 2);
+  const bool stretched = width() > smallest.width() && height() > smallest.height();
+  if (stretched) shape.size = smallest;
+  padding_ = stretched ? reach + cornerRegion : 0;
+  scale_ = window()->effectiveDevicePixelRatio();
+
+  const QString key = QStringLiteral("%1 %2 %3 %4 %5 %6 %7")
+                          .arg(shape.size.width())
+                          .arg(shape.size.height())
+                          .arg(corner_)
+                          .arg(radius_)
+                          .arg(offsetDown_)
+                          .arg(cutOut_)
+                          .arg(scale_);
+  if (const QImage* known = pictures.object(key)) {
+    image_ = *known;
+  } else {
+    image_ = drawShadow(shape, scale_);
+    pictures.insert(key, new QImage(image_), static_cast<int>(image_.sizeInBytes() / 1024) + 1);
+  }
+  QPainter painter(&image_);
+  painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+  painter.fillRect(image_.rect(), color_);
+  painter.end();
+  place_ = boundingRect().adjusted(-reach, -reach, reach, reach);
+  imageChanged_ = true;
+  update();
+}
+
+QSGNode* SoftShadow::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
+  auto* node = static_cast<QSGNinePatchNode*>(old);
+  if (image_.isNull() || boundingRect().isEmpty()) {
+    delete node;
+    return nullptr;
+  }
+  if (!node) {
+    node = window()->createNinePatchNode();
+    imageChanged_ = true;
+  }
+  if (imageChanged_) {
+    QSGTexture* texture = window()->createTextureFromImage(image_, QQuickWindow::TextureHasAlphaChannel);
+    texture->setFiltering(QSGTexture::Linear);
+    node->setTexture(texture);
+    imageChanged_ = false;
+  }
+  node->setDevicePixelRatio(scale_);
+  node->setPadding(padding_, padding_, padding_, padding_);
+  node->setBounds(place_);
+  node->update();
+  return node;
+}
+
+void SoftShadow::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
+  QQuickItem::geometryChange(newGeometry, oldGeometry);
+  if (newGeometry.size() != oldGeometry.size()) polish();
+}
+
+void SoftShadow::itemChange(ItemChange change, const ItemChangeData& data) {
+  QQuickItem::itemChange(change, data);
+  if (change == ItemDevicePixelRatioHasChanged || (change == ItemSceneChange && data.window) ||
+      (change == ItemVisibleHasChanged && data.boolValue)) {
+    polish();
+  }
+}
+
+}  // namespace quillmere

@@ -1,0 +1,14 @@
+// A spring told by its response in seconds and its damping fraction.
+import QtQuick
+import Quillmere.Design
+
+NumberAnimation {
+    id: root
+
+    required property real response
+    required property real dampingFraction
+
+    duration: Motion.springMillis(root.response, root.dampingFraction)
+    easing.type: Easing.Bezier
+    easing.bezierCurve: Motion.springCurve(root.dampingFraction)
+}

@@ -1,0 +1,118 @@
+// Builds the tokens once; afterwards they are only read.
+#include "views/design/Tokens.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quillmere {
+namespace {
+
+// From this size on a face with an optical size of its own for titles reads better.
+constexpr double displaySize = 20;
+
+QStringList families(design::FaceDesign design, double size) {
+  switch (design) {
+    case design::FaceDesign::Monospaced:
+      return {"SF Mono", "JetBrains Mono", "Cascadia Mono", "IBM Plex Mono", "Noto Sans Mono", "DejaVu Sans Mono"};
+    case design::FaceDesign::Rounded:
+      return {"SF Pro Rounded", "Nunito", "Inter Display", "Inter", "Noto Sans", "DejaVu Sans"};
+    case design::FaceDesign::Standard:
+      break;
+  }
+  QStringList names{"Inter", "SF Pro Text", "Noto Sans", "Cantarell", "DejaVu Sans"};
+  if (size >= displaySize) names.prepend("Inter Display");
+  return names;
+}
+
+QFont makeFont(double size, int weight, design::FaceDesign design) {
+  QFont font;
+  font.setFamilies(families(design, size));
+  font.setStyleHint(design == design::FaceDesign::Monospaced ? QFont::Monospace : QFont::SansSerif);
+  font.setPixelSize(std::max(1, static_cast<int>(std::lround(size))));
+  font.setWeight(static_cast<QFont::Weight>(weight));
+  return font;
+}
+
+}  // namespace
+
+QColor toColor(const design::Rgba& colour) {
+  return QColor::fromRgbF(static_cast<float>(colour.red), static_cast<float>(colour.green),
+                          static_cast<float>(colour.blue), static_cast<float>(colour.opacity));
+}
+
+QFont toFont(const design::Face& face) { return makeFont(face.size, face.weight, face.design); }
+
+ShadowStyle::ShadowStyle(const design::Shadow& shadow)
+    : color(toColor(design::colour::black.at(shadow.opacity))), radius(shadow.radius), offsetDown(shadow.offsetDown) {}
+
+Tokens::Tokens(QObject* parent)
+    : QObject(parent),
+      brandSage_(toColor(design::colour::brandSage)),
+      brandMint_(toColor(design::colour::brandMint)),
+      brandCoral_(toColor(design::colour::brandCoral)),
+      brandRed_(toColor(design::colour::brandRed)),
+      brandAmber_(toColor(design::colour::brandAmber)),
+      canvasBG_(toColor(design::colour::canvasBG)),
+      cardBG_(toColor(design::colour::cardBG)),
+      cardBGHover_(toColor(design::colour::cardBGHover)),
+      cardBGSelected_(toColor(design::colour::cardBGSelected)),
+      cardStroke_(toColor(design::colour::cardStroke)),
+      cardStrokeHover_(toColor(design::colour::cardStrokeHover)),
+      cardStrokeSelected_(toColor(design::colour::cardStrokeSelected)),
+      hairline_(toColor(design::colour::hairline)),
+      textPrimary_(toColor(design::colour::textPrimary)),
+      textSecondary_(toColor(design::colour::textSecondary)),
+      textTertiary_(toColor(design::colour::textTertiary)),
+      white_(toColor(design::colour::white)),
+      black_(toColor(design::colour::black)),
+      clear_(toColor(design::colour::white.at(0))),
+      systemAccent_(toColor(design::colour::systemAccent)),
+      systemGrey_(toColor(design::colour::systemGrey)),
+      systemGreen_(toColor(design::colour::systemGreen)),
+      floatBG_(toColor(design::colour::floatBG)),
+      floatStroke_(toColor(design::colour::floatStroke)),
+      focusRing_(toColor(design::colour::focusRing)),
+      heroDisplay_(toFont(design::face::heroDisplay)),
+      displayXL_(toFont(design::face::displayXL)),
+      displayL_(toFont(design::face::displayL)),
+      displayM_(toFont(design::face::displayM)),
+      cardTitle_(toFont(design::face::cardTitle)),
+      bodyText_(toFont(design::face::bodyText)),
+      bodyEmphasis_(toFont(design::face::bodyEmphasis)),
+      caption1_(toFont(design::face::caption1)),
+      captionStrong_(toFont(design::face::captionStrong)),
+      sectionCaps_(toFont(design::face::sectionCaps)),
+      metric_(toFont(design::face::metric)),
+      metricLarge_(toFont(design::face::metricLarge)) {}
+
+QColor Tokens::alpha(const QColor& color, double share) {
+  QColor result = color;
+  result.setAlphaF(static_cast<float>(std::clamp(static_cast<double>(color.alphaF()) * share, 0.0, 1.0)));
+  return result;
+}
+
+QColor Tokens::lightened(const QColor& ground, const QColor& top, double share) {
+  const auto add = [share](float low, float high) {
+    return std::clamp(low + high * static_cast<float>(share), 0.0f, 1.0f);
+  };
+  return QColor::fromRgbF(add(ground.redF(), top.redF()), add(ground.greenF(), top.greenF()),
+                          add(ground.blueF(), top.blueF()));
+}
+
+QFont Tokens::face(double size, int weight) { return makeFont(size, weight, design::FaceDesign::Standard); }
+
+QFont Tokens::monospaced(double size, int weight) { return makeFont(size, weight, design::FaceDesign::Monospaced); }
+
+QFont Tokens::tracked(const QFont& font, double points) {
+  QFont result = font;
+  result.setLetterSpacing(QFont::AbsoluteSpacing, points);
+  return result;
+}
+
+QFont Tokens::capitals(const QFont& font, double points) {
+  QFont result = tracked(font, points);
+  result.setCapitalization(QFont::AllUppercase);
+  return result;
+}
+
+}  // namespace quillmere

@@ -1,0 +1,62 @@
+// Hands the moment to the wave's painter.
+#include "views/design/WaveItem.h"
+
+#include <cmath>
+
+#include "views/design/SignalWave.h"
+#include "views/design/Tokens.h"
+
+namespace quillmere {
+namespace {
+
+constexpr double stillOpacity = 0.5;
+
+}  // namespace
+
+WaveItem::WaveItem(QQuickItem* parent) : ImageItem(parent), color_(toColor(design::colour::brandSage)) {}
+
+void WaveItem::setLiveCount(int count) {
+  if (liveCount_ == count) return;
+  liveCount_ = count;
+  changed();
+}
+
+void WaveItem::setAverageGain(double gain) {
+  if (averageGain_ == gain) return;
+  averageGain_ = gain;
+  changed();
+}
+
+void WaveItem::setColor(const QColor& color) {
+  if (color_ == color) return;
+  color_ = color;
+  changed();
+}
+
+void WaveItem::setLineWidth(double width) {
+  if (lineWidth_ == width) return;
+  lineWidth_ = width;
+  changed();
+}
+
+void WaveItem::setTime(double seconds) {
+  if (time_ == seconds) return;
+  time_ = seconds;
+  emit timeChanged();
+  if (liveCount_ > 0) repaint();
+}
+
+QImage WaveItem::paintPicture(QSize pixels, double scale) {
+  const SignalWave wave(liveCount_, averageGain_, width(), height(), time_);
+  const QColor ink = wave.isStill() ? toColor(design::colour::textTertiary.at(stillOpacity)) : color_;
+  return drawWave(wave, pixels, scale, margin(), ink, lineWidth_);
+}
+
+double WaveItem::margin() const { return std::ceil(waveReach(lineWidth_)); }
+
+void WaveItem::changed() {
+  emit lookChanged();
+  repaint();
+}
+
+}  // namespace quillmere

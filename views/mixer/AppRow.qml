@@ -1,0 +1,222 @@
+// One application: icon, name, level, and on hover its output and mute.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Quillmere.Design
+import Quillmere.Views
+
+Item {
+    id: root
+
+    required property AppRowPresenter row
+
+    readonly property bool hovering: pointer.hovered
+    // The controls also come up for the keyboard, and stay while their menu is open.
+    readonly property bool showsControls: hovering || routeButton.visualFocus || muteButton.visualFocus || routeButton.open
+
+    readonly property real rowHeight: 36
+    readonly property real gap: 10
+    property real nameWidth: 90
+    readonly property real pulseSize: 6
+    readonly property real pulseOffset: 9
+    readonly property real mutedOpacity: 0.55
+    readonly property real fadeSeconds: 0.12
+
+    implicitHeight: rowHeight
+    opacity: row.muted ? mutedOpacity : 1
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: row.name
+    Accessible.description: row.toolTip
+
+    HoverHandler {
+        id: pointer
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Tokens.corner.chip
+        color: Tokens.cardBGHover
+        opacity: root.hovering ? 1 : 0
+        Behavior on opacity {
+            EaseOut { seconds: root.fadeSeconds }
+        }
+    }
+
+    AppIcon {
+        id: icon
+
+        anchors.left: parent.left
+        anchors.leftMargin: Tokens.spacing.s
+        anchors.verticalCenter: parent.verticalCenter
+        source: root.row.iconSource
+
+        LivePulse {
+            anchors.centerIn: parent
+            anchors.horizontalCenterOffset: root.pulseOffset
+            anchors.verticalCenterOffset: -root.pulseOffset
+            visible: root.row.live
+            size: root.pulseSize
+            color: Tokens.brandCoral
+        }
+    }
+
+    Column {
+        id: words
+
+        anchors.left: icon.right
+        anchors.leftMargin: root.gap
+        anchors.verticalCenter: parent.verticalCenter
+        width: root.nameWidth
+        spacing: 1
+
+        Label {
+            width: parent.width
+            text: root.row.name
+            font: Tokens.bodyEmphasis
+            horizontalAlignment: Text.AlignLeft
+            Accessible.ignored: true
+        }
+
+        Row {
+            width: parent.width
+            spacing: 3
+            visible: root.row.routedDeviceName.length > 0
+
+            Symbol {
+                id: routedSymbol
+
+                anchors.verticalCenter: parent.verticalCenter
+                name: "headphones"
+                pointSize: 8
+                color: Tokens.brandSage
+            }
+
+            Label {
+                anchors.verticalCenter: parent.verticalCenter
+                width: parent.width - routedSymbol.width - parent.spacing
+                text: root.row.routedDeviceName
+                font: Tokens.face(9, Font.Medium)
+                color: Tokens.brandSage
+                horizontalAlignment: Text.AlignLeft
+            }
+        }
+    }
+
+    LevelSlider {
+        id: slider
+
+        anchors.left: words.right
+        anchors.leftMargin: root.gap
+        anchors.right: slot.left
+        anchors.rightMargin: root.gap
+        anchors.verticalCenter: parent.verticalCenter
+        height: 18
+        label: root.row.name
+        value: root.row.gain
+        isLive: root.row.live
+        isDucked: root.row.ducked
+        isMuted: root.row.muted
+        scrollRule: root.row.scrollAdjusts ? SliderHandle.Forward : SliderHandle.PassOn
+        onMoved: (value) => root.row.setGain(value)
+        onScrollDelta: (delta) => root.row.scrollBy(delta)
+    }
+
+    Item {
+        id: slot
+
+        anchors.right: parent.right
+        anchors.rightMargin: Tokens.spacing.s
+        anchors.verticalCenter: parent.verticalCenter
+        width: 56
+        height: 24
+
+        Row {
+            objectName: "status"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 4
+            opacity: root.showsControls ? 0 : 1
+            Behavior on opacity {
+                EaseOut { seconds: root.fadeSeconds }
+            }
+
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.row.statusSymbol.length > 0
+                name: root.row.statusSymbol
+                pointSize: 10
+                color: Tokens.brandSage
+            }
+
+            Label {
+                anchors.verticalCenter: parent.verticalCenter
+                text: root.row.percentText
+                font: Tokens.metric
+                color: Tokens[root.row.percentColor]
+            }
+        }
+
+        Row {
+            objectName: "controls"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 4
+            opacity: root.showsControls ? 1 : 0
+            Behavior on opacity {
+                EaseOut { seconds: root.fadeSeconds }
+            }
+
+            MenuButton {
+                id: routeButton
+
+                anchors.verticalCenter: parent.verticalCenter
+                width: 16
+                height: 16
+                text: qsTr("Output for %1").arg(root.row.name)
+                tip: qsTr("Route to a specific output")
+                menu: ChoiceMenu {
+                    choices: root.row.routeMenu
+                }
+                contentItem: Item {
+                    Symbol {
+                        anchors.centerIn: parent
+                        name: root.row.routeSymbol
+                        pointSize: 10
+                        weight: Font.Medium
+                        color: Tokens[root.row.routeColor]
+                    }
+                }
+            }
+
+            SubtleIconButton {
+                id: muteButton
+
+                text: qsTr("%1 %2", "Mute Spotify").arg(root.row.muteTip).arg(root.row.name)
+                tip: root.row.muteTip
+                symbol: root.row.muteSymbol
+                symbolSize: 10
+                color: Tokens[root.row.muteColor]
+                onClicked: root.row.toggleMute()
+            }
+        }
+    }
+
+    // Made at the first hover.
+    property ToolTip madeTip: null
+
+    onHoveringChanged: {
+        if (hovering && !madeTip)
+            madeTip = tipMaker.createObject(root) as ToolTip;
+    }
+
+    Component {
+        id: tipMaker
+
+        ToolTip {
+            parent: root
+            text: root.row.toolTip
+            visible: root.hovering && !slider.dragging && !routeButton.hovered && !muteButton.hovered && !routeButton.open
+        }
+    }
+}

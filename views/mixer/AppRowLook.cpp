@@ -1,0 +1,52 @@
+// The rules of an application's row.
+#include "views/mixer/AppRowLook.h"
+
+#include <QCoreApplication>
+#include <algorithm>
+
+#include "core/Percent.h"
+
+namespace quillmere {
+
+namespace {
+
+QString text(const char* source) { return QCoreApplication::translate("AppRow", source); }
+
+QString toolTip(const AudioApp& app, const QString& name, bool isLive, bool isDucked) {
+  if (isDucked) return text("Ducked because a call is in progress.");
+  // A muted application that sounds says so all the same.
+  if (isLive) return text("Producing audio right now.");
+  if (app.muted) return text("%1 is muted.").arg(name);
+  return name;
+}
+
+}  // namespace
+
+AppRowLook appRowLook(const AudioApp& app, bool isLive, bool isDucked, const std::vector<AudioOutputDevice>& devices) {
+  const bool isRouted = app.routedDeviceUID.has_value();
+  AppRowLook look;
+  look.name = QString::fromStdString(app.name);
+  look.toolTip = toolTip(app, look.name, isLive, isDucked);
+  const auto device =
+      std::ranges::find_if(devices, [&](const AudioOutputDevice& each) { return app.routedDeviceUID == each.uid; });
+  if (device != devices.end()) look.routedDeviceName = QString::fromStdString(device->name);
+  if (isDucked) {
+    look.statusSymbol = QStringLiteral("waveform.badge.minus");
+  } else if (isRouted) {
+    look.statusSymbol = QStringLiteral("headphones");
+  }
+  look.percentColor = app.muted ? QStringLiteral("textTertiary") : QStringLiteral("textSecondary");
+  look.routeSymbol = isRouted ? QStringLiteral("headphones.circle.fill") : QStringLiteral("headphones");
+  look.routeColor = isRouted ? QStringLiteral("brandSage") : QStringLiteral("textSecondary");
+  look.muteSymbol = app.muted ? QStringLiteral("speaker.slash.fill") : QStringLiteral("speaker.wave.2");
+  look.muteColor = app.muted ? QStringLiteral("brandRed") : QStringLiteral("textSecondary");
+  look.muteTip = app.muted ? text("Unmute") : text("Mute");
+  look.muted = app.muted;
+  look.live = isLive;
+  look.ducked = isDucked;
+  return look;
+}
+
+QString percentText(float gain) { return QStringLiteral("%1%").arg(percentOf(gain)); }
+
+}  // namespace quillmere

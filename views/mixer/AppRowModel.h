@@ -1,0 +1,59 @@
+// The applications as a list of rows, in the state's order, each kept for as long as its application is listed.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "runtime/Observable.h"
+#include "views/mixer/AppRowPresenter.h"
+#include "views/mixer/KeyedListModel.h"
+
+namespace quillmere {
+
+class AppState;
+class ViewSettings;
+
+/// [main]
+class AppRowModel final : public KeyedListModel {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("The list belongs to its page")
+
+ public:
+  enum class Filter {
+    live,  ///< Only what sounds, with short lists of tabs: the popover.
+    all,   ///< Everything known: the main window.
+  };
+  enum Role { RowRole = Qt::UserRole + 1 };
+  using ActivateTab = std::function<void(const std::string& bundleID, const BrowserTab& tab)>;
+
+  /// The settings outlive the model.
+  AppRowModel(std::shared_ptr<AppState> state, ViewSettings& settings, Filter filter, ActivateTab activateTab,
+              QObject* parent = nullptr);
+  ~AppRowModel() override;
+
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+  [[nodiscard]] AppRowPresenter* row(int row) const { return rows_[static_cast<std::size_t>(row)]; }
+
+ protected:
+  void insertedAt(int row, const std::string& key) override;
+  void removedAt(int row) override;
+  void moved(int from, int to) override;
+
+ private:
+  void refresh();
+
+  std::shared_ptr<AppState> state_;
+  ViewSettings& settings_;
+  Filter filter_;
+  ActivateTab activateTab_;
+  /// Children of the model: what has no parent, a scene may take for its own.
+  std::vector<AppRowPresenter*> rows_;
+  std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace quillmere

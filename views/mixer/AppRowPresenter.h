@@ -1,0 +1,94 @@
+// One application's row: what it shows and what gestures on it do.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+#include <QObject>
+#include <QUrl>
+
+#include "core/AudioApp.h"
+#include "views/mixer/AppRowLook.h"
+#include "views/mixer/MenuModel.h"
+#include "views/tabs/TabListModel.h"
+
+namespace quillmere {
+
+class AppState;
+
+/// [main] Kept up to date by its model. The state outlives it.
+class AppRowPresenter final : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Rows belong to their model")
+  Q_PROPERTY(QString bundleID READ bundleID CONSTANT FINAL)
+  Q_PROPERTY(QUrl iconSource READ iconSource CONSTANT FINAL)
+  Q_PROPERTY(quillmere::MenuModel* routeMenu READ routeMenu CONSTANT FINAL)
+  Q_PROPERTY(quillmere::TabListModel* tabs READ tabs CONSTANT FINAL)
+  Q_PROPERTY(double gain READ gain NOTIFY gainChanged FINAL)
+  Q_PROPERTY(QString percentText READ percentText NOTIFY gainChanged FINAL)
+  Q_PROPERTY(QString name READ name NOTIFY lookChanged FINAL)
+  Q_PROPERTY(QString toolTip READ toolTip NOTIFY lookChanged FINAL)
+  Q_PROPERTY(QString routedDeviceName READ routedDeviceName NOTIFY lookChanged FINAL)
+  Q_PROPERTY(QString statusSymbol READ statusSymbol NOTIFY lookChanged FINAL)
+  Q_PROPERTY(QString percentColor READ percentColor NOTIFY lookChanged FINAL)
+  Q_PROPERTY(QString routeSymbol READ routeSymbol NOTIFY lookChanged FINAL)
+  Q_PROPERTY(QString routeColor READ routeColor NOTIFY lookChanged FINAL)
+  Q_PROPERTY(QString muteSymbol READ muteSymbol NOTIFY lookChanged FINAL)
+  Q_PROPERTY(QString muteColor READ muteColor NOTIFY lookChanged FINAL)
+  Q_PROPERTY(QString muteTip READ muteTip NOTIFY lookChanged FINAL)
+  Q_PROPERTY(bool muted READ muted NOTIFY lookChanged FINAL)
+  Q_PROPERTY(bool live READ live NOTIFY lookChanged FINAL)
+  Q_PROPERTY(bool ducked READ ducked NOTIFY lookChanged FINAL)
+  Q_PROPERTY(bool scrollAdjusts READ scrollAdjusts NOTIFY scrollAdjustsChanged FINAL)
+
+ public:
+  AppRowPresenter(AppState& state, AudioApp app, int tabLimit, TabListModel::Activate activateTab,
+                  QObject* parent = nullptr);
+
+  [[nodiscard]] QString bundleID() const { return QString::fromStdString(app_.bundleID); }
+  [[nodiscard]] QUrl iconSource() const;
+  [[nodiscard]] MenuModel* routeMenu() { return &routeMenu_; }
+  [[nodiscard]] TabListModel* tabs() { return &tabs_; }
+  [[nodiscard]] double gain() const { return static_cast<double>(app_.gain); }
+  [[nodiscard]] QString percentText() const { return quillmere::percentText(app_.gain); }
+  [[nodiscard]] QString name() const { return look_.name; }
+  [[nodiscard]] QString toolTip() const { return look_.toolTip; }
+  [[nodiscard]] QString routedDeviceName() const { return look_.routedDeviceName; }
+  [[nodiscard]] QString statusSymbol() const { return look_.statusSymbol; }
+  [[nodiscard]] QString percentColor() const { return look_.percentColor; }
+  [[nodiscard]] QString routeSymbol() const { return look_.routeSymbol; }
+  [[nodiscard]] QString routeColor() const { return look_.routeColor; }
+  [[nodiscard]] QString muteSymbol() const { return look_.muteSymbol; }
+  [[nodiscard]] QString muteColor() const { return look_.muteColor; }
+  [[nodiscard]] QString muteTip() const { return look_.muteTip; }
+  [[nodiscard]] bool muted() const { return look_.muted; }
+  [[nodiscard]] bool live() const { return look_.live; }
+  [[nodiscard]] bool ducked() const { return look_.ducked; }
+  [[nodiscard]] bool scrollAdjusts() const { return scrollAdjusts_; }
+
+  /// Takes what the state says of the application now.
+  void update(const AudioApp& app, bool isLive, bool isDucked);
+  void setScrollAdjusts(bool adjusts);
+
+  Q_INVOKABLE void setGain(double gain);
+  /// A scroll over the slider by `delta` lines or points, upwards positive. False if the setting is off: the event then
+  /// belongs to whatever lies beneath.
+  Q_INVOKABLE bool scrollBy(double delta);
+  Q_INVOKABLE void toggleMute();
+
+ Q_SIGNALS:
+  void gainChanged();
+  void lookChanged();
+  void scrollAdjustsChanged();
+
+ private:
+  void fillRouteMenu();
+
+  AppState& state_;
+  AudioApp app_;
+  AppRowLook look_;
+  bool scrollAdjusts_ = true;
+  MenuModel routeMenu_;
+  TabListModel tabs_;
+};
+
+}  // namespace quillmere

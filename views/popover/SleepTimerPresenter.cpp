@@ -1,0 +1,62 @@
+// The sleep timer's control.
+#include "views/popover/SleepTimerPresenter.h"
+
+#include <array>
+#include <utility>
+
+#include "core/RemainingText.h"
+#include "state/AppState.h"
+
+namespace quillmere {
+
+namespace {
+constexpr std::array minuteChoices{15, 30, 45, 60, 90};
+}
+
+SleepTimerPresenter::SleepTimerPresenter(std::shared_ptr<AppState> state, const Runtime& runtime, QObject* parent)
+    : QObject(parent), state_(std::move(state)), runtime_(runtime) {
+  std::vector<MenuEntry> entries;
+  for (const int minutes : minuteChoices) {
+    entries.push_back(
+        {tr("%1 minutes").arg(minutes), false, false, [this, minutes] { state_->startSleepTimer(minutes); }});
+  }
+  menu_.setEntries(std::move(entries));
+  subscription_ = state_->sleepTimerEndsAt().observe([this](const auto&) {
+    Q_EMIT runningChanged();
+    Q_EMIT remainingChanged();
+    scheduleTick();
+  });
+}
+
+SleepTimerPresenter::~SleepTimerPresenter() {
+  if (tickTimer_ != 0) runtime_.main.cancelTimer(tickTimer_);
+}
+
+bool SleepTimerPresenter::running() const { return state_->sleepTimerEndsAt()->has_value(); }
+
+QString SleepTimerPresenter::remaining() const {
+  const auto endsAt = *state_->sleepTimerEndsAt();
+  return endsAt ? QString::fromStdString(formatRemaining(*endsAt, runtime_.clocks.now())) : QString();
+}
+
+void SleepTimerPresenter::setVisible(bool visible) {
+  if (visible_ == visible) return;
+  visible_ = visible;
+  if (visible) Q_EMIT remainingChanged();
+  scheduleTick();
+}
+
+void SleepTimerPresenter::cancel() { state_->cancelSleepTimer(); }
+
+void SleepTimerPresenter::scheduleTick() {
+  if (tickTimer_ != 0) runtime_.main.cancelTimer(std::exchange(tickTimer_, 0));
+  const auto endsAt = *state_->sleepTimerEndsAt();
+  if (!visible_ || !endsAt) return;
+  tickTimer_ = runtime_.main.postAfter(std::chrono::seconds(1), [this] {
+    tickTimer_ = 0;
+    Q_EMIT remainingChanged();
+    scheduleTick();
+  });
+}
+
+}  // namespace quillmere

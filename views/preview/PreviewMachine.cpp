@@ -1,0 +1,81 @@
+// A machine in memory for pictures.
+#include "views/preview/PreviewMachine.h"
+
+#include "platform/memory/MemoryMediaKeys.h"
+#include "platform/memory/MemoryNowPlayingSource.h"
+#include "platform/memory/MemorySoundPlayer.h"
+#include "platform/memory/MemoryUserDefaults.h"
+#include "state/EngineCalls.h"
+
+namespace quillmere {
+
+namespace {
+
+/// Pictures make no sound.
+class SilentEngine final : public EngineCalls {
+ public:
+  explicit SilentEngine(Executor& background) : background_(background) {}
+  void applyGain(float, const std::string&) override {}
+  void applyRouting(const std::optional<std::string>&, const std::string&) override {}
+  void updateProcessMap(std::vector<CoreAudioProcessMonitor::Snapshot>) override {}
+  std::set<std::string> activeBundleIDs() override { return {}; }
+  void refreshUnroutedSubgraphsForNewSystemDefault() override {}
+  Stream<std::map<std::string, float>> levelsStream() override {
+    using Levels = Stream<std::map<std::string, float>>;
+    return Levels::produce(background_, [](TaskContext&, Levels::Writer&) -> Async<void> { co_return; });
+  }
+
+ private:
+  Executor& background_;
+};
+
+}  // namespace
+
+PreviewMachine::PreviewMachine()
+    : machine{std::make_unique<MemoryAudioHardware>(time.main(), time),
+              std::make_unique<MemoryUserDefaults>(),
+              std::make_unique<MemoryWorkspace>(),
+              std::make_unique<MemoryNowPlayingSource>(time.main()),
+              std::make_unique<MemoryMediaKeys>(),
+              std::make_unique<MemorySoundPlayer>()},
+      audio(static_cast<MemoryAudioHardware&>(*machine.audio)),
+      workspace(static_cast<MemoryWorkspace&>(*machine.workspace)),
+      runtime(time.runtime(log)) {}
+
+PreviewMachine::~PreviewMachine() {
+  state.reset();
+  time.shutDown();
+}
+
+void PreviewMachine::addDevice(const std::string& uid, const std::string& name) {
+  constexpr float volume = 0.64F;
+  const auto device = audio.addDevice({uid, name, 1, audio::transportBuiltIn, true, {{0, {volume}}}});
+  if (audio.defaultOutput() == 0) audio.setDefaultOutput(device);
+}
+
+void PreviewMachine::launch(const std::string& bundleID, const std::string& name, bool sounds,
+                            const std::string& icon) {
+  const auto pid = ++lastPID_;
+  workspace.launch(bundleID, name, pid);
+  if (!icon.empty()) workspace.setIcon(bundleID, FileIcon{icon});
+  const MemoryProcess process{bundleID, pid, sounds, false};
+  running_[bundleID] = {audio.addProcess(process), process};
+}
+
+void PreviewMachine::setListening(const std::string& bundleID, bool listens) {
+  auto& each = running_.at(bundleID);
+  each.process.isRunningInput = listens;
+  audio.updateProcess(each.object, each.process);
+}
+
+void PreviewMachine::start() {
+  state = AppState::create(machine, runtime, std::make_shared<SilentEngine>(time.background()));
+  time.runUntilIdle();
+  advance(0.4);
+}
+
+void PreviewMachine::advance(double seconds) {
+  time.advance(std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds)));
+}
+
+}  // namespace quillmere

@@ -1,0 +1,97 @@
+// Shows a window of the program in one of the states worth looking at: quillmere-preview [scene].
+// With --shots FOLDER saves pictures of all scenes (or of those named) and ends.
+#include <QCommandLineParser>
+#include <QCursor>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QImage>
+#include <QQuickWindow>
+#include <QScreen>
+#include <cstdio>
+#include <memory>
+
+#include "integrations/BrowserTab.h"
+#include "views/ViewFactory.h"
+#include "views/preview/PreviewMachine.h"
+#include "views/preview/PreviewScenes.h"
+
+namespace {
+
+using namespace quillmere;
+
+std::unique_ptr<QQuickWindow> open(const PreviewScene& scene, PreviewMachine& box) {
+  scene.fill(box);
+  ViewFactory factory(box.state, box.runtime, box.machine,
+                      {[] {}, [] { QCoreApplication::quit(); }, [](const std::string&, const BrowserTab&) {}});
+  auto window = scene.window == PreviewScene::Window::popover ? factory.makePopover() : factory.makeMainWindow();
+  if (scene.window == PreviewScene::Window::popover) window->setFlags(Qt::Tool | Qt::FramelessWindowHint);
+  window->show();
+  window->requestActivate();
+  return window;
+}
+
+/// Lets the window draw for a while: animations end, pictures arrive.
+void settle(QQuickWindow& window, int millis) {
+  QElapsedTimer clock;
+  clock.start();
+  while (clock.elapsed() < millis) {
+    window.update();
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+  }
+}
+
+bool shoot(const PreviewScene& scene, const QDir& folder) {
+  constexpr int settleMillis = 700;
+  PreviewMachine box;
+  // The pointer must not hover over anything by chance.
+  QCursor::setPos(QGuiApplication::primaryScreen()->geometry().bottomRight());
+  const auto window = open(scene, box);
+  settle(*window, settleMillis);
+  if (scene.act) {
+    scene.act(*window);
+    // Tool tips wait before they come.
+    settle(*window, 2 * settleMillis);
+  }
+  const auto scale = window->effectiveDevicePixelRatio();
+  const auto file = folder.filePath(QStringLiteral("%1@%2x.png").arg(QString::fromStdString(scene.name)).arg(scale));
+  const bool saved = window->grabWindow().save(file);
+  std::printf("%s %s\n", saved ? "saved" : "could not save", qPrintable(file));
+  return saved;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QGuiApplication application(argc, argv);
+  QGuiApplication::setApplicationName("quillmere-preview");
+  QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+  QCommandLineParser parser;
+  const QCommandLineOption shots("shots", "Save pictures and end.", "folder");
+  parser.addOption(shots);
+  parser.addPositionalArgument("scenes", "Which scenes; without --shots the first one is shown.");
+  parser.addHelpOption();
+  parser.process(application);
+
+  const auto names = parser.positionalArguments();
+  std::vector<PreviewScene> chosen;
+  for (const auto& scene : previewScenes()) {
+    if (names.isEmpty() || names.contains(QString::fromStdString(scene.name))) chosen.push_back(scene);
+  }
+  if (chosen.empty()) {
+    std::fputs("no such scene; there are:\n", stderr);
+    for (const auto& scene : previewScenes()) std::fprintf(stderr, "  %s\n", scene.name.c_str());
+    return 64;
+  }
+  if (parser.isSet(shots)) {
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    const QDir folder(parser.value(shots));
+    folder.mkpath(".");
+    bool allSaved = true;
+    for (const auto& scene : chosen) allSaved = shoot(scene, folder) && allSaved;
+    return allSaved ? 0 : 1;
+  }
+  PreviewMachine box;
+  const auto window = open(chosen.front(), box);
+  return QGuiApplication::exec();
+}

@@ -1,0 +1,92 @@
+// Sorts a browser's tabs and makes rows of them.
+#include "views/tabs/TabListModel.h"
+
+#include <QTextBoundaryFinder>
+#include <QUrl>
+#include <algorithm>
+#include <utility>
+
+#include "core/TextOrder.h"
+
+namespace quillmere {
+
+QString tabLetter(const std::string& urlString) {
+  const QUrl url(QString::fromStdString(urlString), QUrl::StrictMode);
+  const auto host = url.host().toLower().remove(QStringLiteral("www."));
+  if (!url.isValid() || host.isEmpty()) return QStringLiteral("?");
+  QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, host);
+  return host.left(letters.toNextBoundary()).toUpper();
+}
+
+TabListModel::TabListModel(int rowLimit, Activate activate, QObject* parent)
+    : KeyedListModel(parent), rowLimit_(rowLimit), activate_(std::move(activate)) {}
+
+QVariant TabListModel::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const auto& tab = rows_[static_cast<std::size_t>(index.row())];
+  switch (role) {
+    case TitleRole:
+      return QString::fromStdString(tab.title);
+    case LetterRole:
+      return tabLetter(tab.urlString);
+    case ActiveRole:
+      return tab.isActive;
+    default:
+      return {};
+  }
+}
+
+QHash<int, QByteArray> TabListModel::roleNames() const {
+  return {{TitleRole, "title"}, {LetterRole, "letter"}, {ActiveRole, "active"}};
+}
+
+void TabListModel::setTabs(std::vector<BrowserTab> tabs) {
+  std::ranges::stable_sort(tabs, [](const BrowserTab& left, const BrowserTab& right) {
+    if (left.isActive != right.isActive) return left.isActive;
+    return compareNames(left.title, right.title) < 0;
+  });
+  const bool countChanges = std::exchange(tabCount_, static_cast<int>(tabs.size())) != static_cast<int>(tabs.size());
+  if (tabCount_ > rowLimit_) tabs.resize(static_cast<std::size_t>(rowLimit_));
+
+  std::vector<std::string> wanted;
+  for (const auto& tab : tabs) wanted.push_back(tab.id);
+  arrange(wanted);
+  for (int row = 0; row < count(); ++row) {
+    auto& shown = rows_[static_cast<std::size_t>(row)];
+    const auto now = std::ranges::find(tabs, keys()[static_cast<std::size_t>(row)], &BrowserTab::id);
+    if (shown == *now) continue;
+    shown = *now;
+    Q_EMIT dataChanged(index(row), index(row));
+  }
+  if (countChanges) Q_EMIT tabsChanged();
+}
+
+QString TabListModel::countText() const { return tabCount_ == 1 ? tr("1 tab") : tr("%1 tabs").arg(tabCount_); }
+
+QString TabListModel::openText() const { return tabCount_ == 1 ? tr("1 tab open") : tr("%1 tabs open").arg(tabCount_); }
+
+QString TabListModel::moreText() const {
+  return tabCount_ > rowLimit_ ? tr("+ %1 more").arg(tabCount_ - rowLimit_) : QString();
+}
+
+void TabListModel::activate(int row) {
+  if (row < 0 || row >= count()) return;
+  const auto tab = rows_[static_cast<std::size_t>(row)];
+  activate_(tab);
+}
+
+void TabListModel::insertedAt(int row, const std::string& key) {
+  BrowserTab tab;
+  tab.id = key;
+  rows_.insert(rows_.begin() + row, std::move(tab));
+}
+
+void TabListModel::removedAt(int row) { rows_.erase(rows_.begin() + row); }
+
+void TabListModel::moved(int from, int to) {
+  auto tab = std::move(rows_[static_cast<std::size_t>(from)]);
+  rows_.erase(rows_.begin() + from);
+  rows_.insert(rows_.begin() + to, std::move(tab));
+}
+
+}  // namespace quillmere
