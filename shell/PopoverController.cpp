@@ -1,0 +1,80 @@
+// The popover's life.
+#include "shell/PopoverController.h"
+
+#include <malloc.h>
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
+#include <utility>
+
+#include "shell/PopoverPlacement.h"
+
+namespace quillmere {
+
+namespace {
+/// A popover that was just closed opens again without being built anew.
+constexpr auto keepHidden = std::chrono::seconds(20);
+/// The click on the icon takes the focus away first and then asks to toggle: both are one wish to close.
+constexpr auto focusLossGrace = std::chrono::milliseconds(300);
+}  // namespace
+
+PopoverController::PopoverController(const Runtime& runtime, WindowFactory factory,
+                                     std::function<std::optional<QRect>()> anchor)
+    : runtime_(runtime), anchor_(std::move(anchor)), scene_(runtime, std::move(factory), keepHidden) {
+  scene_.onDropped([] { malloc_trim(0); });
+  connect(&scene_, &Scene::lostFocus, this, [this] {
+    // A menu of the popover's own takes the focus for a while; that is not a click outside.
+    if (!isShown() || QGuiApplication::focusWindow() != nullptr) return;
+    closedByFocusLoss_ = runtime_.clocks.monotonicNow();
+    close();
+  });
+}
+
+PopoverController::~PopoverController() = default;
+
+void PopoverController::toggle() {
+  if (isShown()) {
+    close();
+  } else if (runtime_.clocks.monotonicNow() - closedByFocusLoss_ > focusLossGrace) {
+    open();
+  }
+}
+
+void PopoverController::close() { scene_.hide(); }
+
+void PopoverController::open() {
+  anchorAtOpening_ = anchor_();
+  const bool isNew = scene_.window() == nullptr;
+  auto& window = scene_.prepare();
+  if (isNew) {
+    window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    window.installEventFilter(this);
+    // The panel's height follows its content; the corner at the icon stays where it is.
+    connect(&window, &QWindow::heightChanged, this, &PopoverController::place);
+    connect(&window, &QWindow::widthChanged, this, &PopoverController::place);
+  }
+  place();
+  scene_.show();
+}
+
+void PopoverController::place() {
+  auto* window = scene_.window();
+  if (window == nullptr) return;
+  auto* screen = QGuiApplication::screenAt(anchorAtOpening_ ? anchorAtOpening_->center() : QCursor::pos());
+  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return;
+  window->setPosition(
+      popoverPosition(anchorAtOpening_, window->size(), screen->geometry(), screen->availableGeometry()));
+}
+
+bool PopoverController::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    close();
+    return true;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+}  // namespace quillmere

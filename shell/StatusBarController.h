@@ -1,0 +1,56 @@
+// What the status item's clicks and entries do. The item itself is drawn by StatusItem.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "runtime/Observable.h"
+#include "runtime/Runtime.h"
+#include "shell/StatusMenu.h"
+
+namespace quillmere {
+
+class AppState;
+class Updater;
+class WindowSystem;
+class Workspace;
+
+/// Steps outside the state that entries lead to.
+struct StatusBarIntents {
+  /// Opens the main window and brings the program to the front; the section, if any, is one of the window's own.
+  std::function<void(std::optional<std::string> section)> openMainWindow;
+  std::function<void()> togglePopover;
+};
+
+/// [main] throughout. All that is passed in outlives this.
+class StatusBarController {
+ public:
+  StatusBarController(AppState& state, const Runtime& runtime, WindowSystem& windows, Workspace& workspace,
+                      Updater* updater, StatusBarIntents intents);
+
+  /// The menu as it should read now.
+  [[nodiscard]] std::vector<StatusMenuEntry> rebuildMenu() const;
+  /// Does what an entry says. A represented object that is no UUID is ignored.
+  void perform(const StatusMenuEntry& entry);
+  void handleClick() { intents_.togglePopover(); }
+  /// The wheel over the icon moves the master by 2 % a step of the wheel, whatever its resolution.
+  void handleScroll(int angleDelta);
+  /// Calls back whenever rebuildMenu() would give something else, the countdown aside.
+  void observeMenu(const std::function<void()>& changed);
+
+ private:
+  void checkForUpdates();
+
+  AppState& state_;
+  Runtime runtime_;
+  WindowSystem& windows_;
+  Workspace& workspace_;
+  Updater* updater_;
+  StatusBarIntents intents_;
+  int scrollRemainder_ = 0;
+  std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace quillmere
