@@ -1,0 +1,75 @@
+#!/usr/bin/python3
+"""What the program costs while nothing is asked of it: twenty silent applications, beside pavucontrol in one session."""
+
+import contextlib
+import json
+import os
+import subprocess
+from pathlib import Path
+
+from quillmere_e2e.players import Player
+from quillmere_e2e.processes import processor_share, resident_mib
+from quillmere_e2e.tones import tone_file
+from quillmere_e2e.waiting import wait_for
+
+APPLICATIONS = 20
+SETTLE_SHARE = 5.0
+SECONDS = 15
+
+
+def figure(name, value, unit, peer=None, peer_value=None, target=None):
+    print(json.dumps({"name": name, "value": value, "unit": unit, "peer": peer, "peerValue": peer_value,
+                      "target": target}), flush=True)
+
+
+@contextlib.contextmanager
+def running(command):
+    log = open(Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / f"{Path(command[0]).name}.log", "ab")
+    with log:
+        process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+    try:
+        yield process
+    finally:
+        process.terminate()
+        process.wait()
+
+
+def settled(process):
+    """Started up: alive, and no longer busy with its own start."""
+    wait_for(lambda: process.poll() is None and processor_share([process.pid], 1)[process.pid] < SETTLE_SHARE,
+             f"{process.args[0]} has come to rest", 30)
+
+
+def close_windows(process):
+    """The first start opens a window; idle is the tray icon alone."""
+
+    def windows():
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(process.pid)], check=False,
+                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        return found.stdout.split()
+
+    wait_for(windows, "the first window is there", 20)
+    for window in windows():
+        subprocess.run(["xdotool", "windowactivate", "--sync", window, "key", "alt+F4"], check=False, stdin=subprocess.DEVNULL)
+    wait_for(lambda: not windows(), "every window is closed", 10)
+
+
+def main():
+    program = Path(os.environ["QUILLMERE_BUILD"]) / "app/quillmere"
+    with contextlib.ExitStack() as stack:
+        silence = tone_file(0, 0)
+        for number in range(APPLICATIONS):
+            stack.enter_context(Player("pw-play", f"Silent {number}", 0, file=silence))
+        ours = stack.enter_context(running([str(program)]))
+        peer = stack.enter_context(running(["pavucontrol"]))
+        close_windows(ours)
+        settled(ours)
+        settled(peer)
+        share = processor_share([ours.pid, peer.pid], SECONDS)
+        figure("idle program, 20 silent applications", share[ours.pid], "% of a core", "pavucontrol", share[peer.pid],
+               "value < 0.5 and ratio < 1")
+        figure("memory of the idle program", resident_mib(ours.pid), "MiB", "pavucontrol", resident_mib(peer.pid))
+
+
+if __name__ == "__main__":
+    main()

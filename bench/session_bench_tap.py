@@ -1,0 +1,179 @@
+#!/usr/bin/python3
+"""What a tap costs: processor time and latency beside pw-loopback doing the same job, and the time to the first sample."""
+
+import json
+import os
+import statistics
+import subprocess
+from pathlib import Path
+
+from quillmere_e2e import graph
+from quillmere_e2e.agent import Agent
+from quillmere_e2e.players import Player
+from quillmere_e2e.processes import processor_share
+from quillmere_e2e.recording import Monitor
+from quillmere_e2e.tones import click_file
+from quillmere_e2e.waiting import wait_for
+
+DESK = "quillmere_test_sink_a"
+SECONDS = 10
+PERIOD = 12000
+
+
+def figure(name, value, unit, peer=None, peer_value=None, target=None):
+    print(json.dumps({"name": name, "value": value, "unit": unit, "peer": peer, "peerValue": peer_value,
+                      "target": target}), flush=True)
+
+
+class Loopback:
+    """pw-loopback as a virtual device in front of the real one: an application's sound passes through a client."""
+
+    NAME = "quillmere_bench_loopback"
+
+    def __enter__(self):
+        self.process = subprocess.Popen(
+            ["pw-loopback", "--capture-props", json.dumps({"media.class": "Audio/Sink", "node.name": self.NAME,
+                                                           "session.suspend-timeout-seconds": 0}),
+             "--playback-props", json.dumps({"target.object": DESK, "node.name": self.NAME + "_out"})],
+            stdin=subprocess.DEVNULL)
+        wait_for(lambda: graph.Graph().node(self.NAME), "the loopback is there")
+        return self
+
+    def __exit__(self, *_):
+        self.process.terminate()
+        self.process.wait()
+
+
+def cost(pids):
+    """Percent of a core of the named processes together, over the same wall time."""
+    return sum(processor_share(pids, SECONDS).values())
+
+
+def measure_processor():
+    daemon = graph.daemon_pid("pipewire")
+    # A monitor keeps the device awake and costs the same in all three.
+    with Monitor(DESK) as monitor:
+        with Player("pw-play", "Cost", 500) as player:
+            monitor.wait_for_level(500, -12.04)
+            untouched = cost([daemon])
+            with Agent() as agent:
+                app = agent.wait_until_live(player)
+                idle = cost([agent.process.pid])
+                agent.gain(app, 0.5)
+                monitor.wait_for_level(500, -18.06)
+                ours = cost([daemon, agent.process.pid]) - idle
+        with Loopback() as loopback, Player("pw-play", "Cost", 500, target=Loopback.NAME):
+            monitor.wait_for_level(500, -12.04)
+            peer = cost([daemon, loopback.process.pid])
+    figure("one tapped application, daemon and client", ours, "% of a core", "pw-loopback", peer, "ratio <= 1")
+    figure("the same, above an untouched application", ours - untouched, "% of a core", "pw-loopback",
+           peer - untouched, "ratio <= 1")
+
+
+def link(source, target):
+    graph.tool("pw-link", source, target)
+
+
+def measured_delay(player, recorder):
+    """Frames by which the device's monitor is behind the player's own output, from marks in both of one recording."""
+    first = recorder.frames()
+    wanted = 4 * PERIOD
+    wait_for(lambda: recorder.frames() >= first + wanted, "the recording has grown")
+    direct, heard = recorder.read(first, wanted, 0), recorder.read(first, wanted, 1)
+
+    def marks(samples):
+        peak = max(samples)
+        return [index for index, sample in enumerate(samples) if sample > peak / 2] if peak > 0.01 else []
+
+    delays = []
+    for mark in marks(direct):
+        after = [other - mark for other in marks(heard) if -PERIOD // 2 < other - mark < PERIOD // 2]
+        delays += after
+    if not delays:
+        raise AssertionError(f"no mark of {player.name} in the recording")
+    return statistics.median(delays)
+
+
+def delay_through(player, prepare=None):
+    with Monitor(None, "quillmere-bench-delay") as recorder:
+        wait_for(lambda: graph.Graph().node("quillmere-bench-delay"), "the recorder is there")
+        node = wait_for(player.streams, "the player has a stream")[0]["id"]
+        name = graph.Graph().by_id[node]["info"]["props"]["node.name"]
+        link(f"{name}:output_FL", "quillmere-bench-delay:input_FL")
+        link(f"{DESK}:monitor_FL", "quillmere-bench-delay:input_FR")
+        wait_for(lambda: recorder.frames() > PERIOD, "the recorder records")
+        before = measured_delay(player, recorder)
+        if prepare is None:
+            return before
+        prepare()
+        return measured_delay(player, recorder) - before
+
+
+def measure_latency():
+    marks = click_file(PERIOD)
+    with Player("pw-play", "Marks", 0, file=marks, binary="qm-bench-marks") as player, Agent() as agent:
+        app = agent.wait_until_live(player)
+
+        def tap():
+            agent.gain(app, 0.5)
+            wait_for(lambda: player.streams() and graph.Graph().ours()
+                     and not any(DESK in graph.Graph().targets_of(stream["id"]) for stream in player.streams()),
+                     "the application is tapped")
+
+        ours = delay_through(player, tap)
+    with Loopback(), Player("pw-play", "Marks", 0, file=marks, binary="qm-bench-marks",
+                            target=Loopback.NAME) as player:
+        peer = delay_through(player)
+    with Player("pw-play", "Marks", 0, file=marks, binary="qm-bench-marks") as player:
+        peer -= delay_through(player)
+    figure("latency that a tap adds", ours, "samples", "pw-loopback", peer, "value <= 0")
+
+
+class Probe:
+    def __init__(self, hz):
+        build = Path(os.environ["QUILLMERE_BUILD"])
+        self.process = subprocess.Popen([build / "bench/monitor_probe", DESK, str(hz)], stdin=subprocess.DEVNULL,
+                                        stdout=subprocess.PIPE, text=True)
+
+    def expect(self, word):
+        while True:
+            line = self.process.stdout.readline().split()
+            if not line:
+                raise AssertionError("the probe has ended")
+            if line[0] == word:
+                return line
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.wait()
+        self.process.stdout.close()
+
+
+def measure_response():
+    """From setGain to the first changed sample; the clock of a sample is its cycle's."""
+    live, first = [], []
+    with Player("gst-pipewire", "Response", 500) as player, Agent() as agent, Probe(500) as probe:
+        app = agent.wait_until_live(player)
+        for _ in range(5):
+            probe.expect("steady")
+            asked = agent.gain(app, 0.8)["t"]
+            first.append((int(probe.expect("changed")[1]) - asked) / 1e6)
+            for gain in (0.4, 0.8):
+                probe.expect("steady")
+                asked = agent.gain(app, gain)["t"]
+                live.append((int(probe.expect("changed")[1]) - asked) / 1e6)
+            probe.expect("steady")
+            agent.gain(app, 1)
+            probe.expect("changed")
+            wait_for(lambda: not graph.Graph().ours(), "the tap is gone")
+    figure("setGain to the first changed sample, tap live", statistics.median(live), "ms")
+    figure("setGain to the first changed sample, tap made for it", statistics.median(first), "ms")
+
+
+if __name__ == "__main__":
+    measure_processor()
+    measure_latency()
+    measure_response()

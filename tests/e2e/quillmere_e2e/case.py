@@ -1,0 +1,62 @@
+"""What most end-to-end tests begin with: a running mixer, monitors at both devices, players that end with the test."""
+
+import os
+import random
+import unittest
+
+from . import graph
+from .agent import Agent
+from .players import Player
+from .recording import Monitor
+from .tones import to_db
+from .waiting import wait_for
+
+DESK = "quillmere_test_sink_a"
+PHONES = "quillmere_test_sink_b"
+AMPLITUDE = 0.25
+
+
+def forget_settings():
+    """The next start is a first run."""
+    folder = os.path.join(os.environ["XDG_CONFIG_HOME"], "quillmere")
+    for name in os.listdir(folder) if os.path.isdir(folder) else []:
+        os.unlink(os.path.join(folder, name))
+
+
+class MixerTest(unittest.TestCase):
+    """Each test has a mixer with empty settings."""
+
+    starts_mixer = True
+
+    def setUp(self):
+        self.addCleanup(forget_settings)
+        self.addCleanup(self.wait_until_nothing_of_ours_is_left)
+        self.desk = self.enterContext(Monitor(DESK))
+        self.agent = Agent()
+        if self.starts_mixer:
+            self.enterContext(self.agent)
+
+    @staticmethod
+    def wait_until_nothing_of_ours_is_left():
+        wait_for(lambda: not graph.Graph().ours(), "no node of ours is left")
+
+    def play(self, kind, name, hz, **options):
+        """Starts a player that plays until the test ends."""
+        return self.enterContext(Player(kind, name, hz, amplitude=AMPLITUDE, **options))
+
+    def monitor(self, sink):
+        return self.enterContext(Monitor(sink))
+
+    def assert_level(self, monitor, player, gain, seconds=5.0, delta=0.2):
+        """The player's tone stands at its own level times the gain; a gain of 0 is silence."""
+        if gain == 0:
+            self.assertLess(monitor.wait_for_silence(player.hz, seconds=seconds), -60.0)
+        else:
+            expected = to_db(player.amplitude * gain)
+            self.assertAlmostEqual(monitor.wait_for_level(player.hz, expected, seconds=seconds), expected, delta=delta)
+
+    def seeded_random(self):
+        """Random moments that can be had again: QUILLMERE_SEED."""
+        seed = int(os.environ.get("QUILLMERE_SEED") or random.SystemRandom().randrange(1 << 32))
+        print(f"{self.id()}: QUILLMERE_SEED={seed}", flush=True)
+        return random.Random(seed)

@@ -1,0 +1,30 @@
+"""What processes cost, read from /proc."""
+
+import os
+import re
+import time
+from pathlib import Path
+
+
+def processor_seconds(pid):
+    """Processor time of all living threads of a process, to the nanosecond (schedstat; stat counts in ticks)."""
+    total = 0
+    for task in os.listdir(f"/proc/{pid}/task"):
+        try:
+            total += int(Path(f"/proc/{pid}/task/{task}/schedstat").read_text(encoding="ascii").split()[0])
+        except (FileNotFoundError, ProcessLookupError):
+            continue
+    return total / 1e9
+
+
+def processor_share(pids, seconds):
+    """Percent of one core that each of the processes used over the next `seconds`."""
+    before, start = {pid: processor_seconds(pid) for pid in pids}, time.monotonic()
+    time.sleep(seconds)
+    wall = time.monotonic() - start
+    return {pid: 100 * (processor_seconds(pid) - before[pid]) / wall for pid in pids}
+
+
+def resident_mib(pid):
+    status = Path(f"/proc/{pid}/status").read_text(encoding="ascii", errors="replace")
+    return int(re.search(r"^VmRSS:\s*(\d+)", status, re.M)[1]) / 1024

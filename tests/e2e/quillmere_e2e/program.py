@@ -1,0 +1,66 @@
+"""The real program: started, opened by its status item, seen in pictures."""
+
+import os
+import signal
+import subprocess
+from pathlib import Path
+
+from . import accessibility, tray
+from .waiting import wait_for
+
+ACCESSIBLE_NAME = "quillmere"
+
+
+class Program:
+    def __init__(self, path=None, arguments=(), environment=None):
+        self.path = str(path or Path(os.environ["QUILLMERE_BUILD"]) / "app/quillmere")
+        self.arguments = list(arguments)
+        self.environment = environment or {}
+        self.process = None
+        self.log = Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / "quillmere.log"
+
+    def start(self):
+        with open(self.log, "ab") as log:
+            self.process = subprocess.Popen([self.path, *self.arguments], stdin=subprocess.DEVNULL, stdout=log,
+                                            stderr=log, env=os.environ | self.environment)
+        return self
+
+    def item(self, seconds=10.0):
+        return tray.wait_for_item(self.process.pid, seconds)
+
+    def accessible_name(self):
+        """The name under which the program stands in the accessibility tree."""
+
+        def own():
+            return [application.name for application in accessibility.applications()
+                    if application.get_process_id() == self.process.pid]
+
+        return wait_for(own, "the program is in the accessibility tree", 10)[0]
+
+    def alive(self):
+        return self.process is not None and self.process.poll() is None
+
+    def stop(self):
+        if self.process is None:
+            return None
+        if self.process.poll() is None:
+            self.process.send_signal(signal.SIGTERM)
+        try:
+            code = self.process.wait(5)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            code = self.process.wait()
+        self.process = None
+        return code
+
+    def __enter__(self):
+        return self if self.alive() else self.start()
+
+    def __exit__(self, *_):
+        self.stop()
+
+
+def picture(path):
+    """The whole screen as a PNG file."""
+    Path(path).parent.mkdir(parents=True, exist_ok=True)
+    subprocess.run(["import", "-silent", "-window", "root", str(path)], check=True, timeout=30)

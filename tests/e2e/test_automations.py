@@ -1,0 +1,241 @@
+"""The automations on real sound: ducking, whisper, focus, the master, and a player paused by a device that goes."""
+
+import math
+import os
+import statistics
+import subprocess
+import time
+import unittest
+from pathlib import Path
+
+from gi.repository import Gio, GLib
+
+from quillmere_e2e import graph
+from quillmere_e2e.case import AMPLITUDE, DESK, PHONES, MixerTest
+from quillmere_e2e.players import copied_executable
+from quillmere_e2e.recording import Monitor
+from quillmere_e2e.tones import RATE, tone_file
+from quillmere_e2e.waiting import wait_for
+
+HEADSET = "quillmere_usb_headset"
+# One step of the 30 ms glide, the largest that a full change of gain can add between two samples.
+GLIDE_STEP = 1 - math.exp(-1 / (0.03 * RATE))
+
+
+class Call:
+    """A real capture client that holds the microphone."""
+
+    def __init__(self, binary="qm-test-call"):
+        self.binary = binary
+        self.executable = copied_executable("/usr/bin/pw-cat", binary)
+        self.process = None
+
+    def start(self):
+        self.process = subprocess.Popen(
+            [self.executable, "--record", "--target", "quillmere_test_microphone", "--format", "s16",
+             os.path.join(os.environ["TMPDIR"], "call.wav")], stdin=subprocess.DEVNULL)
+        return self
+
+    def stop(self):
+        if self.process is not None:
+            self.process.terminate()
+            self.process.wait()
+            self.process = None
+
+
+class AutomationTest(MixerTest):
+    def begin_call(self):
+        call = Call()
+        self.addCleanup(call.stop)
+        return call.start()
+
+    def set_rule(self, app, target=0.3, delay_millis=500):
+        self.agent.ask("rule", "qm-test-call", app, target, delay_millis)
+
+    def steepest_step(self, first, frames):
+        samples = self.desk.read(first, frames)
+        return max(abs(b - a) for a, b in zip(samples, samples[1:]))
+
+    def assert_no_click(self, first, hz):
+        """No step larger than the sine's own plus one of the glide's."""
+        allowed = AMPLITUDE * (2 * math.sin(math.pi * hz / RATE) + GLIDE_STEP) * 1.02 + 1e-4
+        self.assertLessEqual(self.steepest_step(first, self.desk.frames() - first), allowed)
+
+
+class AutoDuck(AutomationTest):
+    def test_a_call_takes_a_player_down_and_the_end_of_the_call_brings_it_back(self):
+        player = self.play("pw-play", "Music", 200)
+        app = self.agent.wait_until_live(player)
+        self.set_rule(app)
+        self.agent.gain(app, 0.9)
+        self.assert_level(self.desk, player, 0.9)
+        first = self.desk.frames()
+        call = self.begin_call()
+        self.assert_level(self.desk, player, 0.3)
+        self.assertTrue(self.agent.state()["isDucking"])
+        call.stop()
+        self.assert_level(self.desk, player, 0.9)
+        self.assertFalse(self.agent.state()["isDucking"])
+        self.assert_no_click(first, 200)
+
+    def test_a_recording_of_a_device_is_no_call(self):
+        player = self.play("pw-play", "Music", 500)
+        app = self.agent.wait_until_live(player)
+        self.agent.ask("rule", "pw-record,pw-cat,quillmere-test-monitor", app, 0.3, 0)
+        with Monitor(PHONES):
+            self.assert_level(self.desk, player, 1)
+            self.assertEqual(self.agent.state()["mic"], [])
+
+
+class WhisperAndFocus(AutomationTest):
+    def test_whisper_takes_everything_down_and_back_without_a_click(self):
+        low, high = self.play("pw-play", "Low", 200), self.play("paplay", "High", 900)
+        app = self.agent.wait_until_live(low)
+        self.agent.wait_until_live(high)
+        self.agent.gain(app, 0.6)
+        self.assert_level(self.desk, low, 0.6)
+        self.agent.ask("whisper")
+        self.assert_level(self.desk, low, 0.1)
+        self.assert_level(self.desk, high, 0.1)
+        self.agent.ask("whisper")
+        self.assert_level(self.desk, low, 0.6)
+        self.assert_level(self.desk, high, 1)
+
+    def test_whispering_a_live_tap_has_no_click(self):
+        player = self.play("pw-play", "Smooth", 200)
+        app = self.agent.wait_until_live(player)
+        self.agent.gain(app, 0.6)
+        self.assert_level(self.desk, player, 0.6)
+        first = self.desk.frames()
+        self.agent.ask("whisper")
+        self.assert_level(self.desk, player, 0.1)
+        self.agent.ask("whisper")
+        self.assert_level(self.desk, player, 0.6)
+        self.assert_no_click(first, 200)
+
+    def test_focus_silences_all_but_one(self):
+        kept, others = self.play("pw-play", "Kept", 500), self.play("paplay", "Silenced", 900)
+        self.agent.wait_until_live(others)
+        self.agent.ask("focus", "app", self.agent.wait_until_live(kept))
+        self.agent.ask("focus", "start")
+        self.assertEqual(self.agent.state()["phase"], "focus")
+        self.assert_level(self.desk, kept, 1)
+        self.assert_level(self.desk, others, 0)
+        self.agent.ask("focus", "cancel")
+        self.assert_level(self.desk, others, 1)
+        self.assertEqual(self.agent.state()["phase"], "idle")
+
+
+class Master(AutomationTest):
+    def set_volume(self, volume):
+        node = graph.Graph().node(DESK)["id"]
+        graph.tool("wpctl", "set-volume", str(node), str(volume))
+
+    def test_the_desktops_own_volume_moves_the_master_at_once(self):
+        self.addCleanup(self.set_volume, 1.0)
+        delays = []
+        for volume in (0.5, 0.8, 0.3, 0.9, 0.6):
+            asked = time.monotonic()
+            self.set_volume(volume)
+            wait_for(lambda: abs(self.agent.state()["master"] - volume) < 0.005, f"the master shows {volume}", 2, 0.002)
+            delays.append(time.monotonic() - asked)
+        self.assertLess(statistics.median(delays), 0.1, f"the command's own start included: {delays}")
+
+    def test_the_master_moves_the_desktops_volume_and_what_is_heard(self):
+        self.addCleanup(self.set_volume, 1.0)
+        player = self.play("pw-play", "Loud", 500)
+        self.agent.wait_until_live(player)
+        self.agent.ask("master", 0.5)
+        # Sliders are cubic: half-way is an eighth of the amplitude.
+        self.assert_level(self.desk, player, 0.125)
+        node = graph.Graph().node(DESK)["id"]
+        self.assertIn("0.50", graph.tool("wpctl", "get-volume", str(node)))
+        self.agent.ask("master", 1)
+        self.assert_level(self.desk, player, 1)
+
+
+class DeviceLoss(AutomationTest):
+    """A stock player with its own MPRIS, on a device that looks like a USB headset."""
+
+    def start_mpv(self):
+        log = open(Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / "mpv.log", "ab")
+        with log:
+            process = subprocess.Popen(
+                ["mpv", "--no-video", "--loop", "--no-terminal", "--ao=pipewire,pulse", "--title=A Steady Tone",
+                 str(tone_file(500, AMPLITUDE))], stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.terminate)
+        wait_for(lambda: self.status() == "Playing", "mpv plays", 10)
+        return process
+
+    @staticmethod
+    def status():
+        bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        try:
+            return bus.call_sync("org.mpris.MediaPlayer2.mpv", "/org/mpris/MediaPlayer2",
+                                 "org.freedesktop.DBus.Properties", "Get",
+                                 GLib.Variant("(ss)", ("org.mpris.MediaPlayer2.Player", "PlaybackStatus")),
+                                 GLib.VariantType("(v)"), Gio.DBusCallFlags.NONE, 2000, None).unpack()[0]
+        except GLib.Error:
+            return None
+
+    def test_a_headset_that_goes_pauses_the_player_and_its_return_resumes_it(self):
+        graph.add_sink(HEADSET, "USB Headset", **{"device.bus": "usb", "device.api": "alsa",
+                                                  "device.form-factor": "headset"})
+        self.addCleanup(lambda: graph.Graph().node(HEADSET) and graph.remove_sink(HEADSET))
+        self.addCleanup(graph.set_default_sink, DESK)
+        graph.set_default_sink(HEADSET)
+        self.agent.ask("pause", "on")
+        self.start_mpv()
+        with Monitor(HEADSET) as headset:
+            headset.wait_for_level(500, 20 * math.log10(AMPLITUDE))
+        wait_for(lambda: (self.agent.state()["nowPlaying"] or {}).get("isPlaying"), "the mixer knows what plays", 5)
+        graph.remove_sink(HEADSET)
+        wait_for(lambda: self.status() == "Paused", "the player is paused", 5)
+        self.desk.wait_for_silence(500)
+        graph.add_sink(HEADSET, "USB Headset", **{"device.bus": "usb", "device.api": "alsa",
+                                                  "device.form-factor": "headset"})
+        wait_for(lambda: self.status() == "Playing", "the player plays again", 10)
+        with Monitor(HEADSET) as headset:
+            headset.wait_for_level(500, 20 * math.log10(AMPLITUDE))
+
+
+class KilledInTheMiddle(AutomationTest):
+    starts_mixer = False
+
+    def stored_gains(self):
+        return {app["bundleID"]: app["gain"] for app in self.agent.state()["apps"]}
+
+    def test_a_duck_a_whisper_or_a_block_that_is_killed_ten_times_compounds_nothing(self):
+        random = self.seeded_random()
+        player = self.play("pw-play", "Interrupted", 500)
+        call = Call()
+        self.addCleanup(call.stop)
+        self.agent.start()
+        app = self.agent.wait_until_live(player)
+        self.set_rule(app)
+        self.agent.gain(app, 0.7)
+        self.assert_level(self.desk, player, 0.7)
+        self.agent.kill()
+        for number in range(10):
+            what = random.choice(("duck", "whisper", "focus"))
+            moment = random.uniform(0, 0.4)
+            with self.subTest(number=number, what=what, moment=round(moment, 4)):
+                self.agent.start()
+                self.agent.wait_until_live(player)
+                self.assert_level(self.desk, player, 0.7)
+                self.assertAlmostEqual(self.stored_gains()[app], 0.7, places=5)
+                if what == "duck":
+                    call.start()
+                else:
+                    self.agent.ask(*(("whisper",) if what == "whisper" else ("focus", "start")))
+                deadline = time.monotonic() + moment
+                wait_for(lambda: time.monotonic() >= deadline, "the moment", 5, 0.001)
+                self.agent.kill()
+                call.stop()
+                self.assert_level(self.desk, player, 1, seconds=1.0)
+                self.assertEqual(graph.Graph().ours(), [])
+
+
+if __name__ == "__main__":
+    unittest.main()
