@@ -83,11 +83,11 @@ int main(int argc, char** argv) {
   pw_stream_events events{};
   events.version = PW_VERSION_STREAM_EVENTS;
   events.process = process;
-  pw_properties* properties = pw_properties_new(
-      PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_NODE_NAME, "quillmere-test-probe",
-      PW_KEY_STREAM_CAPTURE_SINK, "true", PW_KEY_TARGET_OBJECT, argv[1], nullptr);
-  probe.stream = pw_stream_new_simple(pw_main_loop_get_loop(probe.loop), "quillmere-test-probe", properties, &events,
-                                      &probe);
+  pw_properties* properties = pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture",
+                                                PW_KEY_NODE_NAME, "quillmere-test-probe", PW_KEY_STREAM_CAPTURE_SINK,
+                                                "true", PW_KEY_TARGET_OBJECT, argv[1], nullptr);
+  probe.stream =
+      pw_stream_new_simple(pw_main_loop_get_loop(probe.loop), "quillmere-test-probe", properties, &events, &probe);
 
   std::array<std::uint8_t, 1024> space{};
   spa_pod_builder builder = SPA_POD_BUILDER_INIT(space.data(), space.size());
@@ -97,8 +97,8 @@ int main(int argc, char** argv) {
   info.channels = 1;
   info.position[0] = SPA_AUDIO_CHANNEL_FL;
   const spa_pod* format = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info);
-  const auto flags = static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS |
-                                                  PW_STREAM_FLAG_RT_PROCESS);
+  const auto flags =
+      static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS);
   if (pw_stream_connect(probe.stream, PW_DIRECTION_INPUT, PW_ID_ANY, flags, &format, 1) < 0) return 1;
   pw_main_loop_run(probe.loop);
   pw_stream_destroy(probe.stream);

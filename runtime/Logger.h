@@ -37,8 +37,7 @@ class Logger {
 /// "2026-11-21T05:23:15Z error [Category] message" on standard error. [any but audio]
 class StandardErrorLogSink final : public LogSink {
  public:
-  void write(LogLevel level, std::string_view subsystem, std::string_view category,
-             std::string_view message) override;
+  void write(LogLevel level, std::string_view subsystem, std::string_view category, std::string_view message) override;
 };
 
 }  // namespace quillmere

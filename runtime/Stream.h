@@ -63,11 +63,12 @@ class Stream {
   static Stream produce(Executor& executor, Body body) {
     auto state = std::make_shared<State>();
     auto writer = std::make_shared<Writer>(state);
-    state->producer = startTask(executor, [writer, body = std::move(body), weak = std::weak_ptr<State>(state)](
-                                              TaskContext& task) -> Async<void> {
-      co_await body(task, *writer);
-      if (const auto finished = weak.lock()) finished->finish();
-    });
+    state->producer = startTask(
+        executor,
+        [writer, body = std::move(body), weak = std::weak_ptr<State>(state)](TaskContext& task) -> Async<void> {
+          co_await body(task, *writer);
+          if (const auto finished = weak.lock()) finished->finish();
+        });
     return Stream(std::move(state));
   }
 

@@ -23,7 +23,10 @@ struct TaskControl {
 class TaskState : public std::enable_shared_from_this<TaskState> {
  public:
   TaskState(Executor& executor, TaskBody body)
-      : executor_(executor), control_(std::make_shared<detail::TaskControl>()), body_(std::move(body)), context_(*this) {}
+      : executor_(executor),
+        control_(std::make_shared<detail::TaskControl>()),
+        body_(std::move(body)),
+        context_(*this) {}
 
   static Task start(const std::shared_ptr<TaskState>& state) {
     Task handle(state->control_);

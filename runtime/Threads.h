@@ -20,9 +20,9 @@ namespace quillmere {
 #define QUILLMERE_REALTIME
 
 #ifdef QUILLMERE_THREAD_CHECKS
-#define QUILLMERE_CHECK_ON(executorOrQueue, what)                                 \
-  do {                                                                            \
-    if (!(executorOrQueue).isCurrent()) ::quillmere::preconditionFailure(what);   \
+#define QUILLMERE_CHECK_ON(executorOrQueue, what)                               \
+  do {                                                                          \
+    if (!(executorOrQueue).isCurrent()) ::quillmere::preconditionFailure(what); \
   } while (false)
 #else
 #define QUILLMERE_CHECK_ON(executorOrQueue, what) static_cast<void>(0)

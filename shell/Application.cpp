@@ -126,7 +126,8 @@ class Shell {
 
 int runApplication(int argc, char** argv, const Host& host) {
   QCoreApplication::setApplicationName(QStringLiteral("quillmere"));
-  QCoreApplication::setApplicationVersion(QString::fromUtf8(appVersion().data(), static_cast<int>(appVersion().size())));
+  QCoreApplication::setApplicationVersion(
+      QString::fromUtf8(appVersion().data(), static_cast<int>(appVersion().size())));
   QGuiApplication::setDesktopFileName(QStringLiteral("app.quillmere.host"));
   const QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);

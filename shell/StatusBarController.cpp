@@ -81,8 +81,7 @@ void StatusBarController::handleScroll(int angleDelta) {
   const int notches = scrollRemainder_ / wheelNotch;
   if (notches == 0) return;
   scrollRemainder_ -= notches * wheelNotch;
-  state_.setMasterGain(
-      std::clamp(state_.masterGain().get() + gainPerNotch * static_cast<float>(notches), 0.0F, 1.0F));
+  state_.setMasterGain(std::clamp(state_.masterGain().get() + gainPerNotch * static_cast<float>(notches), 0.0F, 1.0F));
 }
 
 void StatusBarController::observeMenu(const std::function<void()>& changed) {

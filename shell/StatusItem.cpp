@@ -16,9 +16,7 @@ namespace quillmere {
 
 namespace {
 
-QString translated(const std::string& title) {
-  return QCoreApplication::translate("StatusMenu", title.c_str());
-}
+QString translated(const std::string& title) { return QCoreApplication::translate("StatusMenu", title.c_str()); }
 
 QKeySequence keySequence(const std::string& key) {
   return key.empty() ? QKeySequence() : QKeySequence(QStringLiteral("Ctrl+") + QString::fromStdString(key));
@@ -78,9 +76,8 @@ void StatusItem::fill(QMenu& menu, const std::vector<StatusMenuEntry>& entries) 
     }
     // A profile's name is the user's text, and an ampersand in it is no mnemonic.
     const bool isUsersText = entry.action == StatusAction::applyProfile;
-    const auto title =
-        isUsersText ? QString::fromStdString(entry.title).replace(QLatin1Char('&'), QLatin1String("&&"))
-                    : translated(entry.title);
+    const auto title = isUsersText ? QString::fromStdString(entry.title).replace(QLatin1Char('&'), QLatin1String("&&"))
+                                   : translated(entry.title);
     if (entry.hasSubmenu) {
       auto* submenu = menu.addMenu(title);
       submenu->setEnabled(!entry.submenu.empty());

@@ -67,12 +67,11 @@ TEST(Stream, EndOfTheProducerEndsTheConsumerAfterWhatIsBuffered) {
   std::vector<int> seen;
   bool ended = false;
   startTask(time.main(), [&](TaskContext&) -> Async<void> {
-    auto stream = Stream<int>::produce(time.background(),
-                                       [](TaskContext&, Stream<int>::Writer& writer) -> Async<void> {
-                                         writer.yield(1);
-                                         writer.yield(2);
-                                         co_return;
-                                       });
+    auto stream = Stream<int>::produce(time.background(), [](TaskContext&, Stream<int>::Writer& writer) -> Async<void> {
+      writer.yield(1);
+      writer.yield(2);
+      co_return;
+    });
     while (auto value = co_await stream.next()) seen.push_back(*value);
     ended = true;
   });
@@ -85,9 +84,8 @@ TEST(Stream, CancellingTheConsumerWakesItWithNothing) {
   VirtualTime time;
   bool ended = false;
   const auto consumer = startTask(time.main(), [&](TaskContext&) -> Async<void> {
-    auto stream = Stream<int>::produce(time.background(), [](TaskContext& task, Stream<int>::Writer&) -> Async<void> {
-      co_await task.sleep(1h);
-    });
+    auto stream = Stream<int>::produce(
+        time.background(), [](TaskContext& task, Stream<int>::Writer&) -> Async<void> { co_await task.sleep(1h); });
     const auto value = co_await stream.next();
     ended = !value.has_value();
   });

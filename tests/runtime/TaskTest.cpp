@@ -79,9 +79,8 @@ TEST(Task, ACancelledSleepLeavesNoTimerBehind) {
   VirtualTime time;
   auto held = std::make_shared<int>(1);
   const std::weak_ptr<int> watch = held;
-  const auto task = startTask(time.main(), [held = std::move(held)](TaskContext& context) -> Async<void> {
-    co_await context.sleep(1h);
-  });
+  const auto task = startTask(
+      time.main(), [held = std::move(held)](TaskContext& context) -> Async<void> { co_await context.sleep(1h); });
   time.runUntilIdle();
   task.cancel();
   time.runUntilIdle();
@@ -128,9 +127,8 @@ TEST(Task, AwaitsAnotherCoroutineAndItsSleep) {
 TEST(Task, CancellingReachesANestedSleep) {
   VirtualTime time;
   std::string result;
-  const auto task = startTask(time.main(), [&](TaskContext& context) -> Async<void> {
-    result = co_await slowly(context, "early");
-  });
+  const auto task =
+      startTask(time.main(), [&](TaskContext& context) -> Async<void> { result = co_await slowly(context, "early"); });
   time.runUntilIdle();
   task.cancel();
   time.runUntilIdle();

@@ -20,9 +20,10 @@ std::vector<std::string> titles(const std::vector<StatusMenuEntry>& entries) {
 }
 
 TEST(StatusMenu, HoldsItsEntriesInOrder) {
-  EXPECT_EQ(titles(statusMenu({})),
-            (std::vector<std::string>{"Open quillmere Window", "-", "Engage Whisper Mode", "Sleep Timer", "Profiles", "-",
-                                      "Settings…", "About quillmere", "Check for Updates…", "-", "Quit quillmere"}));
+  EXPECT_EQ(
+      titles(statusMenu({})),
+      (std::vector<std::string>{"Open quillmere Window", "-", "Engage Whisper Mode", "Sleep Timer", "Profiles", "-",
+                                "Settings…", "About quillmere", "Check for Updates…", "-", "Quit quillmere"}));
 }
 
 TEST(StatusMenu, CarriesTheKeyEquivalents) {
