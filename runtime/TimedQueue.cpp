@@ -1,6 +1,8 @@
 // Work that is ready and work that waits for its time.
 #include "runtime/TimedQueue.h"
 
+#include <utility>
+
 namespace quillmere {
 
 void TimedQueue::post(Work work) {
@@ -15,52 +17,38 @@ void TimedQueue::post(Work work) {
 
 TimerID TimedQueue::postAfter(Duration delay, Work work) {
   const std::lock_guard lock(mutex_);
-  const TimerID timer = ++lastTimer_;
-  if (closed_) return timer;
+  if (closed_) return 0;
   const MonotonicTime due = std::chrono::steady_clock::now() + delay;
-  const auto position = timers_.emplace(Due{due, timer}, std::move(work)).first;
-  dueTimes_.emplace(timer, due);
+  const auto watchedFor = timers_.nextDue();
+  const TimerID timer = timers_.add(due, std::move(work));
   // The taker on watch waits for what was the earliest; which of the takers that is, nobody knows.
-  if (position == timers_.begin()) changed_.notify_all();
+  if (!watchedFor || due < *watchedFor) changed_.notify_all();
   return timer;
 }
 
 void TimedQueue::cancelTimer(TimerID timer) {
   Work dropped;
   const std::lock_guard lock(mutex_);
-  const auto due = dueTimes_.find(timer);
-  if (due == dueTimes_.end()) return;
-  auto node = timers_.extract(Due{due->second, timer});
-  dropped = std::move(node.mapped());
-  dueTimes_.erase(due);
-}
-
-void TimedQueue::moveDueTimers(MonotonicTime now) {
-  while (!timers_.empty() && timers_.begin()->first.first <= now) {
-    auto node = timers_.extract(timers_.begin());
-    dueTimes_.erase(node.key().second);
-    ready_.push_back(std::move(node.mapped()));
-  }
+  dropped = timers_.remove(timer);
 }
 
 std::optional<Work> TimedQueue::take() {
   std::unique_lock lock(mutex_);
   while (true) {
     if (closed_) return std::nullopt;
-    moveDueTimers(std::chrono::steady_clock::now());
+    timers_.moveDue(std::chrono::steady_clock::now(), ready_);
     if (!ready_.empty()) {
       Work work = std::move(ready_.front());
       ready_.pop_front();
-      if (!ready_.empty() || (!watched_ && !timers_.empty())) changed_.notify_one();
+      if (!ready_.empty() || (!watched_ && timers_.nextDue())) changed_.notify_one();
       return work;
     }
-    if (timers_.empty() || watched_) {
+    const auto due = timers_.nextDue();
+    if (!due || watched_) {
       changed_.wait(lock);
     } else {
       watched_ = true;
-      // A copy: the wait reads its deadline again without the lock, when the timer may be gone.
-      const MonotonicTime due = timers_.begin()->first.first;
-      changed_.wait_until(lock, due);
+      changed_.wait_until(lock, *due);
       watched_ = false;
     }
   }
@@ -68,13 +56,12 @@ std::optional<Work> TimedQueue::take() {
 
 void TimedQueue::close() {
   std::deque<Work> ready;
-  std::map<Due, Work> timers;
+  TimerStore timers;
   {
     const std::lock_guard lock(mutex_);
     closed_ = true;
     ready.swap(ready_);
-    timers.swap(timers_);
-    dueTimes_.clear();
+    timers = std::exchange(timers_, {});
   }
   changed_.notify_all();
 }

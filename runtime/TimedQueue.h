@@ -3,12 +3,10 @@
 
 #include <condition_variable>
 #include <deque>
-#include <map>
 #include <mutex>
 #include <optional>
-#include <utility>
 
-#include "runtime/Executor.h"
+#include "runtime/TimerStore.h"
 
 namespace quillmere {
 
@@ -24,15 +22,10 @@ class TimedQueue {
   void close();
 
  private:
-  using Due = std::pair<MonotonicTime, TimerID>;
-  void moveDueTimers(MonotonicTime now);
-
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<Work> ready_;
-  std::map<Due, Work> timers_;
-  std::map<TimerID, MonotonicTime> dueTimes_;
-  TimerID lastTimer_ = 0;
+  TimerStore timers_;
   bool watched_ = false;
   bool closed_ = false;
 };

@@ -6,6 +6,7 @@
 #include <QThread>
 #include <QTimerEvent>
 #include <algorithm>
+#include <utility>
 
 namespace quillmere {
 
@@ -20,12 +21,11 @@ QtMainExecutor::~QtMainExecutor() { shutDown(); }
 void QtMainExecutor::shutDown() {
   // Destroyed after the lock is free: what the work holds may post in its destructor.
   std::deque<Work> ready;
-  std::map<Due, Work> timers;
+  TimerStore timers;
   const std::lock_guard lock(mutex_);
   closed_ = true;
   ready.swap(ready_);
-  timers.swap(timers_);
-  dueTimes_.clear();
+  timers = std::exchange(timers_, {});
 }
 
 void QtMainExecutor::wake() {
@@ -42,23 +42,18 @@ void QtMainExecutor::post(Work work) {
 
 TimerID QtMainExecutor::postAfter(Duration delay, Work work) {
   const std::lock_guard lock(mutex_);
-  const TimerID timer = ++lastTimer_;
-  if (closed_) return timer;
+  if (closed_) return 0;
   const MonotonicTime due = std::chrono::steady_clock::now() + delay;
-  const auto position = timers_.emplace(Due{due, timer}, std::move(work)).first;
-  dueTimes_.emplace(timer, due);
-  if (position == timers_.begin()) wake();
+  const auto watchedFor = timers_.nextDue();
+  const TimerID timer = timers_.add(due, std::move(work));
+  if (!watchedFor || due < *watchedFor) wake();
   return timer;
 }
 
 void QtMainExecutor::cancelTimer(TimerID timer) {
   Work dropped;
   const std::lock_guard lock(mutex_);
-  const auto due = dueTimes_.find(timer);
-  if (due == dueTimes_.end()) return;
-  auto node = timers_.extract(Due{due->second, timer});
-  dropped = std::move(node.mapped());
-  dueTimes_.erase(due);
+  dropped = timers_.remove(timer);
 }
 
 bool QtMainExecutor::isCurrent() const { return QThread::currentThread() == thread(); }
@@ -78,12 +73,7 @@ void QtMainExecutor::runReady() {
   {
     const std::lock_guard lock(mutex_);
     wakePosted_ = false;
-    const MonotonicTime now = std::chrono::steady_clock::now();
-    while (!timers_.empty() && timers_.begin()->first.first <= now) {
-      auto node = timers_.extract(timers_.begin());
-      dueTimes_.erase(node.key().second);
-      ready_.push_back(std::move(node.mapped()));
-    }
+    timers_.moveDue(std::chrono::steady_clock::now(), ready_);
     batch.swap(ready_);
   }
   // What the batch posts runs at the loop's next turn: the user's events are never starved.
@@ -96,11 +86,12 @@ void QtMainExecutor::runReady() {
 
 void QtMainExecutor::watchNextTimer() {
   const std::lock_guard lock(mutex_);
-  if (timers_.empty()) {
+  const auto due = timers_.nextDue();
+  if (!due) {
     timer_.stop();
     return;
   }
-  const auto remaining = timers_.begin()->first.first - MonotonicTime(std::chrono::steady_clock::now());
+  const auto remaining = *due - MonotonicTime(std::chrono::steady_clock::now());
   const auto millis = std::chrono::ceil<std::chrono::milliseconds>(remaining).count();
   timer_.start(static_cast<int>(std::clamp<std::int64_t>(millis, 0, 1'000'000)), Qt::PreciseTimer, this);
 }

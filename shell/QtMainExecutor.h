@@ -5,11 +5,9 @@
 #include <QBasicTimer>
 #include <QObject>
 #include <deque>
-#include <map>
 #include <mutex>
-#include <utility>
 
-#include "runtime/Executor.h"
+#include "runtime/TimerStore.h"
 
 namespace quillmere {
 
@@ -32,16 +30,13 @@ class QtMainExecutor final : public QObject, public Executor {
   void timerEvent(QTimerEvent* event) override;
 
  private:
-  using Due = std::pair<MonotonicTime, TimerID>;
   void wake();
   void runReady();
   void watchNextTimer();
 
   std::mutex mutex_;
   std::deque<Work> ready_;
-  std::map<Due, Work> timers_;
-  std::map<TimerID, MonotonicTime> dueTimes_;
-  TimerID lastTimer_ = 0;
+  TimerStore timers_;
   bool wakePosted_ = false;
   bool closed_ = false;
   QBasicTimer timer_;
