@@ -16,9 +16,8 @@ constexpr char lowered(char character) {
 
 std::string parentKey(std::string_view bundleID) {
   constexpr std::string_view marker = ".helper";
-  const auto found = std::search(bundleID.begin(), bundleID.end(), marker.begin(), marker.end(),
-                                 [](char have, char want) { return lowered(have) == want; });
-  return {bundleID.begin(), found};
+  const auto rest = std::ranges::search(bundleID, marker, {}, lowered);
+  return {bundleID.begin(), rest.begin()};
 }
 
 }  // namespace quillmere

@@ -33,16 +33,24 @@ std::string logText(const char* format, ...) {
   return text;
 }
 
+namespace {
+
+const char* nameOf(LogLevel level) {
+  if (level == LogLevel::info) return "info";
+  return level == LogLevel::standard ? "default" : "error";
+}
+
+}  // namespace
+
 void StandardErrorLogSink::write(LogLevel level, std::string_view /*subsystem*/, std::string_view category,
                                  std::string_view message) {
-  const char* name = level == LogLevel::info ? "info" : level == LogLevel::standard ? "default" : "error";
   const std::time_t now = std::time(nullptr);
   std::tm utc{};
   gmtime_r(&now, &utc);
   std::array<char, 32> stamp{};
   std::strftime(stamp.data(), stamp.size(), "%Y-%m-%dT%H:%M:%SZ", &utc);
-  std::fprintf(stderr, "%s %s [%.*s] %.*s\n", stamp.data(), name, static_cast<int>(category.size()), category.data(),
-               static_cast<int>(message.size()), message.data());
+  std::fprintf(stderr, "%s %s [%.*s] %.*s\n", stamp.data(), nameOf(level), static_cast<int>(category.size()),
+               category.data(), static_cast<int>(message.size()), message.data());
 }
 
 }  // namespace quillmere

@@ -121,13 +121,13 @@ Executor& VirtualTime::main() { return *main_; }
 
 Executor& VirtualTime::background() { return *background_; }
 
-std::unique_ptr<SerialQueue> VirtualTime::makeSerialQueue(std::string /*label*/) {
+std::unique_ptr<SerialQueue> VirtualTime::makeSerialQueue(const std::string& /*label*/) {
   return std::make_unique<VirtualSerialQueue>(*this);
 }
 
 Runtime VirtualTime::runtime(LogSink& log) {
   return Runtime{main(), background(), *this, log,
-                 [this](std::string label) { return makeSerialQueue(std::move(label)); }};
+                 [this](const std::string& label) { return makeSerialQueue(label); }};
 }
 
 }  // namespace quillmere

@@ -40,7 +40,7 @@ class VirtualTime final : public Clocks {
   /// The test's own thread counts as main while nothing runs.
   [[nodiscard]] Executor& main();
   [[nodiscard]] Executor& background();
-  std::unique_ptr<SerialQueue> makeSerialQueue(std::string label);
+  std::unique_ptr<SerialQueue> makeSerialQueue(const std::string& label);
   [[nodiscard]] Runtime runtime(LogSink& log);
 
  private:
