@@ -2,6 +2,8 @@
 #include "shell/Application.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
+#include <QLoggingCategory>
 #include <QQuickWindow>
 #include <QtPlugin>
 
@@ -33,6 +35,25 @@ constexpr std::size_t backgroundThreads = 2;
 
 constexpr const char* mainWindow = "main";
 
+Q_LOGGING_CATEGORY(category, "app.quillmere.shell", QtInfoMsg)
+
+/// What the program was asked for when it was started.
+struct LaunchOptions {
+  bool inBackground = false;
+};
+
+LaunchOptions parseArguments() {
+  QCommandLineParser parser;
+  const QCommandLineOption background(
+      QStringLiteral("background"),
+      QCoreApplication::translate("Application", "Start into the tray without opening a window, as at login."));
+  parser.addOption(background);
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.process(*QCoreApplication::instance());
+  return {parser.isSet(background)};
+}
+
 /// Everything the user meets, over a state that stands. Lives as long as the event loop.
 class Shell {
  public:
@@ -50,14 +71,18 @@ class Shell {
     auto& main = windows_.add(mainWindow, [this] { return views_.makeMainWindow(); });
     QObject::connect(&main, &Scene::shown, &windows_,
                      [this] { delegate_.handleMainWindowAppear(state_->hasCompletedOnboarding().get()); });
+    // When the list first stands is the start's other half, beside the status item.
+    subscription_ = state_->apps().observe(
+        [](const std::vector<AudioApp>& apps) { qCDebug(category, "%zu applications listed", apps.size()); });
     controller_.observeMenu([this] {
       if (statusItem_) statusItem_->rebuildMenu();
     });
   }
 
-  void start() {
+  void start(const LaunchOptions& options) {
     instance_.onActivationRequested([this] { openMainWindow(); });
     if (!delegate_.applicationDidFinishLaunching()) return;
+    if (options.inBackground) return;
     // After the status item, which is what people look for first.
     runtime_.main.post([this] { windows_.open(mainWindow); });
   }
@@ -111,6 +136,7 @@ class Shell {
   }
 
   std::shared_ptr<AppState> state_;
+  Subscription subscription_;
   Runtime runtime_;
   SingleInstance& instance_;
   QtWindowSystem windows_;
@@ -130,6 +156,7 @@ int runApplication(int argc, char** argv, const Host& host) {
       QString::fromUtf8(appVersion().data(), static_cast<int>(appVersion().size())));
   QGuiApplication::setDesktopFileName(QStringLiteral("app.quillmere.host"));
   const QApplication application(argc, argv);
+  const auto options = parseArguments();
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
 
@@ -152,7 +179,7 @@ int runApplication(int argc, char** argv, const Host& host) {
   {
     Shell shell(state, runtime, machine, *instance);
     const TerminationSignals signals([] { QCoreApplication::exit(0); });
-    main.post([&shell] { shell.start(); });
+    main.post([&shell, &options] { shell.start(options); });
     exitCode = QApplication::exec();
   }
   // The running streams hold the state: they go with the queues they wait in, before what the state uses.

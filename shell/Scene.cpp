@@ -2,10 +2,33 @@
 #include "shell/Scene.h"
 
 #include <QCloseEvent>
+#include <QElapsedTimer>
 #include <QEvent>
+#include <QLoggingCategory>
 #include <utility>
 
 namespace quillmere {
+
+namespace {
+
+/// What windows cost, for who asks: QT_LOGGING_RULES="app.quillmere.scene.debug=true".
+Q_LOGGING_CATEGORY(category, "app.quillmere.scene", QtInfoMsg)
+
+/// A line for each frame: the time from taking over the items' changes to the picture's hand-over.
+void traceFrames(QQuickWindow& window) {
+  const auto since = std::make_shared<QElapsedTimer>();
+  // Both come from the thread that draws.
+  QObject::connect(
+      &window, &QQuickWindow::beforeSynchronizing, &window, [since] { since->start(); }, Qt::DirectConnection);
+  QObject::connect(
+      &window, &QQuickWindow::frameSwapped, &window,
+      [since] {
+        if (since->isValid()) qCDebug(category, "frame %lld us", static_cast<long long>(since->nsecsElapsed() / 1000));
+      },
+      Qt::DirectConnection);
+}
+
+}  // namespace
 
 Scene::Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden)
     : runtime_(runtime), factory_(std::move(factory)), keepHidden_(keepHidden) {}
@@ -16,6 +39,7 @@ QQuickWindow& Scene::prepare() {
   keep();
   if (!window_) {
     window_ = factory_();
+    if (category().isDebugEnabled()) traceFrames(*window_);
     window_->installEventFilter(this);
     connect(window_.get(), &QWindow::activeChanged, this, [this] {
       if (!window_) return;
@@ -63,6 +87,7 @@ void Scene::scheduleDrop() {
     if (!window_ || window_->isVisible()) return;
     window_.reset();
     if (dropped_) dropped_();
+    qCDebug(category, "window dropped");
   });
 }
 

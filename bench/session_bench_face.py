@@ -1,0 +1,258 @@
+#!/usr/bin/python3
+"""What is seen of the program: how soon its icon, list and popover are there, what they cost, and what stays when they
+are closed. Beside it in the same session: a bare tray program, a bare Qt Quick window, and pavucontrol."""
+
+import contextlib
+import json
+import os
+import re
+import statistics
+import subprocess
+import threading
+import time
+from pathlib import Path
+
+from gi.repository import Gio, GLib
+
+from quillmere_e2e import tray
+from quillmere_e2e.players import Player
+from quillmere_e2e.processes import processor_share, resident_mib
+from quillmere_e2e.waiting import wait_for
+
+BUILD = Path(os.environ["QUILLMERE_BUILD"])
+LOGS = Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs"
+ROWS = 10
+SECONDS = 10
+SETTLED_SHARE = 5.0
+TRAY, QUICK, MIXER = "bare Qt tray program", "bare Qt Quick window", "pavucontrol"
+# Nobody reads the screen aloud here; the tests' session says otherwise, and a tree for it has its price.
+ENVIRONMENT = {name: value for name, value in os.environ.items()
+               if name not in ("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "QT_ACCESSIBILITY")}
+ENVIRONMENT |= {"QT_QUICK_BACKEND": os.environ.get("QUILLMERE_BENCH_QUICK_BACKEND", "software"),
+                "QT_LOGGING_RULES": "app.quillmere.shell.debug=true;app.quillmere.scene.debug=true",
+                "QT_MESSAGE_PATTERN": "%{time boot} %{category} %{message}"}
+
+
+def figure(name, value, unit, peer=None, peer_value=None, target=None):
+    print(json.dumps({"name": name, "value": value, "unit": unit, "peer": peer, "peerValue": peer_value,
+                      "target": target}), flush=True)
+
+
+class Program:
+    """A started program whose lines are kept: (seconds of the monotonic clock, text)."""
+
+    def __init__(self, *command):
+        self.log = LOGS / f"face-{Path(command[0]).name}-{time.monotonic_ns()}.log"
+        with open(self.log, "wb") as log:
+            self.started = time.monotonic()
+            self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log, env=ENVIRONMENT)
+        self.pid = self.process.pid
+
+    def lines(self, pattern):
+        """The program's own log lines that match, with the moment each was written."""
+        found = []
+        for line in self.log.read_text(encoding="utf-8", errors="replace").splitlines():
+            match = re.match(rf" *([0-9.]+) \S+ {pattern}$", line)
+            if match:
+                found.append((float(match[1]), match))
+        return found
+
+    def settled(self):
+        """Started up and no longer busy with that."""
+        wait_for(lambda: self.process.poll() is None and processor_share([self.pid], 1)[self.pid] < SETTLED_SHARE,
+                 f"{self.process.args[0]} has come to rest", 60)
+        return self
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.terminate()
+        self.process.wait()
+
+
+class Screen:
+    """When windows are mapped and drawn, by process."""
+
+    def __enter__(self):
+        self.probe = subprocess.Popen([BUILD / "bench/first_frame_probe"], stdin=subprocess.PIPE,
+                                      stdout=subprocess.PIPE, text=True)
+        if self.probe.stdout.readline() != "ready\n":
+            raise AssertionError("the probe has no display")
+        self.seen = []
+        self.reader = threading.Thread(target=self._read, daemon=True)
+        self.reader.start()
+        return self
+
+    def _read(self):
+        for line in self.probe.stdout:
+            what, pid, nanoseconds = line.split()
+            self.seen.append((what, int(pid), int(nanoseconds) / 1e9))
+
+    def first(self, what, pid, since):
+        """The moment of the first 'mapped' or 'drawn' of a process after `since`."""
+        return wait_for(lambda: [when for word, process, when in list(self.seen)
+                                 if (word, process) == (what, pid) and when >= since],
+                        f"a window of process {pid} is {what}", 30)[0]
+
+    def __exit__(self, *_):
+        self.probe.stdin.close()
+        self.probe.wait()
+        self.reader.join()
+        self.probe.stdout.close()
+
+
+class Tray:
+    """When status items appear, as every panel is told."""
+
+    def __enter__(self):
+        self.registered = []
+        self.context = GLib.MainContext.new()
+        self.loop = GLib.MainLoop.new(self.context, False)
+        ready = threading.Event()
+
+        def listen():
+            self.context.push_thread_default()
+            address = Gio.dbus_address_get_for_bus_sync(Gio.BusType.SESSION)
+            flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
+            self.bus = Gio.DBusConnection.new_for_address_sync(address, flags)
+            self.bus.signal_subscribe(None, tray.WATCHER[2], "StatusNotifierItemRegistered", tray.WATCHER[1], None,
+                                      Gio.DBusSignalFlags.NONE, self._note)
+            # The answer to anything asked now means that the wish above is in force.
+            self.bus.call_sync("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId", None, None,
+                               Gio.DBusCallFlags.NONE, -1)
+            ready.set()
+            self.loop.run()
+
+        self.thread = threading.Thread(target=listen, daemon=True)
+        self.thread.start()
+        ready.wait()
+        return self
+
+    def _note(self, _bus, _sender, _path, _interface, _signal, arguments):
+        self.registered.append((time.monotonic(), arguments.unpack()[0]))
+
+    def appeared(self, program):
+        """The moment at which the program's item was told, and the item."""
+
+        def own():
+            for when, address in list(self.registered):
+                item = tray.StatusItem(address)
+                with contextlib.suppress(GLib.Error):
+                    if tray.process_of(item.owner) == program.pid:
+                        return when, item
+            return None
+
+        return wait_for(own, f"the status item of {program.process.args[0]} is in the tray", 30)
+
+    def __exit__(self, *_):
+        self.loop.quit()
+        self.thread.join()
+
+
+def millis(later, earlier):
+    return 1000 * (later - earlier)
+
+
+def visible_windows(program):
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(program.pid)], check=False,
+                           stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+    return found.stdout.split()
+
+
+def ours(*arguments):
+    return Program(str(BUILD / "app/quillmere"), *arguments)
+
+
+def click(item, program, screen):
+    """Opens the popover; milliseconds to its first picture."""
+    before = time.monotonic()
+    item.click()
+    return millis(screen.first("drawn", program.pid, before), before)
+
+
+def close_popover(item, program):
+    item.click()
+    wait_for(lambda: not visible_windows(program), "the popover is closed", 10)
+
+
+def quick_window(screen):
+    """Milliseconds from the start of a bare Qt Quick program to its first picture."""
+    with Program(str(BUILD / "bench/peer_quick")) as peer:
+        return millis(screen.first("drawn", peer.pid, peer.started), peer.started)
+
+
+def measure_start(panel, screen, bare_window):
+    """The ordinary start, which opens the main window too."""
+    with Program(str(BUILD / "bench/peer_tray")) as peer:
+        peer_item = millis(panel.appeared(peer)[0], peer.started)
+    with ours() as program:
+        item = millis(panel.appeared(program)[0], program.started)
+        listed = wait_for(lambda: [when for when, match in program.lines(r"(\d+) applications listed")
+                                   if int(match[2]) >= ROWS], "the list stands", 20)[0]
+        window = millis(screen.first("drawn", program.pid, program.started), program.started)
+    figure("start to the status item", item, "ms", QUICK, bare_window, "value <= 400 and ratio <= 1.5")
+    figure("the same beside a tray icon alone", item, "ms", TRAY, peer_item)
+    figure("start to the first list", millis(listed, program.started), "ms", QUICK, bare_window)
+    figure("start to the main window's first picture", window, "ms", QUICK, bare_window)
+
+
+def share_mib(pid):
+    """Resident memory with each page counted in parts where several processes have it."""
+    rollup = Path(f"/proc/{pid}/smaps_rollup").read_text(encoding="ascii")
+    return int(re.search(r"^Pss:\s*(\d+)", rollup, re.M)[1]) / 1024
+
+
+def tell_memory(what, program, name, peer, target=None):
+    figure(f"memory, {what}", resident_mib(program.pid), "MiB", name, resident_mib(peer.pid), target)
+    figure(f"memory, {what}, own share", share_mib(program.pid), "MiB", name, share_mib(peer.pid))
+
+
+def measure_life(panel, screen, bare_window):
+    """Started into the tray; the popover opened, closed and dropped; opened again."""
+    with Program(str(BUILD / "bench/peer_tray")) as peer, Program("pavucontrol") as mixer, \
+            ours("--background") as program:
+        item = panel.appeared(program)[1]
+        for each in (peer, mixer, program):
+            each.settled()
+        tell_memory("nothing ever opened", program, TRAY, peer, "ratio < 1.3")
+        tell_memory("nothing ever opened, beside a mixer", program, MIXER, mixer)
+
+        figure("click to the popover's first picture, first of the process", click(item, program, screen), "ms", QUICK,
+               bare_window, "value <= 150 and ratio <= 1")
+        wait_for(lambda: program.lines("frame .*"), "frames are told", 10)
+        share = processor_share([program.pid, mixer.pid], SECONDS)
+        since = time.monotonic() - SECONDS
+        frames = [int(match[2]) / 1000 for when, match in program.lines("frame ([0-9]+) us") if when >= since]
+        figure(f"popover with {ROWS} sounding rows", share[program.pid], "% of a core", MIXER, share[mixer.pid])
+        figure(f"frame of the popover with {ROWS} sounding rows", statistics.median(frames), "ms", None, None,
+               "value < 16")
+        figure(f"pace of the popover with {ROWS} sounding rows", len(frames) / SECONDS, "frames/s")
+        tell_memory("popover open", program, MIXER, mixer)
+
+        close_popover(item, program)
+        wait_for(lambda: program.lines("window dropped"), "the popover is dropped", 60)
+        program.settled()
+        tell_memory("popover dropped", program, TRAY, peer, "ratio < 1.3")
+        figure("click to the popover's first picture, once dropped", click(item, program, screen), "ms", QUICK,
+               bare_window, "value <= 150 and ratio <= 1")
+        close_popover(item, program)
+        # The click that closes is told apart from the one that opens again.
+        figure("click to the popover's first picture, just closed", click(item, program, screen), "ms", QUICK,
+               bare_window)
+
+
+def main():
+    with contextlib.ExitStack() as stack:
+        panel, screen = stack.enter_context(Tray()), stack.enter_context(Screen())
+        for number in range(ROWS):
+            stack.enter_context(Player("pw-play", f"Tone {number}", 300 + 100 * number, 0.02))
+        # The first start of all reads its libraries from the disk; what counts is the second.
+        quick_window(screen)
+        bare_window = quick_window(screen)
+        measure_start(panel, screen, bare_window)
+        measure_life(panel, screen, bare_window)
+
+
+if __name__ == "__main__":
+    main()
