@@ -53,8 +53,8 @@ Async<std::optional<NowPlayingTrack>> fetch(NowPlayingSource& source, Workspace&
   std::optional<NowPlayingTrack> track;
   if (answer && *answer) track = trackFrom(**answer);
   if (!track) co_return std::nullopt;
-  const auto source_ = co_await application;
-  if (source_) track->sourceBundleID = *source_;
+  const auto bundleID = co_await application;
+  if (bundleID) track->sourceBundleID = *bundleID;
   co_return track;
 }
 
@@ -62,11 +62,11 @@ Async<std::optional<NowPlayingTrack>> fetch(NowPlayingSource& source, Workspace&
 
 NowPlayingMonitor::NowPlayingMonitor(NowPlayingSource& source, Workspace& workspace, const Runtime& runtime,
                                      Duration pollInterval)
-    : source_(source), workspace_(workspace), runtime_(runtime), pollInterval_(pollInterval) {}
+    : source_(source), workspace_(workspace), background_(runtime.background), pollInterval_(pollInterval) {}
 
 Stream<std::optional<NowPlayingTrack>> NowPlayingMonitor::stream() const {
   using Tracks = Stream<std::optional<NowPlayingTrack>>;
-  return Tracks::produce(runtime_.background,
+  return Tracks::produce(background_,
                          [&source = source_, &workspace = workspace_, interval = pollInterval_](
                              TaskContext& task, Tracks::Writer& writer) -> Async<void> {
                            while (!task.isCancelled()) {

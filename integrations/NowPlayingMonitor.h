@@ -23,7 +23,7 @@ class NowPlayingMonitor {
  private:
   NowPlayingSource& source_;
   Workspace& workspace_;
-  Runtime runtime_;
+  Executor& background_;
   Duration pollInterval_;
 };
 

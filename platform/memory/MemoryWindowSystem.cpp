@@ -5,6 +5,7 @@ namespace quillmere {
 
 std::vector<WindowInfo> MemoryWindowSystem::windows() const {
   std::vector<WindowInfo> result;
+  result.reserve(visible_.size());
   for (const auto& [identifier, isVisible] : visible_) result.push_back({identifier, isVisible});
   return result;
 }
