@@ -17,6 +17,13 @@ namespace {
 
 using Keys = SettingsStore::Keys;
 
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+// A sanitizer takes ten times as long for each, and looks for other faults than the long runs do.
+constexpr std::uint64_t usualOperations = 10000;
+#else
+constexpr std::uint64_t usualOperations = 100000;
+#endif
+
 const std::vector<std::pair<std::string, std::string>> everyApp{
     {"com.google.Chrome", "Chrome"}, {"org.example.editor", "Editor"},  {"com.apple.Music", "Music"},
     {"org.example.radio", "Radio"},  {"com.spotify.client", "Spotify"}, {"us.zoom.xos", "Zoom"}};
@@ -571,7 +578,7 @@ void runSeed(std::uint64_t seed, std::uint64_t operations) {
 }
 
 TEST(Model, ProgramAndRulesAgreeAfterEveryRandomOperation) {
-  const auto operations = environmentNumber("QUILLMERE_OPERATIONS", 100000);
+  const auto operations = environmentNumber("QUILLMERE_OPERATIONS", usualOperations);
   if (const auto seed = environmentNumber("QUILLMERE_SEED", 0); seed != 0) {
     runSeed(seed, operations);
     return;
