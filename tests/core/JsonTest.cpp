@@ -318,7 +318,7 @@ TEST(Decode, TheProblemNamesTheInnermostPlace) {
 TEST(Decode, WhatIsNotJsonFails) {
   std::string problem;
   for (const std::string& text :
-       std::vector<std::string>{"", " ", "[", "[]]", "[],", "{", "nul", "[1,]", "'a'", "[\"\xFF\"]", "[\"\\ud800\"]",
+       std::vector<std::string>{"", " ", "[", "[]]", "[],", "{", "nul", "[1,]", "'a'", "[\"\xFF\"]", R"(["\ud800"])",
                                 "// x\n[]", std::string("[]\0", 3)}) {
     problem.clear();
     EXPECT_FALSE(decodeTexts(text, &problem)) << text;

@@ -53,8 +53,8 @@ TEST_F(CoreAudioUtilsTest, TheDefaultOutputIsAbsentWhereItCannotBeReadOrIsNone) 
 
 TEST_F(CoreAudioUtilsTest, ATextIsAbsentForAFailedReadAndForANullReference) {
   EXPECT_EQ(CoreAudioUtils::readString(hardware, speakers, audio::deviceUID), "speakers");
-  const auto nameless = hardware.addDevice({.uid = "x", .name = std::nullopt});
-  EXPECT_EQ(CoreAudioUtils::readString(hardware, nameless, audio::objectName), std::nullopt);
+  const auto silent = hardware.addDevice({.uid = "x", .name = std::nullopt});
+  EXPECT_EQ(CoreAudioUtils::readString(hardware, silent, audio::objectName), std::nullopt);
   EXPECT_EQ(CoreAudioUtils::readString(hardware, 9999, audio::deviceUID), std::nullopt);
 }
 

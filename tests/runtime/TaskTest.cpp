@@ -140,8 +140,8 @@ TEST(Task, ABodyThatIsDroppedReleasesItsFrame) {
   const std::weak_ptr<int> watch = held;
   {
     VirtualTime time;
-    startTask(time.main(), [held = std::move(held)](TaskContext& task) -> Async<void> {
-      const auto local = held;
+    startTask(time.main(), [held = std::move(held)](TaskContext& task) mutable -> Async<void> {
+      const auto local = std::move(held);
       co_await task.sleep(1h);
     });
     time.runUntilIdle();
