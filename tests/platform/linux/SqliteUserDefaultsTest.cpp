@@ -254,6 +254,7 @@ TEST_F(SqliteUserDefaultsTest, ABurstIsMovedIntoTheDatabaseOnceItIsOver) {
     // The copy may have caught the database in the middle of the move.
     RawDatabase copy(folder.path("copy.sqlite"));
     seen = copy.firstIfReadable("SELECT value FROM defaults WHERE key = 'slider'").value_or("");
+    // The pause between two looks: the loop ends with the condition, and nothing tells of the move but the file itself.
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   }
   EXPECT_EQ(seen, "0.98");
