@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ClientIdentity.h"
+#include "MetadataValue.h"
 
 namespace quillmere::pipewire {
 namespace {
@@ -202,10 +203,19 @@ bool GraphModel::hasLinkFrom(GlobalID outputNode) const {
                      [&](const auto& entry) { return entry.second.outputNode == outputNode; });
 }
 
-GlobalID GraphModel::linkedTo(GlobalID outputNode) const {
-  const auto link = std::find_if(links_.begin(), links_.end(),
-                                 [&](const auto& entry) { return entry.second.outputNode == outputNode; });
-  return link == links_.end() ? 0 : link->second.inputNode;
+std::string GraphModel::outputSerial(const std::optional<std::string>& name) const {
+  auto wanted = name;
+  if (!wanted) {
+    const auto told = metadataValue(0, "default.audio.sink");
+    wanted = told ? nameFromMetadata(*told) : std::nullopt;
+  }
+  const NodeRecord* first = nullptr;
+  for (const auto& [id, node] : nodes_) {
+    const bool isOutput = (node.kind == NodeKind::sink || node.kind == NodeKind::duplex) && !node.isOurs;
+    if (!isOutput || node.serial.empty() || node.name != wanted) continue;
+    if (first == nullptr || node.order < first->order) first = &node;
+  }
+  return first != nullptr ? first->serial : std::string();
 }
 
 double GraphModel::graphRate() const {

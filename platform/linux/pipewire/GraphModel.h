@@ -109,8 +109,8 @@ class GraphModel {
   [[nodiscard]] bool recordsARealInput(GlobalID id, const NodeRecord& node) const;
   [[nodiscard]] bool hasLinkInto(GlobalID inputNode) const;
   [[nodiscard]] bool hasLinkFrom(GlobalID outputNode) const;
-  /// The node that this one's first link leads to; 0 without one.
-  [[nodiscard]] GlobalID linkedTo(GlobalID outputNode) const;
+  /// Serial of the output of this node.name, absent: of the default output; empty where there is none.
+  [[nodiscard]] std::string outputSerial(const std::optional<std::string>& name) const;
   /// The rate the graph runs at, in Hz; 48000 where the daemon doesn't say.
   [[nodiscard]] double graphRate() const;
 

@@ -64,14 +64,13 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
            [this] { onLost(); }, [this](int sequence) { onDone(sequence); }}),
       director_(
           model_, mover_, ids_,
-          [this](const std::optional<std::string>& target, bool isEager,
-                 const std::function<void()>&) -> std::unique_ptr<TapPath> {
+          [this](const std::optional<std::string>& output, const std::function<void()>&) -> std::unique_ptr<TapPath> {
             auto* core = connection_.core();
             if (core == nullptr) return nullptr;
             const auto name =
                 std::string(ourNodePrefix) + "tap-" + std::to_string(getpid()) + "-" + std::to_string(++pathsMade_);
             // Told through the signal: a stream must not be destroyed from its own callback.
-            return std::make_unique<TapStreams>(core, name, target, isEager, log_, [this] { changed_.raise(); });
+            return std::make_unique<TapStreams>(core, name, output, log_, [this] { changed_.raise(); });
           },
           [this](std::uint64_t nanos) { moment_.armAt(nanos); }, log_) {
   {

@@ -14,6 +14,7 @@ constexpr int glidePatience = 25;
 constexpr int silencePatience = 30;
 constexpr int returnPatience = 200;
 constexpr int holdPatience = 250;
+constexpr int lossPatience = 20;
 
 }  // namespace
 
@@ -34,9 +35,11 @@ struct TapDirector::Session {
   /// A glide waits for the first cycle.
   const IOBlock* gliding = nullptr;
   std::uint64_t cyclesSeen = 0;
-  /// The node that it plays on; 0 until it is known.
-  GlobalID output = 0;
+  /// Serial of the output that it was opened for; empty where there was none.
+  std::string output;
   int ticks = 0;
+  /// Since it was seen to have failed, in ticks.
+  int lostTicks = 0;
 };
 
 TapDirector::TapDirector(const GraphModel& model, StreamMover& mover, ObjectIDs& ids, PathFactory makePath,
@@ -132,7 +135,8 @@ Status TapDirector::stop(AudioObjectID device, IOProcID proc, float appliedGain)
 
 bool TapDirector::isAlive(AudioObjectID device) const {
   const auto found = devices_.find(device);
-  return found != devices_.end() && found->second.session && found->second.session->phase != Phase::opening;
+  if (found == devices_.end() || !found->second.session) return false;
+  return found->second.session->phase != Phase::opening || found->second.predecessor;
 }
 
 // --- the session manager's comings and goings ------------------------------------------------------------------------
@@ -167,7 +171,7 @@ void TapDirector::attach(Device& device) {
   // One that still releases the same applications to the same output is taken up where it stands.
   const auto adopted = std::find_if(leaving_.begin(), leaving_.end(), [&](const auto& session) {
     return session->phase == Phase::releasing && session->applications == device.applications &&
-           session->target == device.target;
+           session->target == device.target && !session->path->hasFailed();
   });
   if (adopted != leaving_.end()) {
     device.session = *adopted;
@@ -192,14 +196,18 @@ void TapDirector::attach(Device& device) {
   }
 }
 
+std::string TapDirector::wantedOutput(const Device& device) const {
+  auto wanted = model_.outputSerial(device.target);
+  return wanted.empty() && device.target ? model_.outputSerial(std::nullopt) : wanted;
+}
+
 std::shared_ptr<TapDirector::Session> TapDirector::openSession(const Device& device) {
   auto session = std::make_shared<Session>();
   session->applications = device.applications;
   session->target = device.target;
-  // Where something sounds, the streams must run before it is moved to them, or the first cycle finds nobody home.
-  session->isEager = std::any_of(device.applications.begin(), device.applications.end(),
-                                 [&](const auto& application) { return mover_.hasRunningStream(application); });
-  session->path = makePath_(device.target, session->isEager, [this] { graphChanged(); });
+  session->output = wantedOutput(device);
+  const bool isPinned = !session->output.empty() && session->output != device.refused;
+  session->path = makePath_(isPinned ? std::optional(session->output) : std::nullopt, [this] { graphChanged(); });
   if (session->path && !session->path->hasFailed()) return session;
   log_.error("a tap's streams could not be opened");
   return nullptr;
@@ -207,14 +215,23 @@ std::shared_ptr<TapDirector::Session> TapDirector::openSession(const Device& dev
 
 void TapDirector::followOutput(Device& device) {
   auto& session = *device.session;
-  if (session.phase != Phase::live) return;
-  const auto output = model_.linkedTo(session.path->playbackNode());
-  if (output == 0 || output == session.output) return;
-  const auto before = std::exchange(session.output, output);
-  if (before == 0 || device.predecessor) return;
-  // Moved from one driver to another while they run, the capture side sometimes goes on alone: its trigger no longer
-  // reaches the playback side, and the application falls silent. Streams made for the new output don't.
-  if (auto fresh = openSession(device)) device.predecessor = std::exchange(device.session, std::move(fresh));
+  const auto wanted = wantedOutput(device);
+  const bool isLost = session.path->hasFailed();
+  // An adopted path still holds the streams; it is renewed once it is live.
+  if (wanted.empty() || session.isAdopted || (wanted == session.output && !isLost)) return;
+  if (wanted == session.output) {
+    // Either the output's own end hasn't been told yet, or the session manager doesn't want us there.
+    if (session.lostTicks < lossPatience) return;
+    log_.standard("a tap's streams were taken away; they are opened again");
+    device.refused = wanted;
+  } else {
+    device.refused.clear();
+  }
+  auto fresh = openSession(device);
+  if (!fresh) return;
+  auto old = std::exchange(device.session, std::move(fresh));
+  // The old one plays until the new one is ready.
+  if (old->phase == Phase::live) device.predecessor = std::move(old);
 }
 
 void TapDirector::dismiss(Device& device, float appliedGain) {
@@ -358,6 +375,7 @@ TapDirector::Session* TapDirector::sessionInCharge(const std::string& applicatio
 void TapDirector::graphChanged() {
   for (auto& [id, device] : devices_) {
     if (!device.session) continue;
+    followOutput(device);
     auto& session = *device.session;
     if (session.phase == Phase::opening && session.path->isConnected()) {
       const auto* node = model_.node(session.path->captureNode());
@@ -368,12 +386,18 @@ void TapDirector::graphChanged() {
         session.serial = node->serial;
         session.phase = Phase::ready;
         session.ticks = 0;
+        // Where something sounds, the streams must run before it is moved to them, or the first cycle finds nobody
+        // home. Not before they are linked: until then they would run on any other driver, and be moved.
+        session.isEager = std::any_of(session.applications.begin(), session.applications.end(),
+                                      [&](const auto& application) { return mover_.hasRunningStream(application); });
+        if (session.isEager) session.path->wakeUp();
       }
     }
     if (session.phase == Phase::ready && device.running != 0 && (session.isAdopted || !mustWait(session))) {
       goLive(device);
+      // What was adopted may still play on the output of before.
+      followOutput(device);
     }
-    followOutput(device);
   }
   mover_.settle();
   dropReturned();
@@ -385,6 +409,7 @@ void TapDirector::tick() {
     if (!device.session) continue;
     auto& session = *device.session;
     ++session.ticks;
+    if (session.path->hasFailed() && ++session.lostTicks == lossPatience) isLate = true;
     if (session.phase == Phase::opening && session.ticks > linkPatience) isLate = true;
     if (session.phase == Phase::ready && device.running != 0 && session.ticks > glidePatience) isLate = true;
     if (session.phase != Phase::live) continue;
@@ -416,6 +441,7 @@ bool TapDirector::wantsTicks() const {
   return std::any_of(devices_.begin(), devices_.end(), [](const auto& entry) {
     const auto& session = entry.second.session;
     return session && (session->phase == Phase::opening || session->gliding != nullptr || session->isEager ||
+                       (session->path->hasFailed() && session->lostTicks < lossPatience) ||
                        (session->phase == Phase::ready && entry.second.running != 0));
   });
 }

@@ -22,10 +22,10 @@ namespace quillmere::pipewire {
 
 class TapDirector {
  public:
-  /// Opens a path to the output of this node.name, absent: to the default. `changed` may be called until it is gone.
-  /// An eager one runs at once.
-  using PathFactory = std::function<std::unique_ptr<TapPath>(const std::optional<std::string>& target, bool isEager,
-                                                             std::function<void()> changed)>;
+  /// Opens a path to the output of this serial, absent: to whatever the session manager chooses. `changed` may be
+  /// called until it is gone.
+  using PathFactory =
+      std::function<std::unique_ptr<TapPath>(const std::optional<std::string>& output, std::function<void()> changed)>;
   /// Asks for moment() at a time in nanoseconds of the monotonic clock; a later request replaces an earlier one.
   using WakeAt = std::function<void(std::uint64_t)>;
 
@@ -73,6 +73,8 @@ class TapDirector {
   struct Device {
     std::set<std::string> applications;
     std::optional<std::string> target;
+    /// Serial of an output that took its streams away although it stands: the session manager is left to choose.
+    std::string refused;
     std::shared_ptr<Session> session;
     /// Still runs the block until the session that takes its place is ready.
     std::shared_ptr<Session> predecessor;
@@ -81,6 +83,7 @@ class TapDirector {
   };
 
   void attach(Device& device);
+  [[nodiscard]] std::string wantedOutput(const Device& device) const;
   [[nodiscard]] std::shared_ptr<Session> openSession(const Device& device);
   void followOutput(Device& device);
   void dismiss(Device& device, float appliedGain);

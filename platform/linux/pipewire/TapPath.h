@@ -12,6 +12,7 @@ class TapPath {
   virtual ~TapPath() = default;
   /// Both streams stand in the graph and wait for sound.
   [[nodiscard]] virtual bool isConnected() const = 0;
+  /// Could not be opened, or was taken away: nothing plays through it any more.
   [[nodiscard]] virtual bool hasFailed() const = 0;
   /// Global id of the node that applications are moved to.
   [[nodiscard]] virtual std::uint32_t captureNode() const = 0;
@@ -33,7 +34,9 @@ class TapPath {
   /// A moment in the near future, in nanoseconds of the monotonic clock, when no cycle runs and the next is farthest;
   /// 0 while no cycles run.
   [[nodiscard]] virtual std::uint64_t quietMoment() const = 0;
-  /// A path made to run before anything is moved to it runs from now on only while it is used.
+  /// From now on it runs although nothing is linked to it yet.
+  virtual void wakeUp() = 0;
+  /// From now on it runs only while it is used.
   virtual void calmDown() = 0;
 
   /// Cycles run so far.

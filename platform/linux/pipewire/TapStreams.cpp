@@ -19,13 +19,13 @@ constexpr std::uint64_t mostWorkNanos = 1'000'000;
 
 }  // namespace
 
-TapStreams::TapStreams(pw_core* core, const std::string& name, const std::optional<std::string>& target, bool isEager,
-                       Logger log, std::function<void()> stateChanged)
+TapStreams::TapStreams(pw_core* core, const std::string& name, const std::optional<std::string>& output, Logger log,
+                       std::function<void()> stateChanged)
     : name_(name), log_(std::move(log)), stateChanged_(std::move(stateChanged)) {
   // Capture first: the session manager links nothing while it prepares a node, so a link of the playback side means
   // that it knows the capture side as well.
-  open(capture_, core, true, std::nullopt, isEager);
-  open(playback_, core, false, target, false);
+  open(capture_, core, true, std::nullopt);
+  open(playback_, core, false, output);
   realtime_.setStreams(capture_.stream, playback_.stream);
 }
 
@@ -44,8 +44,7 @@ TapStreams::~TapStreams() {
   }
 }
 
-void TapStreams::open(Side& side, pw_core* core, bool isCapture, const std::optional<std::string>& target,
-                      bool isEager) {
+void TapStreams::open(Side& side, pw_core* core, bool isCapture, const std::optional<std::string>& output) {
   static const auto captureEvents = [] {
     pw_stream_events events{};
     events.version = PW_VERSION_STREAM_EVENTS;
@@ -89,8 +88,12 @@ void TapStreams::open(Side& side, pw_core* core, bool isCapture, const std::opti
   set("state.restore-props", "false");
   set("state.restore-target", "false");
   if (!isCapture) set(PW_KEY_NODE_PASSIVE, "true");
-  if (isEager) set(PW_KEY_NODE_ALWAYS_PROCESS, "true");
-  if (target) set(PW_KEY_TARGET_OBJECT, *target);
+  if (output) {
+    set(PW_KEY_TARGET_OBJECT, *output);
+    // Streams that are moved from one driver to another while they run may fall silent for good (0.3.65), and whatever
+    // is linked to them moves along: another output gets streams of its own.
+    set(PW_KEY_NODE_DONT_RECONNECT, "true");
+  }
 
   side.stream = pw_stream_new(core, nodeName.c_str(), properties);
   if (side.stream == nullptr) {
@@ -129,6 +132,8 @@ void TapStreams::onStateChanged(Side& side, int state, const char* error) {
   if (state != PW_STREAM_STATE_ERROR) {
     side.ready = state == PW_STREAM_STATE_PAUSED || state == PW_STREAM_STATE_STREAMING;
   }
+  // Only an end that isn't of our making is told as this.
+  if (state == PW_STREAM_STATE_UNCONNECTED) failed_ = true;
   side.isStreaming = state == PW_STREAM_STATE_STREAMING;
   if (&side == &playback_) realtime_.setPlaying(state == PW_STREAM_STATE_STREAMING);
   // No output to play to is told as an error too; the stream lives on and is linked when one comes.
@@ -153,8 +158,8 @@ std::uint64_t TapStreams::quietMoment() const {
   return start == 0 ? 0 : start + length + std::min(length / 8, mostWorkNanos);
 }
 
-void TapStreams::calmDown() {
-  spa_dict_item item{PW_KEY_NODE_ALWAYS_PROCESS, "false"};
+void TapStreams::setAlwaysProcess(bool isOn) {
+  spa_dict_item item{PW_KEY_NODE_ALWAYS_PROCESS, isOn ? "true" : "false"};
   spa_dict properties{0, 1, &item};
   if (capture_.stream != nullptr) pw_stream_update_properties(capture_.stream, &properties);
 }

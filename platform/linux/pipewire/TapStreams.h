@@ -22,10 +22,10 @@ namespace quillmere::pipewire {
 
 class TapStreams final : public TapPath {
  public:
-  /// `isEager`: runs at once and not only when something is linked to it. `name` is unique; `target` is the node.name
-  /// of the output, absent to follow the default. `stateChanged` is told on the loop when isConnected() may have
-  /// changed.
-  TapStreams(pw_core* core, const std::string& name, const std::optional<std::string>& target, bool isEager, Logger log,
+  /// `name` is unique; `output` is the serial of the node to play on, for good: when that goes, the streams have
+  /// failed. Absent: wherever the session manager links them. `stateChanged` is told on the loop when isConnected() or
+  /// hasFailed() may have changed.
+  TapStreams(pw_core* core, const std::string& name, const std::optional<std::string>& output, Logger log,
              std::function<void()> stateChanged);
   ~TapStreams() override;
   TapStreams(const TapStreams&) = delete;
@@ -41,7 +41,8 @@ class TapStreams final : public TapPath {
   void stop(float appliedGain) override { realtime_.stop(appliedGain); }
   void hold() override { realtime_.hold(); }
   [[nodiscard]] std::uint64_t quietMoment() const override;
-  void calmDown() override;
+  void wakeUp() override { setAlwaysProcess(true); }
+  void calmDown() override { setAlwaysProcess(false); }
   [[nodiscard]] std::uint64_t cycles() const override { return realtime_.cycles(); }
   [[nodiscard]] bool isAtUnity() const override { return realtime_.isAtUnity(); }
   [[nodiscard]] float releaseGain() const override { return realtime_.releaseGain(); }
@@ -54,7 +55,8 @@ class TapStreams final : public TapPath {
     bool ready = false;
     bool isStreaming = false;
   };
-  void open(Side& side, pw_core* core, bool isCapture, const std::optional<std::string>& target, bool isEager);
+  void open(Side& side, pw_core* core, bool isCapture, const std::optional<std::string>& output);
+  void setAlwaysProcess(bool isOn);
   static void onIOChanged(void* data, std::uint32_t id, void* area, std::uint32_t size);
   void onStateChanged(Side& side, int state, const char* error);
   void onParamChanged(Side& side, std::uint32_t id, const spa_pod* param);

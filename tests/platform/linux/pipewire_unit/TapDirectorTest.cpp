@@ -15,7 +15,7 @@ struct FakePath final : TapPath {
   explicit FakePath(std::uint32_t first, bool& destroyed) : capture(first), gone(destroyed) {}
   ~FakePath() override { gone = true; }
   bool isConnected() const override { return connected; }
-  bool hasFailed() const override { return false; }
+  bool hasFailed() const override { return failed; }
   std::uint32_t captureNode() const override { return capture; }
   std::uint32_t playbackNode() const override { return capture + 1; }
   void startPlain(const IOBlock*) override { orders.push_back("plain"); }
@@ -24,7 +24,11 @@ struct FakePath final : TapPath {
   void stop(float applied) override { orders.push_back("stop " + std::to_string(applied).substr(0, 4)); }
   void hold() override { orders.push_back("hold"); }
   std::uint64_t quietMoment() const override { return quiet; }
-  void calmDown() override { orders.push_back("calm"); }
+  void wakeUp() override { isAwake = true; }
+  void calmDown() override {
+    isAwake = false;
+    orders.push_back("calm");
+  }
   std::uint64_t cycles() const override { return count; }
   bool isAtUnity() const override { return unity; }
   float releaseGain() const override { return gain; }
@@ -32,6 +36,8 @@ struct FakePath final : TapPath {
   std::uint32_t capture;
   bool& gone;
   bool connected = false;
+  bool failed = false;
+  bool isAwake = false;
   bool unity = false;
   float gain = 1.0F;
   std::uint64_t count = 0;
@@ -46,16 +52,15 @@ struct TapDirectorTest : ::testing::Test {
   StreamMover mover{graph.model, metadata, Logger(graph.log, "PipeWire")};
   ObjectIDs ids;
   std::vector<FakePath*> paths;
-  std::vector<std::optional<std::string>> targets;
+  /// Serials that the paths were opened for.
+  std::vector<std::optional<std::string>> outputs;
   std::list<bool> gone;
-  std::vector<bool> eagerness;
   std::vector<std::uint64_t> wakes;
   TapDirector director{graph.model,
                        mover,
                        ids,
-                       [this](const std::optional<std::string>& target, bool isEager, std::function<void()>) {
-                         targets.push_back(target);
-                         eagerness.push_back(isEager);
+                       [this](const std::optional<std::string>& output, std::function<void()>) {
+                         outputs.push_back(output);
                          auto path = std::make_unique<FakePath>(100 + 10 * static_cast<std::uint32_t>(paths.size()),
                                                                 gone.emplace_back(false));
                          paths.push_back(path.get());
@@ -67,7 +72,13 @@ struct TapDirectorTest : ::testing::Test {
   void SetUp() override {
     graph.client(10, "test.player");
     graph.playback(20, 10);
+    graph.sink(1, "speakers");
+    makeDefault("speakers");
     director.resume();
+  }
+
+  void makeDefault(const std::string& name) {
+    graph.model.setMetadata(0, "default.audio.sink", R"({"name":")" + name + R"("})");
   }
 
   /// The path's nodes appear and the session manager links its playback side.
@@ -136,18 +147,27 @@ TEST_F(TapDirectorTest, ADeviceIsAliveOnceItsNodesStandAndThePlaybackSideIsLinke
   EXPECT_TRUE(director.isAlive(built.device));
 }
 
-TEST_F(TapDirectorTest, AnotherOutputUnderALiveTapRenewsItsStreams) {
-  const auto built = build(false, "desk");
+TEST_F(TapDirectorTest, StreamsAreOpenedForTheVeryOutputTheyPlayOn) {
+  graph.sink(2, "desk");
+  build();
+  build(false, "desk");
+  build(false, "unplugged");
+  EXPECT_EQ(outputs, (std::vector<std::optional<std::string>>{"1001", "1002", "1001"}));
+}
+
+TEST_F(TapDirectorTest, ALaterDefaultRenewsTheStreamsThatFollowIt) {
+  graph.sink(2, "desk");
+  const auto built = build();
   connect(0);
   start(built);
   follow();
-  // The session manager moves the playback side to another node.
-  graph.link(500 + paths[0]->capture, paths[0]->playbackNode(), 2);
+  makeDefault("desk");
   director.graphChanged();
   ASSERT_EQ(paths.size(), 2U);
-  EXPECT_EQ(targets[1], "desk");
+  EXPECT_EQ(outputs[1], "1002");
   EXPECT_TRUE(std::ranges::find(paths[0]->orders, "stop 0.00") == paths[0]->orders.end())
       << "the old streams play until the new ones are ready";
+  EXPECT_TRUE(director.isAlive(built.device));
   connect(1);
   director.moment();
   EXPECT_EQ(paths[0]->orders.back(), "hold") << "the block has one caller at a time";
@@ -157,12 +177,82 @@ TEST_F(TapDirectorTest, AnotherOutputUnderALiveTapRenewsItsStreams) {
   EXPECT_TRUE(director.isAlive(built.device));
 }
 
+TEST_F(TapDirectorTest, ARouteWhoseDeviceGoesPlaysOnTheDefaultAndReturnsWithIt) {
+  graph.sink(2, "desk");
+  const auto built = build(false, "desk");
+  connect(0);
+  start(built);
+  follow();
+  graph.model.remove(2);
+  paths[0]->failed = true;
+  director.graphChanged();
+  ASSERT_EQ(paths.size(), 2U);
+  EXPECT_EQ(outputs[1], "1001");
+  connect(1);
+  director.moment();
+  follow();
+  EXPECT_TRUE(isGone(0));
+  graph.sink(3, "desk");
+  director.graphChanged();
+  ASSERT_EQ(paths.size(), 3U);
+  EXPECT_EQ(outputs[2], "1003");
+}
+
+TEST_F(TapDirectorTest, AnOutputThatChangesAgainWhileStreamsAreRenewedCountsLast) {
+  graph.sink(2, "desk");
+  graph.sink(3, "usb");
+  const auto built = build();
+  connect(0);
+  start(built);
+  follow();
+  makeDefault("desk");
+  director.graphChanged();
+  makeDefault("usb");
+  director.graphChanged();
+  ASSERT_EQ(paths.size(), 3U);
+  EXPECT_TRUE(isGone(1));
+  EXPECT_FALSE(isGone(0)) << "what is heard goes on";
+  EXPECT_EQ(outputs[2], "1003");
+}
+
+TEST_F(TapDirectorTest, WithoutAnyOutputStreamsAreRenewedWhenOneComes) {
+  graph.model.remove(1);
+  build();
+  EXPECT_EQ(outputs[0], std::nullopt);
+  director.graphChanged();
+  EXPECT_EQ(paths.size(), 1U);
+  graph.sink(2, "speakers");
+  director.graphChanged();
+  ASSERT_EQ(paths.size(), 2U);
+  EXPECT_EQ(outputs[1], "1002");
+}
+
+TEST_F(TapDirectorTest, StreamsTakenFromAnOutputThatStandsAreLeftToTheSessionManager) {
+  const auto built = build();
+  connect(0);
+  start(built);
+  follow();
+  paths[0]->failed = true;
+  director.graphChanged();
+  EXPECT_EQ(paths.size(), 1U) << "the output may be about to go";
+  EXPECT_TRUE(director.wantsTicks());
+  tick(20);
+  ASSERT_EQ(paths.size(), 2U);
+  EXPECT_EQ(outputs[1], std::nullopt);
+  connect(1);
+  director.moment();
+  follow();
+  director.graphChanged();
+  EXPECT_EQ(paths.size(), 2U);
+}
+
 TEST_F(TapDirectorTest, StoppingWhileStreamsAreRenewedEndsTheBlockInTheOldOnesToo) {
   const auto built = build();
   connect(0);
   start(built);
   follow();
-  graph.link(500 + paths[0]->capture, paths[0]->playbackNode(), 2);
+  graph.sink(2, "desk");
+  makeDefault("desk");
   director.graphChanged();
   ASSERT_EQ(paths.size(), 2U);
   end(built, 0.25F);
@@ -227,9 +317,10 @@ TEST_F(TapDirectorTest, AStartBeforeTheDeviceIsAliveTakesEffectWhenItIs) {
 
 TEST_F(TapDirectorTest, WhatSoundsIsTakenByStreamsThatRunAlreadyAndAtAQuietMoment) {
   const auto built = build();
-  EXPECT_TRUE(eagerness[0]);
+  EXPECT_FALSE(paths[0]->isAwake) << "before they are linked they would run on any other driver";
   paths[0]->quiet = 0;
   connect(0);
+  EXPECT_TRUE(paths[0]->isAwake);
   ASSERT_EQ(director.start(built.device, built.proc), noErr);
   tick(3);
   EXPECT_TRUE(metadata.take().empty());
@@ -254,9 +345,9 @@ TEST_F(TapDirectorTest, StreamsThatNeverRunAreNotWaitedForLong) {
 TEST_F(TapDirectorTest, ForASilentApplicationNothingRunsBeforeItPlays) {
   graph.model.setNodeInfo(20, false);
   const auto built = build();
-  EXPECT_FALSE(eagerness[0]);
   paths[0]->quiet = 0;
   connect(0);
+  EXPECT_FALSE(paths[0]->isAwake);
   ASSERT_EQ(director.start(built.device, built.proc), noErr);
   EXPECT_FALSE(metadata.take().empty());
 }
@@ -311,6 +402,22 @@ TEST_F(TapDirectorTest, ANewTapToTheSameOutputAdoptsTheReleasingStreams) {
   EXPECT_FALSE(isGone(0));
 }
 
+TEST_F(TapDirectorTest, AdoptedStreamsOnTheDefaultOfBeforeAreRenewedWithoutWaitingForAnotherEvent) {
+  graph.sink(2, "desk");
+  const auto first = build();
+  connect(0);
+  start(first);
+  follow();
+  end(first, 0.3F);
+  makeDefault("desk");
+  const auto second = build();
+  EXPECT_EQ(paths.size(), 1U);
+  start(second);
+  EXPECT_EQ(paths[0]->orders.back(), "adopted");
+  ASSERT_EQ(paths.size(), 2U);
+  EXPECT_EQ(outputs[1], "1002");
+}
+
 TEST_F(TapDirectorTest, ANewTapToAnotherOutputTakesTheStreamsFromTheOldAtTheGainInEffect) {
   const auto first = build();
   connect(0);
@@ -319,8 +426,9 @@ TEST_F(TapDirectorTest, ANewTapToAnotherOutputTakesTheStreamsFromTheOldAtTheGain
   end(first, 0.3F);
   paths[0]->gain = 0.3F;
   paths[0]->count = 1;
+  graph.sink(2, "usb");
   const auto second = build(false, "usb");
-  EXPECT_EQ(targets.back(), "usb");
+  EXPECT_EQ(outputs.back(), "1002");
   connect(1);
   metadata.take();
   start(second);
@@ -368,6 +476,7 @@ TEST_F(TapDirectorTest, WithTheSessionManagerGoneNoPathStaysAndTheLiveOnesAreReb
   EXPECT_FALSE(director.isAlive(built.device));
   graph.model.clearMetadata();
   graph.model.remove(700);
+  makeDefault("speakers");
   director.resume();
   ASSERT_EQ(paths.size(), 2U);
   connect(1);
