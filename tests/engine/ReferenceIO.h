@@ -34,8 +34,8 @@ struct ReferenceIO {
       const float l = in.data[i * inChannels];
       const float r = in.channelCount >= 2 ? in.data[i * inChannels + 1] : l;
       g = g + (t - g) * c;
-      if (std::fabs(l) > peak) peak = std::fabs(l);
-      if (std::fabs(r) > peak) peak = std::fabs(r);
+      peak = std::max(peak, std::fabs(l));
+      peak = std::max(peak, std::fabs(r));
       out.data[i * outChannels] = g * l;
       out.data[i * outChannels + 1] = g * r;
       for (std::size_t channel = 2; channel < outChannels; ++channel) out.data[i * outChannels + channel] = 0.0F;
