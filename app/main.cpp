@@ -1,4 +1,5 @@
 // The program on Linux: PipeWire, D-Bus, XDG and SQLite behind the ports.
+#include "app/ViewsModule.h"
 #include "platform/Machine.h"
 #include "platform/SingleInstance.h"
 #include "platform/linux/JournalLogSink.h"
@@ -14,5 +15,6 @@ int main(int argc, char** argv) {
   host.makeSingleInstance = [](const Runtime& runtime) {
     return std::make_unique<LinuxSingleInstance>(runtime.main, runtime.log);
   };
+  host.makeViews = openViewsModule();
   return runApplication(argc, argv, host);
 }

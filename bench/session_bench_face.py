@@ -29,7 +29,7 @@ TRAY, QUICK, MIXER = "bare Qt tray program", "bare Qt Quick window", "pavucontro
 ENVIRONMENT = {name: value for name, value in os.environ.items()
                if name not in ("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "QT_ACCESSIBILITY")}
 ENVIRONMENT |= {"QT_QUICK_BACKEND": os.environ.get("QUILLMERE_BENCH_QUICK_BACKEND", "software"),
-                "QT_LOGGING_RULES": "app.quillmere.shell.debug=true;app.quillmere.scene.debug=true",
+                "QT_LOGGING_RULES": "app.quillmere.shell.debug=true;app.quillmere.scene.debug=true;app.quillmere.frames.debug=true",
                 "QT_MESSAGE_PATTERN": "%{time boot} %{category} %{message}"}
 
 

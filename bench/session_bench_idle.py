@@ -22,11 +22,15 @@ def figure(name, value, unit, peer=None, peer_value=None, target=None):
                       "target": target}), flush=True)
 
 
+def log_of(command):
+    return Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / f"{Path(command[0]).name}.log"
+
+
 @contextlib.contextmanager
 def running(command):
-    log = open(Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / f"{Path(command[0]).name}.log", "ab")
-    with log:
-        process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+    with open(log_of(command), "ab") as log:
+        process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log,
+                                   env=os.environ | {"QT_LOGGING_RULES": "app.quillmere.scene.debug=true"})
     try:
         yield process
     finally:
@@ -41,7 +45,7 @@ def settled(process):
 
 
 def close_windows(process):
-    """The first start opens a window; idle is the tray icon alone."""
+    """The start opens a window; idle is the tray icon alone, with nothing kept for the window's quick return."""
 
     def windows():
         found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(process.pid)], check=False,
@@ -52,6 +56,8 @@ def close_windows(process):
     for window in windows():
         subprocess.run(["xdotool", "windowactivate", "--sync", window, "key", "alt+F4"], check=False, stdin=subprocess.DEVNULL)
     wait_for(lambda: not windows(), "every window is closed", 10)
+    wait_for(lambda: "window dropped" in log_of(process.args).read_text(encoding="utf-8", errors="replace"),
+             "the closed window is dropped", 60)
 
 
 def main():

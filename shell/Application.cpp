@@ -4,7 +4,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QLoggingCategory>
-#include <QQuickWindow>
+#include <QWindow>
 #include <QtPlugin>
 
 #include "engine/DriverClient.h"
@@ -57,18 +57,20 @@ LaunchOptions parseArguments() {
 /// Everything the user meets, over a state that stands. Lives as long as the event loop.
 class Shell {
  public:
-  Shell(const std::shared_ptr<AppState>& state, const Runtime& runtime, Machine& machine, SingleInstance& instance)
+  Shell(const std::shared_ptr<AppState>& state, const Runtime& runtime, Machine& machine, SingleInstance& instance,
+        const MakeViews& makeViews)
       : state_(state),
         runtime_(runtime),
+        machine_(machine),
         instance_(instance),
+        makeViews_(makeViews),
         windows_(runtime),
-        views_(state, runtime, machine, viewIntents()),
         controller_(*state, runtime, windows_, *machine.workspace, nullptr, statusBarIntents()),
         popover_(
-            runtime, [this] { return views_.makePopover(); },
+            runtime, [this] { return views().makePopover(); },
             [this] { return statusItem_ ? statusItem_->anchor() : std::nullopt; }),
         delegate_(runtime, windows_, launchSteps()) {
-    auto& main = windows_.add(mainWindow, [this] { return views_.makeMainWindow(); });
+    auto& main = windows_.add(mainWindow, [this] { return views().makeMainWindow(); });
     QObject::connect(&main, &Scene::shown, &windows_,
                      [this] { delegate_.handleMainWindowAppear(state_->hasCompletedOnboarding().get()); });
     // When the list first stands is the start's other half, beside the status item.
@@ -91,6 +93,15 @@ class Shell {
   void openMainWindow() {
     windows_.open(mainWindow);
     windows_.activate();
+  }
+
+  /// What the first window needs costs more than all the rest of the program: it comes with that window.
+  const Views& views() {
+    if (!views_) {
+      QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
+      views_ = makeViews_(state_, runtime_, machine_, viewIntents());
+    }
+    return *views_;
   }
 
   ViewIntents viewIntents() {
@@ -138,9 +149,11 @@ class Shell {
   std::shared_ptr<AppState> state_;
   Subscription subscription_;
   Runtime runtime_;
+  Machine& machine_;
   SingleInstance& instance_;
+  MakeViews makeViews_;
+  std::optional<Views> views_;
   QtWindowSystem windows_;
-  ViewFactory views_;
   StatusBarController controller_;
   TrayWatch trayWatch_;
   std::unique_ptr<StatusItem> statusItem_;
@@ -158,7 +171,6 @@ int runApplication(int argc, char** argv, const Host& host) {
   const QApplication application(argc, argv);
   const auto options = parseArguments();
   QApplication::setQuitOnLastWindowClosed(false);
-  QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
 
   const auto log = host.makeLogSink();
   SystemClocks clocks;
@@ -177,7 +189,7 @@ int runApplication(int argc, char** argv, const Host& host) {
 
   int exitCode = 0;
   {
-    Shell shell(state, runtime, machine, *instance);
+    Shell shell(state, runtime, machine, *instance, host.makeViews);
     const TerminationSignals signals([] { QCoreApplication::exit(0); });
     main.post([&shell, &options] { shell.start(options); });
     exitCode = QApplication::exec();

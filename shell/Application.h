@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "runtime/Runtime.h"
+#include "shell/Views.h"
 
 namespace quillmere {
 
@@ -16,6 +17,7 @@ struct Host {
   std::function<std::unique_ptr<LogSink>()> makeLogSink;
   std::function<Machine(const Runtime& runtime)> makeMachine;
   std::function<std::unique_ptr<SingleInstance>(const Runtime& runtime)> makeSingleInstance;
+  MakeViews makeViews;
 };
 
 /// Runs the program; returns its exit code. Called once, on the main thread.

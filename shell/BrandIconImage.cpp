@@ -70,10 +70,11 @@ QIcon BrandIconImage::statusBarIcon(const QColor& color) {
 }
 
 QPixmap BrandIconImage::dock(int size, qreal devicePixelRatio) {
-  QPixmap image(QStringLiteral(":/quillmere/icon.png"));
-  if (image.isNull()) return image;
+  // Read past the pixmap cache, which would keep the large original.
+  const QImage original(QStringLiteral(":/quillmere/icon.png"));
+  if (original.isNull()) return {};
   const int pixels = qRound(size * devicePixelRatio);
-  image = image.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+  auto image = QPixmap::fromImage(original.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation));
   image.setDevicePixelRatio(devicePixelRatio);
   return image;
 }

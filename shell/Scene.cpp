@@ -2,7 +2,6 @@
 #include "shell/Scene.h"
 
 #include <QCloseEvent>
-#include <QElapsedTimer>
 #include <QEvent>
 #include <QLoggingCategory>
 #include <utility>
@@ -11,22 +10,8 @@ namespace quillmere {
 
 namespace {
 
-/// What windows cost, for who asks: QT_LOGGING_RULES="app.quillmere.scene.debug=true".
+/// When windows go, for who asks: QT_LOGGING_RULES="app.quillmere.scene.debug=true".
 Q_LOGGING_CATEGORY(category, "app.quillmere.scene", QtInfoMsg)
-
-/// A line for each frame: the time from taking over the items' changes to the picture's hand-over.
-void traceFrames(QQuickWindow& window) {
-  const auto since = std::make_shared<QElapsedTimer>();
-  // Both come from the thread that draws.
-  QObject::connect(
-      &window, &QQuickWindow::beforeSynchronizing, &window, [since] { since->start(); }, Qt::DirectConnection);
-  QObject::connect(
-      &window, &QQuickWindow::frameSwapped, &window,
-      [since] {
-        if (since->isValid()) qCDebug(category, "frame %lld us", static_cast<long long>(since->nsecsElapsed() / 1000));
-      },
-      Qt::DirectConnection);
-}
 
 }  // namespace
 
@@ -35,11 +20,10 @@ Scene::Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden)
 
 Scene::~Scene() { keep(); }
 
-QQuickWindow& Scene::prepare() {
+QWindow& Scene::prepare() {
   keep();
   if (!window_) {
     window_ = factory_();
-    if (category().isDebugEnabled()) traceFrames(*window_);
     window_->installEventFilter(this);
     connect(window_.get(), &QWindow::activeChanged, this, [this] {
       if (!window_) return;

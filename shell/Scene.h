@@ -3,7 +3,7 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QQuickWindow>
+#include <QWindow>
 #include <functional>
 #include <memory>
 
@@ -11,7 +11,7 @@
 
 namespace quillmere {
 
-using WindowFactory = std::function<std::unique_ptr<QQuickWindow>()>;
+using WindowFactory = std::function<std::unique_ptr<QWindow>()>;
 
 /// [main] throughout.
 class Scene final : public QObject {
@@ -23,13 +23,13 @@ class Scene final : public QObject {
   ~Scene() override;
 
   /// The window, made if need be and not yet shown.
-  QQuickWindow& prepare();
+  QWindow& prepare();
   /// Shows the window and asks for the focus.
   void show();
   void hide();
   [[nodiscard]] bool isVisible() const;
   /// The window if there is one at the moment.
-  [[nodiscard]] QQuickWindow* window() const { return window_.get(); }
+  [[nodiscard]] QWindow* window() const { return window_.get(); }
   /// What was released can go back to the system; called after a window was dropped.
   void onDropped(std::function<void()> observer) { dropped_ = std::move(observer); }
 
@@ -53,7 +53,7 @@ class Scene final : public QObject {
   Duration keepHidden_;
   TimerID dropTimer_ = 0;
   std::function<void()> dropped_;
-  std::unique_ptr<QQuickWindow> window_;
+  std::unique_ptr<QWindow> window_;
 };
 
 }  // namespace quillmere

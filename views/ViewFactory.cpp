@@ -2,10 +2,13 @@
 #include "views/ViewFactory.h"
 
 #include <QtQml/qqmlextensionplugin.h>
+#include <QElapsedTimer>
+#include <QLoggingCategory>
 #include <QQmlEngine>
 #include <QQuickView>
 #include <QThreadPool>
 #include <cstdlib>
+#include <memory>
 #include <utility>
 
 #include "platform/Machine.h"
@@ -26,11 +29,29 @@ namespace {
 constexpr QSize mainWindowSize(1120, 720);
 constexpr QSize mainWindowMinimum(1040, 660);
 
+/// What frames cost, for who asks: QT_LOGGING_RULES="app.quillmere.frames.debug=true".
+Q_LOGGING_CATEGORY(frames, "app.quillmere.frames", QtInfoMsg)
+
+/// A line for each frame: the time from taking over the items' changes to the picture's hand-over.
+void traceFrames(QQuickWindow& window) {
+  const auto since = std::make_shared<QElapsedTimer>();
+  // Both come from the thread that draws.
+  QObject::connect(
+      &window, &QQuickWindow::beforeSynchronizing, &window, [since] { since->start(); }, Qt::DirectConnection);
+  QObject::connect(
+      &window, &QQuickWindow::frameSwapped, &window,
+      [since] {
+        if (since->isValid()) qCDebug(frames, "frame %lld us", static_cast<long long>(since->nsecsElapsed() / 1000));
+      },
+      Qt::DirectConnection);
+}
+
 /// A window of its own engine around one component of the views' module. `presenter` lives as long as the window.
 template <typename Presenter>
 std::unique_ptr<QQuickView> makeWindow(Workspace& workspace, const QString& component,
                                        std::unique_ptr<Presenter> presenter) {
   auto view = std::make_unique<QQuickView>();
+  if (frames().isDebugEnabled()) traceFrames(*view);
   view->engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
   view->engine()->addImageProvider(QLatin1StringView(AppIconProvider::id), new AppIconProvider(workspace));
   view->setColor(toColor(design::colour::canvasBG));
