@@ -1,4 +1,5 @@
 // Gains that are no gains, settings that were damaged, names out of all proportion: defined results, nothing lost.
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -9,15 +10,12 @@ namespace quillmere {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 
 class BadInput : public StateFixture {
  protected:
   [[nodiscard]] bool logged(const std::string& text) const {
-    for (const auto& line : box->log.messages()) {
-      if (line.find(text) != std::string::npos) return true;
-    }
-    return false;
+    return std::ranges::any_of(box->log.messages(),
+                               [&](const auto& line) { return line.find(text) != std::string::npos; });
   }
 };
 

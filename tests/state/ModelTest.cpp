@@ -399,9 +399,12 @@ void SideBySide::deviceEvent() {
     box_->audio.removeDevice(devices_.at(plug));
     rules_->unplug(plug);
   } else {
-    const auto device = everyDevice[static_cast<std::size_t>(below(static_cast<int>(everyDevice.size())))];
+    const auto& device = everyDevice[static_cast<std::size_t>(below(static_cast<int>(everyDevice.size())))];
     for (const auto& [plug, present] : world_.devices) {
-      if (present.uid == device.uid) return note("nothing (", device.uid, " is plugged in)");
+      if (present.uid == device.uid) {
+        note("nothing (", device.uid, " is plugged in)");
+        return;
+      }
     }
     note("plug in ", device.uid);
     const auto object = box_->audio.addDevice(hardware(device));

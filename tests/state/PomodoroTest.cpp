@@ -8,7 +8,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::UnorderedElementsAre;
 using Kind = PomodoroPhase::Kind;
 
 class Pomodoro : public StateFixture {
