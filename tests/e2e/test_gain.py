@@ -68,6 +68,19 @@ class Gain(MixerTest):
         player.start()
         self.assert_level(self.desk, player, 0.5)
 
+    def test_an_application_that_starts_again_at_once_keeps_its_gain(self):
+        """Its new stream finds the tap standing: a client of the PulseAudio server must get its answer all the same."""
+        for number, kind in enumerate(("pw-play", "paplay", "gst-pulse", "gst-pipewire")):
+            with self.subTest(kind):
+                player = self.play(kind, f"At once {kind}", 500 + 300 * number)
+                app = self.agent.wait_until_live(player)
+                self.agent.gain(app, 0.5)
+                self.assert_level(self.desk, player, 0.5)
+                for _ in range(3):
+                    player.stop()
+                    player.start()
+                    self.assert_level(self.desk, player, 0.5)
+
     def test_two_applications_with_equal_names_have_gains_of_their_own(self):
         one = self.play("pw-play", "Twin", 500, binary="qm-test-twin-one")
         two = self.play("pw-play", "Twin", 900, binary="qm-test-twin-two")

@@ -48,7 +48,7 @@ void StreamMover::settle() {
     if (node.kind != NodeKind::playback || !model_.countsAsStream(node)) continue;
     const auto& application = model_.identifierOf(node);
     const auto claim = claims_.find(application);
-    if (claim == claims_.end()) continue;
+    if (claim == claims_.end() || !isComplete(node)) continue;
     if (!isMovable(node)) {
       if (toldUnmovable_.insert(id).second) {
         log_.standard(logText("a stream of %s asks not to be moved and stays as it is", application.c_str()));
@@ -100,9 +100,13 @@ void StreamMover::onTargetChanged(GlobalID stream, const std::optional<std::stri
 bool StreamMover::hasRunningStream(const std::string& application) const {
   return std::any_of(model_.nodes().begin(), model_.nodes().end(), [&](const auto& entry) {
     const auto& node = entry.second;
-    return node.kind == NodeKind::playback && node.isRunning && model_.countsAsStream(node) && isMovable(node) &&
-           model_.identifierOf(node) == application;
+    return node.kind == NodeKind::playback && node.isRunning && model_.countsAsStream(node) && isComplete(node) &&
+           isMovable(node) && model_.identifierOf(node) == application;
   });
+}
+
+bool StreamMover::isComplete(const NodeRecord& node) {
+  return text(node.properties, "client.api") != "pipewire-pulse" || node.properties.contains("pulse.attr.tlength");
 }
 
 bool StreamMover::isMovable(const NodeRecord& node) const {

@@ -42,6 +42,10 @@ class StreamMover {
     /// Another program has moved it since: the user's wish for this stream.
     bool isLeftAlone = false;
   };
+  /// A client of the PulseAudio server gets its answer only once its stream is linked to an output; sent to a tap
+  /// before, it waits for ever. The server writes its buffer sizes just before it answers, and nothing has sounded by
+  /// then.
+  [[nodiscard]] static bool isComplete(const NodeRecord& node);
   [[nodiscard]] bool isMovable(const NodeRecord& node) const;
   [[nodiscard]] std::optional<std::string> currentTarget(GlobalID stream) const;
   void writeTarget(GlobalID stream, const std::optional<std::string>& target);

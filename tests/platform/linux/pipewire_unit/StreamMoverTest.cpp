@@ -51,6 +51,17 @@ TEST_F(StreamMoverTest, AStreamThatAppearsLaterIsMovedOnceItsPropertiesAreKnown)
   EXPECT_EQ(metadata.take().front(), "21 target.object=55");
 }
 
+TEST_F(StreamMoverTest, AStreamOfThePulseAudioServerIsMovedOnlyOnceTheServerHasAnsweredItsClient) {
+  mover.claim("test.player", "55");
+  metadata.take();
+  graph.playback(21, 10, {{"client.api", "pipewire-pulse"}});
+  mover.settle();
+  EXPECT_EQ(metadata.take(), Lines{});
+  graph.model.updateNode(21, {{"pulse.attr.tlength", "384000"}});
+  mover.settle();
+  EXPECT_EQ(metadata.take().front(), "21 target.object=55");
+}
+
 TEST_F(StreamMoverTest, RecordingsAndOtherApplicationsAreNotMoved) {
   graph.client(11, "test.other");
   graph.playback(21, 11);
