@@ -1,6 +1,7 @@
-// A serial queue on a thread of its own.
+// A serial queue on a thread of its own, lent to whoever waits for it while it is free.
 #include "runtime/SerialQueue.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -44,6 +45,7 @@ class ThreadSerialQueue final : public SerialQueue {
 
   void sync(const Work& work) override {
     if (isCurrent()) preconditionFailure("a serial queue was asked to wait for itself");
+    if (runHere(work)) return;
     std::mutex doneMutex;
     std::condition_variable doneChanged;
     bool done = false;
@@ -58,9 +60,29 @@ class ThreadSerialQueue final : public SerialQueue {
     doneChanged.wait(lock, [&] { return done; });
   }
 
-  [[nodiscard]] bool isCurrent() const override { return std::this_thread::get_id() == thread_.get_id(); }
+  [[nodiscard]] bool isCurrent() const override { return std::this_thread::get_id() == runner_.load(); }
 
  private:
+  /// Where nothing runs and nothing waits, the caller is the queue for the length of `work`: two threads less to wake.
+  bool runHere(const Work& work) {
+    {
+      const std::lock_guard lock(mutex_);
+      if (isRunning_ || !queue_.empty()) return false;
+      isRunning_ = true;
+    }
+    runner_.store(std::this_thread::get_id());
+    work();
+    runner_.store({});
+    bool isWaitedFor = false;
+    {
+      const std::lock_guard lock(mutex_);
+      isRunning_ = false;
+      isWaitedFor = !queue_.empty();
+    }
+    if (isWaitedFor) changed_.notify_one();
+    return true;
+  }
+
   void run(const std::string& label) {
 #if defined(__linux__)
     // The kernel keeps 15 characters of a thread's name; the end of a dotted label tells more than its start.
@@ -69,14 +91,18 @@ class ThreadSerialQueue final : public SerialQueue {
 #endif
     std::unique_lock lock(mutex_);
     while (true) {
-      changed_.wait(lock, [this] { return closing_ || !queue_.empty(); });
+      changed_.wait(lock, [this] { return !isRunning_ && (closing_ || !queue_.empty()); });
       if (queue_.empty()) return;
       Work work = std::move(queue_.front());
       queue_.pop_front();
+      isRunning_ = true;
       lock.unlock();
+      runner_.store(std::this_thread::get_id());
       work();
       work = nullptr;
+      runner_.store({});
       lock.lock();
+      isRunning_ = false;
     }
   }
 
@@ -84,6 +110,9 @@ class ThreadSerialQueue final : public SerialQueue {
   std::condition_variable changed_;
   std::deque<Work> queue_;
   bool closing_ = false;
+  bool isRunning_ = false;
+  /// Who is the queue at this moment; nobody's id while nothing runs.
+  std::atomic<std::thread::id> runner_;
   // Last: the thread uses all of the above.
   std::thread thread_;
 };

@@ -36,6 +36,42 @@ TEST(SerialQueue, SyncWaitsForAllThatWasQueuedBefore) {
   }
 }
 
+TEST(SerialQueue, AFreeQueueIsLentToTheThreadThatWaitsForIt) {
+  const auto queue = makeThreadSerialQueue("app.quillmere.test");
+  std::thread::id ran;
+  queue->sync([&] { ran = std::this_thread::get_id(); });
+  EXPECT_EQ(ran, std::this_thread::get_id());
+  EXPECT_FALSE(queue->isCurrent());
+}
+
+TEST(SerialQueue, WaitersOfManyThreadsAndQueuedWorkNeverOverlap) {
+  constexpr int threadCount = 4;
+  constexpr int rounds = 2000;
+  int plain = 0;
+  std::atomic<int> inside{0};
+  std::atomic<bool> overlapped{false};
+  const auto step = [&] {
+    if (inside.fetch_add(1) != 0) overlapped = true;
+    ++plain;
+    inside.fetch_sub(1);
+  };
+  {
+    const auto queue = makeThreadSerialQueue("app.quillmere.test");
+    std::vector<std::thread> threads;
+    for (int index = 0; index < threadCount; ++index) {
+      threads.emplace_back([&] {
+        for (int round = 0; round < rounds; ++round) {
+          queue->async(step);
+          queue->sync(step);
+        }
+      });
+    }
+    for (auto& thread : threads) thread.join();
+  }
+  EXPECT_FALSE(overlapped);
+  EXPECT_EQ(plain, 2 * threadCount * rounds);
+}
+
 TEST(SerialQueue, KnowsWhetherTheCallerIsOnIt) {
   const auto queue = makeThreadSerialQueue("app.quillmere.test");
   EXPECT_FALSE(queue->isCurrent());
