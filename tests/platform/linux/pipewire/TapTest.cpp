@@ -54,6 +54,14 @@ std::string storedByTheSessionManager() {
   return all.str();
 }
 
+/// It writes its files a second after the last change: a change of ours that it stores shows that it has.
+bool hasStoredAVolume(const std::string& percent, const std::string& linear) {
+  run({"pactl", "set-sink-volume", session::sinkB, percent});
+  return eventually([&] {
+    return storedByTheSessionManager().find(session::sinkB + ":channelVolumes=" + linear) != std::string::npos;
+  });
+}
+
 std::string targetOf(const std::string& stream) {
   const auto dump = run({"sh", "-c",
                          "pw-metadata | sed -n \"s/.*id:$(pw-cli ls Node | awk '/^\\tid/{id=$2} /node.name = \\\"" +
@@ -189,7 +197,7 @@ TEST_F(Tap, NoCycleRunsWhileTheTappedPlayerIsPaused) {
   TapUnderTest tap(machine, "test.player", 0.25F);
   ASSERT_TRUE(eventually([&] { return tap.calls() > 20; }));
   player.say("pause");
-  // A quarter of a second in which nothing is called, more than ten cycles long.
+  // A quarter of a second in which nothing is called, more than ten cycles long: that nothing happens has no event.
   EXPECT_TRUE(eventually([&] {
     const auto before = tap.calls();
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
@@ -283,12 +291,11 @@ TEST_F(Tap, TheSessionManagerStoresNothingOfOurs) {
   ASSERT_TRUE(machine.waitForSound("test.player"));
   TapUnderTest tap(machine, "test.player", 0.5F);
   ASSERT_TRUE(eventually([&] { return tap.calls() > 2; }));
-  // It writes its file a second after the last change; another change shows that it has.
-  std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+  ASSERT_TRUE(hasStoredAVolume("80%", "0.51"));
   EXPECT_EQ(storedByTheSessionManager().find("app.quillmere"), std::string::npos) << storedByTheSessionManager();
   tap.end();
   ASSERT_TRUE(eventually([] { return session::ourNodes().empty(); }));
-  std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+  ASSERT_TRUE(hasStoredAVolume("50%", "0.125"));
   EXPECT_EQ(storedByTheSessionManager().find("app.quillmere"), std::string::npos) << storedByTheSessionManager();
 }
 
