@@ -6,6 +6,7 @@
 #include <QLoggingCategory>
 #include <QWindow>
 #include <QtPlugin>
+#include <chrono>
 
 #include "engine/DriverClient.h"
 #include "engine/ProcessTapEngine.h"
@@ -32,6 +33,8 @@ namespace {
 
 /// The monitors' polls and the engine calls are short; two threads keep one slow answer from holding up the rest.
 constexpr std::size_t backgroundThreads = 2;
+/// Panels may come later than what starts with the session. After this the main window stands in for the tray.
+constexpr auto trayPatience = std::chrono::seconds(10);
 
 constexpr const char* mainWindow = "main";
 
@@ -84,7 +87,12 @@ class Shell {
   void start(const LaunchOptions& options) {
     instance_.onActivationRequested([this] { openMainWindow(); });
     if (!delegate_.applicationDidFinishLaunching()) return;
-    if (options.inBackground) return;
+    if (options.inBackground) {
+      runtime_.main.postAfter(trayPatience, [this] {
+        if (!trayWatch_.isAvailable()) windows_.open(mainWindow);
+      });
+      return;
+    }
     // After the status item, which is what people look for first.
     runtime_.main.post([this] { windows_.open(mainWindow); });
   }
