@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -13,6 +12,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -264,7 +264,8 @@ TEST_F(SqliteUserDefaultsTest, ABurstIsMovedIntoTheDatabaseOnceItIsOver) {
 
 /// A recognisable value of this number, of a length that goes over several pages now and then.
 Data patternOf(int number) {
-  return Data(static_cast<std::size_t>(1 + (number * 37) % 9000), static_cast<std::byte>(number % 251));
+  Data pattern(static_cast<std::size_t>(1 + (number * 37) % 9000), static_cast<std::byte>(number % 251));
+  return pattern;
 }
 
 /// Writes rising numbers until it is killed; tells of each one that it knows to be committed.

@@ -88,7 +88,7 @@ TEST_F(DesktopEntriesTest, BrokenFilesAreReportedAndLeftOut) {
 }
 
 TEST_F(DesktopEntriesTest, AHugeFileIsLeftOut) {
-  add("huge.desktop", "Name=Huge\nComment=" + std::string(2 * 1024 * 1024, 'x'));
+  add("huge.desktop", "Name=Huge\nComment=" + std::string(std::size_t{2} * 1024 * 1024, 'x'));
   EXPECT_EQ(read()->byID("huge"), nullptr);
   EXPECT_EQ(problems_.size(), 1U);
 }

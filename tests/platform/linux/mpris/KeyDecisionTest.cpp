@@ -18,11 +18,11 @@ class KeyDecision : public ::testing::Test {
     if (status == PlaybackStatus::playing) player.lastPlayed = players_.size();
     return player;
   }
-  std::string press(std::int32_t key, std::optional<ToldState> told) {
+  std::string press(std::int32_t key, const std::optional<ToldState>& told) {
     const auto call = decideKey(key, told, players_, pausedByKey_);
     return call ? call->busName + "." + call->method : "";
   }
-  std::string play(std::optional<ToldState> told) { return press(mediakey::play, std::move(told)); }
+  std::string play(const std::optional<ToldState>& told) { return press(mediakey::play, told); }
   static std::optional<ToldState> playing(const std::string& name) { return ToldState{name, true}; }
   static std::optional<ToldState> paused(const std::string& name) { return ToldState{name, false}; }
 

@@ -75,10 +75,10 @@ class MprisMachine {
     return answer->value;
   }
   std::optional<NowPlayingInfo> info() {
-    return ask<std::optional<NowPlayingInfo>>([this](auto reply) { source_->nowPlayingInfo(reply); });
+    return ask<std::optional<NowPlayingInfo>>([this](const auto& reply) { source_->nowPlayingInfo(reply); });
   }
   std::optional<std::int32_t> pid() {
-    return ask<std::optional<std::int32_t>>([this](auto reply) { source_->nowPlayingApplicationPID(reply); });
+    return ask<std::optional<std::int32_t>>([this](const auto& reply) { source_->nowPlayingApplicationPID(reply); });
   }
   std::string title() {
     const auto told = info();

@@ -24,9 +24,9 @@ class FakePlayer {
   FakePlayer& operator=(const FakePlayer&) = delete;
 
   /// Values as GVariant text, such as "'Playing'" or "<int64 5>"; whoever asks later gets them.
-  void set(const std::string& property, const std::string& value);
+  void set(const std::string& property, const std::string& text);
   /// set(), and tells everybody.
-  void change(const std::string& property, const std::string& value);
+  void change(const std::string& property, const std::string& text);
   void setTrack(const std::string& title, const std::string& status);
   /// Tells that a property has changed without its value.
   void invalidate(const std::string& property);

@@ -3,7 +3,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -11,6 +10,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 
 namespace quillmere::support {
 namespace {
