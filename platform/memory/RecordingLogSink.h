@@ -37,6 +37,7 @@ class RecordingLogSink final : public LogSink {
   [[nodiscard]] std::vector<std::string> messages() const {
     const std::lock_guard lock(mutex_);
     std::vector<std::string> texts;
+    texts.reserve(lines_.size());
     for (const auto& line : lines_) texts.push_back(line.message);
     return texts;
   }
