@@ -13,8 +13,8 @@ class SerialQueue {
   virtual ~SerialQueue() = default;
   /// Queues `work` and returns. [any]
   virtual void async(Work work) = 0;
-  /// Waits for all that was queued before, runs `work` as the queue and returns; where the queue is free, on the calling
-  /// thread. Stops the process when called on the queue itself. `work` throws nothing. [any but the queue]
+  /// Waits for all that was queued before, runs `work` as the queue and returns; where the queue is free, on the
+  /// calling thread. Stops the process when called on the queue itself. `work` throws nothing. [any but the queue]
   virtual void sync(const Work& work) = 0;
   [[nodiscard]] virtual bool isCurrent() const = 0;
   /// Stops the process when called off the queue; in every build.

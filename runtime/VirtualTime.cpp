@@ -126,8 +126,7 @@ std::unique_ptr<SerialQueue> VirtualTime::makeSerialQueue(const std::string& /*l
 }
 
 Runtime VirtualTime::runtime(LogSink& log) {
-  return Runtime{main(), background(), *this, log,
-                 [this](const std::string& label) { return makeSerialQueue(label); }};
+  return Runtime{main(), background(), *this, log, [this](const std::string& label) { return makeSerialQueue(label); }};
 }
 
 }  // namespace quillmere
