@@ -8,6 +8,11 @@ Rectangle {
     readonly property real bandHeight: 360
     readonly property real bandLight: 0.07
 
+    /// The colour at so many points below the top.
+    function groundAt(y: real): color {
+        return Tokens.lightened(Tokens.canvasBG, Tokens.brandSage, bandLight * Math.max(0, 1 - y / bandHeight));
+    }
+
     color: Tokens.canvasBG
 
     Rectangle {
@@ -17,7 +22,7 @@ Rectangle {
         gradient: Gradient {
             GradientStop {
                 position: 0
-                color: Tokens.lightened(Tokens.canvasBG, Tokens.brandSage, root.bandLight)
+                color: root.groundAt(0)
             }
             GradientStop {
                 position: 1

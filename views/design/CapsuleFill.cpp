@@ -28,6 +28,20 @@ void CapsuleFill::setAddsLight(bool addsLight) {
   repaint();
 }
 
+void CapsuleFill::setHoleCentre(double centre) {
+  if (holeCentre_ == centre) return;
+  holeCentre_ = centre;
+  emit lookChanged();
+  if (holeDiameter_ > 0) repaint();
+}
+
+void CapsuleFill::setHoleDiameter(double diameter) {
+  if (holeDiameter_ == diameter) return;
+  holeDiameter_ = diameter;
+  emit lookChanged();
+  repaint();
+}
+
 QImage CapsuleFill::paintPicture(QSize pixels, double scale) {
   QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
   image.fill(Qt::transparent);
@@ -41,6 +55,11 @@ QImage CapsuleFill::paintPicture(QSize pixels, double scale) {
   painter.setBrush(fill);
   const double radius = std::min(width(), height()) / 2;
   painter.drawRoundedRect(boundingRect(), radius, radius);
+  if (holeDiameter_ > 0) {
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.setBrush(Qt::black);
+    painter.drawEllipse(QPointF(holeCentre_, height() / 2), holeDiameter_ / 2, holeDiameter_ / 2);
+  }
   painter.end();
   if (addsLight_ && !isSoftwareRendered()) {
     for (int row = 0; row < image.height(); ++row) {

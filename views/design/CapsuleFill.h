@@ -15,6 +15,8 @@ class CapsuleFill : public quillmere::ImageItem {
   Q_PROPERTY(QColor leading READ leading WRITE setLeading NOTIFY lookChanged)
   Q_PROPERTY(QColor trailing READ trailing WRITE setTrailing NOTIFY lookChanged)
   Q_PROPERTY(bool addsLight READ addsLight WRITE setAddsLight NOTIFY lookChanged)
+  Q_PROPERTY(double holeCentre READ holeCentre WRITE setHoleCentre NOTIFY lookChanged)
+  Q_PROPERTY(double holeDiameter READ holeDiameter WRITE setHoleDiameter NOTIFY lookChanged)
 
  public:
   using quillmere::ImageItem::ImageItem;
@@ -25,6 +27,12 @@ class CapsuleFill : public quillmere::ImageItem {
   void setTrailing(const QColor& color);
   [[nodiscard]] bool addsLight() const { return addsLight_; }
   void setAddsLight(bool addsLight);
+  /// A round hole on the middle line, in points from the leading end; none with a diameter of 0. What stands in it may
+  /// then be translucent and still hide the capsule.
+  [[nodiscard]] double holeCentre() const { return holeCentre_; }
+  void setHoleCentre(double centre);
+  [[nodiscard]] double holeDiameter() const { return holeDiameter_; }
+  void setHoleDiameter(double diameter);
 
  signals:
   void lookChanged();
@@ -36,6 +44,8 @@ class CapsuleFill : public quillmere::ImageItem {
   QColor leading_;
   QColor trailing_;
   bool addsLight_ = false;
+  double holeCentre_ = 0;
+  double holeDiameter_ = 0;
 };
 
 }  // namespace quillmere

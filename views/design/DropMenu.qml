@@ -46,12 +46,11 @@ T.Menu {
             elevation: Tokens.elevation.hover
         }
 
-        Rectangle {
+        Panel {
             anchors.fill: parent
             radius: Tokens.corner.card
             color: Tokens.floatBG
-            border.width: 1
-            border.color: Tokens.floatStroke
+            stroke: Tokens.floatStroke
         }
     }
 

@@ -6,6 +6,8 @@ import Quillmere.Design
 T.MenuItem {
     id: root
 
+    // Whether the place of the check mark is kept; not needed where no entry of the menu is checked.
+    property bool hasMarks: true
     readonly property real lineHeight: 24
 
     implicitWidth: leftPadding + implicitContentWidth + rightPadding
@@ -23,6 +25,7 @@ T.MenuItem {
     contentItem: DropMenuLabel {
         text: root.text
         checked: root.checked
+        hasMark: root.hasMarks
         color: !root.enabled ? Tokens.textTertiary : root.highlighted ? Tokens.white : Tokens.textPrimary
     }
 

@@ -9,6 +9,8 @@ Item {
     required property color color
     required property bool checked
 
+    property bool hasMark: true
+
     readonly property real markBox: 16
 
     implicitWidth: words.x + words.implicitWidth
@@ -17,7 +19,7 @@ Item {
     Symbol {
         x: Math.round((root.markBox - width) / 2)
         anchors.verticalCenter: parent.verticalCenter
-        visible: root.checked
+        visible: root.checked && root.hasMark
         name: "checkmark"
         pointSize: 10
         weight: Font.DemiBold
@@ -28,7 +30,7 @@ Item {
         id: words
 
         anchors.verticalCenter: parent.verticalCenter
-        x: root.markBox + Tokens.spacing.xs
+        x: Tokens.spacing.xs + (root.hasMark ? root.markBox : 0)
         width: parent.width - x
         text: root.text
         color: root.color

@@ -17,11 +17,10 @@ PlainButton {
     focusCorner: corner
     opacity: !enabled ? disabledOpacity : down ? pressedOpacity : 1
 
-    background: Rectangle {
+    background: Panel {
         radius: root.corner
         color: root.hovered ? Tokens.cardBGHover : Tokens.cardBG
-        border.width: 1
-        border.color: root.hovered ? Tokens.cardStrokeHover : Tokens.cardStroke
+        stroke: root.hovered ? Tokens.cardStrokeHover : Tokens.cardStroke
     }
 
     contentItem: ButtonLabel {

@@ -28,6 +28,10 @@ Item {
     readonly property real thumbSize: 14
     readonly property real mutedOpacity: 0.45
     readonly property real leastLevel: 0.02
+    // A faded thumb must hide what runs below it, as if the whole were one picture: the capsules leave its place free.
+    // Its soft edge still needs them.
+    readonly property real holeDiameter: layers.opacity < 1 ? thumbSize - 1 : 0
+    readonly property real holeCentre: holeDiameter > 0 ? handle.thumbCentre : 0
     readonly property bool shimmers: !(level > leastLevel) && isLive && !isMuted
 
     // A value within the range that the user asks for by drag, click, key, wheel or assistive technology.
@@ -50,12 +54,14 @@ Item {
         }
 
         // The track.
-        Rectangle {
+        CapsuleFill {
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width
             height: root.trackHeight
-            radius: height / 2
-            color: Tokens.alpha(Tokens.textPrimary, 0.1)
+            leading: Tokens.alpha(Tokens.textPrimary, 0.1)
+            trailing: Tokens.alpha(Tokens.textPrimary, 0.1)
+            holeCentre: root.holeCentre
+            holeDiameter: root.holeDiameter
         }
 
         // The fill, once in the accent colour and once in grey; the two cross-fade.
@@ -64,6 +70,8 @@ Item {
             width: handle.fillWidth
             height: root.trackHeight
             visible: opacity > 0
+            holeCentre: root.holeCentre
+            holeDiameter: root.holeDiameter
             opacity: root.isDucked ? 0 : 1
             leading: Tokens.alpha(Tokens.systemAccent, 0.85)
             trailing: Tokens.systemAccent
@@ -77,6 +85,8 @@ Item {
             width: handle.fillWidth
             height: root.trackHeight
             visible: opacity > 0
+            holeCentre: root.holeCentre
+            holeDiameter: root.holeDiameter
             opacity: root.isDucked ? 1 : 0
             leading: Tokens.alpha(Tokens.systemGrey, 0.55)
             trailing: Tokens.alpha(Tokens.systemGrey, 0.7)
@@ -120,7 +130,7 @@ Item {
         width: root.width
         height: layers.height
 
-        // The thumb. It fades with the rest, but the fill must not show through it.
+        // The thumb. It fades with the rest.
         Item {
             objectName: "thumb"
             x: handle.thumbCentre - root.thumbSize / 2
@@ -138,17 +148,8 @@ Item {
                 color: Tokens.alpha(Tokens.black, 0.18)
                 blurRadius: 1.5
                 offsetDown: 1
-                cutOut: false
+                cutOut: layers.opacity < 1
                 opacity: layers.opacity
-            }
-
-            Rectangle {
-                anchors.fill: parent
-                anchors.margins: 0.5
-                radius: width / 2
-                color: Tokens.canvasBG
-                visible: layers.opacity < 1
-                antialiasing: true
             }
 
             Rectangle {
@@ -167,6 +168,7 @@ Item {
                 border.width: 0.5
                 border.color: Tokens.alpha(Tokens.black, 0.06)
                 border.pixelAligned: false
+                opacity: layers.opacity
                 antialiasing: true
             }
         }

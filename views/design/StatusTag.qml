@@ -27,12 +27,11 @@ Item {
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 
-    Rectangle {
+    Panel {
         anchors.fill: parent
         radius: height / 2
         color: root.neutral ? Tokens.alpha(Tokens.white, root.neutralFill) : Tokens.alpha(root.accent, root.accentFill)
-        border.width: 1
-        border.color: root.neutral ? Tokens.cardStroke : Tokens.alpha(root.accent, root.accentBorder)
+        stroke: root.neutral ? Tokens.cardStroke : Tokens.alpha(root.accent, root.accentBorder)
     }
 
     Row {

@@ -34,16 +34,15 @@ Item {
         elevation: root.elevation
     }
 
-    Rectangle {
+    Panel {
         anchors.fill: parent
         radius: root.corner
         color: root.variant === Surface.Accent ? Tokens.alpha(Tokens.brandSage, root.accentFill)
              : root.variant === Surface.Raised ? Tokens.alpha(Tokens.white, root.raisedFill)
              : Tokens.cardBG
-        border.width: 1
-        border.color: root.variant === Surface.Accent ? Tokens.alpha(Tokens.brandSage, root.accentBorder)
-                    : root.variant === Surface.Raised ? Tokens.cardStrokeHover
-                    : Tokens.cardStroke
+        stroke: root.variant === Surface.Accent ? Tokens.alpha(Tokens.brandSage, root.accentBorder)
+              : root.variant === Surface.Raised ? Tokens.cardStrokeHover
+              : Tokens.cardStroke
     }
 
     Item {

@@ -1,6 +1,9 @@
 // Builds the tokens once; afterwards they are only read.
 #include "views/design/Tokens.h"
 
+#include <QFontMetricsF>
+#include <QTextLayout>
+#include <QTextOption>
 #include <algorithm>
 #include <cmath>
 
@@ -10,12 +13,14 @@ namespace {
 // From this size on a face with an optical size of its own for titles reads better.
 constexpr double displaySize = 20;
 
+const QString digits = QStringLiteral("0123456789");
+
 QStringList families(design::FaceDesign design, double size) {
   switch (design) {
     case design::FaceDesign::Monospaced:
       return {"SF Mono", "JetBrains Mono", "Cascadia Mono", "IBM Plex Mono", "Noto Sans Mono", "DejaVu Sans Mono"};
     case design::FaceDesign::Rounded:
-      return {"SF Pro Rounded", "Nunito", "Inter Display", "Inter", "Noto Sans", "DejaVu Sans"};
+      return {"SF Pro Rounded", "Nunito", "Quicksand", "Inter Display", "Inter", "Noto Sans", "DejaVu Sans"};
     case design::FaceDesign::Standard:
       break;
   }
@@ -31,6 +36,28 @@ QFont makeFont(double size, int weight, design::FaceDesign design) {
   font.setPixelSize(std::max(1, static_cast<int>(std::lround(size))));
   font.setWeight(static_cast<QFont::Weight>(weight));
   return font;
+}
+
+struct Breaks {
+  int lines = 0;
+  bool withinWord = false;
+};
+
+Breaks breakUp(const QString& text, const QFont& font, double width) {
+  QTextLayout layout(text, font);
+  QTextOption option;
+  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  layout.setTextOption(option);
+  layout.beginLayout();
+  Breaks breaks;
+  for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+    line.setLineWidth(width);
+    const auto start = line.textStart();
+    breaks.withinWord = breaks.withinWord || (start > 0 && !text.at(start - 1).isSpace());
+    ++breaks.lines;
+  }
+  layout.endLayout();
+  return breaks;
 }
 
 }  // namespace
@@ -113,6 +140,34 @@ QFont Tokens::capitals(const QFont& font, double points) {
   QFont result = tracked(font, points);
   result.setCapitalization(QFont::AllUppercase);
   return result;
+}
+
+double Tokens::digitWidth(const QFont& font) { return QFontMetricsF(font).horizontalAdvance(digits) / 10; }
+
+bool Tokens::hasEvenDigits(const QFont& font) {
+  const QFontMetricsF metrics(font);
+  const double first = metrics.horizontalAdvance(digits.front());
+  return std::ranges::all_of(digits, [&](QChar digit) { return metrics.horizontalAdvance(digit) == first; });
+}
+
+double Tokens::capHeight(const QFont& font) { return QFontMetricsF(font).capHeight(); }
+
+double Tokens::balancedWidth(const QString& text, const QFont& font, double width) {
+  if (text.isEmpty() || width < 1) return width;
+  const int lines = breakUp(text, font, width).lines;
+  if (lines < 2) return width;
+  double tooNarrow = 0;
+  double enough = width;
+  while (enough - tooNarrow > 1) {
+    const double middle = (tooNarrow + enough) / 2;
+    (breakUp(text, font, middle).lines > lines ? tooNarrow : enough) = middle;
+  }
+  // A hyphen at the end of a line is worse than lines of unequal length.
+  const double least = std::ceil(enough);
+  for (double whole = least; whole < width; ++whole) {
+    if (!breakUp(text, font, whole).withinWord) return whole;
+  }
+  return least;
 }
 
 }  // namespace quillmere

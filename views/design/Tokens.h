@@ -141,6 +141,15 @@ class Tokens : public QObject {
   Q_INVOKABLE static QFont tracked(const QFont& font, double points);
   /// The font in capitals with a tracking in points; the text itself keeps its letters.
   Q_INVOKABLE static QFont capitals(const QFont& font, double points);
+  /// The mean advance of the font's digits, in points: evenly set, they take no more room than set as they are.
+  Q_INVOKABLE static double digitWidth(const QFont& font);
+  /// Whether all of the font's digits have the same advance.
+  Q_INVOKABLE static bool hasEvenDigits(const QFont& font);
+  /// The height of the font's capitals, in points.
+  Q_INVOKABLE static double capHeight(const QFont& font);
+  /// The least width, at most width, at which the text takes no more lines than at width and,
+  /// where it can be helped, no line ends within a word.
+  Q_INVOKABLE static double balancedWidth(const QString& text, const QFont& font, double width);
 
  private:
   SpacingTokens spacing_;

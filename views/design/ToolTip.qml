@@ -15,7 +15,7 @@ T.ToolTip {
     margins: gap
     horizontalPadding: Tokens.spacing.s
     verticalPadding: gap - 1
-    delay: 600
+    delay: 1000
     timeout: 10000
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
 
@@ -37,12 +37,11 @@ T.ToolTip {
             elevation: Tokens.elevation.resting
         }
 
-        Rectangle {
+        Panel {
             anchors.fill: parent
             radius: Tokens.corner.chip
             color: Tokens.floatBG
-            border.width: 1
-            border.color: Tokens.floatStroke
+            stroke: Tokens.floatStroke
         }
     }
 

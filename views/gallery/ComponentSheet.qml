@@ -202,7 +202,7 @@ Row {
                     useGradient: true
                     lineWidth: 8
 
-                    Label {
+                    Figures {
                         anchors.centerIn: parent
                         text: "12:34"
                         font: Tokens.metricLarge
@@ -254,7 +254,7 @@ Row {
             Label { text: "Caption"; font: Tokens.caption1; color: Tokens.textSecondary }
             Label { text: "Caption strong"; font: Tokens.captionStrong; color: Tokens.textSecondary }
             Label { text: "Metric 0123456789%"; font: Tokens.metric; color: Tokens.textSecondary }
-            Label { text: "0123456789"; font: Tokens.metricLarge }
+            Figures { text: "0123456789"; font: Tokens.metricLarge }
         }
 
         Sample {

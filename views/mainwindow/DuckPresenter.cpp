@@ -20,8 +20,12 @@ QString namesOf(const std::set<std::string>& bundleIDs, const std::vector<AudioA
   QStringList names;
   for (const auto& bundleID : bundleIDs) {
     const auto app = std::ranges::find(apps, bundleID, &AudioApp::bundleID);
-    names.append(QString::fromStdString(app == apps.end() ? bundleID : app->name));
+    if (app != apps.end()) names.append(QString::fromStdString(app->name));
   }
+  const auto nameless = static_cast<qsizetype>(bundleIDs.size()) - names.size();
+  // The count stands beside it anyhow.
+  if (names.isEmpty()) return {};
+  if (nameless > 0) names.append(DuckPresenter::tr("+ %1 more").arg(nameless));
   return names.join(QStringLiteral(", "));
 }
 

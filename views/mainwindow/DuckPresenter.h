@@ -40,7 +40,7 @@ class DuckPresenter final : public QObject {
   [[nodiscard]] QString delayText() const;
   [[nodiscard]] double delay() const;
   [[nodiscard]] QString triggerCountText() const;
-  /// Names where the applications are listed, identifiers otherwise; in the order of the identifiers.
+  /// The names of those that are listed, in the order of their identifiers, and how many others there are.
   [[nodiscard]] QString triggerNames() const;
   [[nodiscard]] QString duckedCountText() const;
   [[nodiscard]] QString duckedNames() const;

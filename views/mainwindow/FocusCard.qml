@@ -32,10 +32,10 @@ Card {
             Column {
                 anchors.centerIn: parent
 
-                Label {
+                Figures {
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: root.focusBlock.timeText
-                    font: Tokens.monospaced(16, Font.DemiBold)
+                    font: Tokens.metricLarge
                 }
 
                 Label {
@@ -62,14 +62,12 @@ Card {
                 font: Tokens.cardTitle
             }
 
-            Label {
+            Paragraph {
                 width: parent.width
                 bottomPadding: Tokens.spacing.s
                 text: root.focusBlock.explanation
                 font: Tokens.caption1
                 color: Tokens.textSecondary
-                wrapMode: Text.Wrap
-                elide: Text.ElideNone
             }
 
             Flow {
@@ -77,15 +75,26 @@ Card {
                 spacing: Tokens.spacing.s
 
                 PrimaryButton {
+                    id: mainAction
+
                     text: root.focusBlock.primaryText
                     symbol: root.focusBlock.primarySymbol
                     onClicked: root.focusBlock.primaryAction()
                 }
 
-                GhostButton {
+                // As high as its neighbour, which the quieter button is not.
+                Item {
                     visible: root.focusBlock.running
-                    text: qsTr("Cancel")
-                    onClicked: root.focusBlock.cancel()
+                    width: cancel.width
+                    height: mainAction.height
+
+                    GhostButton {
+                        id: cancel
+
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: qsTr("Cancel")
+                        onClicked: root.focusBlock.cancel()
+                    }
                 }
             }
         }

@@ -31,7 +31,7 @@ Item {
         anchors.right: parent.right
         anchors.baseline: name.baseline
         text: root.valueText
-        font: Tokens.metric
+        font: Tokens.face(12, Font.Medium)
         color: Tokens.textPrimary
     }
 

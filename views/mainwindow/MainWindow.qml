@@ -131,6 +131,7 @@ AppBackdrop {
 
     ScrollFade {
         list: side
+        topGround: root.groundAt(header.height)
     }
 
     ScrollThumb {

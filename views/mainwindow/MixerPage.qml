@@ -13,6 +13,9 @@ Item {
     readonly property real heroHeight: 104
     readonly property real wideName: 180
     readonly property real tileSide: 44
+    readonly property font figureFont: Tokens.face(12, Font.Medium)
+    // What the list's card looks like over the canvas.
+    readonly property color cardGround: Qt.tint(Tokens.canvasBG, Tokens.cardBG)
 
     Item {
         id: hero
@@ -34,13 +37,11 @@ Item {
                 font: Tokens.tracked(Tokens.displayXL, -0.5)
             }
 
-            Label {
+            Paragraph {
                 width: parent.width
                 text: root.presenter.subtitle
                 font: Tokens.face(15)
                 color: Tokens.textSecondary
-                wrapMode: Text.Wrap
-                elide: Text.ElideNone
             }
         }
 
@@ -112,14 +113,14 @@ Item {
             }
         }
 
-        Label {
+        Figures {
             id: outputPercent
 
             anchors.right: outputSlider.left
             anchors.rightMargin: Tokens.spacing.m
             anchors.verticalCenter: parent.verticalCenter
             text: root.presenter.output.percentText
-            font: Tokens.metric
+            font: root.figureFont
             color: Tokens.textSecondary
         }
 
@@ -153,7 +154,7 @@ Item {
 
         Row {
             anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
+            height: parent.height
             spacing: 6
             visible: root.presenter.liveCount > 0
 
@@ -162,16 +163,16 @@ Item {
                 color: Tokens.brandCoral
             }
 
-            Label {
+            Figures {
                 anchors.verticalCenter: parent.verticalCenter
                 text: root.presenter.liveCountText
-                font: Tokens.metric
+                font: root.figureFont
                 color: Tokens.brandCoral
             }
         }
     }
 
-    Rectangle {
+    Panel {
         id: listCard
 
         readonly property real room: root.height - y
@@ -183,15 +184,21 @@ Item {
         height: root.presenter.anyApps ? Math.min(room, list.contentHeight + 2 * Tokens.spacing.s) : room
         radius: Tokens.corner.tile
         color: Tokens.cardBG
-        border.width: 1
-        border.color: Tokens.cardStroke
 
         ListView {
             id: list
 
+            objectName: "rows"
+            // Rows that scroll go on to the card's edge.
             anchors.fill: parent
-            anchors.margins: Tokens.spacing.s
-            clip: true
+            anchors.leftMargin: Tokens.spacing.s
+            anchors.rightMargin: Tokens.spacing.s
+            anchors.topMargin: 1
+            anchors.bottomMargin: 1
+            topMargin: Tokens.spacing.s - 1
+            bottomMargin: Tokens.spacing.s - 1
+            interactive: contentHeight + topMargin + bottomMargin > height
+            clip: interactive
             spacing: 2
             model: root.presenter.rows
             boundsBehavior: Flickable.StopAtBounds
@@ -232,6 +239,7 @@ Item {
                     width: parent.width
                     height: 44
                     nameWidth: root.wideName
+                    percentFont: root.figureFont
                     row: element.row
                 }
 
@@ -274,6 +282,11 @@ Item {
                     seconds: 0.2
                 }
             }
+        }
+
+        ScrollFade {
+            list: list
+            ground: root.cardGround
         }
 
         ScrollThumb {

@@ -21,23 +21,19 @@ Item {
         anchors.rightMargin: Tokens.spacing.m
         spacing: 2
 
-        Label {
+        Paragraph {
             width: parent.width
             text: root.title
             font: Tokens.face(12, Font.Medium)
-            wrapMode: Text.Wrap
-            elide: Text.ElideNone
             Accessible.ignored: true
         }
 
-        Label {
+        Paragraph {
             width: parent.width
             visible: text.length > 0
             text: root.help
             font: Tokens.caption1
             color: Tokens.textTertiary
-            wrapMode: Text.Wrap
-            elide: Text.ElideNone
         }
     }
 

@@ -23,12 +23,11 @@ PlainButton {
             visible: root.on
         }
 
-        Rectangle {
+        Panel {
             anchors.fill: parent
             radius: root.corner
             color: root.on ? Tokens.clear : root.hovered ? Tokens.cardBGHover : Tokens.cardBG
-            border.width: 1
-            border.color: root.on ? Tokens.alpha(Tokens.brandSage, 0.4) : Tokens.cardStroke
+            stroke: root.on ? Tokens.alpha(Tokens.brandSage, 0.4) : Tokens.cardStroke
         }
     }
 

@@ -17,6 +17,10 @@ Item {
     readonly property real rowHeight: 36
     readonly property real gap: 10
     property real nameWidth: 90
+    property font percentFont: Tokens.metric
+    // Where the tool tip stands below: the row itself, or something that reaches further, so that it covers no other row.
+    property Item tipTarget: root
+    readonly property real ringWidth: 1.5
     readonly property real pulseSize: 6
     readonly property real pulseOffset: 9
     readonly property real mutedOpacity: 0.55
@@ -51,7 +55,20 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         source: root.row.iconSource
 
+        // Keeps the dot apart from an icon of its own colour.
+        Rectangle {
+            anchors.centerIn: pulse
+            visible: root.row.live
+            width: root.pulseSize + 2 * root.ringWidth
+            height: width
+            radius: width / 2
+            color: Tokens.canvasBG
+            antialiasing: true
+        }
+
         LivePulse {
+            id: pulse
+
             anchors.centerIn: parent
             anchors.horizontalCenterOffset: root.pulseOffset
             anchors.verticalCenterOffset: -root.pulseOffset
@@ -134,7 +151,7 @@ Item {
         Row {
             objectName: "status"
             anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
+            height: parent.height
             spacing: 4
             opacity: root.showsControls ? 0 : 1
             Behavior on opacity {
@@ -149,10 +166,10 @@ Item {
                 color: Tokens.brandSage
             }
 
-            Label {
+            Figures {
                 anchors.verticalCenter: parent.verticalCenter
                 text: root.row.percentText
-                font: Tokens.metric
+                font: root.percentFont
                 color: Tokens[root.row.percentColor]
             }
         }
@@ -214,7 +231,7 @@ Item {
         id: tipMaker
 
         ToolTip {
-            parent: root
+            parent: root.tipTarget
             text: root.row.toolTip
             visible: root.hovering && !slider.dragging && !routeButton.hovered && !muteButton.hovered && !routeButton.open
         }

@@ -21,6 +21,7 @@ DropMenu {
         model: root.choices
 
         ChoiceItem {
+            hasMarks: root.choices.anyChecked
             onTriggered: root.choose(index)
         }
 

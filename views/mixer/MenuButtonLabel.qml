@@ -12,6 +12,8 @@ Item {
     property font font: Tokens.face(12)
     property real gap: 5
     property string chevron: "chevron.up.chevron.down"
+    // Up to the chevron's end; a text that is cut rarely fills the width it is given.
+    readonly property real shownWidth: tail.x + tail.width
 
     implicitWidth: (lead.visible ? lead.width + gap : 0) + words.implicitWidth + gap + tail.width
     implicitHeight: Math.max(words.implicitHeight, lead.height)

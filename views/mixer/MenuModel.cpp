@@ -58,6 +58,8 @@ void MenuModel::setEntries(std::vector<MenuEntry> entries) {
     const auto at = static_cast<std::size_t>(row);
     if (entries_[at].checked != before[at].checked) Q_EMIT dataChanged(index(row), index(row), {CheckedRole});
   }
+  const bool anyChecked = std::ranges::any_of(entries_, &MenuEntry::checked);
+  if (std::exchange(anyChecked_, anyChecked) != anyChecked) Q_EMIT anyCheckedChanged();
 }
 
 void MenuModel::trigger(int row) {

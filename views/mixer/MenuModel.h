@@ -22,6 +22,7 @@ class MenuModel : public QAbstractListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Menus belong to their presenters")
+  Q_PROPERTY(bool anyChecked READ anyChecked NOTIFY anyCheckedChanged FINAL)
 
  public:
   enum Role { TitleRole = Qt::UserRole + 1, CheckedRole, DividerRole };
@@ -35,11 +36,16 @@ class MenuModel : public QAbstractListModel {
   /// Entries whose titles stay where they are stay as rows.
   void setEntries(std::vector<MenuEntry> entries);
   [[nodiscard]] const std::vector<MenuEntry>& entries() const { return entries_; }
+  [[nodiscard]] bool anyChecked() const { return anyChecked_; }
   /// Does what the entry says; a divider or a row that is not there does nothing.
   Q_INVOKABLE void trigger(int row);
 
+ Q_SIGNALS:
+  void anyCheckedChanged();
+
  private:
   std::vector<MenuEntry> entries_;
+  bool anyChecked_ = false;
 };
 
 }  // namespace quillmere

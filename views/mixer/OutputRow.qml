@@ -44,6 +44,8 @@ Item {
             choices: root.output.deviceMenu
         }
         contentItem: MenuButtonLabel {
+            id: pickerLabel
+
             text: root.output.deviceName
             font: Tokens.face(12, Font.Medium)
         }
@@ -52,9 +54,8 @@ Item {
     LevelSlider {
         id: slider
 
-        anchors.left: picker.right
-        anchors.leftMargin: root.gap
-        anchors.right: parent.right
+        x: picker.x + pickerLabel.shownWidth + root.gap
+        width: parent.width - x
         anchors.verticalCenter: parent.verticalCenter
         height: 18
         label: qsTr("Output volume")

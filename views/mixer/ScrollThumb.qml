@@ -9,13 +9,14 @@ Rectangle {
 
     readonly property real thickness: 4
     readonly property real shortest: 24
-    readonly property real share: list.contentHeight > 0 ? Math.min(1, list.height / list.contentHeight) : 1
-    readonly property real travel: list.contentHeight > list.height
-        ? Math.max(0, Math.min(1, (list.contentY - list.originY) / (list.contentHeight - list.height))) : 0
+    readonly property real whole: list.contentHeight + list.topMargin + list.bottomMargin
+    readonly property real share: whole > 0 ? Math.min(1, list.height / whole) : 1
+    readonly property real travel: whole > list.height
+        ? Math.max(0, Math.min(1, (list.contentY - list.originY + list.topMargin) / (whole - list.height))) : 0
 
     anchors.right: list.right
     anchors.rightMargin: 2
-    y: list.y + travel * (list.height - height)
+    y: list.y + list.topMargin + travel * (list.height - list.topMargin - list.bottomMargin - height)
     width: thickness
     height: Math.max(shortest, share * list.height)
     radius: thickness / 2

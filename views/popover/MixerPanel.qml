@@ -147,7 +147,7 @@ Rectangle {
                 Row {
                     objectName: "liveCount"
                     anchors.right: parent.right
-                    anchors.verticalCenter: parent.verticalCenter
+                    height: parent.height
                     spacing: 4
                     opacity: root.presenter.anyLive ? 1 : 0
                     visible: opacity > 0
@@ -221,6 +221,7 @@ Rectangle {
                         width: parent.width
                         height: rowHeight
                         row: element.row
+                        tipTarget: list
                     }
 
                     Component {
@@ -271,6 +272,8 @@ Rectangle {
 
             ScrollFade {
                 list: list
+                depth: 12
+                marksMore: true
             }
 
             ScrollThumb {

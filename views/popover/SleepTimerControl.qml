@@ -65,10 +65,10 @@ Item {
                 color: Tokens.brandSage
             }
 
-            Label {
+            Figures {
                 anchors.verticalCenter: parent.verticalCenter
                 text: root.timer.remaining
-                font: Tokens.metric
+                font: Tokens.face(12, Font.Medium)
                 color: Tokens.brandSage
                 Accessible.ignored: true
             }

@@ -35,7 +35,7 @@ std::string icon(const QString& letter, const QColor& color) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(color);
-  painter.drawRoundedRect(image.rect().adjusted(4, 4, -4, -4), corner, corner);
+  painter.drawRoundedRect(image.rect(), corner, corner);
   QFont font;
   font.setPixelSize(side / 2);
   font.setWeight(QFont::DemiBold);

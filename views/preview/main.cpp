@@ -1,13 +1,11 @@
 // Shows a window of the program in one of the states worth looking at: quillmere-preview [scene].
 // With --shots FOLDER saves pictures of all scenes (or of those named) and ends.
 #include <QCommandLineParser>
-#include <QCursor>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QImage>
 #include <QQuickWindow>
-#include <QScreen>
 #include <cstdio>
 #include <memory>
 
@@ -19,6 +17,18 @@
 namespace {
 
 using namespace quillmere;
+
+/// The real pointer may stand anywhere, within the window too where that is as large as the screen: pictures show what
+/// the scenes' own events do.
+class NoPointer : public QObject {
+ public:
+  using QObject::QObject;
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (!event->spontaneous()) return false;
+    return event->type() == QEvent::Enter || event->type() == QEvent::MouseMove || event->type() == QEvent::HoverMove;
+  }
+};
 
 std::unique_ptr<QQuickWindow> open(const PreviewScene& scene, PreviewMachine& box) {
   scene.fill(box);
@@ -44,9 +54,9 @@ void settle(QQuickWindow& window, int millis) {
 bool shoot(const PreviewScene& scene, const QDir& folder) {
   constexpr int settleMillis = 700;
   PreviewMachine box;
-  // The pointer must not hover over anything by chance.
-  QCursor::setPos(QGuiApplication::primaryScreen()->geometry().bottomRight());
+  NoPointer filter;
   const auto window = open(scene, box);
+  window->installEventFilter(&filter);
   settle(*window, settleMillis);
   if (scene.act) {
     scene.act(*window);

@@ -16,6 +16,7 @@ Item {
     readonly property real bottomPadding: expanded ? 4 : 6
     readonly property real rowHeight: 20
     readonly property real tileSide: 14
+    // How far the ground of a tab reaches beyond its tile and its title.
     readonly property real tileInset: 3
 
     implicitHeight: topPadding + header.height + body.height + bottomPadding
@@ -65,15 +66,19 @@ Item {
                     text: title
                     onClicked: root.tabs.activate(index)
 
-                    background: Rectangle {
-                        radius: Tokens.spacing.xs
-                        color: tab.hovered ? Tokens.cardBGHover : Tokens.clear
+                    background: Item {
+                        Rectangle {
+                            anchors.fill: parent
+                            anchors.leftMargin: -root.tileInset
+                            anchors.rightMargin: -root.tileInset
+                            radius: Tokens.spacing.xs
+                            color: tab.hovered ? Tokens.cardBGHover : Tokens.clear
+                        }
                     }
 
                     TabTile {
                         id: tile
 
-                        x: root.tileInset
                         anchors.verticalCenter: parent.verticalCenter
                         side: root.tileSide
                         letterSize: 7
@@ -85,7 +90,6 @@ Item {
                         anchors.left: tile.right
                         anchors.leftMargin: 6
                         anchors.right: parent.right
-                        anchors.rightMargin: root.tileInset
                         anchors.verticalCenter: parent.verticalCenter
                         text: tab.title
                         font: Tokens.face(10)
@@ -97,7 +101,6 @@ Item {
             }
 
             Label {
-                leftPadding: root.tileInset
                 topPadding: 1
                 bottomPadding: 1
                 visible: text.length > 0

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QFontMetricsF>
 #include <QVariant>
 
 namespace quillmere {
@@ -122,6 +123,29 @@ TEST(Tokens, AlphaMultipliesTheOpacityThatIsThere) {
 TEST(Tokens, LightAddedToTheGroundNeverExceedsWhite) {
   expectColour(Tokens::lightened(Qt::white, Qt::white, 0.5), 1, 1, 1, 1);
   expectColour(Tokens::lightened(colourOf("canvasBG"), colourOf("brandSage"), 0.07), 0.06115f, 0.08616f, 0.13554f, 1);
+}
+
+TEST(Tokens, EvenlySetDigitsTakeTheRoomOfAllOfThem) {
+  const QFont font = fontOf("metricLarge");
+  EXPECT_NEAR(Tokens::digitWidth(font) * 10, QFontMetricsF(font).horizontalAdvance(QStringLiteral("0123456789")), 0.01);
+}
+
+TEST(Tokens, MonospacedDigitsAreEven) { EXPECT_TRUE(Tokens::hasEvenDigits(fontOf("metric"))); }
+
+TEST(Tokens, BalancedWidthLeavesNoWordAloneAndAddsNoLine) {
+  const QFont font = fontOf("bodyText");
+  const QFontMetricsF metrics(font);
+  const QString text = QStringLiteral("words of the same size words of the same size orphan");
+  const double whole = metrics.horizontalAdvance(text);
+  const double width = metrics.horizontalAdvance(QStringLiteral("words of the same size words of the same size ")) + 1;
+  const double balanced = Tokens::balancedWidth(text, font, width);
+  EXPECT_LT(balanced, width * 0.75);
+  EXPECT_GE(balanced, whole / 2);
+}
+
+TEST(Tokens, BalancedWidthOfASingleLineIsAllThereIs) {
+  EXPECT_EQ(Tokens::balancedWidth(QStringLiteral("word"), fontOf("bodyText"), 500), 500);
+  EXPECT_EQ(Tokens::balancedWidth(QString(), fontOf("bodyText"), 500), 500);
 }
 
 TEST(Tokens, CapitalsKeepTheTextsOwnLetters) {

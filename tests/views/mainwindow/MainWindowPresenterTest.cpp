@@ -205,6 +205,18 @@ TEST_F(MainWindow, DuckListsNameWhatIsKnownAndCountInTheRightNumber) {
   EXPECT_EQ(window->duck()->duckedCountText(), "0 apps");
 }
 
+TEST_F(MainWindow, DuckListsCountWhatHasNoName) {
+  startWithSounding({});
+  make();
+  auto rule = *state().duckRule();
+  rule.triggerBundleIDs = {zoom, "org.example.unheard", "org.example.unknown"};
+  rule.duckedBundleIDs = {"org.example.unheard"};
+  state().setDuckRule(rule);
+  EXPECT_EQ(window->duck()->triggerNames(), "Zoom, + 2 more");
+  EXPECT_EQ(window->duck()->duckedNames(), "");
+  EXPECT_EQ(window->duck()->duckedCountText(), "1 app");
+}
+
 TEST_F(MainWindow, DuckCardFollowsTheCall) {
   startWithSounding({spotify});
   make();

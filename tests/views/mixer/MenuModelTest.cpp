@@ -59,6 +59,20 @@ TEST_F(Menu, SameEntriesTellNothingButDoTheNewThing) {
   EXPECT_EQ(chosen, 2);
 }
 
+TEST_F(Menu, TellsWhetherAnythingIsChecked) {
+  QSignalSpy told(&menu, &MenuModel::anyCheckedChanged);
+  menu.setEntries(entries({"a", "b"}));
+  EXPECT_FALSE(menu.anyChecked());
+  menu.setEntries(entries({"a", "b"}, "b"));
+  EXPECT_TRUE(menu.anyChecked());
+  menu.setEntries(entries({"a", "b"}, "a"));
+  EXPECT_TRUE(menu.anyChecked());
+  EXPECT_EQ(told.count(), 1);
+  menu.setEntries({});
+  EXPECT_FALSE(menu.anyChecked());
+  EXPECT_EQ(told.count(), 2);
+}
+
 TEST_F(Menu, DividersAndMissingRowsDoNothing) {
   menu.setEntries(entries({"a", "-"}));
   menu.trigger(1);

@@ -59,6 +59,30 @@ Item {
             tryVerify(() => all(item => item instanceof AppRow, page).length === 4);
         }
 
+        function test_rowsGoOnToTheCardsEdgeAndFadeThere() {
+            const page = make(40, 40);
+            const list = findChild(page, "rows");
+            tryVerify(() => list.contentHeight >= 40 * 44);
+            compare(list.parent.height - list.height, 2);
+            const fade = all(item => item instanceof ScrollFade && item.list === list, page)[0];
+            compare(fade.moreBelow, true);
+            compare(fade.moreAbove, false);
+            list.positionViewAtEnd();
+            tryCompare(fade, "moreBelow", false);
+            compare(fade.moreAbove, true);
+        }
+
+        function test_sideFadesAtItsTopOnceScrolled() {
+            const page = make(1, 1);
+            const side = findChild(page, "side");
+            const fades = all(item => item.objectName === "side", page)[0].parent;
+            const fade = all(item => item instanceof ScrollFade && item.list === side, fades)[0];
+            compare(fade.moreAbove, false);
+            compare(fade.moreBelow, true);
+            side.contentY = 60;
+            compare(fade.moreAbove, true);
+        }
+
         function test_focusBlockIsStartedAndCancelled() {
             const page = make(2, 1);
             mouseClick(button(page, "Start 25-minute focus"));

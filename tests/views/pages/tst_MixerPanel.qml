@@ -49,7 +49,7 @@ Item {
             return all(item => item instanceof PlainButton && item.Accessible.name.startsWith(name), panel)[0];
         }
         function appRows(panel) { return all(item => item instanceof AppRow, panel); }
-        function text(panel, words) { return all(item => item instanceof Label && item.text === words, panel)[0]; }
+        function text(panel, words) { return all(item => (item instanceof Label || item instanceof Figures) && item.text === words, panel)[0]; }
 
         function test_isThreeHundredAndFortyWide() {
             compare(make(2, 2).width, 340);
@@ -103,6 +103,57 @@ Item {
             compare(panel.height, panel.tallest);
             verify(list.interactive);
             verify(list.height < list.contentHeight);
+        }
+
+        function test_listFadesOutWhereThereIsMore() {
+            const panel = make(40, 40);
+            const list = findChild(panel, "rows");
+            tryVerify(() => list.contentHeight >= 40 * 36);
+            const above = findChild(panel, "above");
+            const below = findChild(panel, "below");
+            tryCompare(below, "opacity", 1);
+            compare(above.opacity, 0);
+            verify(below.height <= 12);
+            list.contentY = 100;
+            tryCompare(above, "opacity", 1);
+            list.positionViewAtEnd();
+            tryCompare(below, "opacity", 0);
+            compare(above.opacity, 1);
+        }
+
+        function test_tipOfARowCoversNoOtherRow() {
+            const panel = make(4, 4);
+            tryVerify(() => appRows(panel).length === 4);
+            const list = findChild(panel, "rows");
+            const row = appRows(panel)[1];
+            mouseMove(row, 40, 18);
+            tryVerify(() => row.madeTip !== null);
+            tryCompare(row.madeTip, "opened", true);
+            verify(row.madeTip.parent === list);
+            verify(row.madeTip.y >= list.height);
+            mouseMove(scene, 1, 799);
+            tryCompare(row.madeTip, "visible", false);
+        }
+
+        function test_menuWithNothingCheckedKeepsNoPlaceForMarks() {
+            const panel = make(1, 1);
+            mouseClick(button(panel, "Profile: Default"));
+            const profiles = button(panel, "Profile: Default").madeMenu;
+            tryCompare(profiles, "opened", true);
+            verify(!profiles.itemAt(0).hasMarks);
+            profiles.close();
+            tryCompare(profiles, "visible", false);
+            mouseClick(button(panel, "Output for App 1"));
+            const routes = button(panel, "Output for App 1").madeMenu;
+            tryCompare(routes, "opened", true);
+            verify(routes.itemAt(0).hasMarks);
+        }
+
+        function test_masterSliderFollowsTheDeviceNameAtItsGap() {
+            const panel = make(1, 1);
+            const slider = all(item => item instanceof LevelSlider && item.label === "Output volume", panel)[0];
+            const label = all(item => item instanceof MenuButtonLabel, panel)[0];
+            fuzzyCompare(slider.mapToItem(label, 0, 0).x - label.shownWidth, 10, 0.01);
         }
 
         function test_fewRowsDoNotScroll() {

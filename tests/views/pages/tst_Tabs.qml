@@ -90,6 +90,16 @@ Item {
             verify(texts(list).includes("+ 1 more"));
         }
 
+        function test_tilesAndTheLineForMoreStandAtTheSamePadding() {
+            const list = makeCompact(9);
+            mouseClick(header(list));
+            tryVerify(() => rows(list).length === 8);
+            const tile = all(item => item instanceof TabTile, list)[0];
+            const more = all(item => item instanceof Label && item.text === "+ 1 more", list)[0];
+            compare(tile.mapToItem(list, 0, 0).x, 28);
+            compare(more.mapToItem(list, more.leftPadding, 0).x, 28);
+        }
+
         function test_eightTabsHaveNoLineForMore() {
             const list = makeCompact(8);
             mouseClick(header(list));

@@ -36,6 +36,26 @@ Item {
     }
 
     Component {
+        id: onCanvas
+
+        Rectangle {
+            property alias slider: level
+
+            width: 200
+            height: 18
+            color: Tokens.canvasBG
+
+            LevelSlider {
+                id: level
+
+                anchors.fill: parent
+                label: "Spotify"
+                value: 0.5
+            }
+        }
+    }
+
+    Component {
         id: inList
 
         Flickable {
@@ -73,6 +93,19 @@ Item {
 
         function handleOf(slider: LevelSlider): Item {
             return findChild(slider, "handle");
+        }
+
+        function test_nothingShowsThroughAFadedThumb() {
+            const ground = createTemporaryObject(onCanvas, scene);
+            const slider = ground.slider;
+            slider.isMuted = true;
+            tryVerify(() => slider.holeDiameter > 0);
+            ground.opacity = 0.55;
+            tryVerify(() => {
+                const picture = grabImage(ground);
+                // Half of the thumb lies over the fill, half over the empty track.
+                return picture.red(95, 9) > 20 && picture.pixel(96, 9) === picture.pixel(104, 9);
+            });
         }
 
         function test_aClickSetsTheValue() {
