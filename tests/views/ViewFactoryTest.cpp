@@ -68,5 +68,32 @@ TEST_F(Windows, PopoverGrowsWithItsRows) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return window->height() == before + 37; }));
 }
 
+QQuickItem* itemWith(QQuickItem& root, const char* property) {
+  if (root.metaObject()->indexOfProperty(property) >= 0) return &root;
+  for (auto* child : root.childItems()) {
+    if (auto* found = itemWith(*child, property)) return found;
+  }
+  return nullptr;
+}
+
+TEST_F(Windows, RowIsNoLongerHoveredWhenThePointerLeavesTheWindow) {
+  startWithSounding({spotify});
+  const auto window = factory()->makePopover();
+  window->show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+  QQuickItem* row = nullptr;
+  ASSERT_TRUE(QTest::qWaitFor([&] { return (row = itemWith(*window->contentItem(), "showsControls")) != nullptr; }));
+  QTest::mouseMove(window.get(), row->mapToScene({40, 18}).toPoint());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return row->property("hovering").toBool(); }));
+  QEvent leave(QEvent::Leave);
+  QCoreApplication::sendEvent(window.get(), &leave);
+  EXPECT_FALSE(row->property("hovering").toBool());
+  // A window that is hidden and shown anew, somewhere else perhaps, starts without it too.
+  QTest::mouseMove(window.get(), row->mapToScene({60, 20}).toPoint());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return row->property("hovering").toBool(); }));
+  window->hide();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !row->property("hovering").toBool(); }));
+}
+
 }  // namespace
 }  // namespace quillmere

@@ -11,6 +11,8 @@ AppBackdrop {
     readonly property real headerHeight: 64
     readonly property real sideWidth: 352
 
+    HoverGuard {}
+
     Item {
         id: header
 

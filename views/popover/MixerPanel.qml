@@ -25,6 +25,8 @@ Rectangle {
     height: column.implicitHeight
     color: Tokens.canvasBG
 
+    HoverGuard {}
+
     Column {
         id: column
 
