@@ -28,7 +28,7 @@ class PanelTheme final : public QObject {
 
  private:
   PanelTheme();
-  void setPrefersDark(std::optional<bool> prefersDark);
+  void setPrefersDark(std::optional<bool> preference);
 
   /// The desktop's preference; absent where it has none.
   std::optional<bool> prefersDark_;

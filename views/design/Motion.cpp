@@ -46,7 +46,7 @@ QVariantList Motion::springCurve(double dampingFraction) {
   const double total = restTau(damping);
   const double step = total / pieces;
   QVariantList points;
-  points.reserve(pieces * 6);
+  points.reserve(qsizetype{pieces} * 6);
   for (int i = 0; i < pieces; ++i) {
     const double from = i * step;
     const double to = from + step;

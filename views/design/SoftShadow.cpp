@@ -28,6 +28,7 @@ std::vector<int> boxesFor(double deviation) {
   const double lowCount =
       (12 * deviation * deviation - passes * low * low - 4.0 * passes * low - 3.0 * passes) / (-4.0 * low - 4);
   std::vector<int> boxes;
+  boxes.reserve(static_cast<std::size_t>(passes));
   for (int i = 0; i < passes; ++i) boxes.push_back(i < std::lround(lowCount) ? low : low + 2);
   return boxes;
 }

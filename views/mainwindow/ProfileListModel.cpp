@@ -49,6 +49,7 @@ void ProfileListModel::remove(int row) {
 void ProfileListModel::refresh() {
   const auto& profiles = *state_->profiles();
   std::vector<std::string> wanted;
+  wanted.reserve(profiles.size());
   for (const auto& profile : profiles) wanted.push_back(profile.id.text());
   arrange(wanted);
   for (int at = 0; at < count(); ++at) {

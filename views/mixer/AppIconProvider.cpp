@@ -83,7 +83,7 @@ QUrl AppIconProvider::urlFor(const std::string& bundleID) {
   // An identifier may hold anything; in the address it is plain text.
   const auto encoded =
       QByteArray::fromStdString(bundleID).toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
-  return QUrl(QStringLiteral("image://%1/%2").arg(QLatin1StringView(id), QString::fromLatin1(encoded)));
+  return {QStringLiteral("image://%1/%2").arg(QLatin1StringView(id), QString::fromLatin1(encoded))};
 }
 
 QQuickImageResponse* AppIconProvider::requestImageResponse(const QString& encodedID, const QSize& requestedSize) {

@@ -40,8 +40,8 @@ class AppRowModel final : public KeyedListModel {
   [[nodiscard]] AppRowPresenter* row(int row) const { return rows_[static_cast<std::size_t>(row)]; }
 
  protected:
-  void insertedAt(int row, const std::string& key) override;
-  void removedAt(int row) override;
+  void insertedAt(int at, const std::string& key) override;
+  void removedAt(int at) override;
   void moved(int from, int to) override;
 
  private:

@@ -59,6 +59,7 @@ void KeyedListModel::arrange(const std::vector<std::string>& wanted) {
   }
 
   std::vector<int> ranks;
+  ranks.reserve(keys_.size());
   for (const auto& key : keys_) ranks.push_back(rankOf.at(key));
   const auto staying = longestIncreasing(ranks);
 

@@ -16,6 +16,7 @@ constexpr std::array minuteChoices{15, 30, 45, 60, 90};
 SleepTimerPresenter::SleepTimerPresenter(std::shared_ptr<AppState> state, const Runtime& runtime, QObject* parent)
     : QObject(parent), state_(std::move(state)), runtime_(runtime) {
   std::vector<MenuEntry> entries;
+  entries.reserve(std::size(minuteChoices) + 1);
   for (const int minutes : minuteChoices) {
     entries.push_back(
         {tr("%1 minutes").arg(minutes), false, false, [this, minutes] { state_->startSleepTimer(minutes); }});

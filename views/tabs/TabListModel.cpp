@@ -49,6 +49,7 @@ void TabListModel::setTabs(std::vector<BrowserTab> tabs) {
   if (tabCount_ > rowLimit_) tabs.resize(static_cast<std::size_t>(rowLimit_));
 
   std::vector<std::string> wanted;
+  wanted.reserve(tabs.size());
   for (const auto& tab : tabs) wanted.push_back(tab.id);
   arrange(wanted);
   for (int row = 0; row < count(); ++row) {

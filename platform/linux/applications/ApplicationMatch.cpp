@@ -40,8 +40,9 @@ std::string snapOfPath(std::string_view path) {
     const auto rest = path.substr(root.size());
     const auto end = rest.find('/');
     if (end == std::string_view::npos || end == 0) return {};
-    const std::string name(rest.substr(0, end));
-    return name + "_" + name;
+    std::string name(rest.substr(0, end));
+    name.append("_").append(rest.substr(0, end));
+    return name;
   }
   return {};
 }

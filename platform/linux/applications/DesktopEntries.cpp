@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::uintmax_t maxFileBytes = 1024 * 1024;
+constexpr std::uintmax_t maxFileBytes = 1024U * 1024U;
 constexpr int maxDepth = 8;
 constexpr std::size_t maxEntries = 10000;
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <ranges>
 
 namespace quillmere::applications {
 namespace {
@@ -138,8 +139,8 @@ UnitIdentity identityOfCgroup(std::string_view text) {
     const auto controllers = line.substr(first + 1, second - first - 1);
     if (!controllers.empty() && controllers != "name=systemd") continue;
     const auto units = split(line.substr(second + 1), '/');
-    for (auto unit = units.rbegin(); unit != units.rend(); ++unit) {
-      if (auto identity = identityOfUnit(*unit); identity.kind != UnitIdentity::Kind::none) return identity;
+    for (const auto& unit : std::views::reverse(units)) {
+      if (auto identity = identityOfUnit(unit); identity.kind != UnitIdentity::Kind::none) return identity;
     }
   }
   return {};

@@ -9,6 +9,8 @@
 
 #include "runtime/Clocks.h"
 
+// GLib's own forward declaration.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,modernize-use-using)
 typedef struct _GVariant GVariant;
 
 namespace quillmere::mpris {

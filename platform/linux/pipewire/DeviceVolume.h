@@ -19,7 +19,7 @@ class DeviceVolume {
 
   /// `element` 0 is the whole device, 1 and up its channels; `scalar` the slider's position. False where there is no
   /// such volume.
-  bool write(GlobalID node, std::uint32_t element, float scalar);
+  bool write(GlobalID id, std::uint32_t element, float scalar);
   /// The daemon has told volumes: what agrees with a write of ours is confirmed.
   void volumesTold();
   /// Linear volumes that count until they are confirmed.

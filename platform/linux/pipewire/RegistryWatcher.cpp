@@ -311,6 +311,7 @@ void RegistryWatcher::onRoute(Bound& device, std::uint32_t index, const spa_pod*
   if (auto volumes = channelVolumesIn(props)) route.volumes = std::move(*volumes);
   device.routes[index] = std::move(route);
   std::vector<RouteRecord> routes;
+  routes.reserve(device.routes.size());
   for (const auto& [place, record] : device.routes) routes.push_back(record);
   model_.setRoutes(device.id, std::move(routes));
   events_.volumes();

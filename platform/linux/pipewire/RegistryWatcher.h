@@ -58,7 +58,7 @@ class RegistryWatcher final : public MetadataWriter {
  private:
   struct Bound;
   struct Callbacks;
-  void onGlobal(GlobalID id, const char* type, std::uint32_t version, const spa_dict* properties);
+  void onGlobal(GlobalID id, const char* type, std::uint32_t version, const spa_dict* dict);
   void onGlobalRemoved(GlobalID id);
   Bound* bind(GlobalID id, const char* type, std::uint32_t version);
   void bindMetadata(GlobalID id);

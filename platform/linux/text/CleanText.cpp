@@ -20,9 +20,8 @@ std::string cleanText(std::string_view text, std::size_t maxBytes) {
     const bool broken =
         character == static_cast<gunichar>(-1) || character == static_cast<gunichar>(-2) || character == 0;
     const std::size_t length = broken ? 1 : static_cast<std::size_t>(g_utf8_skip[static_cast<unsigned char>(text[0])]);
-    const std::string_view piece = text[0] == '\0' || (!broken && isControl(character)) ? std::string_view(" ")
-                                   : broken                                             ? replacement
-                                                                                        : text.substr(0, length);
+    std::string_view piece = broken ? replacement : text.substr(0, length);
+    if (text[0] == '\0' || (!broken && isControl(character))) piece = " ";
     if (!(clean.empty() && piece == " ")) {
       if (clean.size() + piece.size() > maxBytes) break;
       clean += piece;
