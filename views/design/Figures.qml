@@ -1,4 +1,6 @@
 // A text whose digits are evenly set, so that a countdown stands still: each digit stands in a cell of its own.
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Window
 import Quillmere.Design

@@ -12,6 +12,7 @@ Item {
     // The picker is cut before the slider becomes too short to use.
     property real widestPicker: 140
 
+    readonly property MenuButtonLabel pickerLabel: picker.contentItem as MenuButtonLabel
     readonly property real gap: 10
     readonly property real iconBox: 16
 
@@ -44,8 +45,6 @@ Item {
             choices: root.output.deviceMenu
         }
         contentItem: MenuButtonLabel {
-            id: pickerLabel
-
             text: root.output.deviceName
             font: Tokens.face(12, Font.Medium)
         }
@@ -54,7 +53,7 @@ Item {
     LevelSlider {
         id: slider
 
-        x: picker.x + pickerLabel.shownWidth + root.gap
+        x: picker.x + (root.pickerLabel ? root.pickerLabel.shownWidth : picker.width) + root.gap
         width: parent.width - x
         anchors.verticalCenter: parent.verticalCenter
         height: 18
