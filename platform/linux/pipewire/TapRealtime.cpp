@@ -12,7 +12,8 @@
 namespace quillmere::pipewire {
 namespace {
 
-constexpr std::uint32_t bytesPerFrame = 2 * sizeof(float);
+constexpr std::uint32_t channels = 2;
+constexpr std::uint32_t bytesPerFrame = channels * sizeof(float);
 
 /// The newest buffer of the stream, or the one in hand; older ones go back unread.
 QUILLMERE_REALTIME pw_buffer* newestBuffer(pw_stream* stream, pw_buffer* inHand) {
@@ -148,6 +149,38 @@ void TapRealtime::onCaptureProcess(void* data) {
   if (self->isPlaying_.load(std::memory_order_acquire)) pw_stream_trigger_process(playback);
 }
 
+void TapRealtime::playCycle(const spa_buffer& from, const spa_buffer& to) {
+  if (from.n_datas < channels || to.n_datas < channels) return;
+  std::array<const float*, channels> captured{};
+  std::array<float*, channels> played{};
+  std::size_t frames = mostFrames;
+  for (std::uint32_t channel = 0; channel < channels; ++channel) {
+    const auto& source = from.datas[channel];
+    const auto& sink = to.datas[channel];
+    if (source.data == nullptr || sink.data == nullptr) return;
+    const auto offset = std::min(source.chunk->offset, source.maxsize);
+    const auto bytes = std::min({source.chunk->size, source.maxsize - offset, sink.maxsize});
+    frames = std::min<std::size_t>(frames, bytes / sizeof(float));
+    captured[channel] = reinterpret_cast<const float*>(static_cast<const std::byte*>(source.data) + offset);
+    played[channel] = static_cast<float*>(sink.data);
+  }
+  for (std::size_t frame = 0; frame < frames; ++frame) {
+    input_[2 * frame] = captured[0][frame];
+    input_[2 * frame + 1] = captured[1][frame];
+  }
+  process(input_.data(), output_.data(), static_cast<std::uint32_t>(frames));
+  for (std::size_t frame = 0; frame < frames; ++frame) {
+    played[0][frame] = output_[2 * frame];
+    played[1][frame] = output_[2 * frame + 1];
+  }
+  for (std::uint32_t channel = 0; channel < channels; ++channel) {
+    auto& chunk = *to.datas[channel].chunk;
+    chunk.offset = 0;
+    chunk.stride = sizeof(float);
+    chunk.size = static_cast<std::uint32_t>(frames * sizeof(float));
+  }
+}
+
 void TapRealtime::onPlaybackProcess(void* data) {
   auto* self = static_cast<TapRealtime*>(data);
   auto* capture = self->capture_.load(std::memory_order_acquire);
@@ -157,18 +190,7 @@ void TapRealtime::onPlaybackProcess(void* data) {
   if (in == nullptr) return;
   auto* out = pw_stream_dequeue_buffer(playback);
   if (out != nullptr) {
-    auto& from = in->buffer->datas[0];
-    auto& to = out->buffer->datas[0];
-    if (from.data != nullptr && to.data != nullptr) {
-      const auto offset = std::min(from.chunk->offset, from.maxsize);
-      const auto bytes = std::min({from.chunk->size, from.maxsize - offset, to.maxsize});
-      const auto frames = bytes / bytesPerFrame;
-      auto* input = reinterpret_cast<float*>(static_cast<std::byte*>(from.data) + offset);
-      self->process(input, static_cast<float*>(to.data), frames);
-      to.chunk->offset = 0;
-      to.chunk->stride = static_cast<std::int32_t>(bytesPerFrame);
-      to.chunk->size = frames * bytesPerFrame;
-    }
+    self->playCycle(*in->buffer, *out->buffer);
     pw_stream_queue_buffer(playback, out);
   }
   pw_stream_queue_buffer(capture, in);

@@ -2,6 +2,7 @@
 // Control and audio thread share atomics only; the audio thread never waits.
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 
@@ -11,6 +12,7 @@
 
 struct pw_buffer;
 struct pw_stream;
+struct spa_buffer;
 
 namespace quillmere::pipewire {
 
@@ -53,6 +55,7 @@ class TapRealtime {
   enum class Order : std::uint8_t { silence, plain, from, fromRelease, release, hold };
   void give(Order order, float value);
   QUILLMERE_REALTIME void obey(std::uint64_t word);
+  QUILLMERE_REALTIME void playCycle(const spa_buffer& from, const spa_buffer& to);
 
   std::atomic<pw_stream*> capture_{nullptr};
   std::atomic<pw_stream*> playback_{nullptr};
@@ -78,6 +81,12 @@ class TapRealtime {
     Order order = Order::silence;
     HandoverGain gain;
   } audio_;  // Audio side only.
+
+  /// The longest cycle that the daemon is ever configured for; what is longer is cut.
+  static constexpr std::size_t mostFrames = 8192;
+  /// The block takes interleaved frames, the graph one buffer a channel. Audio side only.
+  std::array<float, 2 * mostFrames> input_{};
+  std::array<float, 2 * mostFrames> output_{};
 };
 
 }  // namespace quillmere::pipewire

@@ -104,7 +104,8 @@ void TapStreams::open(Side& side, pw_core* core, bool isCapture, const std::opti
   pw_stream_add_listener(side.stream, &side.listener, isCapture ? &captureEvents : &playbackEvents, &side);
 
   spa_audio_info_raw info{};
-  info.format = SPA_AUDIO_FORMAT_F32;
+  // One buffer a channel, as the graph has it: interleaved, each side would be converted by a stage of its own.
+  info.format = SPA_AUDIO_FORMAT_F32P;
   info.channels = 2;
   info.position[0] = SPA_AUDIO_CHANNEL_FL;
   info.position[1] = SPA_AUDIO_CHANNEL_FR;

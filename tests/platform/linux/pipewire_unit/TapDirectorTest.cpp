@@ -124,6 +124,14 @@ struct TapDirectorTest : ::testing::Test {
     EXPECT_EQ(director.start(built.device, built.proc), noErr);
     director.moment();
   }
+  /// Built, linked, started and followed by the stream.
+  Built live(bool followsDefault = true, const std::string& output = "sink") {
+    const auto built = build(followsDefault, output);
+    connect(0);
+    start(built);
+    follow();
+    return built;
+  }
   void end(const Built& built, float gain) {
     EXPECT_EQ(director.stop(built.device, built.proc, gain), noErr);
     EXPECT_EQ(director.destroyProc(built.device, built.proc), noErr);
@@ -157,10 +165,7 @@ TEST_F(TapDirectorTest, StreamsAreOpenedForTheVeryOutputTheyPlayOn) {
 
 TEST_F(TapDirectorTest, ALaterDefaultRenewsTheStreamsThatFollowIt) {
   graph.sink(2, "desk");
-  const auto built = build();
-  connect(0);
-  start(built);
-  follow();
+  const auto built = live();
   makeDefault("desk");
   director.graphChanged();
   ASSERT_EQ(paths.size(), 2U);
@@ -179,10 +184,7 @@ TEST_F(TapDirectorTest, ALaterDefaultRenewsTheStreamsThatFollowIt) {
 
 TEST_F(TapDirectorTest, ARouteWhoseDeviceGoesPlaysOnTheDefaultAndReturnsWithIt) {
   graph.sink(2, "desk");
-  const auto built = build(false, "desk");
-  connect(0);
-  start(built);
-  follow();
+  live(false, "desk");
   graph.model.remove(2);
   paths[0]->failed = true;
   director.graphChanged();
@@ -201,10 +203,7 @@ TEST_F(TapDirectorTest, ARouteWhoseDeviceGoesPlaysOnTheDefaultAndReturnsWithIt) 
 TEST_F(TapDirectorTest, AnOutputThatChangesAgainWhileStreamsAreRenewedCountsLast) {
   graph.sink(2, "desk");
   graph.sink(3, "usb");
-  const auto built = build();
-  connect(0);
-  start(built);
-  follow();
+  live();
   makeDefault("desk");
   director.graphChanged();
   makeDefault("usb");
@@ -228,10 +227,7 @@ TEST_F(TapDirectorTest, WithoutAnyOutputStreamsAreRenewedWhenOneComes) {
 }
 
 TEST_F(TapDirectorTest, StreamsTakenFromAnOutputThatStandsAreLeftToTheSessionManager) {
-  const auto built = build();
-  connect(0);
-  start(built);
-  follow();
+  live();
   paths[0]->failed = true;
   director.graphChanged();
   EXPECT_EQ(paths.size(), 1U) << "the output may be about to go";
@@ -247,10 +243,7 @@ TEST_F(TapDirectorTest, StreamsTakenFromAnOutputThatStandsAreLeftToTheSessionMan
 }
 
 TEST_F(TapDirectorTest, StoppingWhileStreamsAreRenewedEndsTheBlockInTheOldOnesToo) {
-  const auto built = build();
-  connect(0);
-  start(built);
-  follow();
+  const auto built = live();
   graph.sink(2, "desk");
   makeDefault("desk");
   director.graphChanged();
@@ -353,10 +346,7 @@ TEST_F(TapDirectorTest, ForASilentApplicationNothingRunsBeforeItPlays) {
 }
 
 TEST_F(TapDirectorTest, StreamsGoBackOnlyAtUnityAndTheNodesGoOnlyAfterThem) {
-  const auto built = build();
-  connect(0);
-  start(built);
-  follow();
+  const auto built = live();
   metadata.take();
   end(built, 0.3F);
   EXPECT_EQ(paths[0]->orders, (std::vector<std::string>{"from 1.00", "calm", "stop 0.30"}));
@@ -375,10 +365,7 @@ TEST_F(TapDirectorTest, StreamsGoBackOnlyAtUnityAndTheNodesGoOnlyAfterThem) {
 }
 
 TEST_F(TapDirectorTest, AReleaseWhoseApplicationIsSilentDoesNotWaitForAGlide) {
-  const auto built = build();
-  connect(0);
-  start(built);
-  follow();
+  const auto built = live();
   end(built, 0.3F);
   tick(40);
   follow();
@@ -386,10 +373,7 @@ TEST_F(TapDirectorTest, AReleaseWhoseApplicationIsSilentDoesNotWaitForAGlide) {
 }
 
 TEST_F(TapDirectorTest, ANewTapToTheSameOutputAdoptsTheReleasingStreams) {
-  const auto first = build();
-  connect(0);
-  start(first);
-  follow();
+  const auto first = live();
   end(first, 0.3F);
   metadata.take();
   const auto second = build();
@@ -404,10 +388,7 @@ TEST_F(TapDirectorTest, ANewTapToTheSameOutputAdoptsTheReleasingStreams) {
 
 TEST_F(TapDirectorTest, AdoptedStreamsOnTheDefaultOfBeforeAreRenewedWithoutWaitingForAnotherEvent) {
   graph.sink(2, "desk");
-  const auto first = build();
-  connect(0);
-  start(first);
-  follow();
+  const auto first = live();
   end(first, 0.3F);
   makeDefault("desk");
   const auto second = build();
@@ -419,10 +400,7 @@ TEST_F(TapDirectorTest, AdoptedStreamsOnTheDefaultOfBeforeAreRenewedWithoutWaiti
 }
 
 TEST_F(TapDirectorTest, ANewTapToAnotherOutputTakesTheStreamsFromTheOldAtTheGainInEffect) {
-  const auto first = build();
-  connect(0);
-  start(first);
-  follow();
+  const auto first = live();
   end(first, 0.3F);
   paths[0]->gain = 0.3F;
   paths[0]->count = 1;
@@ -440,10 +418,7 @@ TEST_F(TapDirectorTest, ANewTapToAnotherOutputTakesTheStreamsFromTheOldAtTheGain
 }
 
 TEST_F(TapDirectorTest, AReleaseHoldsForATapThatTakesItsStreamsAndGoesOnIfThatNeverStarts) {
-  const auto first = build();
-  connect(0);
-  start(first);
-  follow();
+  const auto first = live();
   end(first, 0.3F);
   const auto second = build(false, "usb");
   EXPECT_EQ(paths[0]->orders.back(), "hold");
@@ -467,10 +442,7 @@ TEST_F(TapDirectorTest, ADeviceThatWasNeverStartedLeavesNothing) {
 }
 
 TEST_F(TapDirectorTest, WithTheSessionManagerGoneNoPathStaysAndTheLiveOnesAreRebuilt) {
-  const auto built = build();
-  connect(0);
-  start(built);
-  follow();
+  const auto built = live();
   director.suspend();
   EXPECT_TRUE(isGone(0));
   EXPECT_FALSE(director.isAlive(built.device));

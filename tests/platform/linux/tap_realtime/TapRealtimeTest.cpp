@@ -17,9 +17,10 @@ constexpr std::uint32_t mostFrames = 2048;
 /// One of the two streams: a few buffers that go round.
 struct FakeStream {
   struct Slot {
-    std::vector<float> samples = std::vector<float>(std::size_t{2} * mostFrames, 0.25F);
-    spa_chunk chunk{};
-    spa_data data{};
+    std::array<std::vector<float>, 2> samples{std::vector<float>(mostFrames, 0.25F),
+                                              std::vector<float>(mostFrames, -0.5F)};
+    std::array<spa_chunk, 2> chunks{};
+    std::array<spa_data, 2> datas{};
     spa_buffer buffer{};
     pw_buffer handle{};
   };
@@ -29,11 +30,13 @@ struct FakeStream {
 
   FakeStream() {
     for (auto& slot : slots) {
-      slot.data.data = slot.samples.data();
-      slot.data.maxsize = static_cast<std::uint32_t>(slot.samples.size() * sizeof(float));
-      slot.data.chunk = &slot.chunk;
-      slot.buffer.n_datas = 1;
-      slot.buffer.datas = &slot.data;
+      for (std::size_t channel = 0; channel < 2; ++channel) {
+        slot.datas[channel].data = slot.samples[channel].data();
+        slot.datas[channel].maxsize = mostFrames * sizeof(float);
+        slot.datas[channel].chunk = &slot.chunks[channel];
+      }
+      slot.buffer.n_datas = 2;
+      slot.buffer.datas = slot.datas.data();
       slot.handle.buffer = &slot.buffer;
     }
   }
@@ -90,8 +93,10 @@ struct TapRealtimeTest : testing::Test {
   /// What the graph does in a cycle: the capturing side gets sound, then the playing side is asked for it.
   void cycle(std::uint32_t frames, bool isCaptured = true) {
     auto& from = capture.slots[0];
-    from.chunk.size = frames * 8;
-    from.chunk.offset = 0;
+    for (auto& chunk : from.chunks) {
+      chunk.size = frames * sizeof(float);
+      chunk.offset = 0;
+    }
     capture.queued = 0;
     if (isCaptured) capture.push(&from.handle);
     playback.queued = 0;
@@ -121,7 +126,9 @@ struct TapRealtimeTest : testing::Test {
     cycle(256);
   }
 
-  [[nodiscard]] float played(std::size_t sample) const { return playback.slots[0].samples.at(sample); }
+  [[nodiscard]] float played(std::size_t channel, std::size_t frame) const {
+    return playback.slots[0].samples.at(channel).at(frame);
+  }
 };
 
 TEST_F(TapRealtimeTest, ACyclePlaysWhatTheBlockMadeOfTheCapturedSound) {
@@ -129,9 +136,12 @@ TEST_F(TapRealtimeTest, ACyclePlaysWhatTheBlockMadeOfTheCapturedSound) {
   cycle(256);
   EXPECT_EQ(blockCalls, 1);
   EXPECT_EQ(triggers, 1);
-  EXPECT_FLOAT_EQ(played(0), 0.125F);
-  EXPECT_FLOAT_EQ(played(511), 0.125F);
-  EXPECT_EQ(playback.slots[0].chunk.size, 256U * 8U);
+  for (const std::size_t frame : {0, 100, 255}) {
+    EXPECT_FLOAT_EQ(played(0, frame), 0.125F);
+    EXPECT_FLOAT_EQ(played(1, frame), -0.25F);
+  }
+  EXPECT_FLOAT_EQ(played(0, 256), 0.25F) << "beyond the cycle";
+  EXPECT_EQ(playback.slots[0].chunks[1].size, 256U * sizeof(float));
 }
 
 TEST_F(TapRealtimeTest, NothingIsAllocatedAndNothingIsLocked) {
