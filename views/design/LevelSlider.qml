@@ -33,11 +33,23 @@ Item {
     readonly property real holeDiameter: layers.opacity < 1 ? thumbSize - 1 : 0
     readonly property real holeCentre: holeDiameter > 0 ? handle.thumbCentre : 0
     readonly property bool shimmers: !(level > leastLevel) && isLive && !isMuted
+    readonly property color accentLeading: Tokens.alpha(Tokens.systemAccent, 0.85)
+    readonly property color accentTrailing: Tokens.systemAccent
+    readonly property color greyLeading: Tokens.alpha(Tokens.systemGrey, 0.55)
+    readonly property color greyTrailing: Tokens.alpha(Tokens.systemGrey, 0.7)
+    // The software renderer can't add light. There the shimmer fades to the colours of its brightest moment, which comes
+    // to the same.
+    readonly property bool canAddLight: GraphicsInfo.api !== GraphicsInfo.Software
+    readonly property real brightest: 0.33
 
     // A value within the range that the user asks for by drag, click, key, wheel or assistive technology.
     signal moved(real value)
     // Only with SliderHandle.Forward: lines of a wheel or points of a touchpad, upwards positive.
     signal scrollDelta(real delta)
+
+    function brightened(fill: color): color {
+        return Tokens.lightened(Qt.tint(Tokens.canvasBG, fill), Tokens.white, brightest);
+    }
 
     implicitWidth: 160
     implicitHeight: Math.max(thumbSize, trackHeight + 4)
@@ -73,8 +85,8 @@ Item {
             holeCentre: root.holeCentre
             holeDiameter: root.holeDiameter
             opacity: root.isDucked ? 0 : 1
-            leading: Tokens.alpha(Tokens.systemAccent, 0.85)
-            trailing: Tokens.systemAccent
+            leading: root.accentLeading
+            trailing: root.accentTrailing
             Behavior on opacity {
                 EaseOut { seconds: 0.25 }
             }
@@ -88,8 +100,8 @@ Item {
             holeCentre: root.holeCentre
             holeDiameter: root.holeDiameter
             opacity: root.isDucked ? 1 : 0
-            leading: Tokens.alpha(Tokens.systemGrey, 0.55)
-            trailing: Tokens.alpha(Tokens.systemGrey, 0.7)
+            leading: root.greyLeading
+            trailing: root.greyTrailing
             Behavior on opacity {
                 EaseOut { seconds: 0.25 }
             }
@@ -111,10 +123,10 @@ Item {
             visible: root.shimmers
             width: handle.fillWidth
             height: root.trackHeight
-            leading: Tokens.white
-            trailing: Tokens.white
-            addsLight: true
-            opacity: beat.shimmer
+            leading: root.canAddLight ? Tokens.white : root.brightened(root.isDucked ? root.greyLeading : root.accentLeading)
+            trailing: root.canAddLight ? Tokens.white : root.brightened(root.isDucked ? root.greyTrailing : root.accentTrailing)
+            addsLight: root.canAddLight
+            opacity: root.canAddLight ? beat.shimmer : beat.shimmer / root.brightest
 
             Beat {
                 id: beat
