@@ -20,7 +20,6 @@ Item {
     property font percentFont: Tokens.metric
     // Where the tool tip stands below: the row itself, or something that reaches further, so that it covers no other row.
     property Item tipTarget: root
-    readonly property real ringWidth: 1.5
     readonly property real pulseSize: 6
     readonly property real pulseOffset: 9
     readonly property real mutedOpacity: 0.55
@@ -55,20 +54,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         source: root.row.iconSource
 
-        // Keeps the dot apart from an icon of its own colour.
-        Rectangle {
-            anchors.centerIn: pulse
-            visible: root.row.live
-            width: root.pulseSize + 2 * root.ringWidth
-            height: width
-            radius: width / 2
-            color: Tokens.canvasBG
-            antialiasing: true
-        }
-
         LivePulse {
-            id: pulse
-
             anchors.centerIn: parent
             anchors.horizontalCenterOffset: root.pulseOffset
             anchors.verticalCenterOffset: -root.pulseOffset
