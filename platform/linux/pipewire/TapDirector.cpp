@@ -157,6 +157,8 @@ void TapDirector::suspend() {
   for (auto& [id, device] : devices_) {
     device.session.reset();
     device.predecessor.reset();
+    // A daemon that starts again gives its serials anew.
+    device.refused.clear();
   }
 }
 

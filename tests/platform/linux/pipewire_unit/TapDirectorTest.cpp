@@ -200,6 +200,16 @@ TEST_F(TapDirectorTest, ARouteWhoseDeviceGoesPlaysOnTheDefaultAndReturnsWithIt) 
   EXPECT_EQ(outputs[2], "1003");
 }
 
+TEST_F(TapDirectorTest, ARefusalIsForgottenWithTheSessionManager) {
+  live();
+  paths[0]->failed = true;
+  tick(20);
+  ASSERT_EQ(outputs.back(), std::nullopt);
+  director.suspend();
+  director.resume();
+  EXPECT_EQ(outputs.back(), "1001");
+}
+
 TEST_F(TapDirectorTest, AnOutputThatChangesAgainWhileStreamsAreRenewedCountsLast) {
   graph.sink(2, "desk");
   graph.sink(3, "usb");
