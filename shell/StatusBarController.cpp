@@ -8,7 +8,7 @@
 #include "platform/WindowSystem.h"
 #include "platform/Workspace.h"
 #include "shell/VersionOrder.h"
-#include "state/AppState.h"
+#include "state/MixerState.h"
 
 namespace quillmere {
 
@@ -19,7 +19,7 @@ constexpr float gainPerNotch = 0.02F;
 constexpr const char* settingsSection = "Settings";
 }  // namespace
 
-StatusBarController::StatusBarController(AppState& state, const Runtime& runtime, WindowSystem& windows,
+StatusBarController::StatusBarController(MixerState& state, const Runtime& runtime, WindowSystem& windows,
                                          Workspace& workspace, Updater* updater, StatusBarIntents intents)
     : state_(state),
       runtime_(runtime),

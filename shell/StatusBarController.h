@@ -12,7 +12,7 @@
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 class Updater;
 class WindowSystem;
 class Workspace;
@@ -27,7 +27,7 @@ struct StatusBarIntents {
 /// [main] throughout. All that is passed in outlives this.
 class StatusBarController {
  public:
-  StatusBarController(AppState& state, const Runtime& runtime, WindowSystem& windows, Workspace& workspace,
+  StatusBarController(MixerState& state, const Runtime& runtime, WindowSystem& windows, Workspace& workspace,
                       Updater* updater, StatusBarIntents intents);
 
   /// The menu as it should read now.
@@ -43,7 +43,7 @@ class StatusBarController {
  private:
   void checkForUpdates();
 
-  AppState& state_;
+  MixerState& state_;
   Runtime runtime_;
   WindowSystem& windows_;
   Workspace& workspace_;

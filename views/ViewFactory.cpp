@@ -11,8 +11,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/Machine.h"
-#include "state/AppState.h"
+#include "state/MixerState.h"
 #include "state/ViewSettings.h"
 #include "views/design/Tokens.h"
 #include "views/mainwindow/MainWindowPresenter.h"
@@ -70,18 +69,19 @@ std::unique_ptr<QQuickView> makeWindow(Workspace& workspace, const QString& comp
 
 }  // namespace
 
-ViewFactory::ViewFactory(std::shared_ptr<AppState> state, const Runtime& runtime, Machine& machine, ViewIntents intents)
+ViewFactory::ViewFactory(std::shared_ptr<MixerState> state, const Runtime& runtime,
+                         std::shared_ptr<ViewSettings> settings, Workspace& workspace, ViewIntents intents)
     : state_(std::move(state)),
       runtime_(runtime),
-      machine_(machine),
-      settings_(std::make_shared<ViewSettings>(*machine.defaults)),
+      settings_(std::move(settings)),
+      workspace_(workspace),
       intents_(std::move(intents)) {}
 
 // Pictures that are still being looked up read the machine's workspace.
 ViewFactory::~ViewFactory() { QThreadPool::globalInstance()->waitForDone(); }
 
 std::unique_ptr<QQuickWindow> ViewFactory::makePopover() {
-  auto view = makeWindow(*machine_.workspace, QStringLiteral("MixerPanel.qml"),
+  auto view = makeWindow(workspace_, QStringLiteral("MixerPanel.qml"),
                          std::make_unique<MixerPanelPresenter>(state_, runtime_, settings_, intents_));
   view->setResizeMode(QQuickView::SizeViewToRootObject);
   view->setTitle(QStringLiteral("quillmere"));
@@ -89,7 +89,7 @@ std::unique_ptr<QQuickWindow> ViewFactory::makePopover() {
 }
 
 std::unique_ptr<QQuickWindow> ViewFactory::makeMainWindow() {
-  auto view = makeWindow(*machine_.workspace, QStringLiteral("MainWindow.qml"),
+  auto view = makeWindow(workspace_, QStringLiteral("MainWindow.qml"),
                          std::make_unique<MainWindowPresenter>(state_, runtime_, settings_, intents_));
   view->setResizeMode(QQuickView::SizeRootObjectToView);
   view->setTitle(QStringLiteral("quillmere"));

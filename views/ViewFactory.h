@@ -12,10 +12,10 @@ class QQuickWindow;
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 struct BrowserTab;
-struct Machine;
 class ViewSettings;
+class Workspace;
 
 /// What gestures in the views ask of the rest of the program. [main]
 struct ViewIntents {
@@ -29,8 +29,9 @@ struct ViewIntents {
 /// [main] throughout. Windows may be made and destroyed any number of times; they don't need the factory afterwards.
 class ViewFactory {
  public:
-  /// The machine and the runtime's services outlive every window.
-  ViewFactory(std::shared_ptr<AppState> state, const Runtime& runtime, Machine& machine, ViewIntents intents);
+  /// The workspace, asked for icons from any thread, and the runtime's services outlive every window.
+  ViewFactory(std::shared_ptr<MixerState> state, const Runtime& runtime, std::shared_ptr<ViewSettings> settings,
+              Workspace& workspace, ViewIntents intents);
   ~ViewFactory();
 
   /// The mixer panel, not yet shown: 340 points wide, its height follows its content.
@@ -39,10 +40,10 @@ class ViewFactory {
   [[nodiscard]] std::unique_ptr<QQuickWindow> makeMainWindow();
 
  private:
-  std::shared_ptr<AppState> state_;
+  std::shared_ptr<MixerState> state_;
   Runtime runtime_;
-  Machine& machine_;
   std::shared_ptr<ViewSettings> settings_;
+  Workspace& workspace_;
   ViewIntents intents_;
 };
 

@@ -14,7 +14,9 @@ namespace {
 class Windows : public ViewsFixture {
  protected:
   [[nodiscard]] std::unique_ptr<ViewFactory> factory() {
-    return std::make_unique<ViewFactory>(sharedState(), box->runtime, box->machine, intents());
+    return std::make_unique<ViewFactory>(sharedState(), box->runtime,
+                                         std::make_shared<ViewSettings>(*box->machine.defaults),
+                                         *box->machine.workspace, intents());
   }
 };
 

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "core/Percent.h"
-#include "state/AppState.h"
+#include "state/MixerState.h"
 
 namespace quillmere {
 
@@ -35,7 +35,7 @@ QString countText(std::size_t count) {
 
 }  // namespace
 
-DuckPresenter::DuckPresenter(std::shared_ptr<AppState> state, QObject* parent)
+DuckPresenter::DuckPresenter(std::shared_ptr<MixerState> state, QObject* parent)
     : QObject(parent), state_(std::move(state)) {
   const auto tell = [this](const auto&) { Q_EMIT changed(); };
   subscriptions_.push_back(state_->isDucking().observe(tell));

@@ -11,7 +11,7 @@
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 
 /// [main]
 class DuckPresenter final : public QObject {
@@ -30,7 +30,7 @@ class DuckPresenter final : public QObject {
   Q_PROPERTY(QString duckedNames READ duckedNames NOTIFY changed FINAL)
 
  public:
-  explicit DuckPresenter(std::shared_ptr<AppState> state, QObject* parent = nullptr);
+  explicit DuckPresenter(std::shared_ptr<MixerState> state, QObject* parent = nullptr);
 
   [[nodiscard]] bool ducking() const;
   [[nodiscard]] QString statusText() const;
@@ -52,7 +52,7 @@ class DuckPresenter final : public QObject {
   void changed();
 
  private:
-  std::shared_ptr<AppState> state_;
+  std::shared_ptr<MixerState> state_;
   std::vector<Subscription> subscriptions_;
 };
 

@@ -8,7 +8,7 @@
 
 #include "core/RemainingText.h"
 #include "core/TextOrder.h"
-#include "state/AppState.h"
+#include "state/MixerState.h"
 
 namespace quillmere {
 
@@ -27,7 +27,7 @@ int minutesAt(double position, int shortest, int longest) {
 
 }  // namespace
 
-FocusPresenter::FocusPresenter(std::shared_ptr<AppState> state, const Runtime& runtime, QObject* parent)
+FocusPresenter::FocusPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, QObject* parent)
     : QObject(parent), state_(std::move(state)), runtime_(runtime) {
   subscriptions_.push_back(state_->pomodoroPhase().observe([this](const auto&) {
     tellAll();

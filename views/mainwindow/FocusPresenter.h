@@ -12,7 +12,7 @@
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 
 /// [main]
 class FocusPresenter final : public QObject {
@@ -35,7 +35,7 @@ class FocusPresenter final : public QObject {
   Q_PROPERTY(quillmere::MenuModel* appMenu READ appMenu CONSTANT FINAL)
 
  public:
-  FocusPresenter(std::shared_ptr<AppState> state, const Runtime& runtime, QObject* parent = nullptr);
+  FocusPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, QObject* parent = nullptr);
   ~FocusPresenter() override;
 
   [[nodiscard]] QString heading() const;
@@ -75,7 +75,7 @@ class FocusPresenter final : public QObject {
   void scheduleTick();
   [[nodiscard]] double remainingSeconds() const;
 
-  std::shared_ptr<AppState> state_;
+  std::shared_ptr<MixerState> state_;
   Runtime runtime_;
   MenuModel appMenu_;
   bool visible_ = false;

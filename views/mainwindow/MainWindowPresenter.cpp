@@ -3,12 +3,12 @@
 
 #include <utility>
 
-#include "state/AppState.h"
+#include "state/MixerState.h"
 #include "state/ViewSettings.h"
 
 namespace quillmere {
 
-MainWindowPresenter::MainWindowPresenter(std::shared_ptr<AppState> state, const Runtime& runtime,
+MainWindowPresenter::MainWindowPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime,
                                          std::shared_ptr<ViewSettings> settings, const ViewIntents& intents,
                                          QObject* parent)
     : QObject(parent),

@@ -19,7 +19,7 @@
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 class ViewSettings;
 
 /// [main] Made with its window and gone with it.
@@ -47,7 +47,7 @@ class MainWindowPresenter final : public QObject {
   Q_PROPERTY(bool pausesOnDisconnect READ pausesOnDisconnect WRITE setPausesOnDisconnect NOTIFY settingsChanged FINAL)
 
  public:
-  MainWindowPresenter(std::shared_ptr<AppState> state, const Runtime& runtime, std::shared_ptr<ViewSettings> settings,
+  MainWindowPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, std::shared_ptr<ViewSettings> settings,
                       const ViewIntents& intents, QObject* parent = nullptr);
 
   [[nodiscard]] AppRowModel* rows() { return &rows_; }
@@ -83,7 +83,7 @@ class MainWindowPresenter final : public QObject {
   void settingsChanged();
 
  private:
-  std::shared_ptr<AppState> state_;
+  std::shared_ptr<MixerState> state_;
   std::shared_ptr<ViewSettings> settings_;
   AppRowModel rows_;
   OutputPresenter output_;

@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "state/AppState.h"
+#include "state/MixerState.h"
 
 namespace quillmere {
 
-ProfileListModel::ProfileListModel(std::shared_ptr<AppState> state, QObject* parent)
+ProfileListModel::ProfileListModel(std::shared_ptr<MixerState> state, QObject* parent)
     : KeyedListModel(parent), state_(std::move(state)) {
   subscriptions_.push_back(state_->profiles().observe([this](const auto&) { refresh(); }));
   subscriptions_.push_back(state_->activeProfileID().observe([this](const auto&) { refresh(); }));

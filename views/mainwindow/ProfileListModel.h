@@ -11,7 +11,7 @@
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 
 /// [main]
 class ProfileListModel final : public KeyedListModel {
@@ -22,7 +22,7 @@ class ProfileListModel final : public KeyedListModel {
  public:
   enum Role { NameRole = Qt::UserRole + 1, SizeTextRole, ActiveRole };
 
-  explicit ProfileListModel(std::shared_ptr<AppState> state, QObject* parent = nullptr);
+  explicit ProfileListModel(std::shared_ptr<MixerState> state, QObject* parent = nullptr);
 
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
@@ -48,7 +48,7 @@ class ProfileListModel final : public KeyedListModel {
   void refresh();
   [[nodiscard]] std::optional<Uuid> idAt(int row) const;
 
-  std::shared_ptr<AppState> state_;
+  std::shared_ptr<MixerState> state_;
   std::vector<Row> rows_;
   std::vector<Subscription> subscriptions_;
 };

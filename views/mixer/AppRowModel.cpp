@@ -6,7 +6,7 @@
 #include <chrono>
 #include <utility>
 
-#include "state/AppState.h"
+#include "state/MixerState.h"
 #include "state/ViewSettings.h"
 
 namespace quillmere {
@@ -15,7 +15,7 @@ namespace {
 constexpr auto longerThanAnyFade = std::chrono::seconds(2);
 }
 
-AppRowModel::AppRowModel(std::shared_ptr<AppState> state, ViewSettings& settings, Filter filter,
+AppRowModel::AppRowModel(std::shared_ptr<MixerState> state, ViewSettings& settings, Filter filter,
                          ActivateTab activateTab, QObject* parent)
     : KeyedListModel(parent),
       state_(std::move(state)),

@@ -13,7 +13,7 @@
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 class ViewSettings;
 
 /// [main]
@@ -31,7 +31,7 @@ class AppRowModel final : public KeyedListModel {
   using ActivateTab = std::function<void(const std::string& bundleID, const BrowserTab& tab)>;
 
   /// The settings outlive the model.
-  AppRowModel(std::shared_ptr<AppState> state, ViewSettings& settings, Filter filter, ActivateTab activateTab,
+  AppRowModel(std::shared_ptr<MixerState> state, ViewSettings& settings, Filter filter, ActivateTab activateTab,
               QObject* parent = nullptr);
   ~AppRowModel() override;
 
@@ -47,7 +47,7 @@ class AppRowModel final : public KeyedListModel {
  private:
   void refresh();
 
-  std::shared_ptr<AppState> state_;
+  std::shared_ptr<MixerState> state_;
   ViewSettings& settings_;
   Filter filter_;
   ActivateTab activateTab_;

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "state/AppState.h"
+#include "state/MixerState.h"
 #include "views/mixer/AppIconProvider.h"
 
 namespace quillmere {
@@ -14,7 +14,7 @@ namespace {
 constexpr float gainPerScrollUnit = 0.005F;
 }  // namespace
 
-AppRowPresenter::AppRowPresenter(AppState& state, AudioApp app, int tabLimit, TabListModel::Activate activateTab,
+AppRowPresenter::AppRowPresenter(MixerState& state, AudioApp app, int tabLimit, TabListModel::Activate activateTab,
                                  QObject* parent)
     : QObject(parent), state_(state), app_(std::move(app)), tabs_(tabLimit, std::move(activateTab)) {}
 

@@ -12,7 +12,7 @@
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 
 /// [main] Kept up to date by its model. The state outlives it.
 class AppRowPresenter final : public QObject {
@@ -41,7 +41,7 @@ class AppRowPresenter final : public QObject {
   Q_PROPERTY(bool scrollAdjusts READ scrollAdjusts NOTIFY scrollAdjustsChanged FINAL)
 
  public:
-  AppRowPresenter(AppState& state, AudioApp app, int tabLimit, TabListModel::Activate activateTab,
+  AppRowPresenter(MixerState& state, AudioApp app, int tabLimit, TabListModel::Activate activateTab,
                   QObject* parent = nullptr);
 
   [[nodiscard]] QString bundleID() const { return QString::fromStdString(app_.bundleID); }
@@ -83,7 +83,7 @@ class AppRowPresenter final : public QObject {
  private:
   void fillRouteMenu();
 
-  AppState& state_;
+  MixerState& state_;
   AudioApp app_;
   AppRowLook look_;
   bool scrollAdjusts_ = true;

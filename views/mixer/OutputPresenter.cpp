@@ -6,7 +6,7 @@
 #include <array>
 #include <utility>
 
-#include "state/AppState.h"
+#include "state/MixerState.h"
 #include "views/mixer/AppRowLook.h"
 
 namespace quillmere {
@@ -47,7 +47,7 @@ QString deviceSymbol(const QString& deviceName, DeviceSymbolStyle style) {
   return QString::fromLatin1(style == DeviceSymbolStyle::small ? found.small : found.large);
 }
 
-OutputPresenter::OutputPresenter(std::shared_ptr<AppState> state, const Runtime& runtime, DeviceSymbolStyle style,
+OutputPresenter::OutputPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, DeviceSymbolStyle style,
                                  QObject* parent)
     : QObject(parent), state_(std::move(state)), runtime_(runtime), style_(style) {
   subscriptions_.push_back(state_->masterGain().observe([this](float) {

@@ -16,7 +16,7 @@
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 
 enum class DeviceSymbolStyle {
   small,  ///< The popover's.
@@ -44,7 +44,7 @@ class OutputPresenter final : public QObject {
   Q_PROPERTY(quillmere::MenuModel* deviceMenu READ deviceMenu CONSTANT FINAL)
 
  public:
-  OutputPresenter(std::shared_ptr<AppState> state, const Runtime& runtime, DeviceSymbolStyle style,
+  OutputPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, DeviceSymbolStyle style,
                   QObject* parent = nullptr);
   ~OutputPresenter() override;
 
@@ -72,7 +72,7 @@ class OutputPresenter final : public QObject {
   void flashPercent();
   void refreshDevices();
 
-  std::shared_ptr<AppState> state_;
+  std::shared_ptr<MixerState> state_;
   Runtime runtime_;
   DeviceSymbolStyle style_;
   MenuModel deviceMenu_;

@@ -3,12 +3,12 @@
 
 #include <utility>
 
-#include "state/AppState.h"
+#include "state/MixerState.h"
 #include "state/ViewSettings.h"
 
 namespace quillmere {
 
-MixerPanelPresenter::MixerPanelPresenter(std::shared_ptr<AppState> state, const Runtime& runtime,
+MixerPanelPresenter::MixerPanelPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime,
                                          std::shared_ptr<ViewSettings> settings, ViewIntents intents, QObject* parent)
     : QObject(parent),
       state_(std::move(state)),

@@ -16,7 +16,7 @@
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 class ViewSettings;
 
 /// [main] Made with its window and gone with it.
@@ -36,7 +36,7 @@ class MixerPanelPresenter final : public QObject {
   Q_PROPERTY(QString bannerText READ bannerText NOTIFY bannerChanged FINAL)
 
  public:
-  MixerPanelPresenter(std::shared_ptr<AppState> state, const Runtime& runtime, std::shared_ptr<ViewSettings> settings,
+  MixerPanelPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, std::shared_ptr<ViewSettings> settings,
                       ViewIntents intents, QObject* parent = nullptr);
 
   [[nodiscard]] AppRowModel* rows() { return &rows_; }
@@ -67,7 +67,7 @@ class MixerPanelPresenter final : public QObject {
  private:
   void refreshBanner();
 
-  std::shared_ptr<AppState> state_;
+  std::shared_ptr<MixerState> state_;
   std::shared_ptr<ViewSettings> settings_;
   ViewIntents intents_;
   AppRowModel rows_;

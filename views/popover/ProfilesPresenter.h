@@ -12,7 +12,7 @@
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 
 /// [main]
 class ProfilesPresenter final : public QObject {
@@ -23,7 +23,7 @@ class ProfilesPresenter final : public QObject {
   Q_PROPERTY(quillmere::MenuModel* menu READ menu CONSTANT FINAL)
 
  public:
-  ProfilesPresenter(std::shared_ptr<AppState> state, std::function<void()> openWindow, QObject* parent = nullptr);
+  ProfilesPresenter(std::shared_ptr<MixerState> state, std::function<void()> openWindow, QObject* parent = nullptr);
 
   /// "Default" when no profile is active or the active one is gone.
   [[nodiscard]] QString activeName() const;
@@ -37,7 +37,7 @@ class ProfilesPresenter final : public QObject {
  private:
   void refresh();
 
-  std::shared_ptr<AppState> state_;
+  std::shared_ptr<MixerState> state_;
   std::function<void()> openWindow_;
   MenuModel menu_;
   std::vector<Subscription> subscriptions_;

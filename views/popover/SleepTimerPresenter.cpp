@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "core/RemainingText.h"
-#include "state/AppState.h"
+#include "state/MixerState.h"
 
 namespace quillmere {
 
@@ -13,7 +13,7 @@ namespace {
 constexpr std::array minuteChoices{15, 30, 45, 60, 90};
 }
 
-SleepTimerPresenter::SleepTimerPresenter(std::shared_ptr<AppState> state, const Runtime& runtime, QObject* parent)
+SleepTimerPresenter::SleepTimerPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, QObject* parent)
     : QObject(parent), state_(std::move(state)), runtime_(runtime) {
   std::vector<MenuEntry> entries;
   entries.reserve(std::size(minuteChoices) + 1);

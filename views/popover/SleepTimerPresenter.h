@@ -13,7 +13,7 @@
 
 namespace quillmere {
 
-class AppState;
+class MixerState;
 
 /// [main]
 class SleepTimerPresenter final : public QObject {
@@ -25,7 +25,7 @@ class SleepTimerPresenter final : public QObject {
   Q_PROPERTY(quillmere::MenuModel* menu READ menu CONSTANT FINAL)
 
  public:
-  SleepTimerPresenter(std::shared_ptr<AppState> state, const Runtime& runtime, QObject* parent = nullptr);
+  SleepTimerPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, QObject* parent = nullptr);
   ~SleepTimerPresenter() override;
 
   [[nodiscard]] bool running() const;
@@ -44,7 +44,7 @@ class SleepTimerPresenter final : public QObject {
  private:
   void scheduleTick();
 
-  std::shared_ptr<AppState> state_;
+  std::shared_ptr<MixerState> state_;
   Runtime runtime_;
   MenuModel menu_;
   bool visible_ = false;
