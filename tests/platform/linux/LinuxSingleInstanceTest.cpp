@@ -2,9 +2,8 @@
 #include "platform/linux/LinuxSingleInstance.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include "runtime/VirtualTime.h"
+#include "support/PostBox.h"
 #include "support/PrivateBus.h"
 #include "support/RecordingLogSink.h"
 
@@ -13,29 +12,7 @@ namespace {
 
 enum class Ground { bus, lockFile };
 
-/// Collects what is posted from other threads until the test's own thread runs it.
-class PostBox final : public Executor {
- public:
-  void post(Work work) override {
-    const std::lock_guard lock(mutex_);
-    works_.push_back(std::move(work));
-  }
-  TimerID postAfter(Duration, Work) override { return 0; }
-  void cancelTimer(TimerID) override {}
-  [[nodiscard]] bool isCurrent() const override { return true; }
-  void run() {
-    std::vector<Work> works;
-    {
-      const std::lock_guard lock(mutex_);
-      works.swap(works_);
-    }
-    for (const auto& work : works) work();
-  }
-
- private:
-  std::mutex mutex_;
-  std::vector<Work> works_;
-};
+using support::PostBox;
 
 class SingleInstanceOn : public ::testing::TestWithParam<Ground> {
  protected:
@@ -45,15 +22,7 @@ class SingleInstanceOn : public ::testing::TestWithParam<Ground> {
     options.runtimeFolder = folder_.path();
     return std::make_unique<LinuxSingleInstance>(main_, log_, options);
   }
-  bool becomes(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (std::chrono::steady_clock::now() < deadline) {
-      main_.run();
-      if (condition()) return true;
-      ::usleep(1000);
-    }
-    return false;
-  }
+  bool becomes(const std::function<bool()>& condition) { return main_.becomes(condition); }
 
   support::PrivateBus bus_;
   support::TemporaryFolder folder_;

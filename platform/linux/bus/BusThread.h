@@ -1,0 +1,80 @@
+// A thread of its own for one private connection to the session bus, so that nothing else ever waits for it.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Handles.h"
+#include "runtime/Clocks.h"
+
+namespace quillmere::bus {
+
+inline constexpr const char* busService = "org.freedesktop.DBus";
+inline constexpr const char* busPath = "/org/freedesktop/DBus";
+inline constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
+
+/// Unless told otherwise a member belongs to the thread, and what is handed in is called on it, never after end().
+class BusThread {
+ public:
+  using Reply = std::function<void(GVariant* reply)>;
+  using SignalHandler = std::function<void(const std::string& sender, GVariant* parameters)>;
+
+  struct Events {
+    std::function<void()> connected;
+    /// The connection that was there has gone, or none could be made. Nothing tries again by itself.
+    std::function<void(const std::string& reason)> disconnected;
+  };
+
+  /// `address` absent means the session's bus, empty means none. Nothing is connected yet. [any]
+  BusThread(std::optional<std::string> address, Events events);
+  ~BusThread();
+  BusThread(const BusThread&) = delete;
+  BusThread& operator=(const BusThread&) = delete;
+
+  /// [any]
+  void invoke(std::function<void()> work);
+  /// Runs `last` as the last thing, closes the connection and waits for the thread. To be called by whoever owns what
+  /// the handlers touch, before it goes. [any but the thread]
+  void end(std::function<void()> last = {});
+
+  void connect();
+  /// Null while there is none.
+  [[nodiscard]] GDBusConnection* connection() const { return connection_.get(); }
+
+  /// Runs the work once, later.
+  void after(Duration delay, std::function<void()> work);
+  /// The reply is null if the call failed; it does not come at all once its connection has gone. No service is started
+  /// for its sake.
+  void call(const std::string& service, const char* path, const char* interface, const char* method,
+            GVariant* arguments, Duration timeout, Reply reply);
+  /// Signals from any sender, until the connection goes; `argument` is the first one where it is given.
+  void subscribe(const char* interface, const char* signal, const char* path, const char* argument,
+                 SignalHandler handler);
+  /// Tells the owner of a name, now and whenever it changes; empty for none.
+  void watchName(const std::string& name, const std::function<void(const std::string& owner)>& changed);
+
+ private:
+  void run();
+  void disconnect();
+  void adopt(Object<GDBusConnection> connection);
+  static void attach(GSource* source, std::function<void()> work, GMainContext* context);
+
+  const std::optional<std::string> address_;
+  const Events events_;
+  GMainContext* context_;
+  GMainLoop* loop_;
+  Object<GCancellable> cancellable_;
+  Object<GDBusConnection> connection_;
+  gulong closedHandler_ = 0;
+  std::vector<guint> subscriptions_;
+  bool isConnecting_ = false;
+  bool isEnding_ = false;
+  int pending_ = 0;
+  /// Last, so that it starts when all is there.
+  std::thread thread_;
+};
+
+}  // namespace quillmere::bus
