@@ -29,6 +29,12 @@ class MixerState {
   MixerState(const MixerState&) = delete;
   MixerState& operator=(const MixerState&) = delete;
 
+  /// Calls `visit(name, field)` for each of the fields below, with the field's name.
+  template <typename Visitor>
+  void visitFields(Visitor&& visit) const {
+    visitEach(*this, visit);
+  }
+
   // Fields, to be read and observed. ------------------------------------------------------------------------------
 
   /// The applications in the mixer, in display order.
@@ -125,6 +131,11 @@ class MixerState {
  protected:
   MixerState() = default;
 
+  template <typename Visitor>
+  void visitOwnFields(Visitor&& visit) {
+    visitEach(*this, visit);
+  }
+
   Observable<std::vector<AudioApp>> apps_;
   Observable<std::vector<Profile>> profiles_;
   Observable<std::optional<Uuid>> activeProfileID_;
@@ -148,6 +159,34 @@ class MixerState {
   Observable<std::optional<std::string>> pomodoroFocusBundleID_;
   Observable<std::set<std::string>> focusCandidateBundleIDs_;
   Observable<bool> pauseOnHeadphoneDisconnect_{true};
+
+ private:
+  template <typename Self, typename Visitor>
+  static void visitEach(Self& self, Visitor& visit) {
+    visit("apps", self.apps_);
+    visit("profiles", self.profiles_);
+    visit("activeProfileID", self.activeProfileID_);
+    visit("masterGain", self.masterGain_);
+    visit("outputDeviceUID", self.outputDeviceUID_);
+    visit("liveBundleIDs", self.liveBundleIDs_);
+    visit("micBundleIDs", self.micBundleIDs_);
+    visit("isDucking", self.isDucking_);
+    visit("duckedBundleIDs", self.duckedBundleIDs_);
+    visit("hasCompletedOnboarding", self.hasCompletedOnboarding_);
+    visit("duckRule", self.duckRule_);
+    visit("outputDevices", self.outputDevices_);
+    visit("browserTabs", self.browserTabs_);
+    visit("isWhisperMode", self.isWhisperMode_);
+    visit("whisperLevel", self.whisperLevel_);
+    visit("nowPlaying", self.nowPlaying_);
+    visit("sleepTimerEndsAt", self.sleepTimerEndsAt_);
+    visit("pomodoroPhase", self.pomodoroPhase_);
+    visit("pomodoroFocusMinutes", self.pomodoroFocusMinutes_);
+    visit("pomodoroBreakMinutes", self.pomodoroBreakMinutes_);
+    visit("pomodoroFocusBundleID", self.pomodoroFocusBundleID_);
+    visit("focusCandidateBundleIDs", self.focusCandidateBundleIDs_);
+    visit("pauseOnHeadphoneDisconnect", self.pauseOnHeadphoneDisconnect_);
+  }
 };
 
 }  // namespace quillmere

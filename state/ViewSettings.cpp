@@ -3,11 +3,6 @@
 
 namespace quillmere {
 
-namespace {
-constexpr const char* scrollKey = "scrollOverRowAdjustsVolume";
-constexpr const char* bannerKey = "showDuckBanner";
-}  // namespace
-
 ViewSettings::ViewSettings(UserDefaults& defaults)
     : defaults_(defaults),
       scrollOverRowAdjustsVolume_(defaults.boolean(scrollKey).value_or(true)),

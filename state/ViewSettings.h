@@ -2,6 +2,8 @@
 // They pass through no other store.
 #pragma once
 
+#include <array>
+
 #include "platform/UserDefaults.h"
 #include "runtime/Observable.h"
 
@@ -10,6 +12,10 @@ namespace quillmere {
 /// [main] throughout.
 class ViewSettings {
  public:
+  static constexpr const char* scrollKey = "scrollOverRowAdjustsVolume";
+  static constexpr const char* bannerKey = "showDuckBanner";
+  static constexpr std::array keys{scrollKey, bannerKey};
+
   /// Reads both keys once; an absent key or one of another type counts as true. `defaults` outlives this object.
   explicit ViewSettings(UserDefaults& defaults);
 

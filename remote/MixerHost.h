@@ -1,0 +1,40 @@
+// The mixer's end of a state in another process: tells every change of a field, and performs the calls.
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <vector>
+
+#include "remote/SendMessage.h"
+#include "runtime/Observable.h"
+#include "runtime/Runtime.h"
+
+namespace quillmere {
+
+class MixerState;
+class UserDefaults;
+class Workspace;
+
+/// [main] throughout. Everything but `send` outlives it, and the background work that it has posted.
+class MixerHost {
+ public:
+  /// Sends all fields and the views' settings at once, and from then on what changes.
+  MixerHost(MixerState& state, UserDefaults& defaults, Workspace& workspace, const Runtime& runtime, SendMessage send);
+  ~MixerHost();
+
+  /// True if the message was for it; what can't be read is logged and ignored.
+  bool take(const nlohmann::json& message);
+
+ private:
+  void call(const nlohmann::json& message);
+  void findIcon(const nlohmann::json& message);
+  void store(const nlohmann::json& message);
+
+  MixerState& state_;
+  UserDefaults& defaults_;
+  Workspace& workspace_;
+  Runtime runtime_;
+  SendMessage send_;
+  std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace quillmere

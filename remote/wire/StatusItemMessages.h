@@ -1,0 +1,49 @@
+// The kinds of messages between a program and its icon in a panel that another process reaches.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "platform/StatusItem.h"
+#include "wire/Forms.h"
+
+namespace quillmere {
+
+inline void to_json(nlohmann::json& form, const StatusMenuItem& item) {
+  form = {{"kind", static_cast<int>(item.kind)},
+          {"id", item.id},
+          {"title", item.title},
+          {"isEnabled", item.isEnabled},
+          {"isChecked", item.isChecked},
+          {"key", item.key},
+          {"icon", static_cast<int>(item.icon)},
+          {"children", item.children}};
+}
+
+inline void from_json(const nlohmann::json& form, StatusMenuItem& item) {
+  item.kind = enumerated(form.at("kind"), StatusMenuItem::Kind::submenu);
+  item.icon = enumerated(form.at("icon"), StatusMenuIcon::whisper);
+  form.at("id").get_to(item.id);
+  form.at("title").get_to(item.title);
+  form.at("isEnabled").get_to(item.isEnabled);
+  item.isChecked = form.at("isChecked").get<std::optional<bool>>();
+  form.at("key").get_to(item.key);
+  form.at("children").get_to(item.children);
+}
+
+}  // namespace quillmere
+
+namespace quillmere::wire {
+
+// To the icon.
+constexpr const char* statusItemShow = "statusItemShow";
+constexpr const char* statusItemMenu = "statusItemMenu";        ///< items.
+constexpr const char* statusItemToolTip = "statusItemToolTip";  ///< text.
+
+// From the icon.
+constexpr const char* statusItemAvailable = "statusItemAvailable";  ///< isAvailable.
+constexpr const char* statusItemActivated = "statusItemActivated";
+constexpr const char* statusItemChosen = "statusItemChosen";  ///< id.
+constexpr const char* statusItemAboutToShow = "statusItemAboutToShow";
+constexpr const char* statusItemScroll = "statusItemScroll";  ///< angleDelta.
+
+}  // namespace quillmere::wire

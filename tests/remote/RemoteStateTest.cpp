@@ -1,0 +1,330 @@
+// The mixer followed and driven from another process, without the process: messages go from hand to hand, as bytes.
+#include "remote/RemoteState.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "StateFixture.h"
+#include "remote/MixerHost.h"
+#include "remote/RemoteDefaults.h"
+#include "remote/RemoteWorkspace.h"
+#include "state/ViewSettings.h"
+
+namespace quillmere {
+namespace {
+
+using nlohmann::json;
+
+class Remote : public StateFixture {
+ protected:
+  /// The other process comes.
+  void connect() {
+    host = std::make_unique<MixerHost>(state(), disk, box->workspace, box->runtime,
+                                       [this](const json& message) { toRemote.push_back(encodeMessage(message)); });
+    remote = std::make_unique<RemoteState>(box->log, toHost());
+    deliver();
+  }
+  SendMessage toHost() {
+    return [this](const json& message) { toMixer.push_back(encodeMessage(message)); };
+  }
+  void takeOne() {
+    const auto message = decodeMessage(toRemote.front()).value();
+    toRemote.pop_front();
+    defaults.take(message);
+    if (workspace.take(message)) return;
+    EXPECT_TRUE(remote->take(message)) << message;
+  }
+  void performOne() {
+    EXPECT_TRUE(host->take(decodeMessage(toMixer.front()).value()));
+    toMixer.pop_front();
+  }
+  /// Until nothing is on its way.
+  void deliver() {
+    while (!toRemote.empty() || !toMixer.empty()) {
+      if (!toMixer.empty()) performOne();
+      if (!toRemote.empty()) takeOne();
+    }
+  }
+  static const AudioApp& app(const MixerState& in, const std::string& bundleID) {
+    return *std::find_if(in.apps()->begin(), in.apps()->end(),
+                         [&](const AudioApp& each) { return each.bundleID == bundleID; });
+  }
+
+  std::deque<std::string> toRemote;
+  std::deque<std::string> toMixer;
+  std::unique_ptr<MixerHost> host;
+  std::unique_ptr<RemoteState> remote;
+  RemoteDefaults defaults{toHost()};
+  RemoteWorkspace workspace{toHost()};
+};
+
+/// All fields must arrive: two that differ are named.
+void expectSame(const MixerState& here, const MixerState& there) {
+  EXPECT_EQ(*here.apps(), *there.apps());
+  EXPECT_EQ(*here.profiles(), *there.profiles());
+  EXPECT_EQ(*here.activeProfileID(), *there.activeProfileID());
+  EXPECT_EQ(*here.masterGain(), *there.masterGain());
+  EXPECT_EQ(*here.outputDeviceUID(), *there.outputDeviceUID());
+  EXPECT_EQ(*here.liveBundleIDs(), *there.liveBundleIDs());
+  EXPECT_EQ(*here.micBundleIDs(), *there.micBundleIDs());
+  EXPECT_EQ(*here.isDucking(), *there.isDucking());
+  EXPECT_EQ(*here.duckedBundleIDs(), *there.duckedBundleIDs());
+  EXPECT_EQ(*here.hasCompletedOnboarding(), *there.hasCompletedOnboarding());
+  EXPECT_EQ(*here.duckRule(), *there.duckRule());
+  EXPECT_EQ(*here.outputDevices(), *there.outputDevices());
+  EXPECT_EQ(*here.browserTabs(), *there.browserTabs());
+  EXPECT_EQ(*here.isWhisperMode(), *there.isWhisperMode());
+  EXPECT_EQ(*here.whisperLevel(), *there.whisperLevel());
+  EXPECT_EQ(*here.nowPlaying(), *there.nowPlaying());
+  EXPECT_EQ(*here.sleepTimerEndsAt(), *there.sleepTimerEndsAt());
+  EXPECT_EQ(*here.pomodoroPhase(), *there.pomodoroPhase());
+  EXPECT_EQ(*here.pomodoroFocusMinutes(), *there.pomodoroFocusMinutes());
+  EXPECT_EQ(*here.pomodoroBreakMinutes(), *there.pomodoroBreakMinutes());
+  EXPECT_EQ(*here.pomodoroFocusBundleID(), *there.pomodoroFocusBundleID());
+  EXPECT_EQ(*here.focusCandidateBundleIDs(), *there.focusCandidateBundleIDs());
+  EXPECT_EQ(*here.pauseOnHeadphoneDisconnect(), *there.pauseOnHeadphoneDisconnect());
+}
+
+TEST_F(Remote, KnowsEveryFieldFromTheStart) {
+  startWithThree();
+  state().setGain(0.3F, spotify);
+  state().toggleMute(zoom);
+  state().setRouting("speakers", editor);
+  state().addProfile("Evening");
+  state().startSleepTimer(30);
+  state().startPomodoroFocus();
+  microphone(zoom, true);
+  connect();
+  EXPECT_TRUE(remote->isReady());
+  EXPECT_FALSE(remote->apps()->empty());
+  EXPECT_FALSE(remote->outputDevices()->empty());
+  EXPECT_NE(remote->pomodoroPhase()->kind, PomodoroPhase::Kind::idle);
+  expectSame(state(), *remote);
+}
+
+TEST_F(Remote, IsNotReadyBeforeTheFields) { EXPECT_FALSE(RemoteState(box->log, toHost()).isReady()); }
+
+TEST_F(Remote, FollowsEveryChange) {
+  startWithThree();
+  connect();
+  int told = 0;
+  const auto subscription = remote->apps().observe([&](const auto&) { ++told; });
+  state().setGain(0.3F, spotify);
+  state().setMasterGain(0.25F);
+  state().toggleWhisperMode();
+  microphone(zoom, true);
+  deliver();
+  EXPECT_GT(told, 0);
+  expectSame(state(), *remote);
+}
+
+TEST_F(Remote, NothingIsSentWhileNothingChanges) {
+  startWithThree();
+  connect();
+  box->advanceSeconds(30.0);
+  EXPECT_TRUE(toRemote.empty());
+}
+
+TEST_F(Remote, EveryOperationReachesTheMixer) {
+  startWithThree();
+  const auto profilesBefore = state().profiles()->size();
+  connect();
+  remote->setGain(0.5F, spotify);
+  remote->toggleMute(zoom);
+  remote->setRouting("headphones", editor);
+  remote->setRouting(std::nullopt, editor);
+  remote->setRouting("speakers", zoom);
+  remote->setMasterGain(0.4F);
+  remote->completeOnboarding();
+  remote->setOutputDeviceUID("speakers");
+  auto rule = *remote->duckRule();
+  rule.targetGain = 0.125F;
+  rule.triggerBundleIDs = {editor};
+  remote->setDuckRule(rule);
+  remote->setFocusCandidateBundleIDs({spotify, zoom});
+  remote->setPauseOnHeadphoneDisconnect(false);
+  remote->setPomodoroFocusMinutes(45);
+  remote->setPomodoroBreakMinutes(7);
+  remote->setPomodoroFocusBundleID(spotify);
+  remote->addProfile("Evening");
+  remote->startSleepTimer(30);
+  remote->toggleWhisperMode();
+  remote->startPomodoroFocus();
+  deliver();
+  expectSame(state(), *remote);
+  EXPECT_TRUE(app(state(), zoom).muted);
+  EXPECT_EQ(app(state(), zoom).routedDeviceUID, "speakers");
+  EXPECT_FALSE(app(state(), editor).routedDeviceUID);
+  EXPECT_TRUE(*state().hasCompletedOnboarding());
+  EXPECT_EQ(*state().outputDeviceUID(), "speakers");
+  EXPECT_EQ(*state().duckRule(), rule);
+  EXPECT_EQ(*state().focusCandidateBundleIDs(), (std::set<std::string>{spotify, zoom}));
+  EXPECT_FALSE(*state().pauseOnHeadphoneDisconnect());
+  EXPECT_EQ(*state().pomodoroFocusMinutes(), 45);
+  EXPECT_EQ(*state().pomodoroBreakMinutes(), 7);
+  EXPECT_EQ(*state().pomodoroFocusBundleID(), spotify);
+  EXPECT_TRUE(*state().isWhisperMode());
+  EXPECT_TRUE(state().sleepTimerEndsAt()->has_value());
+  EXPECT_EQ(state().pomodoroPhase()->kind, PomodoroPhase::Kind::focus);
+  ASSERT_EQ(state().profiles()->size(), profilesBefore + 1);
+
+  auto profile = state().profiles()->back();
+  remote->applyProfile(profile.id);
+  remote->duplicateProfile(profile.id);
+  profile.name = "Late evening";
+  remote->updateProfile(profile);
+  remote->cancelSleepTimer();
+  remote->skipPomodoroToBreak();
+  deliver();
+  EXPECT_EQ(*state().activeProfileID(), profile.id);
+  EXPECT_EQ(state().profiles()->size(), profilesBefore + 2);
+  EXPECT_EQ(std::count_if(state().profiles()->begin(), state().profiles()->end(),
+                          [](const Profile& each) { return each.name == "Late evening"; }),
+            1);
+  EXPECT_FALSE(state().sleepTimerEndsAt()->has_value());
+  box->advanceSeconds(1.0);
+  EXPECT_EQ(state().pomodoroPhase()->kind, PomodoroPhase::Kind::rest);
+  remote->skipPomodoroToIdle();
+  remote->deleteProfile(profile.id);
+  deliver();
+  box->advanceSeconds(1.0);
+  deliver();
+  EXPECT_EQ(state().pomodoroPhase()->kind, PomodoroPhase::Kind::idle);
+  EXPECT_EQ(state().profiles()->size(), profilesBefore + 1);
+  remote->startPomodoroFocus();
+  remote->cancelPomodoro(true);
+  deliver();
+  EXPECT_EQ(state().pomodoroPhase()->kind, PomodoroPhase::Kind::idle);
+  expectSame(state(), *remote);
+}
+
+TEST_F(Remote, ALevelMovesAtOnce) {
+  startWithThree();
+  connect();
+  remote->setGain(0.5F, spotify);
+  remote->setMasterGain(0.25F);
+  EXPECT_EQ(app(*remote, spotify).gain, 0.5F);
+  EXPECT_EQ(*remote->masterGain(), 0.25F);
+}
+
+TEST_F(Remote, AnEarlierLevelThatComesLateDoesNotPullTheSliderBack) {
+  startWithThree();
+  connect();
+  std::vector<float> seen;
+  const auto subscription = remote->apps().observe([&](const auto&) { seen.push_back(app(*remote, spotify).gain); });
+  remote->setGain(0.5F, spotify);
+  performOne();
+  remote->setGain(0.6F, spotify);
+  while (!toRemote.empty()) takeOne();
+  deliver();
+  EXPECT_EQ(seen, (std::vector<float>{0.5F, 0.6F}));
+  EXPECT_EQ(app(state(), spotify).gain, 0.6F);
+}
+
+TEST_F(Remote, WhatIsHeldBackWhileALevelIsOnItsWayArrivesWithIt) {
+  startWithThree();
+  connect();
+  remote->setGain(0.5F, spotify);
+  // The same moment, elsewhere: someone else moves another level.
+  state().setGain(0.9F, zoom);
+  while (!toRemote.empty()) takeOne();
+  EXPECT_EQ(app(*remote, spotify).gain, 0.5F);
+  deliver();
+  EXPECT_EQ(app(*remote, spotify).gain, 0.5F);
+  EXPECT_EQ(app(*remote, zoom).gain, 0.9F);
+  expectSame(state(), *remote);
+}
+
+TEST_F(Remote, ALevelThatChangesNothingStillLetsLaterNewsThrough) {
+  startWithThree();
+  connect();
+  const auto gain = app(state(), spotify).gain;
+  remote->setGain(gain, spotify);
+  state().setGain(0.2F, zoom);
+  deliver();
+  EXPECT_EQ(app(*remote, zoom).gain, 0.2F);
+}
+
+TEST_F(Remote, AnUnknownApplicationsLevelIsNobodys) {
+  startWithThree();
+  connect();
+  const auto before = *remote->apps();
+  remote->setGain(0.5F, "org.example.gone");
+  deliver();
+  EXPECT_EQ(*remote->apps(), before);
+}
+
+TEST_F(Remote, NumbersAndTextsArriveAsTheyWere) {
+  const std::string odd = "broken \xFF\xFE utf";
+  box->launch(odd, odd);
+  startWithThree();
+  state().setGain(0.1F, spotify);
+  connect();
+  EXPECT_EQ(app(*remote, odd).name, odd);
+  EXPECT_EQ(app(*remote, spotify).gain, 0.1F);
+  remote->setGain(std::numeric_limits<float>::infinity(), odd);
+  deliver();
+  EXPECT_EQ(app(state(), odd).gain, std::numeric_limits<float>::infinity());
+}
+
+TEST_F(Remote, ViewsSettingsComeAndGo) {
+  startWithThree();
+  disk.set(ViewSettings::bannerKey, false);
+  connect();
+  ViewSettings settings(defaults);
+  EXPECT_FALSE(*settings.showDuckBanner());
+  EXPECT_TRUE(*settings.scrollOverRowAdjustsVolume());
+  settings.setScrollOverRowAdjustsVolume(false);
+  deliver();
+  EXPECT_EQ(disk.boolean(ViewSettings::scrollKey), false);
+}
+
+TEST_F(Remote, BadMessagesAreLoggedAndChangeNothing) {
+  startWithThree();
+  connect();
+  const auto before = *state().apps();
+  for (const auto& bad : {
+           json{{"type", "call"}},
+           json{{"type", "call"}, {"name", 7}, {"arguments", json::array()}},
+           json{{"type", "call"}, {"name", "explode"}, {"arguments", json::array()}},
+           json{{"type", "call"}, {"name", "setGain"}, {"arguments", json::array({0.5})}},
+           json{{"type", "call"}, {"name", "setGain"}, {"arguments", json::array({"loud", spotify})}},
+           json{{"type", "call"}, {"name", "deleteProfile"}, {"arguments", json::array({"not an identity"})}},
+           json{{"type", "setting"}, {"key", "quillmere.appsState"}, {"value", true}},
+           json{{"type", "setting"}, {"key", ViewSettings::bannerKey}, {"value", 1}},
+           json{{"type", "findIcon"}, {"number", 1}},
+       }) {
+    box->log.clear();
+    EXPECT_TRUE(host->take(bad)) << bad;
+    EXPECT_EQ(box->log.lines().size(), 1U) << bad;
+  }
+  for (const auto& notOurs : {json(), json(7), json::array(), json{{"type", 7}}, json{{"type", "other"}}}) {
+    EXPECT_FALSE(host->take(notOurs)) << notOurs;
+    EXPECT_FALSE(remote->take(notOurs)) << notOurs;
+  }
+  for (const auto& bad : {
+           json{{"type", "fields"}},
+           json{{"type", "fields"}, {"values", {{"apps", "none"}}}},
+           json{{"type", "field"}, {"name", "pomodoroPhase"}, {"value", json::array({9, 0.0})}},
+           json{{"type", "field"}, {"name", "masterGain"}},
+       }) {
+    box->log.clear();
+    EXPECT_TRUE(remote->take(bad)) << bad;
+    EXPECT_EQ(box->log.lines().size(), 1U) << bad;
+  }
+  EXPECT_EQ(*state().apps(), before);
+  EXPECT_EQ(*remote->apps(), before);
+}
+
+TEST_F(Remote, BytesThatAreNoMessageAreNone) {
+  EXPECT_FALSE(decodeMessage(""));
+  EXPECT_FALSE(decodeMessage("\xFF\xFF\xFF"));
+  EXPECT_FALSE(decodeMessage(encodeMessage(json{{"type", "call"}}).substr(0, 5)));
+}
+
+}  // namespace
+}  // namespace quillmere
