@@ -1,0 +1,32 @@
+// A channel over a connected stream socket: each message after its length.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include "platform/Channel.h"
+
+namespace quillmere {
+
+class SocketChannel final : public Channel {
+ public:
+  /// Bytes. A longer message is taken for garbage, and ends the channel.
+  static constexpr std::size_t largestMessage = std::size_t{16} << 20U;
+  /// Bytes that are kept for an end that does not read; one that lets more gather is given up.
+  static constexpr std::size_t mostWaiting = std::size_t{32} << 20U;
+
+  /// Takes the descriptor over.
+  SocketChannel(int descriptor, ChannelEvents events);
+  ~SocketChannel() override;
+  SocketChannel(const SocketChannel&) = delete;
+  SocketChannel& operator=(const SocketChannel&) = delete;
+
+  void send(const std::string& message) override;
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace quillmere
