@@ -1,23 +1,28 @@
-// The program from its start to its end: puts machine, engine, state and windows together on Qt's event loop.
+// The program from its start to its end: puts machine, engine, state, status item and windows together on a main loop.
 #pragma once
 
 #include <functional>
 #include <memory>
 
 #include "runtime/Runtime.h"
-#include "shell/Views.h"
 
 namespace quillmere {
 
-struct Machine;
+class SessionWatch;
 class SingleInstance;
+class StatusItem;
+class WindowsLauncher;
+struct Machine;
 
 /// What a host gives the program.
 struct Host {
   std::function<std::unique_ptr<LogSink>()> makeLogSink;
   std::function<Machine(const Runtime& runtime)> makeMachine;
   std::function<std::unique_ptr<SingleInstance>(const Runtime& runtime)> makeSingleInstance;
-  MakeViews makeViews;
+  std::function<std::unique_ptr<StatusItem>(const Runtime& runtime)> makeStatusItem;
+  /// Null, and a line on standard error, for a program that is not whole: it doesn't start.
+  std::function<std::unique_ptr<WindowsLauncher>(const Runtime& runtime)> makeWindowsLauncher;
+  std::function<std::unique_ptr<SessionWatch>(const Runtime& runtime)> makeSessionWatch;
 };
 
 /// Runs the program; returns its exit code. Called once, on the main thread.

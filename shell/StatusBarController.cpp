@@ -40,13 +40,13 @@ std::vector<StatusMenuEntry> StatusBarController::rebuildMenu() const {
   return statusMenu(input);
 }
 
-void StatusBarController::perform(const StatusMenuEntry& entry) {
+void StatusBarController::perform(const StatusMenuEntry& entry, const std::string& activationToken) {
   switch (entry.action) {
     case StatusAction::none:
     case StatusAction::separator:
       break;
     case StatusAction::openMainWindow:
-      intents_.openMainWindow(std::nullopt);
+      intents_.openMainWindow(std::nullopt, activationToken);
       break;
     case StatusAction::toggleWhisper:
       state_.toggleWhisperMode();
@@ -61,7 +61,7 @@ void StatusBarController::perform(const StatusMenuEntry& entry) {
       if (const auto id = Uuid::parse(entry.representedObject)) state_.applyProfile(*id);
       break;
     case StatusAction::openSettings:
-      intents_.openMainWindow(settingsSection);
+      intents_.openMainWindow(settingsSection, activationToken);
       break;
     case StatusAction::openAbout:
       windows_.activate();

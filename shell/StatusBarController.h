@@ -1,4 +1,4 @@
-// What the status item's clicks and entries do. The item itself is drawn by StatusItem.
+// What the status item's clicks and entries do.
 #pragma once
 
 #include <functional>
@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/StatusItem.h"
 #include "runtime/Observable.h"
 #include "runtime/Runtime.h"
 #include "shell/StatusMenu.h"
@@ -20,8 +21,8 @@ class Workspace;
 /// Steps outside the state that entries lead to.
 struct StatusBarIntents {
   /// Opens the main window and brings the program to the front; the section, if any, is one of the window's own.
-  std::function<void(std::optional<std::string> section)> openMainWindow;
-  std::function<void()> togglePopover;
+  std::function<void(std::optional<std::string> section, const std::string& activationToken)> openMainWindow;
+  std::function<void(const StatusItemActivation& activation)> togglePopover;
 };
 
 /// [main] throughout. All that is passed in outlives this.
@@ -33,8 +34,8 @@ class StatusBarController {
   /// The menu as it should read now.
   [[nodiscard]] std::vector<StatusMenuEntry> rebuildMenu() const;
   /// Does what an entry says. A represented object that is no UUID is ignored.
-  void perform(const StatusMenuEntry& entry);
-  void handleClick() { intents_.togglePopover(); }
+  void perform(const StatusMenuEntry& entry, const std::string& activationToken = {});
+  void handleClick(const StatusItemActivation& activation = {}) { intents_.togglePopover(activation); }
   /// The wheel over the icon moves the master by 2 % a step of the wheel, whatever its resolution.
   void handleScroll(int angleDelta);
   /// Calls back whenever rebuildMenu() would give something else, the countdown aside.

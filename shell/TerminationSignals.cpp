@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <utility>
 
@@ -14,38 +15,45 @@ namespace {
 
 constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
 
+constexpr char requesting = 'r';
+constexpr char ending = 'e';
+
 /// A signal handler may do no more than write a byte.
 volatile std::sig_atomic_t writeEnd = -1;
 
 void handle(int /*signal*/) {
-  const char byte = 1;
-  static_cast<void>(!write(writeEnd, &byte, 1));
+  const int before = errno;
+  static_cast<void>(!::write(writeEnd, &requesting, 1));
+  errno = before;
 }
 
 }  // namespace
 
-TerminationSignals::TerminationSignals(std::function<void()> requested) {
+TerminationSignals::TerminationSignals(Executor& main, std::function<void()> requested) {
   std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
+  if (::pipe(ends.data()) != 0) return;
+  for (const int end : ends) ::fcntl(end, F_SETFD, FD_CLOEXEC);
   readEnd_ = ends[0];
   writeEnd = ends[1];
-  notifier_ = std::make_unique<QSocketNotifier>(readEnd_, QSocketNotifier::Read);
-  QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
-                   [this, requested = std::move(requested)] {
-                     char byte = 0;
-                     while (read(readEnd_, &byte, 1) > 0) {
-                     }
-                     requested();
-                   });
+  thread_ = std::thread([&main, requested = std::move(requested), from = readEnd_] {
+    char byte = 0;
+    for (;;) {
+      const auto count = ::read(from, &byte, 1);
+      if (count < 0 && errno == EINTR) continue;
+      if (count != 1 || byte == ending) return;
+      main.post(requested);
+    }
+  });
   for (const int signal : handledSignals) std::signal(signal, handle);
 }
 
 TerminationSignals::~TerminationSignals() {
   for (const int signal : handledSignals) std::signal(signal, SIG_DFL);
   if (readEnd_ < 0) return;
-  notifier_.reset();
-  close(readEnd_);
-  close(writeEnd);
+  static_cast<void>(!::write(writeEnd, &ending, 1));
+  thread_.join();
+  ::close(readEnd_);
+  ::close(writeEnd);
   writeEnd = -1;
 }
 

@@ -1,23 +1,25 @@
-// Ends the program in order when the session asks it to: SIGTERM, SIGINT and SIGHUP become a call on the main thread.
+// Ends the program in order when the session asks it to: SIGTERM, SIGINT, SIGHUP.
 #pragma once
 
-#include <QSocketNotifier>
 #include <functional>
-#include <memory>
+#include <thread>
+
+#include "runtime/Executor.h"
 
 namespace quillmere {
 
-/// One at a time. [main]
+/// One at a time in a process. [main]
 class TerminationSignals {
  public:
-  explicit TerminationSignals(std::function<void()> requested);
+  /// `requested` is called on `main` with each of the signals.
+  TerminationSignals(Executor& main, std::function<void()> requested);
   ~TerminationSignals();
   TerminationSignals(const TerminationSignals&) = delete;
   TerminationSignals& operator=(const TerminationSignals&) = delete;
 
  private:
   int readEnd_ = -1;
-  std::unique_ptr<QSocketNotifier> notifier_;
+  std::thread thread_;
 };
 
 }  // namespace quillmere

@@ -1,5 +1,5 @@
 // The program's own images at the sizes the desktop asks for.
-#include "shell/BrandIconImage.h"
+#include "windows/BrandIconImage.h"
 
 #include <QPainter>
 #include <QSvgRenderer>

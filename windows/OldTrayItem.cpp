@@ -1,126 +1,149 @@
-// The icon in the panel.
-#include "shell/StatusItem.h"
+// The icon and its menu, which the toolkit draws.
+#include "windows/OldTrayItem.h"
 
-#include <QActionGroup>
-#include <QCursor>
-#include <QGuiApplication>
+#include <QCoreApplication>
+#include <QKeySequence>
 #include <QPalette>
-#include <QScreen>
 #include <QWheelEvent>
+#include <algorithm>
 #include <utility>
 
-#include "shell/BrandIconImage.h"
-#include "shell/PanelTheme.h"
+#include "windows/BrandIconImage.h"
+#include "windows/PanelTheme.h"
 
 namespace quillmere {
 
 namespace {
 
-QString translated(const std::string& title) { return QCoreApplication::translate("StatusMenu", title.c_str()); }
+/// An ampersand in a name is no mnemonic.
+QString titleOf(const StatusMenuItem& item) {
+  return QString::fromStdString(item.title).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
 
 QKeySequence keySequence(const std::string& key) {
   return key.empty() ? QKeySequence() : QKeySequence(QStringLiteral("Ctrl+") + QString::fromStdString(key));
 }
 
-bool sameShape(const std::vector<StatusMenuEntry>& left, const std::vector<StatusMenuEntry>& right) {
-  if (left.size() != right.size()) return false;
-  for (std::size_t index = 0; index < left.size(); ++index) {
-    if (left[index].action != right[index].action || left[index].hasSubmenu != right[index].hasSubmenu ||
-        !sameShape(left[index].submenu, right[index].submenu)) {
-      return false;
-    }
-  }
-  return true;
+bool haveStayed(const std::vector<StatusMenuItem>& items, const std::vector<StatusMenuItem>& others) {
+  return std::equal(items.begin(), items.end(), others.begin(), others.end(),
+                    [](const StatusMenuItem& item, const StatusMenuItem& other) {
+                      return item.id == other.id && item.kind == other.kind &&
+                             item.isChecked.has_value() == other.isChecked.has_value() &&
+                             haveStayed(item.children, other.children);
+                    });
 }
 
 }  // namespace
 
-StatusItem::StatusItem(StatusItemIntents intents) : intents_(std::move(intents)) {
-  icon_.setToolTip(QStringLiteral("quillmere"));
-  applyTheme();
-  connect(&PanelTheme::shared(), &PanelTheme::changed, this, &StatusItem::applyTheme);
-  rebuildMenu();
-  icon_.setContextMenu(&menu_);
-  // Replacing the entries while the host opens the menu shows some hosts a broken one: only texts change here.
-  connect(&menu_, &QMenu::aboutToShow, this, &StatusItem::refreshTitles);
-  connect(&icon_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-    if (reason != QSystemTrayIcon::Context) intents_.primaryAction();
+OldTrayItem::OldTrayItem() {
+  connect(&watch_, &OldTrayWatch::available, this, &OldTrayItem::appear);
+  connect(&PanelTheme::shared(), &PanelTheme::changed, this, &OldTrayItem::applyTheme);
+  connect(&menu_, &QMenu::aboutToShow, this, [this] {
+    if (aboutToShow_) aboutToShow_();
   });
+  connect(&icon_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+    if (reason != QSystemTrayIcon::Context && activated_) activated_({});
+  });
+  icon_.setContextMenu(&menu_);
   icon_.installEventFilter(this);
 }
 
-StatusItem::~StatusItem() = default;
+OldTrayItem::~OldTrayItem() = default;
 
-void StatusItem::show() { icon_.show(); }
-
-void StatusItem::applyTheme() {
-  const auto color = PanelTheme::shared().foreground();
-  icon_.setIcon(BrandIconImage::statusBarIcon(color));
-  rebuildMenu();
-}
-
-void StatusItem::rebuildMenu() {
-  auto entries = intents_.menu();
-  if (entries == shown_) return;
-  if (sameShape(entries, shown_) && menu_.isVisible()) return;
-  shown_ = std::move(entries);
-  menu_.clear();
-  fill(menu_, shown_);
-}
-
-void StatusItem::fill(QMenu& menu, const std::vector<StatusMenuEntry>& entries) {
-  for (const auto& entry : entries) {
-    if (entry.action == StatusAction::separator) {
-      menu.addSeparator();
-      continue;
-    }
-    // A profile's name is the user's text, and an ampersand in it is no mnemonic.
-    const bool isUsersText = entry.action == StatusAction::applyProfile;
-    const auto title = isUsersText ? QString::fromStdString(entry.title).replace(QLatin1Char('&'), QLatin1String("&&"))
-                                   : translated(entry.title);
-    if (entry.hasSubmenu) {
-      auto* submenu = menu.addMenu(title);
-      submenu->setEnabled(!entry.submenu.empty());
-      fill(*submenu, entry.submenu);
-      continue;
-    }
-    auto* action = menu.addAction(title);
-    action->setShortcut(keySequence(entry.key));
-    if (isUsersText) {
-      action->setCheckable(true);
-      action->setChecked(entry.isOn);
-    }
-    if (entry.action == StatusAction::toggleWhisper) {
-      action->setIcon(BrandIconImage::whisperMenuIcon(menu_.palette().color(QPalette::WindowText)));
-    }
-    connect(action, &QAction::triggered, this, [this, entry] { intents_.perform(entry); });
-  }
-}
-
-void StatusItem::refreshTitles() {
-  const auto entries = intents_.menu();
-  if (!sameShape(entries, shown_)) return;
-  const auto actions = menu_.actions();
-  for (std::size_t index = 0; index < entries.size(); ++index) {
-    auto* action = actions.at(static_cast<qsizetype>(index));
-    if (entries[index].title != shown_[index].title) action->setText(translated(entries[index].title));
-  }
-  shown_ = entries;
-}
-
-std::optional<QRect> StatusItem::anchor() const {
+std::optional<QRect> OldTrayItem::geometry() const {
   const auto geometry = icon_.geometry();
-  if (geometry.isValid() && !geometry.isEmpty()) return geometry;
-  const auto pointer = QCursor::pos();
-  const auto* screen = QGuiApplication::screenAt(pointer);
-  // A pointer on a panel has just clicked the icon; one anywhere else says nothing about where the icon is.
-  if (screen != nullptr && !screen->availableGeometry().contains(pointer)) return QRect(pointer, QSize(1, 1));
-  return std::nullopt;
+  return icon_.isVisible() && !geometry.isEmpty() ? std::optional(geometry) : std::nullopt;
 }
 
-bool StatusItem::eventFilter(QObject* watched, QEvent* event) {
+void OldTrayItem::onAvailabilityChanged(std::function<void(bool)> callback) {
+  availability_ = std::move(callback);
+  watch_.start();
+  if (!watch_.isAvailable()) availability_(false);
+}
+
+void OldTrayItem::show() {
+  isWanted_ = true;
+  if (watch_.isAvailable()) appear();
+}
+
+void OldTrayItem::appear() {
+  if (isWanted_) {
+    applyTheme();
+    icon_.show();
+  }
+  if (availability_) availability_(true);
+}
+
+void OldTrayItem::applyTheme() { icon_.setIcon(BrandIconImage::statusBarIcon(PanelTheme::shared().foreground())); }
+
+void OldTrayItem::setMenu(std::vector<StatusMenuItem> menu) {
+  if (menu == items_) return;
+  // Replacing the entries of a menu that is shown would take them from under the pointer.
+  const bool stayed = haveStayed(menu, items_);
+  items_ = std::move(menu);
+  if (stayed) {
+    refresh(menu_, items_);
+  } else {
+    menu_.clear();
+    fill(menu_, items_);
+  }
+}
+
+void OldTrayItem::fill(QMenu& menu, const std::vector<StatusMenuItem>& items) {
+  for (const auto& item : items) {
+    if (item.kind == StatusMenuItem::Kind::separator) {
+      menu.addSeparator();
+    } else if (item.kind == StatusMenuItem::Kind::submenu) {
+      fill(*menu.addMenu(QString()), item.children);
+    } else {
+      auto* action = menu.addAction(QString());
+      action->setShortcut(keySequence(item.key));
+      action->setCheckable(item.isChecked.has_value());
+      if (item.icon == StatusMenuIcon::whisper) {
+        action->setIcon(BrandIconImage::whisperMenuIcon(menu_.palette().color(QPalette::WindowText)));
+      }
+      connect(action, &QAction::triggered, this, [this, id = item.id] {
+        if (chosen_) chosen_(id, {});
+      });
+    }
+  }
+  refresh(menu, items);
+}
+
+void OldTrayItem::refresh(QMenu& menu, const std::vector<StatusMenuItem>& items) {
+  const auto actions = menu.actions();
+  for (std::size_t index = 0; index < items.size(); ++index) {
+    auto* action = actions.at(static_cast<qsizetype>(index));
+    const auto& item = items[index];
+    if (item.kind == StatusMenuItem::Kind::separator) continue;
+    action->setText(titleOf(item));
+    if (item.kind == StatusMenuItem::Kind::submenu) {
+      action->setEnabled(item.isEnabled && !item.children.empty());
+      refresh(*action->menu(), item.children);
+    } else {
+      action->setEnabled(item.isEnabled);
+      action->setChecked(item.isChecked.value_or(false));
+    }
+  }
+}
+
+void OldTrayItem::setToolTip(std::string text) { icon_.setToolTip(QString::fromStdString(text)); }
+
+void OldTrayItem::onActivated(std::function<void(const StatusItemActivation&)> callback) {
+  activated_ = std::move(callback);
+}
+
+void OldTrayItem::onMenuItemChosen(std::function<void(int, const std::string&)> callback) {
+  chosen_ = std::move(callback);
+}
+
+void OldTrayItem::onMenuAboutToShow(std::function<void()> callback) { aboutToShow_ = std::move(callback); }
+
+void OldTrayItem::onScroll(std::function<void(int)> callback) { scroll_ = std::move(callback); }
+
+bool OldTrayItem::eventFilter(QObject* watched, QEvent* event) {
   if (watched == &icon_ && event->type() == QEvent::Wheel) {
-    intents_.scroll(static_cast<QWheelEvent*>(event)->angleDelta().y());
+    if (scroll_) scroll_(static_cast<QWheelEvent*>(event)->angleDelta().y());
     return true;
   }
   return QObject::eventFilter(watched, event);

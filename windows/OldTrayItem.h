@@ -1,57 +1,63 @@
-// The icon in the panel: left click for the popover, right click for the menu, the wheel for the master.
+// The icon in a tray of the old kind: left click for the popover, right click for the menu, the wheel for the master.
 #pragma once
 
 #include <QMenu>
 #include <QObject>
-#include <QPoint>
 #include <QRect>
 #include <QSystemTrayIcon>
 #include <functional>
+#include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
-#include "shell/StatusMenu.h"
-
-class QActionGroup;
+#include "platform/StatusItem.h"
+#include "windows/OldTrayWatch.h"
 
 namespace quillmere {
 
-/// What a status item asks of the program. [main]
-struct StatusItemIntents {
-  /// The menu as it should read at this moment.
-  std::function<std::vector<StatusMenuEntry>()> menu;
-  std::function<void(const StatusMenuEntry& entry)> perform;
-  std::function<void()> primaryAction;
-  /// Wheel steps over the icon, in eighths of a degree; positive is away from the user.
-  std::function<void(int angleDelta)> scroll;
-};
-
-/// Made once a tray is there. [main]
-class StatusItem final : public QObject {
+/// [main]
+class OldTrayItem final : public QObject, public StatusItem {
   Q_OBJECT
 
  public:
-  explicit StatusItem(StatusItemIntents intents);
-  ~StatusItem() override;
+  OldTrayItem();
+  ~OldTrayItem() override;
 
-  void show();
-  /// Builds the menu anew from the intents. Some hosts show the menu before they ask for it, so it is kept up to date.
-  void rebuildMenu();
-  /// Where the icon is, as far as the desktop says: its rectangle, else the pointer while it is over a panel.
-  [[nodiscard]] std::optional<QRect> anchor() const;
+  /// Where the icon is, as far as the tray says.
+  [[nodiscard]] std::optional<QRect> geometry() const;
+
+  void onAvailabilityChanged(std::function<void(bool isAvailable)> callback) override;
+  [[nodiscard]] bool isAvailable() const override { return watch_.isAvailable(); }
+  void show() override;
+  void setMenu(std::vector<StatusMenuItem> menu) override;
+  void setToolTip(std::string text) override;
+  void onActivated(std::function<void(const StatusItemActivation& activation)> callback) override;
+  void onMenuItemChosen(std::function<void(int id, const std::string& activationToken)> callback) override;
+  void onMenuAboutToShow(std::function<void()> callback) override;
+  void onScroll(std::function<void(int angleDelta)> callback) override;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void appear();
   void applyTheme();
-  void refreshTitles();
-  void fill(QMenu& menu, const std::vector<StatusMenuEntry>& entries);
+  void build();
+  void fill(QMenu& menu, const std::vector<StatusMenuItem>& items);
+  /// Texts and marks of a menu whose entries have stayed.
+  void refresh(QMenu& menu, const std::vector<StatusMenuItem>& items);
 
-  StatusItemIntents intents_;
-  std::vector<StatusMenuEntry> shown_;
+  OldTrayWatch watch_;
+  bool isWanted_ = false;
+  std::vector<StatusMenuItem> items_;
   QMenu menu_;
   QSystemTrayIcon icon_;
+  std::function<void(bool)> availability_;
+  std::function<void(const StatusItemActivation&)> activated_;
+  std::function<void(int, const std::string&)> chosen_;
+  std::function<void()> aboutToShow_;
+  std::function<void(int)> scroll_;
 };
 
 }  // namespace quillmere

@@ -1,14 +1,8 @@
-// Waits until the desktop offers a place for a status item.
-#include "shell/TrayWatch.h"
+// The owner of a selection, and the message that announces it.
+#include "windows/OldTrayWatch.h"
 
 #include <xcb/xcb.h>
 
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusReply>
-#include <QDBusServiceWatcher>
-#include <QDBusVariant>
 #include <QGuiApplication>
 #include <cstdlib>
 #include <memory>
@@ -17,10 +11,6 @@
 namespace quillmere {
 
 namespace {
-
-const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
-/// A hung watcher must not hold up the start.
-constexpr int busTimeoutMillis = 250;
 
 xcb_connection_t* x11Connection() {
   const auto* application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -37,34 +27,19 @@ xcb_atom_t atom(xcb_connection_t* connection, const std::string& name) {
 
 }  // namespace
 
-TrayWatch::TrayWatch() = default;
+OldTrayWatch::OldTrayWatch() = default;
 
-TrayWatch::~TrayWatch() { qGuiApp->removeNativeEventFilter(this); }
+OldTrayWatch::~OldTrayWatch() { qGuiApp->removeNativeEventFilter(this); }
 
-void TrayWatch::start() {
+void OldTrayWatch::start() {
   look();
   if (isAvailable_) return;
   qGuiApp->installNativeEventFilter(this);
-  auto bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return;
-  busWatcher_ = new QDBusServiceWatcher(watcherService, bus, QDBusServiceWatcher::WatchForRegistration, this);
-  connect(busWatcher_, &QDBusServiceWatcher::serviceRegistered, this, &TrayWatch::look);
-  // A watcher may be there before the panel that shows the items.
-  bus.connect(watcherService, QStringLiteral("/StatusNotifierWatcher"), watcherService,
-              QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(look()));
 }
 
-bool TrayWatch::statusItemHostIsThere() const {
-  auto bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected() || !bus.interface()->isServiceRegistered(watcherService)) return false;
-  auto call = QDBusMessage::createMethodCall(watcherService, QStringLiteral("/StatusNotifierWatcher"),
-                                             QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-  call << watcherService << QStringLiteral("IsStatusNotifierHostRegistered");
-  const QDBusReply<QDBusVariant> reply = bus.call(call, QDBus::Block, busTimeoutMillis);
-  return reply.isValid() && reply.value().variant().toBool();
-}
+bool OldTrayWatch::isPossible() { return x11Connection() != nullptr; }
 
-bool TrayWatch::oldTrayIsThere() const {
+bool OldTrayWatch::isThere() const {
   auto* connection = x11Connection();
   if (connection == nullptr) return false;
   const auto selection = atom(connection, "_NET_SYSTEM_TRAY_S0");
@@ -73,22 +48,21 @@ bool TrayWatch::oldTrayIsThere() const {
   return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
-void TrayWatch::look() {
-  if (isAvailable_ || !(statusItemHostIsThere() || oldTrayIsThere())) return;
+void OldTrayWatch::look() {
+  if (isAvailable_ || !isThere()) return;
   isAvailable_ = true;
   qGuiApp->removeNativeEventFilter(this);
-  if (busWatcher_ != nullptr) busWatcher_->deleteLater();
   Q_EMIT available();
 }
 
-bool TrayWatch::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
+bool OldTrayWatch::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
   if (eventType != "xcb_generic_event_t") return false;
   const auto* event = static_cast<const xcb_generic_event_t*>(message);
   if ((event->response_type & 0x7F) != XCB_CLIENT_MESSAGE) return false;
   // A tray announces itself to the root window with MANAGER; anything else is not ours.
   static const xcb_atom_t manager = atom(x11Connection(), "MANAGER");
   if (reinterpret_cast<const xcb_client_message_event_t*>(event)->type == manager) {
-    QMetaObject::invokeMethod(this, &TrayWatch::look, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &OldTrayWatch::look, Qt::QueuedConnection);
   }
   return false;
 }

@@ -1,5 +1,5 @@
 // Whether panels are light or dark: asks the desktop portal, and listens to it.
-#include "shell/PanelTheme.h"
+#include "windows/PanelTheme.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

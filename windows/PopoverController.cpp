@@ -1,7 +1,5 @@
 // The popover's life.
-#include "shell/PopoverController.h"
-
-#include <malloc.h>
+#include "windows/PopoverController.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -9,7 +7,7 @@
 #include <QScreen>
 #include <utility>
 
-#include "shell/PopoverPlacement.h"
+#include "windows/PopoverPlacement.h"
 
 namespace quillmere {
 
@@ -20,10 +18,9 @@ constexpr auto keepHidden = std::chrono::seconds(20);
 constexpr auto focusLossGrace = std::chrono::milliseconds(300);
 }  // namespace
 
-PopoverController::PopoverController(const Runtime& runtime, WindowFactory factory,
-                                     std::function<std::optional<QRect>()> anchor)
-    : runtime_(runtime), anchor_(std::move(anchor)), scene_(runtime, std::move(factory), keepHidden) {
-  scene_.onDropped([] { malloc_trim(0); });
+PopoverController::PopoverController(const Runtime& runtime, WindowFactory factory)
+    : runtime_(runtime), scene_(runtime, std::move(factory), keepHidden) {
+  scene_.onDropped([this] { Q_EMIT dropped(); });
   connect(&scene_, &Scene::lostFocus, this, [this] {
     // A menu of the popover's own takes the focus for a while; that is not a click outside.
     if (!isShown() || QGuiApplication::focusWindow() != nullptr) return;
@@ -34,18 +31,18 @@ PopoverController::PopoverController(const Runtime& runtime, WindowFactory facto
 
 PopoverController::~PopoverController() = default;
 
-void PopoverController::toggle() {
+void PopoverController::toggle(const std::optional<QRect>& anchor) {
   if (isShown()) {
     close();
   } else if (runtime_.clocks.monotonicNow() - closedByFocusLoss_ > focusLossGrace) {
-    open();
+    open(anchor);
   }
 }
 
 void PopoverController::close() { scene_.hide(); }
 
-void PopoverController::open() {
-  anchorAtOpening_ = anchor_();
+void PopoverController::open(const std::optional<QRect>& anchor) {
+  anchorAtOpening_ = anchor;
   const bool isNew = scene_.window() == nullptr;
   auto& window = scene_.prepare();
   if (isNew) {

@@ -3,10 +3,9 @@
 
 #include <QObject>
 #include <QRect>
-#include <functional>
 #include <optional>
 
-#include "shell/Scene.h"
+#include "windows/Scene.h"
 
 namespace quillmere {
 
@@ -15,23 +14,27 @@ class PopoverController final : public QObject {
   Q_OBJECT
 
  public:
-  /// @param anchor  where the status item is, asked at each opening
-  PopoverController(const Runtime& runtime, WindowFactory factory, std::function<std::optional<QRect>()> anchor);
+  PopoverController(const Runtime& runtime, WindowFactory factory);
   ~PopoverController() override;
 
-  void toggle();
+  /// @param anchor  where the status item is, as far as that is known
+  void toggle(const std::optional<QRect>& anchor);
   void close();
   [[nodiscard]] bool isShown() const { return scene_.isVisible(); }
+  /// Whether the popover is shown, or kept for a quick return.
+  [[nodiscard]] bool isHeld() const { return scene_.window() != nullptr; }
+
+ Q_SIGNALS:
+  void dropped();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void open();
+  void open(const std::optional<QRect>& anchor);
   void place();
 
   Runtime runtime_;
-  std::function<std::optional<QRect>()> anchor_;
   std::optional<QRect> anchorAtOpening_;
   MonotonicTime closedByFocusLoss_{};
   Scene scene_;

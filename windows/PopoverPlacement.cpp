@@ -1,5 +1,5 @@
 // Where the popover goes.
-#include "shell/PopoverPlacement.h"
+#include "windows/PopoverPlacement.h"
 
 #include <algorithm>
 

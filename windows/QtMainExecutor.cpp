@@ -1,5 +1,5 @@
 // The main thread's queue on Qt's event loop.
-#include "shell/QtMainExecutor.h"
+#include "windows/QtMainExecutor.h"
 
 #include <QCoreApplication>
 #include <QEvent>

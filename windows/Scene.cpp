@@ -1,5 +1,5 @@
 // One window of the program: made when it is shown, dropped when it has been hidden for a while.
-#include "shell/Scene.h"
+#include "windows/Scene.h"
 
 #include <QCloseEvent>
 #include <QEvent>

@@ -1,46 +1,45 @@
-// The window system on Qt: windows by identifier, each a scene of its own.
+// The windows that desktops list, by identifier, each a scene of its own.
 #pragma once
 
 #include <QObject>
 #include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "platform/WindowSystem.h"
-#include "shell/Scene.h"
+#include "runtime/Runtime.h"
+#include "windows/Scene.h"
 
 namespace quillmere {
 
-class QtWindowSystem final : public QObject, public WindowSystem {
+/// [main] throughout. Unknown identifiers are ignored.
+class SceneSet final : public QObject {
   Q_OBJECT
 
  public:
-  explicit QtWindowSystem(const Runtime& runtime);
-  ~QtWindowSystem() override;
+  explicit SceneSet(const Runtime& runtime);
+  ~SceneSet() override;
 
   /// Makes a window known under its identifier.
-  Scene& add(const std::string& identifier, WindowFactory factory);
+  void add(const std::string& identifier, WindowFactory factory);
 
-  [[nodiscard]] std::vector<WindowInfo> windows() const override;
-  [[nodiscard]] bool canOpen(const std::string& identifier) const override;
-  void open(const std::string& identifier) override;
-  void close(const std::string& identifier) override;
-  void orderFront(const std::string& identifier) override;
-  [[nodiscard]] ActivationPolicy activationPolicy() const override { return policy_; }
-  /// A desktop lists a program by its windows, not by a policy: the value is kept for those who ask.
-  void setActivationPolicy(ActivationPolicy policy) override { policy_ = policy; }
-  void activate() override;
-  void showAboutPanel() override;
-  void terminate() override;
-  void onWindowBecameKey(WindowObserver observer) override;
-  void onWindowWillClose(WindowObserver observer) override;
+  void open(const std::string& identifier);
+  void close(const std::string& identifier);
+  /// Makes the window key and brings it to the front, if it shows.
+  void orderFront(const std::string& identifier);
+  /// Brings all that show to the front.
+  void activate();
+  /// Whether any window is shown, or kept for a quick return.
+  [[nodiscard]] bool holdsAny() const;
+
+ Q_SIGNALS:
+  void shown(const std::string& identifier);
+  void becameKey(const std::string& identifier);
+  /// `isClosing`: by the user or the window manager.
+  void hidden(const std::string& identifier, bool isClosing);
+  void dropped();
 
  private:
   Runtime runtime_;
-  ActivationPolicy policy_ = ActivationPolicy::regular;
-  std::vector<WindowObserver> becameKey_;
-  std::vector<WindowObserver> willClose_;
   std::map<std::string, std::unique_ptr<Scene>> scenes_;
 };
 

@@ -24,10 +24,10 @@ class StatusBar : public StateFixture {
 
   StatusBarController makeController(Updater* withUpdater = nullptr) {
     StatusBarIntents intents;
-    intents.openMainWindow = [this](const std::optional<std::string>& section) {
+    intents.openMainWindow = [this](const std::optional<std::string>& section, const std::string&) {
       opened.push_back(section.value_or("none"));
     };
-    intents.togglePopover = [this] { ++toggles; };
+    intents.togglePopover = [this](const StatusItemActivation&) { ++toggles; };
     return {state(), box->runtime, windows, box->workspace, withUpdater, std::move(intents)};
   }
   static StatusMenuEntry entryFor(StatusAction action) {

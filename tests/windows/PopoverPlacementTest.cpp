@@ -1,5 +1,5 @@
 // The popover's corner on screens with panels above, below and nowhere.
-#include "shell/PopoverPlacement.h"
+#include "windows/PopoverPlacement.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The main thread's queue on Qt's event loop: order, timers, posts from other threads, the end.
-#include "shell/QtMainExecutor.h"
+#include "windows/QtMainExecutor.h"
 
 #include <gtest/gtest.h>
 

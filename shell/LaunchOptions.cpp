@@ -1,0 +1,65 @@
+// The command line.
+#include "shell/LaunchOptions.h"
+
+#include <getopt.h>
+
+#include <array>
+#include <cstdlib>
+#include <ostream>
+
+#include "shell/VersionOrder.h"
+
+namespace quillmere {
+
+namespace {
+
+constexpr const char* help =
+    "Usage: quillmere [options]\n"
+    "A volume, a mute and an output for every application.\n"
+    "\n"
+    "Options:\n"
+    "  --background   Start into the tray without opening a window, as at login.\n"
+    "  -h, --help     Display this help.\n"
+    "  -v, --version  Display the version.\n";
+
+}  // namespace
+
+std::optional<LaunchOptions> parseArguments(int argc, char** argv, std::ostream& out, std::ostream& problems,
+                                            int& exitCode) {
+  constexpr int background = 'b';
+  const std::array<option, 4> known{{{"background", no_argument, nullptr, background},
+                                     {"help", no_argument, nullptr, 'h'},
+                                     {"version", no_argument, nullptr, 'v'},
+                                     {nullptr, 0, nullptr, 0}}};
+  LaunchOptions options;
+  exitCode = EXIT_SUCCESS;
+  // From the start, however often this is called; and the text of what was wrong is ours.
+  optind = 0;
+  opterr = 0;
+  for (;;) {
+    const int at = optind > 0 ? optind : 1;
+    const int choice = getopt_long(argc, argv, "hv", known.data(), nullptr);
+    if (choice == -1) break;
+    if (choice == background) {
+      options.inBackground = true;
+    } else if (choice == 'h') {
+      out << help;
+      return std::nullopt;
+    } else if (choice == 'v') {
+      out << "quillmere " << appVersion() << '\n';
+      return std::nullopt;
+    } else {
+      problems << "quillmere: unknown option " << (at < argc ? argv[at] : "") << "; --help tells them\n";
+      exitCode = EXIT_FAILURE;
+      return std::nullopt;
+    }
+  }
+  if (optind < argc) {
+    problems << "quillmere: what is " << argv[optind] << "? --help tells the options\n";
+    exitCode = EXIT_FAILURE;
+    return std::nullopt;
+  }
+  return options;
+}
+
+}  // namespace quillmere

@@ -1,0 +1,206 @@
+// Asking, telling, and the process's life.
+#include "shell/WindowsProcess.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "remote/MessageType.h"
+#include "remote/MixerHost.h"
+#include "remote/WindowMessages.h"
+
+namespace quillmere {
+
+using nlohmann::json;
+
+namespace {
+/// A process that draws the icon in an old tray is started again when it has ended: soon, then less and less soon.
+constexpr Duration firstPause = std::chrono::seconds(1);
+constexpr Duration longestPause = std::chrono::minutes(1);
+
+json message(const char* type) { return {{"type", type}}; }
+
+json message(const char* type, const std::string& window) { return {{"type", type}, {"window", window}}; }
+}  // namespace
+
+struct WindowsProcess::Guard {
+  WindowsProcess& process;
+};
+
+WindowsProcess::WindowsProcess(WindowsLauncher& launcher, MixerState& state, UserDefaults& defaults,
+                               Workspace& workspace, const Runtime& runtime, WindowsIntents intents)
+    : launcher_(launcher),
+      state_(state),
+      defaults_(defaults),
+      workspace_(workspace),
+      runtime_(runtime),
+      intents_(std::move(intents)),
+      oldTrayPause_(firstPause),
+      oldTray_(runtime.log, [this](const json& sent) {
+        if (channel_) channel_->send(encodeMessage(sent));
+      }) {}
+
+WindowsProcess::~WindowsProcess() {
+  if (oldTrayTimer_ != 0) runtime_.main.cancelTimer(oldTrayTimer_);
+  host_.reset();
+  guard_.reset();
+}
+
+bool WindowsProcess::start() {
+  if (channel_) return true;
+  guard_ = std::make_shared<Guard>(Guard{*this});
+  ChannelEvents events;
+  events.received = [&main = runtime_.main, weak = std::weak_ptr(guard_)](std::string bytes) {
+    auto decoded = decodeMessage(bytes);
+    if (!decoded) return;
+    main.post([weak, received = std::move(*decoded)] {
+      if (const auto guard = weak.lock()) guard->process.take(received);
+    });
+  };
+  events.closed = [&main = runtime_.main, weak = std::weak_ptr(guard_)] {
+    main.post([weak] {
+      if (const auto guard = weak.lock()) guard->process.ended();
+    });
+  };
+  channel_ = launcher_.launch(std::move(events));
+  if (!channel_) {
+    guard_.reset();
+    return false;
+  }
+  asked_ = 0;
+  // Answers to questions may come when the process they are for has gone.
+  host_ = std::make_unique<MixerHost>(state_, defaults_, workspace_, runtime_,
+                                      [weak = std::weak_ptr(channel_)](const json& sent) {
+                                        if (const auto channel = weak.lock()) channel->send(encodeMessage(sent));
+                                      });
+  if (isOldTrayWanted_) {
+    ++asked_;
+    channel_->send(encodeMessage({{"type", wire::keepOldTray}, {"isWanted", true}}));
+    oldTray_.connected();
+  }
+  return true;
+}
+
+void WindowsProcess::stop() {
+  host_.reset();
+  guard_.reset();
+  oldTray_.disconnected();
+  isVisible_.clear();
+  // The process takes a moment to end, and that is waited for elsewhere.
+  runtime_.background.post([channel = std::exchange(channel_, nullptr)]() mutable { channel.reset(); });
+}
+
+void WindowsProcess::ended() {
+  const auto closed = std::exchange(isVisible_, {});
+  stop();
+  for (const auto& [identifier, isVisible] : closed) {
+    for (const auto& observer : willClose_) observer(identifier);
+  }
+  if (isOldTrayWanted_) restartForOldTray();
+}
+
+void WindowsProcess::restartForOldTray() {
+  if (oldTrayTimer_ != 0) return;
+  oldTrayTimer_ = runtime_.main.postAfter(oldTrayPause_, [this] {
+    oldTrayTimer_ = 0;
+    if (isOldTrayWanted_ && !start()) restartForOldTray();
+  });
+  oldTrayPause_ = std::min(2 * oldTrayPause_, longestPause);
+}
+
+void WindowsProcess::ask(json asked) {
+  if (!start()) return;
+  tell(std::move(asked));
+}
+
+void WindowsProcess::tell(json told) {
+  if (!channel_) return;
+  ++asked_;
+  channel_->send(encodeMessage(told));
+}
+
+void WindowsProcess::togglePopover(const StatusItemActivation& activation) {
+  auto asked = message(wire::togglePopover);
+  asked["token"] = activation.activationToken;
+  if (activation.at) {
+    asked["x"] = activation.at->x;
+    asked["y"] = activation.at->y;
+  }
+  ask(std::move(asked));
+}
+
+void WindowsProcess::closePopover() { tell(message(wire::closePopover)); }
+
+void WindowsProcess::open(const std::string& identifier, const std::string& activationToken) {
+  if (!canOpen(identifier)) return;
+  auto asked = message(wire::openWindow, identifier);
+  asked["token"] = activationToken;
+  ask(std::move(asked));
+}
+
+void WindowsProcess::setOldTrayWanted(bool isWanted) {
+  if (std::exchange(isOldTrayWanted_, isWanted) == isWanted) return;
+  if (!isWanted) {
+    tell({{"type", wire::keepOldTray}, {"isWanted", false}});
+    oldTray_.disconnected();
+  } else if (channel_) {
+    tell({{"type", wire::keepOldTray}, {"isWanted", true}});
+    oldTray_.connected();
+  } else if (!start()) {
+    restartForOldTray();
+  }
+}
+
+std::vector<WindowInfo> WindowsProcess::windows() const {
+  std::vector<WindowInfo> result;
+  for (const auto& [identifier, isVisible] : isVisible_) result.push_back({identifier, isVisible});
+  return result;
+}
+
+void WindowsProcess::close(const std::string& identifier) { tell(message(wire::closeWindow, identifier)); }
+
+void WindowsProcess::orderFront(const std::string& identifier) { tell(message(wire::orderFront, identifier)); }
+
+void WindowsProcess::activate() { tell(message(wire::activate)); }
+
+void WindowsProcess::showAboutPanel() { ask(message(wire::showAboutPanel)); }
+
+void WindowsProcess::terminate() { runtime_.main.post(intents_.terminate); }
+
+void WindowsProcess::take(const json& received) {
+  const auto type = messageType(received);
+  if (host_->take(received) || oldTray_.take(received)) return;
+  try {
+    takeWindowMessage(type, received);
+  } catch (const std::exception& error) {
+    Logger(runtime_.log, "WindowsProcess").error("ignored \"" + type + "\": " + error.what());
+  }
+}
+
+void WindowsProcess::takeWindowMessage(const std::string& type, const json& received) {
+  if (type == wire::openMainWindow) {
+    intents_.openMainWindow();
+  } else if (type == wire::quit) {
+    terminate();
+  } else if (type == wire::windowShown) {
+    const auto identifier = received.at("window").get<std::string>();
+    isVisible_[identifier] = true;
+    if (identifier == mainWindow) intents_.mainWindowShown();
+  } else if (type == wire::windowBecameKey) {
+    const auto identifier = received.at("window").get<std::string>();
+    for (const auto& observer : becameKey_) observer(identifier);
+  } else if (type == wire::windowHidden) {
+    const auto identifier = received.at("window").get<std::string>();
+    if (received.at("isClosing").get<bool>()) {
+      for (const auto& observer : willClose_) observer(identifier);
+    }
+    isVisible_[identifier] = false;
+  } else if (type == wire::idle) {
+    oldTrayPause_ = firstPause;
+    if (received.at("seen").get<std::uint64_t>() == asked_) stop();
+  }
+}
+
+}  // namespace quillmere

@@ -1,0 +1,108 @@
+// The program's windows, which another process draws: it is started with the first of them and ended some time after
+// the last one was hidden.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <vector>
+
+#include "platform/Channel.h"
+#include "platform/StatusItem.h"
+#include "platform/WindowSystem.h"
+#include "remote/RemoteStatusItem.h"
+#include "runtime/Runtime.h"
+
+namespace quillmere {
+
+class MixerHost;
+class MixerState;
+class UserDefaults;
+class Workspace;
+
+/// What the windows ask of the program. [main]
+struct WindowsIntents {
+  std::function<void()> openMainWindow;
+  /// The main window has appeared.
+  std::function<void()> mainWindowShown;
+  /// Ends the program.
+  std::function<void()> terminate;
+};
+
+/// [main] throughout. A process that ends unasked takes its windows with it and nothing else.
+class WindowsProcess final : public WindowSystem {
+ public:
+  static constexpr const char* mainWindow = "main";
+
+  /// All outlive it.
+  WindowsProcess(WindowsLauncher& launcher, MixerState& state, UserDefaults& defaults, Workspace& workspace,
+                 const Runtime& runtime, WindowsIntents intents);
+  ~WindowsProcess() override;
+  WindowsProcess(const WindowsProcess&) = delete;
+  WindowsProcess& operator=(const WindowsProcess&) = delete;
+
+  void togglePopover(const StatusItemActivation& activation);
+  void closePopover();
+  void open(const std::string& identifier, const std::string& activationToken);
+
+  /// Whether the old kind of tray is to be looked for, and used as `oldTray()`. Costs the process, as long as it holds.
+  void setOldTrayWanted(bool isWanted);
+  /// The icon in the old kind of tray.
+  [[nodiscard]] StatusItem& oldTray() { return oldTray_; }
+
+  [[nodiscard]] bool isRunning() const { return channel_ != nullptr; }
+
+  [[nodiscard]] std::vector<WindowInfo> windows() const override;
+  [[nodiscard]] bool canOpen(const std::string& identifier) const override { return identifier == mainWindow; }
+  void open(const std::string& identifier) override { open(identifier, {}); }
+  void close(const std::string& identifier) override;
+  void orderFront(const std::string& identifier) override;
+  [[nodiscard]] ActivationPolicy activationPolicy() const override { return policy_; }
+  /// A desktop lists a program by its windows, not by a policy: the value is kept for those who ask.
+  void setActivationPolicy(ActivationPolicy policy) override { policy_ = policy; }
+  void activate() override;
+  void showAboutPanel() override;
+  void terminate() override;
+  void onWindowBecameKey(WindowObserver observer) override { becameKey_.push_back(std::move(observer)); }
+  void onWindowWillClose(WindowObserver observer) override { willClose_.push_back(std::move(observer)); }
+
+ private:
+  struct Guard;
+
+  /// Starts the process if need be; false if it can't be started.
+  bool start();
+  void stop();
+  void ended();
+  void restartForOldTray();
+  /// Starts the process if need be.
+  void ask(nlohmann::json message);
+  /// Nothing happens where there is no process, hence no window.
+  void tell(nlohmann::json message);
+  void take(const nlohmann::json& message);
+  void takeWindowMessage(const std::string& type, const nlohmann::json& message);
+
+  WindowsLauncher& launcher_;
+  MixerState& state_;
+  UserDefaults& defaults_;
+  Workspace& workspace_;
+  Runtime runtime_;
+  WindowsIntents intents_;
+  ActivationPolicy policy_ = ActivationPolicy::regular;
+  std::vector<WindowObserver> becameKey_;
+  std::vector<WindowObserver> willClose_;
+  std::map<std::string, bool> isVisible_;
+  std::uint64_t asked_ = 0;
+  bool isOldTrayWanted_ = false;
+  Duration oldTrayPause_;
+  TimerID oldTrayTimer_ = 0;
+  RemoteStatusItem oldTray_;
+  /// One for each process: what arrives late, of a process that is gone, finds its guard gone too.
+  std::shared_ptr<Guard> guard_;
+  std::shared_ptr<Channel> channel_;
+  std::unique_ptr<MixerHost> host_;
+};
+
+}  // namespace quillmere

@@ -1,0 +1,250 @@
+// Orders in, events out.
+#include "windows/WindowsApplication.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QQuickWindow>
+#include <QScreen>
+#include <QWindow>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <mutex>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "remote/MessageType.h"
+#include "remote/RemoteDefaults.h"
+#include "remote/RemoteState.h"
+#include "remote/RemoteStatusItem.h"
+#include "remote/RemoteWorkspace.h"
+#include "remote/WindowMessages.h"
+#include "runtime/ThreadPoolExecutor.h"
+#include "state/ViewSettings.h"
+#include "views/ViewFactory.h"
+#include "windows/AboutPanel.h"
+#include "windows/BrandIconImage.h"
+#include "windows/OldTrayItem.h"
+#include "windows/PopoverController.h"
+#include "windows/QtMainExecutor.h"
+#include "windows/Renderer.h"
+#include "windows/SceneSet.h"
+
+namespace quillmere {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr const char* mainWindow = "main";
+
+/// Where the icon is, as far as a click tells: the pointer, or what the panel says of it, if that is over a panel. A
+/// pointer anywhere else says nothing.
+std::optional<QRect> anchorOf(const std::optional<QPoint>& click) {
+  for (const auto& point : {std::optional(QCursor::pos()), click}) {
+    if (!point) continue;
+    const auto* screen = QGuiApplication::screenAt(*point);
+    if (screen != nullptr && !screen->availableGeometry().contains(*point)) return QRect(*point, QSize(1, 1));
+  }
+  return std::nullopt;
+}
+
+/// What brings a window to the front on desktops that ask for a reason. The toolkit takes it with the next window.
+void setActivationToken(const json& message) {
+  const auto token = message.value("token", std::string());
+  if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+}
+
+class Windows final : public QObject {
+ public:
+  Windows(const Runtime& runtime, SendMessage send)
+      : runtime_(runtime),
+        send_(std::move(send)),
+        state_(std::make_shared<RemoteState>(runtime.log, send_)),
+        defaults_(send_),
+        workspace_(send_),
+        scenes_(runtime),
+        popover_(runtime, [this]() -> std::unique_ptr<QWindow> { return factory().makePopover(); }) {
+    scenes_.add(mainWindow, [this]() -> std::unique_ptr<QWindow> {
+      QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
+      return factory().makeMainWindow();
+    });
+    connect(&scenes_, &SceneSet::shown, this,
+            [this](const std::string& window) { send_({{"type", wire::windowShown}, {"window", window}}); });
+    connect(&scenes_, &SceneSet::becameKey, this,
+            [this](const std::string& window) { send_({{"type", wire::windowBecameKey}, {"window", window}}); });
+    connect(&scenes_, &SceneSet::hidden, this, [this](const std::string& window, bool isClosing) {
+      send_({{"type", wire::windowHidden}, {"window", window}, {"isClosing", isClosing}});
+    });
+    connect(&scenes_, &SceneSet::dropped, this, &Windows::offerToEnd);
+    connect(&popover_, &PopoverController::dropped, this, &Windows::offerToEnd);
+    connect(&about_, &AboutPanel::closed, this, &Windows::offerToEnd);
+  }
+
+  /// Called where messages arrive; true if the message is dealt with.
+  bool takeAtOnce(const json& message) { return workspace_.take(message); }
+  /// Nothing more comes. [any]
+  void close() { workspace_.close(); }
+
+  void take(const json& message) {
+    defaults_.take(message);
+    if (state_->take(message) || (trayHost_ && trayHost_->take(message))) return;
+    const auto type = messageType(message);
+    ++seen_;
+    try {
+      perform(type, message);
+    } catch (const std::exception& error) {
+      Logger(runtime_.log, "Windows").error("ignored \"" + type + "\": " + error.what());
+    }
+  }
+
+ private:
+  void perform(const std::string& type, const json& message) {
+    if (type == wire::openWindow) {
+      setActivationToken(message);
+      scenes_.open(message.at("window").get<std::string>());
+    } else if (type == wire::closeWindow) {
+      scenes_.close(message.at("window").get<std::string>());
+    } else if (type == wire::orderFront) {
+      scenes_.orderFront(message.at("window").get<std::string>());
+    } else if (type == wire::activate) {
+      scenes_.activate();
+    } else if (type == wire::showAboutPanel) {
+      about_.show(QCoreApplication::applicationVersion());
+    } else if (type == wire::togglePopover) {
+      setActivationToken(message);
+      togglePopover(message);
+    } else if (type == wire::closePopover) {
+      popover_.close();
+    } else if (type == wire::keepOldTray) {
+      keepOldTray(message.at("isWanted").get<bool>());
+    }
+    offerToEnd();
+  }
+
+  void togglePopover(const json& message) {
+    std::optional<QPoint> click;
+    if (message.contains("x")) click = QPoint(message.at("x").get<int>(), message.at("y").get<int>());
+    const auto geometry = tray_ ? tray_->geometry() : std::nullopt;
+    popover_.toggle(geometry ? geometry : anchorOf(click));
+  }
+
+  void keepOldTray(bool isWanted) {
+    if (isWanted == (tray_ != nullptr)) return;
+    if (!isWanted) {
+      trayHost_.reset();
+      tray_.reset();
+      return;
+    }
+    // Where there can't be one, nobody need wait for it.
+    if (!OldTrayWatch::isPossible()) return;
+    tray_ = std::make_unique<OldTrayItem>();
+    trayHost_.emplace(*tray_, runtime_.log, send_);
+  }
+
+  /// The process stays as long as it has something to draw.
+  void offerToEnd() {
+    if (scenes_.holdsAny() || popover_.isHeld() || about_.isShown() || tray_) return;
+    send_({{"type", wire::idle}, {"seen", seen_}});
+  }
+
+  /// What draws a window comes with the first one.
+  ViewFactory& factory() {
+    if (!factory_) {
+      chooseRenderer();
+      ViewIntents intents;
+      intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
+      intents.quit = [this] { send_({{"type", wire::quit}}); };
+      factory_.emplace(state_, runtime_, std::make_shared<ViewSettings>(defaults_), workspace_, std::move(intents));
+    }
+    return *factory_;
+  }
+
+  Runtime runtime_;
+  SendMessage send_;
+  std::shared_ptr<RemoteState> state_;
+  RemoteDefaults defaults_;
+  RemoteWorkspace workspace_;
+  std::optional<ViewFactory> factory_;
+  SceneSet scenes_;
+  PopoverController popover_;
+  AboutPanel about_;
+  std::unique_ptr<OldTrayItem> tray_;
+  std::optional<StatusItemHost> trayHost_;
+  std::uint64_t seen_ = 0;
+};
+
+/// The way out, for whoever still has something to say when it is closed.
+class Line {
+ public:
+  void open(std::unique_ptr<Channel> channel) {
+    const std::scoped_lock lock(mutex_);
+    channel_ = std::move(channel);
+  }
+  void send(const json& message) {
+    if (const auto channel = current()) channel->send(encodeMessage(message));
+  }
+  void close() {
+    auto channel = current();
+    {
+      const std::scoped_lock lock(mutex_);
+      channel_.reset();
+    }
+  }
+
+ private:
+  std::shared_ptr<Channel> current() {
+    const std::scoped_lock lock(mutex_);
+    return channel_;
+  }
+
+  std::mutex mutex_;
+  std::shared_ptr<Channel> channel_;
+};
+
+}  // namespace
+
+int runWindows(int argc, char** argv, const WindowsHost& host) {
+  QCoreApplication::setApplicationName(QStringLiteral("quillmere"));
+  QCoreApplication::setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
+  QGuiApplication::setDesktopFileName(QStringLiteral("app.quillmere.host"));
+  const QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+
+  const auto log = host.makeLogSink();
+  SystemClocks clocks;
+  QtMainExecutor main;
+  ThreadPoolExecutor background(1);
+  const Runtime runtime{main, background, clocks, *log, makeThreadSerialQueue};
+
+  Line line;
+  Windows windows(runtime, [&line](const json& message) { line.send(message); });
+  ChannelEvents events;
+  events.received = [&windows, &main](const std::string& bytes) {
+    auto message = decodeMessage(bytes);
+    if (!message || windows.takeAtOnce(*message)) return;
+    main.post([&windows, taken = std::move(*message)] { windows.take(taken); });
+  };
+  events.closed = [&windows, &main] {
+    windows.close();
+    main.post([] { QCoreApplication::exit(0); });
+  };
+  auto channel = host.openChannel(std::move(events));
+  if (!channel) {
+    std::fputs("quillmere-windows draws the windows of quillmere, which starts it\n", stderr);
+    return EXIT_FAILURE;
+  }
+  line.open(std::move(channel));
+  const int exitCode = QApplication::exec();
+  windows.close();
+  line.close();
+  main.shutDown();
+  background.shutDown();
+  return exitCode;
+}
+
+}  // namespace quillmere

@@ -1,0 +1,22 @@
+// The program that draws the windows of another: its state, its icons and its orders come over a channel.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/Channel.h"
+#include "runtime/Logger.h"
+
+namespace quillmere {
+
+/// What a host gives the program.
+struct WindowsHost {
+  std::function<std::unique_ptr<LogSink>()> makeLogSink;
+  /// Null where nobody has started this process for its windows.
+  std::function<std::unique_ptr<Channel>(ChannelEvents events)> openChannel;
+};
+
+/// Runs until the other end closes the channel; returns the exit code. Called once, on the main thread.
+int runWindows(int argc, char** argv, const WindowsHost& host);
+
+}  // namespace quillmere
