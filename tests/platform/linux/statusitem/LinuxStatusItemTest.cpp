@@ -448,7 +448,7 @@ TEST_F(StatusItemOnABus, ACallbackMayEndIt) {
   EXPECT_TRUE(becomes([&] { return item_ == nullptr; }));
 }
 
-TEST_F(StatusItemOnABus, AHostIsAnsweredWhenTheEndComesBetween) {
+TEST_F(StatusItemOnABus, AHostIsNotLeftWaitingWhenTheEndComesBetween) {
   show();
   int asked = 0;
   item_->onMenuAboutToShow([&] {
@@ -463,7 +463,9 @@ TEST_F(StatusItemOnABus, AHostIsAnsweredWhenTheEndComesBetween) {
   });
   EXPECT_TRUE(becomes([&] { return isOver.load(); }));
   host.join();
-  EXPECT_EQ(printed(answer.value), "(false,)");
+  // Either the answer still went out, or the bus says on our behalf that none will come.
+  EXPECT_TRUE(printed(answer.value) == "(false,)" || answer.error == "org.freedesktop.DBus.Error.NoReply")
+      << answer.error;
 }
 
 }  // namespace
