@@ -1,12 +1,15 @@
 """The real program with its face: the popover opened as a tray would, driven through the accessibility tree."""
 # needs: display
 
+import os
+import signal
 import unittest
 
 from quillmere_e2e import accessibility as a11y
 from quillmere_e2e import graph
 from quillmere_e2e.case import AMPLITUDE, DESK, PHONES, forget_settings
 from quillmere_e2e.players import Player
+from quillmere_e2e.processes import is_alive
 from quillmere_e2e.program import Program
 from quillmere_e2e.recording import Monitor
 from quillmere_e2e.tones import to_db
@@ -50,6 +53,44 @@ class Window(unittest.TestCase):
         self.assertEqual(self.program.stop(), 0)
         self.desk.wait_for_level(500, to_db(AMPLITUDE), seconds=1.0)
         wait_for(lambda: not graph.Graph().ours(), "no node of ours is left", 1.0)
+
+    def test_windows_that_end_unasked_take_nothing_with_them_and_come_again(self):
+        slider = self.open_popover()
+        a11y.set_fraction(slider, 0.5)
+        half = to_db(AMPLITUDE * 0.5)
+        self.desk.wait_for_level(500, half)
+        drawn_by = self.program.windows()[0]
+        os.kill(drawn_by, signal.SIGKILL)
+        wait_for(lambda: not self.program.windows(), "the windows are gone", 5)
+        self.assertTrue(self.program.alive())
+        self.assertAlmostEqual(self.desk.wait_for_level(500, half), half, delta=0.2)
+        self.assertAlmostEqual(a11y.fraction(self.open_popover()), 0.5, delta=0.01)
+        self.assertNotEqual(self.program.windows(), [drawn_by])
+
+
+class InTheBackground(unittest.TestCase):
+    def setUp(self):
+        self.addCleanup(forget_settings)
+        self.program = self.enterContext(Program(arguments=["--background"]))
+        self.item = self.program.item()
+
+    def test_nothing_that_draws_stays_once_the_popover_has_been_closed_for_a_while(self):
+        self.assertEqual(self.program.windows(), [])
+        self.item.click()
+        name = self.program.accessible_name()
+        a11y.find(name, name="Open quillmere")
+        self.item.click()
+        # It is kept for a quick return first.
+        wait_for(lambda: not self.program.windows(), "what drew the popover is gone", 40)
+        self.item.click()
+        a11y.find(self.program.accessible_name(), name="Open quillmere")
+
+    def test_a_program_that_is_killed_leaves_no_window_behind(self):
+        self.item.click()
+        drawn_by = wait_for(self.program.windows, "the popover's process is there", 5)[0]
+        a11y.find(self.program.accessible_name(), name="Open quillmere")
+        self.program.process.kill()
+        wait_for(lambda: not is_alive(drawn_by), "the popover's process is gone", 5)
 
 
 if __name__ == "__main__":

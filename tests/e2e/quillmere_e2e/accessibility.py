@@ -64,6 +64,12 @@ def value(element):
     return element.queryValue().currentValue
 
 
+def fraction(element):
+    """Where a slider stands between its ends, 0 to 1."""
+    slider = element.queryValue()
+    return (slider.currentValue - slider.minimumValue) / (slider.maximumValue - slider.minimumValue)
+
+
 def set_value(element, wanted):
     """Sets a slider and waits until it shows the value."""
     element.queryValue().currentValue = wanted

@@ -25,6 +25,27 @@ def processor_share(pids, seconds):
     return {pid: 100 * (processor_seconds(pid) - before[pid]) / wall for pid in pids}
 
 
+def parent_of(pid):
+    """None for a process that has gone."""
+    try:
+        return int(Path(f"/proc/{pid}/stat").read_text(encoding="ascii", errors="replace").rpartition(")")[2].split()[1])
+    except (FileNotFoundError, ProcessLookupError):
+        return None
+
+
+def is_alive(pid):
+    """False for one that has ended and waits for somebody to notice, too."""
+    try:
+        return Path(f"/proc/{pid}/stat").read_text(encoding="ascii", errors="replace").rpartition(")")[2].split()[0] != "Z"
+    except (FileNotFoundError, ProcessLookupError):
+        return False
+
+
+def family(pid):
+    """A process and its living children."""
+    return [pid] + [int(entry) for entry in os.listdir("/proc") if entry.isdigit() and parent_of(entry) == pid and is_alive(entry)]
+
+
 def resident_mib(pid):
     status = Path(f"/proc/{pid}/status").read_text(encoding="ascii", errors="replace")
     return int(re.search(r"^VmRSS:\s*(\d+)", status, re.M)[1]) / 1024

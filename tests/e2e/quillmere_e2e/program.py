@@ -6,6 +6,7 @@ import subprocess
 from pathlib import Path
 
 from . import accessibility, tray
+from .processes import family
 from .waiting import wait_for
 
 ACCESSIBLE_NAME = "quillmere"
@@ -32,10 +33,15 @@ class Program:
         """The name under which the program stands in the accessibility tree."""
 
         def own():
+            pids = family(self.process.pid)
             return [application.name for application in accessibility.applications()
-                    if application.get_process_id() == self.process.pid]
+                    if application.get_process_id() in pids]
 
         return wait_for(own, "the program is in the accessibility tree", 10)[0]
+
+    def windows(self):
+        """The processes that draw the windows: one while there are any, and none otherwise."""
+        return family(self.process.pid)[1:]
 
     def alive(self):
         return self.process is not None and self.process.poll() is None

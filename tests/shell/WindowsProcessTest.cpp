@@ -1,0 +1,267 @@
+// The windows' process: started when a window is wanted, ended when there is nothing to draw, missed by nobody.
+#include "shell/WindowsProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "StateFixture.h"
+#include "remote/SendMessage.h"
+
+namespace quillmere {
+namespace {
+
+using nlohmann::json;
+
+/// A process that is only its line.
+class FakeLauncher final : public WindowsLauncher {
+ public:
+  struct Line {
+    ChannelEvents events;
+    std::vector<json> sent;
+    bool isOpen = true;
+  };
+
+  std::unique_ptr<Channel> launch(ChannelEvents events) override {
+    if (fails) return nullptr;
+    lines.push_back(std::make_shared<Line>());
+    lines.back()->events = std::move(events);
+    return std::make_unique<End>(lines.back());
+  }
+
+  std::vector<std::shared_ptr<Line>> lines;
+  bool fails = false;
+
+ private:
+  class End final : public Channel {
+   public:
+    explicit End(std::shared_ptr<Line> line) : line_(std::move(line)) {}
+    ~End() override { line_->isOpen = false; }
+    End(const End&) = delete;
+    End& operator=(const End&) = delete;
+    void send(const std::string& message) override { line_->sent.push_back(decodeMessage(message).value()); }
+
+   private:
+    std::shared_ptr<Line> line_;
+  };
+};
+
+/// What stands on the state is made after it.
+class Started : public StateFixture {
+ protected:
+  Started() { startWithThree(); }
+};
+
+class WindowsOfTheProgram : public Started {
+ protected:
+  WindowsIntents intents() {
+    WindowsIntents result;
+    result.openMainWindow = [this] { events.emplace_back("open"); };
+    result.mainWindowShown = [this] { events.emplace_back("shown"); };
+    result.terminate = [this] { events.emplace_back("terminate"); };
+    return result;
+  }
+  /// What was sent to the process that runs now, of a type.
+  std::vector<json> sent(const std::string& type) {
+    std::vector<json> found;
+    for (const auto& message : launcher.lines.back()->sent) {
+      if (message.at("type") == type) found.push_back(message);
+    }
+    return found;
+  }
+  void say(const json& message) {
+    launcher.lines.back()->events.received(encodeMessage(message));
+    settle();
+  }
+  void sayWindow(const char* type) { say({{"type", type}, {"window", "main"}, {"isClosing", true}}); }
+  void die() {
+    launcher.lines.back()->events.closed();
+    settle();
+  }
+
+  FakeLauncher launcher;
+  std::vector<std::string> events;
+  WindowsProcess windows{launcher, state(), disk, box->workspace, box->runtime, intents()};
+};
+
+TEST_F(WindowsOfTheProgram, NoProcessRunsBeforeAWindowIsWanted) {
+  windows.activate();
+  windows.close("main");
+  windows.closePopover();
+  windows.orderFront("main");
+  EXPECT_TRUE(launcher.lines.empty());
+  EXPECT_TRUE(windows.windows().empty());
+}
+
+TEST_F(WindowsOfTheProgram, TheFirstWordIsTheStateAndThenTheWish) {
+  windows.togglePopover({StatusItemPoint{10, 20}, "token"});
+  ASSERT_EQ(launcher.lines.size(), 1U);
+  EXPECT_EQ(launcher.lines[0]->sent.front().at("type"), "fields");
+  const auto wish = sent("togglePopover");
+  ASSERT_EQ(wish.size(), 1U);
+  EXPECT_EQ(wish[0].at("x"), 10);
+  EXPECT_EQ(wish[0].at("y"), 20);
+  EXPECT_EQ(wish[0].at("token"), "token");
+}
+
+TEST_F(WindowsOfTheProgram, OneProcessDrawsThemAll) {
+  windows.togglePopover({});
+  windows.open("main");
+  windows.showAboutPanel();
+  EXPECT_EQ(launcher.lines.size(), 1U);
+  EXPECT_FALSE(sent("togglePopover")[0].contains("x"));
+}
+
+TEST_F(WindowsOfTheProgram, UnknownWindowsAreNotOpened) {
+  windows.open("cellar");
+  EXPECT_TRUE(launcher.lines.empty());
+}
+
+TEST_F(WindowsOfTheProgram, ProcessWithNothingToDrawEnds) {
+  windows.togglePopover({});
+  say({{"type", "idle"}, {"seen", 1}});
+  EXPECT_FALSE(launcher.lines[0]->isOpen);
+  EXPECT_FALSE(windows.isRunning());
+  state().setGain(0.5F, spotify);
+  windows.togglePopover({});
+  EXPECT_EQ(launcher.lines.size(), 2U);
+}
+
+TEST_F(WindowsOfTheProgram, AWishThatCrossesTheOfferToEndIsNotLost) {
+  windows.togglePopover({});
+  windows.togglePopover({});
+  say({{"type", "idle"}, {"seen", 1}});
+  EXPECT_TRUE(launcher.lines[0]->isOpen);
+  EXPECT_EQ(sent("togglePopover").size(), 2U);
+  say({{"type", "idle"}, {"seen", 2}});
+  EXPECT_FALSE(launcher.lines[0]->isOpen);
+}
+
+TEST_F(WindowsOfTheProgram, TheListOfWindowsIsWhatTheProcessTells) {
+  windows.open("main");
+  EXPECT_TRUE(windows.windows().empty());
+  sayWindow("windowShown");
+  EXPECT_EQ(windows.windows(), (std::vector<WindowInfo>{{"main", true}}));
+  EXPECT_EQ(events, (std::vector<std::string>{"shown"}));
+  std::vector<std::string> keys;
+  windows.onWindowBecameKey([&](const std::string& identifier) { keys.push_back(identifier); });
+  sayWindow("windowBecameKey");
+  EXPECT_EQ(keys, (std::vector<std::string>{"main"}));
+}
+
+TEST_F(WindowsOfTheProgram, AClosingWindowStillCountsAsVisibleWhileItIsTold) {
+  windows.open("main");
+  sayWindow("windowShown");
+  std::vector<WindowInfo> seen;
+  windows.onWindowWillClose([&](const std::string&) { seen = windows.windows(); });
+  sayWindow("windowHidden");
+  EXPECT_EQ(seen, (std::vector<WindowInfo>{{"main", true}}));
+  EXPECT_EQ(windows.windows(), (std::vector<WindowInfo>{{"main", false}}));
+}
+
+TEST_F(WindowsOfTheProgram, AProcessThatEndsUnaskedTakesItsWindowsAndNothingElse) {
+  windows.open("main");
+  sayWindow("windowShown");
+  std::vector<std::string> closed;
+  windows.onWindowWillClose([&](const std::string& identifier) { closed.push_back(identifier); });
+  die();
+  EXPECT_EQ(closed, (std::vector<std::string>{"main"}));
+  EXPECT_TRUE(windows.windows().empty());
+  EXPECT_FALSE(windows.isRunning());
+  EXPECT_EQ(launcher.lines.size(), 1U);
+  windows.open("main");
+  EXPECT_EQ(launcher.lines.size(), 2U);
+}
+
+TEST_F(WindowsOfTheProgram, WhatAnEndedProcessHasSaidLateIsIgnored) {
+  windows.open("main");
+  const auto first = launcher.lines[0];
+  die();
+  windows.open("main");
+  first->events.received(encodeMessage({{"type", "quit"}}));
+  first->events.closed();
+  settle();
+  EXPECT_TRUE(windows.isRunning());
+  EXPECT_TRUE(events.empty());
+}
+
+TEST_F(WindowsOfTheProgram, GesturesReachTheMixer) {
+  windows.open("main");
+  say({{"type", "call"}, {"name", "setGain"}, {"arguments", json::array({0.5, spotify})}});
+  EXPECT_TRUE(std::any_of(state().apps()->begin(), state().apps()->end(),
+                          [](const AudioApp& app) { return app.bundleID == spotify && app.gain == 0.5F; }));
+}
+
+TEST_F(WindowsOfTheProgram, WishesOfTheWindowsReachTheProgram) {
+  windows.open("main");
+  say({{"type", "openMainWindow"}});
+  say({{"type", "quit"}});
+  EXPECT_EQ(events, (std::vector<std::string>{"open", "terminate"}));
+}
+
+TEST_F(WindowsOfTheProgram, NonsenseIsLoggedAndIgnored) {
+  windows.open("main");
+  box->log.clear();
+  say({{"type", "windowShown"}});
+  say({{"type", "windowHidden"}, {"window", "main"}});
+  say({{"type", "idle"}, {"seen", "all"}});
+  EXPECT_EQ(box->log.lines().size(), 3U);
+  launcher.lines.back()->events.received("\xFF no message");
+  say(7);
+  EXPECT_TRUE(windows.isRunning());
+}
+
+TEST_F(WindowsOfTheProgram, AProgramThatCannotStartItsWindowsGoesOn) {
+  launcher.fails = true;
+  windows.togglePopover({});
+  windows.open("main");
+  EXPECT_FALSE(windows.isRunning());
+  launcher.fails = false;
+  windows.open("main");
+  EXPECT_TRUE(windows.isRunning());
+}
+
+TEST_F(WindowsOfTheProgram, OldTrayKeepsAProcessAndGetsItBack) {
+  windows.oldTray().setToolTip("quillmere");
+  windows.oldTray().show();
+  windows.setOldTrayWanted(true);
+  ASSERT_EQ(launcher.lines.size(), 1U);
+  EXPECT_EQ(sent("keepOldTray").size(), 1U);
+  EXPECT_EQ(sent("statusItemShow").size(), 1U);
+  std::vector<bool> told;
+  windows.oldTray().onAvailabilityChanged([&](bool isAvailable) { told.push_back(isAvailable); });
+  say({{"type", "statusItemAvailable"}, {"isAvailable", true}});
+  EXPECT_TRUE(windows.oldTray().isAvailable());
+  die();
+  EXPECT_FALSE(windows.oldTray().isAvailable());
+  EXPECT_EQ(told, (std::vector<bool>{true, false}));
+  box->advanceSeconds(1.0);
+  EXPECT_EQ(launcher.lines.size(), 2U);
+  EXPECT_EQ(sent("statusItemShow").size(), 1U);
+}
+
+TEST_F(WindowsOfTheProgram, AProcessThatKeepsEndingIsStartedLessAndLessOften) {
+  windows.setOldTrayWanted(true);
+  for (int minute = 0; minute < 10; ++minute) {
+    for (int second = 0; second < 60; ++second) {
+      if (windows.isRunning()) die();
+      box->advanceSeconds(1.0);
+    }
+  }
+  EXPECT_GE(launcher.lines.size(), 10U);
+  EXPECT_LE(launcher.lines.size(), 20U);
+}
+
+TEST_F(WindowsOfTheProgram, OldTrayThatIsNoLongerWantedLetsTheProcessEnd) {
+  windows.setOldTrayWanted(true);
+  windows.setOldTrayWanted(false);
+  EXPECT_EQ(sent("keepOldTray").back().at("isWanted"), false);
+  say({{"type", "idle"}, {"seen", 2}});
+  EXPECT_FALSE(windows.isRunning());
+  die();
+  box->advanceSeconds(120.0);
+  EXPECT_EQ(launcher.lines.size(), 1U);
+}
+
+}  // namespace
+}  // namespace quillmere
