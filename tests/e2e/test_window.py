@@ -3,6 +3,7 @@
 
 import os
 import signal
+import subprocess
 import unittest
 
 from quillmere_e2e import accessibility as a11y
@@ -91,6 +92,21 @@ class InTheBackground(unittest.TestCase):
         a11y.find(self.program.accessible_name(), name="Open quillmere")
         self.program.process.kill()
         wait_for(lambda: not is_alive(drawn_by), "the popover's process is gone", 5)
+
+    def test_the_program_ends_with_its_display(self):
+        read_end, write_end = os.pipe()
+        display = subprocess.Popen(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "640x480x24"],
+                                   pass_fds=[write_end], stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(display.wait)
+        self.addCleanup(display.kill)
+        os.close(write_end)
+        with open(read_end, encoding="ascii") as numbers:
+            number = numbers.readline().strip()
+        self.program.stop()
+        program = self.enterContext(Program(arguments=["--background"], environment={"DISPLAY": f":{number}"}))
+        program.item()
+        display.terminate()
+        self.assertEqual(program.process.wait(5), 0)
 
 
 if __name__ == "__main__":

@@ -1,0 +1,111 @@
+// A child process on the line: started, talked with, ended, and what becomes of one that ends by itself.
+#include "platform/linux/LinuxWindowsLauncher.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "platform/memory/RecordingLogSink.h"
+
+namespace quillmere {
+namespace {
+
+constexpr auto deadline = std::chrono::seconds(10);
+
+class WindowsLauncherOnLinux : public ::testing::Test {
+ protected:
+  std::unique_ptr<Channel> launch() {
+    return launcher.launch({[this](std::string message) {
+                              const std::scoped_lock lock(mutex);
+                              messages.push_back(std::move(message));
+                              changed.notify_all();
+                            },
+                            [this] {
+                              const std::scoped_lock lock(mutex);
+                              ++ends;
+                              changed.notify_all();
+                            }});
+  }
+  bool waitForAnswer(const std::string& wanted) {
+    std::unique_lock lock(mutex);
+    return changed.wait_for(lock, deadline, [&] { return !messages.empty() && messages.back() == wanted; });
+  }
+  bool waitForEnd() {
+    std::unique_lock lock(mutex);
+    return changed.wait_for(lock, deadline, [&] { return ends > 0; });
+  }
+
+  RecordingLogSink log;
+  LinuxWindowsLauncher launcher{{"no such program", "channel_echo"}, log};
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::vector<std::string> messages;
+  int ends = 0;
+};
+
+TEST_F(WindowsLauncherOnLinux, StartsTheProgramAndTalksWithIt) {
+  ASSERT_TRUE(launcher.isComplete());
+  const auto channel = launch();
+  ASSERT_NE(channel, nullptr);
+  channel->send("hello");
+  EXPECT_TRUE(waitForAnswer("hello"));
+  EXPECT_TRUE(log.lines().empty());
+}
+
+TEST_F(WindowsLauncherOnLinux, TheProgramEndsWithItsLineAndThatIsNoNews) {
+  auto channel = launch();
+  channel->send("hello");
+  ASSERT_TRUE(waitForAnswer("hello"));
+  channel.reset();
+  EXPECT_EQ(ends, 0);
+  EXPECT_TRUE(log.lines().empty());
+}
+
+TEST_F(WindowsLauncherOnLinux, SeveralRunBesideEachOther) {
+  const auto first = launch();
+  const auto second = launch();
+  first->send("one");
+  EXPECT_TRUE(waitForAnswer("one"));
+  second->send("two");
+  EXPECT_TRUE(waitForAnswer("two"));
+}
+
+TEST_F(WindowsLauncherOnLinux, OneThatEndsUnaskedIsToldAndLogged) {
+  const auto channel = launch();
+  channel->send("end");
+  ASSERT_TRUE(waitForEnd());
+  EXPECT_EQ(log.messages(), (std::vector<std::string>{"the windows ended with code 7"}));
+  channel->send("are you there?");
+}
+
+TEST_F(WindowsLauncherOnLinux, OneThatCrashesIsToldAndLogged) {
+  const auto channel = launch();
+  channel->send("crash");
+  ASSERT_TRUE(waitForEnd());
+  EXPECT_EQ(log.messages(), (std::vector<std::string>{"the windows were ended by signal 6"}));
+}
+
+TEST_F(WindowsLauncherOnLinux, OneThatDoesNotEndWithItsLineIsEnded) {
+  auto channel = launch();
+  channel->send("stay");
+  ASSERT_TRUE(waitForAnswer("stay"));
+  // Returns only when the child has been waited for.
+  channel.reset();
+  EXPECT_EQ(ends, 0);
+}
+
+TEST_F(WindowsLauncherOnLinux, WithoutAProgramNothingStartsAndTheLogSaysWhy) {
+  LinuxWindowsLauncher incomplete({"no such program"}, log);
+  EXPECT_FALSE(incomplete.isComplete());
+  EXPECT_EQ(log.lines().size(), 1U);
+  EXPECT_EQ(incomplete.launch({}), nullptr);
+  EXPECT_EQ(log.lines().size(), 2U);
+}
+
+}  // namespace
+}  // namespace quillmere
