@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "windows/PopoverPlacement.h"
+#include "windows/X11.h"
 
 namespace quillmere {
 
@@ -53,6 +54,7 @@ void PopoverController::open(const std::optional<QRect>& anchor) {
     connect(&window, &QWindow::widthChanged, this, &PopoverController::place);
   }
   place();
+  if (!isShown()) x11::skipTaskBar(window);
   scene_.show();
 }
 

@@ -69,6 +69,13 @@ class Window(unittest.TestCase):
         self.assertNotEqual(self.program.windows(), [drawn_by])
 
 
+def shown_windows():
+    """The program's windows that show, by their title."""
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^quillmere$"], check=False,
+                           stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+    return found.stdout.split()
+
+
 class InTheBackground(unittest.TestCase):
     def setUp(self):
         self.addCleanup(forget_settings)
@@ -85,6 +92,17 @@ class InTheBackground(unittest.TestCase):
         wait_for(lambda: not self.program.windows(), "what drew the popover is gone", 40)
         self.item.click()
         a11y.find(self.program.accessible_name(), name="Open quillmere")
+
+    def test_the_popover_is_in_no_task_bar_however_often_it_opens(self):
+        for _ in range(2):
+            self.item.click()
+            popover = wait_for(shown_windows, "the popover shows", 5)[-1]
+            states = subprocess.run(["xprop", "-id", popover, "_NET_WM_STATE"], check=True, capture_output=True,
+                                    text=True).stdout
+            self.assertIn("_NET_WM_STATE_SKIP_TASKBAR", states)
+            self.assertIn("_NET_WM_STATE_SKIP_PAGER", states)
+            self.item.click()
+            wait_for(lambda: not shown_windows(), "the popover is closed", 5)
 
     def test_a_program_that_is_killed_leaves_no_window_behind(self):
         self.item.click()
