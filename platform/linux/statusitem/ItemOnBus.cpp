@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "statusitem/Interfaces.h"
@@ -32,6 +33,19 @@ constexpr Duration callTimeout = std::chrono::seconds(20);
 constexpr Duration longestQuestion = std::chrono::milliseconds(200);
 /// A token goes into the environment of a program that is started with it.
 constexpr std::size_t longestToken = 1024;
+
+/// The wheel's way in eighths of a degree, positive away from the user; none where it moved sideways.
+///
+/// The interface leaves both unit and sign to the host. Plasma hands on the angle and spells the orientation with a
+/// capital; GNOME's, Xfce's and Sway's panels count steps of the wheel, positive towards the user.
+std::optional<int> wheelAngle(int delta, const char* orientation) {
+  if (g_ascii_strcasecmp(orientation, "vertical") != 0) return std::nullopt;
+  constexpr int notch = 120;
+  constexpr int mostSteps = 15;
+  constexpr int longestWay = 100 * notch;
+  const bool isSteps = g_ascii_islower(orientation[0]) != FALSE && delta > -mostSteps && delta < mostSteps;
+  return isSteps ? -delta * notch : std::clamp(delta, -longestWay, longestWay);
+}
 
 GVariant* emptyPixmaps() { return g_variant_new_array(G_VARIANT_TYPE("(iiay)"), nullptr, 0); }
 
@@ -84,7 +98,8 @@ ItemOnBus::ItemOnBus(ItemEvents events, LogSink& log, LinuxStatusItemOptions opt
     : events_(std::move(events)),
       log_(log, "StatusItem"),
       options_(std::move(options)),
-      bus_(options_.busAddress, {[this] { connected(); }, [this](const auto& reason) { disconnected(reason); }}) {
+      bus_(options_.busAddress,
+           {[this] { connected(); }, [this](const auto& reason) { disconnected(reason); }}) {
   bus_.invoke([this] {
     bus_.after(options_.firstAnswer, [this] {
       if (!toldAvailability_) tellAvailability();
@@ -315,7 +330,8 @@ void ItemOnBus::itemCalled(const std::string& method, GVariant* arguments, GDBus
     gint32 delta = 0;
     const char* orientation = nullptr;
     g_variant_get(arguments, "(i&s)", &delta, &orientation);
-    if (g_ascii_strcasecmp(orientation, "vertical") == 0) events_.scrolled(delta);
+    const auto angle = wheelAngle(delta, orientation);
+    if (angle && *angle != 0) events_.scrolled(*angle);
   } else if (method == "ProvideXdgActivationToken") {
     const char* token = nullptr;
     g_variant_get(arguments, "(&s)", &token);

@@ -217,10 +217,31 @@ TEST_F(StatusItemOnABus, TheWheelCountsUpAndDownButNotSideways) {
   show();
   panel_.callItem("Scroll", "(120, 'vertical')");
   panel_.callItem("Scroll", "(240, 'horizontal')");
-  panel_.callItem("Scroll", "(-15, 'Vertical')");
+  panel_.callItem("Scroll", "(-15, 'vertical')");
   panel_.callItem("Scroll", "(1, 'sideways')");
+  panel_.callItem("Scroll", "(0, 'vertical')");
   settle();
   EXPECT_EQ(scrolled_, (std::vector{120, -15}));
+}
+
+TEST_F(StatusItemOnABus, TheWheelIsUnderstoodFromEveryKindOfPanel) {
+  show();
+  // Steps, positive towards the user.
+  panel_.callItem("Scroll", "(-1, 'vertical')");
+  panel_.callItem("Scroll", "(2, 'vertical')");
+  // Angles, positive away from the user, fine ones too.
+  panel_.callItem("Scroll", "(120, 'Vertical')");
+  panel_.callItem("Scroll", "(-8, 'Vertical')");
+  settle();
+  EXPECT_EQ(scrolled_, (std::vector{120, -240, 120, -8}));
+}
+
+TEST_F(StatusItemOnABus, AWheelThatNobodyCanTurnSoFarIsHeldBack) {
+  show();
+  panel_.callItem("Scroll", "(2147483647, 'vertical')");
+  panel_.callItem("Scroll", "(-2147483648, 'vertical')");
+  settle();
+  EXPECT_EQ(scrolled_, (std::vector{12000, -12000}));
 }
 
 TEST_F(StatusItemOnABus, TheToolTipIsToldWhenItChanges) {
