@@ -1,6 +1,8 @@
 // One private connection on a thread of its own.
 #include "bus/BusThread.h"
 
+#include <pthread.h>
+
 #include <memory>
 #include <utility>
 
@@ -13,13 +15,13 @@ constexpr Duration answerTimeout = std::chrono::seconds(20);
 
 }  // namespace
 
-BusThread::BusThread(std::optional<std::string> address, Events events)
+BusThread::BusThread(const char* name, std::optional<std::string> address, Events events)
     : address_(std::move(address)),
       events_(std::move(events)),
       context_(g_main_context_new()),
       loop_(g_main_loop_new(context_, FALSE)),
       cancellable_(g_cancellable_new()) {
-  thread_ = std::thread([this] { run(); });
+  thread_ = std::thread([this, name] { run(name); });
 }
 
 BusThread::~BusThread() {
@@ -74,7 +76,8 @@ void BusThread::end(std::function<void()> last) {
   thread_.join();
 }
 
-void BusThread::run() {
+void BusThread::run(const char* name) {
+  pthread_setname_np(pthread_self(), name);
   g_main_context_push_thread_default(context_);
   g_main_loop_run(loop_);
   // Cancelled calls still come back once; what they carry is freed by that.
@@ -167,14 +170,14 @@ void BusThread::call(const std::string& service, const char* path, const char* i
 }
 
 void BusThread::subscribe(const char* interface, const char* signal, const char* path, const char* argument,
-                          SignalHandler handler) {
+                          SignalHandler handler, GDBusSignalFlags flags) {
   struct Subscription {
     BusThread* self;
     SignalHandler handler;
   };
   if (!connection_) return;
   subscriptions_.push_back(g_dbus_connection_signal_subscribe(
-      connection_.get(), nullptr, interface, signal, path, argument, G_DBUS_SIGNAL_FLAGS_NONE,
+      connection_.get(), nullptr, interface, signal, path, argument, flags,
       [](GDBusConnection*, const char* sender, const char*, const char*, const char*, GVariant* parameters,
          gpointer data) {
         const auto* subscription = static_cast<Subscription*>(data);

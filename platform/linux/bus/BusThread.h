@@ -28,8 +28,9 @@ class BusThread {
     std::function<void(const std::string& reason)> disconnected;
   };
 
-  /// `address` absent means the session's bus, empty means none. Nothing is connected yet. [any]
-  BusThread(std::optional<std::string> address, Events events);
+  /// The name is the thread's, of fifteen characters at most. `address` absent means the session's bus, empty means
+  /// none. Nothing is connected yet. [any]
+  BusThread(const char* name, std::optional<std::string> address, Events events);
   ~BusThread();
   BusThread(const BusThread&) = delete;
   BusThread& operator=(const BusThread&) = delete;
@@ -52,12 +53,12 @@ class BusThread {
             GVariant* arguments, Duration timeout, Reply reply);
   /// Signals from any sender, until the connection goes; `argument` is the first one where it is given.
   void subscribe(const char* interface, const char* signal, const char* path, const char* argument,
-                 SignalHandler handler);
+                 SignalHandler handler, GDBusSignalFlags flags = G_DBUS_SIGNAL_FLAGS_NONE);
   /// Tells the owner of a name, now and whenever it changes; empty for none.
   void watchName(const std::string& name, const std::function<void(const std::string& owner)>& changed);
 
  private:
-  void run();
+  void run(const char* name);
   void disconnect();
   void adopt(Object<GDBusConnection> connection);
   static void attach(GSource* source, std::function<void()> work, GMainContext* context);

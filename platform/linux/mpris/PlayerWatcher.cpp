@@ -5,18 +5,14 @@
 
 #include <atomic>
 #include <functional>
-#include <thread>
 #include <utility>
 #include <vector>
 
-#include "bus/SessionBusAddress.h"
+#include "bus/BusThread.h"
 
 namespace quillmere::mpris {
 namespace {
 
-constexpr const char* busService = "org.freedesktop.DBus";
-constexpr const char* busPath = "/org/freedesktop/DBus";
-constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 constexpr const char* rootInterface = "org.mpris.MediaPlayer2";
 constexpr const char* playerInterface = "org.mpris.MediaPlayer2.Player";
 constexpr const char* playerPath = "/org/mpris/MediaPlayer2";
@@ -27,20 +23,11 @@ constexpr std::size_t maxPlayers = 64;
 /// A position younger than this is not asked for again.
 constexpr Duration positionPeriod = std::chrono::milliseconds(400);
 
-struct FreeVariant {
-  void operator()(GVariant* value) const { g_variant_unref(value); }
-};
-using Variant = std::unique_ptr<GVariant, FreeVariant>;
-
-struct FreeObject {
-  void operator()(void* object) const { g_object_unref(object); }
-};
-template <typename T>
-using Object = std::unique_ptr<T, FreeObject>;
-
-bool isOfType(GVariant* value, const char* type) {
-  return value != nullptr && g_variant_is_of_type(value, G_VARIANT_TYPE(type)) != FALSE;
-}
+using bus::busPath;
+using bus::busService;
+using bus::isOfType;
+using bus::propertiesInterface;
+using bus::Variant;
 
 }  // namespace
 
@@ -51,22 +38,9 @@ class PlayerWatcher::Thread {
       : clocks_(clocks),
         log_(log, "PlayerWatcher"),
         options_(std::move(options)),
-        context_(g_main_context_new()),
-        loop_(g_main_loop_new(context_, FALSE)),
-        cancellable_(g_cancellable_new()) {
-    thread_ = std::thread([this] { run(); });
-    invoke([this] { connect(); });
+        bus_("players", options_.address, {[this] { begin(); }, [this](const std::string& reason) { leave(reason); }}) {
+    bus_.invoke([this] { connect(); });
   }
-
-  ~Thread() {
-    invoke([this] { shutDown(); });
-    thread_.join();
-    g_main_loop_unref(loop_);
-    g_main_context_unref(context_);
-  }
-
-  Thread(const Thread&) = delete;
-  Thread& operator=(const Thread&) = delete;
 
   /// [any]
   std::optional<Player> current() {
@@ -80,179 +54,62 @@ class PlayerWatcher::Thread {
     }
     if (!isConnected || wantsAttention_ ||
         (player && player->isPlaying() && now - player->positionAt > positionPeriod)) {
-      if (!attentionIsPosted_.exchange(true)) invoke([this] { attend(); });
+      if (!attentionIsPosted_.exchange(true)) bus_.invoke([this] { attend(); });
     }
     return player;
   }
 
   /// [any]
   void press(std::int32_t key, std::optional<ToldState> told) {
-    invoke([this, key, told = std::move(told)] {
+    bus_.invoke([this, key, told = std::move(told)] {
       const auto call = decideKey(key, told, players_, pausedByKey_);
-      if (!call || !connection_) return;
-      this->call(call->busName.c_str(), playerPath, playerInterface, call->method, nullptr, [](GVariant*) {});
+      if (!call || bus_.connection() == nullptr) return;
+      this->call(call->busName, playerPath, playerInterface, call->method, nullptr, [](GVariant*) {});
     });
   }
 
  private:
-  using Reply = std::function<void(GVariant* reply)>;
-
-  void invoke(std::function<void()> work) {
-    auto* heap = new std::function<void()>(std::move(work));
-    GSource* source = g_idle_source_new();
-    g_source_set_priority(source, G_PRIORITY_DEFAULT);
-    g_source_set_callback(
-        source,
-        [](gpointer data) -> gboolean {
-          (*static_cast<std::function<void()>*>(data))();
-          return G_SOURCE_REMOVE;
-        },
-        heap, [](gpointer data) { delete static_cast<std::function<void()>*>(data); });
-    g_source_attach(source, context_);
-    g_source_unref(source);
-  }
-
-  void run() {
-    g_main_context_push_thread_default(context_);
-    g_main_loop_run(loop_);
-    // Cancelled calls still come back once; what they carry is freed by that.
-    while (pending_ > 0) g_main_context_iteration(context_, TRUE);
-    connection_.reset();
-    while (g_main_context_iteration(context_, FALSE) != FALSE) {
-    }
-    g_main_context_pop_thread_default(context_);
-  }
-
-  void shutDown() {
-    isEnding_ = true;
-    g_cancellable_cancel(cancellable_.get());
-    disconnect();
-    g_main_loop_quit(loop_);
-  }
-
   // --- connection
 
   void connect() {
-    if (connection_ || isConnecting_ || isEnding_) return;
     const auto now = clocks_.monotonicNow();
-    if (nextAttempt_ && now < *nextAttempt_) return;
+    if (bus_.connection() != nullptr || (nextAttempt_ && now < *nextAttempt_)) return;
     nextAttempt_ = now + options_.retryPeriod;
-    const auto address = options_.address.value_or(sessionBusAddress());
-    if (address.empty()) {
-      reportMissing("no session bus");
-      return;
-    }
-    isConnecting_ = true;
-    ++pending_;
-    const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-    g_dbus_connection_new_for_address(
-        address.c_str(), flags, nullptr, cancellable_.get(),
-        [](GObject*, GAsyncResult* result, gpointer data) {
-          auto* self = static_cast<Thread*>(data);
-          --self->pending_;
-          self->isConnecting_ = false;
-          GError* error = nullptr;
-          Object<GDBusConnection> connection(g_dbus_connection_new_for_address_finish(result, &error));
-          if (connection && !self->isEnding_) self->begin(std::move(connection));
-          if (error != nullptr) {
-            if (!self->isEnding_) self->reportMissing(error->message);
-            g_error_free(error);
-          }
-        },
-        this);
+    bus_.connect();
   }
 
-  void reportMissing(const char* reason) {
-    if (missingIsReported_) return;
-    missingIsReported_ = true;
-    log_.standard(std::string("media players are out of reach: ") + reason);
-  }
-
-  void begin(Object<GDBusConnection> connection) {
-    connection_ = std::move(connection);
+  void begin() {
     missingIsReported_ = false;
     nextAttempt_.reset();
-    g_dbus_connection_set_exit_on_close(connection_.get(), FALSE);
-    closedHandler_ = g_signal_connect(connection_.get(), "closed",
-                                      G_CALLBACK(+[](GDBusConnection*, gboolean, GError*, gpointer data) {
-                                        auto* self = static_cast<Thread*>(data);
-                                        if (self->isEnding_) return;
-                                        self->disconnect();
-                                        self->reportMissing("the session bus has closed the connection");
-                                      }),
-                                      this);
-    subscribe(busService, busService, "NameOwnerChanged", busPath, rootInterface,
-              G_DBUS_SIGNAL_FLAGS_MATCH_ARG0_NAMESPACE, [](Thread& self, const char*, GVariant* parameters) {
-                if (!isOfType(parameters, "(sss)")) return;
-                const char* name = nullptr;
-                const char* oldOwner = nullptr;
-                const char* newOwner = nullptr;
-                g_variant_get(parameters, "(&s&s&s)", &name, &oldOwner, &newOwner);
-                self.setOwner(name, newOwner);
-              });
-    subscribe(
-        nullptr, propertiesInterface, "PropertiesChanged", playerPath, playerInterface, G_DBUS_SIGNAL_FLAGS_NONE,
-        [](Thread& self, const char* sender, GVariant* parameters) { self.propertiesChanged(sender, parameters); });
-    subscribe(nullptr, playerInterface, "Seeked", playerPath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
-              [](Thread& self, const char* sender, GVariant* parameters) { self.seeked(sender, parameters); });
+    bus_.subscribe(
+        busService, "NameOwnerChanged", busPath, rootInterface,
+        [this](const std::string& sender, GVariant* parameters) {
+          if (sender != busService || !isOfType(parameters, "(sss)")) return;
+          const char* name = nullptr;
+          const char* newOwner = nullptr;
+          g_variant_get(parameters, "(&s&s&s)", &name, nullptr, &newOwner);
+          setOwner(name, newOwner);
+        },
+        G_DBUS_SIGNAL_FLAGS_MATCH_ARG0_NAMESPACE);
+    bus_.subscribe(propertiesInterface, "PropertiesChanged", playerPath, playerInterface,
+                   [this](const std::string& sender, GVariant* parameters) { propertiesChanged(sender, parameters); });
+    bus_.subscribe(playerInterface, "Seeked", playerPath, nullptr,
+                   [this](const std::string& sender, GVariant* parameters) { seeked(sender, parameters); });
     call(busService, busPath, busService, "ListNames", nullptr, [this](GVariant* reply) { namesListed(reply); });
     publish();
   }
 
-  void disconnect() {
-    if (connection_) {
-      g_signal_handler_disconnect(connection_.get(), closedHandler_);
-      for (const auto subscription : subscriptions_) {
-        g_dbus_connection_signal_unsubscribe(connection_.get(), subscription);
-      }
-      g_dbus_connection_close(connection_.get(), nullptr, nullptr, nullptr);
-    }
-    subscriptions_.clear();
-    connection_.reset();
+  void leave(const std::string& reason) {
+    if (!missingIsReported_) log_.standard("media players are out of reach: " + reason);
+    missingIsReported_ = true;
     players_.clear();
     questions_.clear();
     publish();
   }
 
-  using SignalHandler = void (*)(Thread& self, const char* sender, GVariant* parameters);
-  struct Subscription {
-    Thread* self;
-    SignalHandler handler;
-  };
-
-  void subscribe(const char* sender, const char* interface, const char* signal, const char* path, const char* argument,
-                 GDBusSignalFlags flags, SignalHandler handler) {
-    subscriptions_.push_back(g_dbus_connection_signal_subscribe(
-        connection_.get(), sender, interface, signal, path, argument, flags,
-        [](GDBusConnection*, const char* from, const char*, const char*, const char*, GVariant* parameters,
-           gpointer data) {
-          const auto* subscription = static_cast<Subscription*>(data);
-          if (!subscription->self->isEnding_) subscription->handler(*subscription->self, from, parameters);
-        },
-        new Subscription{this, handler}, [](gpointer data) { delete static_cast<Subscription*>(data); }));
-  }
-
-  /// The reply is null if the call failed. It comes on the thread, and never after the end.
-  void call(const char* service, const char* path, const char* interface, const char* method, GVariant* arguments,
-            Reply reply) {
-    struct Call {
-      Thread* self;
-      Reply reply;
-    };
-    ++pending_;
-    const auto timeout = std::chrono::duration_cast<std::chrono::milliseconds>(options_.answerTimeout).count();
-    g_dbus_connection_call(
-        connection_.get(), service, path, interface, method, arguments, nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
-        static_cast<int>(timeout), cancellable_.get(),
-        [](GObject* source, GAsyncResult* result, gpointer data) {
-          const std::unique_ptr<Call> made(static_cast<Call*>(data));
-          --made->self->pending_;
-          const Variant value(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
-          const bool isCurrent = G_DBUS_CONNECTION(source) == made->self->connection_.get();
-          if (!made->self->isEnding_ && isCurrent) made->reply(value.get());
-        },
-        new Call{this, std::move(reply)});
+  void call(const std::string& service, const char* path, const char* interface, const char* method,
+            GVariant* arguments, bus::BusThread::Reply reply) {
+    bus_.call(service, path, interface, method, arguments, options_.answerTimeout, std::move(reply));
   }
 
   // --- players
@@ -319,7 +176,7 @@ class PlayerWatcher::Thread {
            player->pid = pid <= G_MAXINT32 ? static_cast<std::int32_t>(pid) : 0;
            publish();
          });
-    call(owner.c_str(), playerPath, propertiesInterface, "Get", g_variant_new("(ss)", rootInterface, "DesktopEntry"),
+    call(owner, playerPath, propertiesInterface, "Get", g_variant_new("(ss)", rootInterface, "DesktopEntry"),
          [this, busName, owner](GVariant* reply) {
            auto* player = find(busName, owner);
            if (player == nullptr || !isOfType(reply, "(v)")) return;
@@ -337,7 +194,7 @@ class PlayerWatcher::Thread {
     if (found == players_.end() || questions.propertiesAreAsked) return;
     questions.propertiesAreAsked = true;
     const auto owner = found->second.owner;
-    call(owner.c_str(), playerPath, propertiesInterface, "GetAll", g_variant_new("(s)", playerInterface),
+    call(owner, playerPath, propertiesInterface, "GetAll", g_variant_new("(s)", playerInterface),
          [this, busName, owner](GVariant* reply) {
            auto* player = find(busName, owner);
            if (player == nullptr) return;
@@ -364,7 +221,7 @@ class PlayerWatcher::Thread {
     questions.positionIsWanted = false;
     const auto busName = asked.busName;
     const auto owner = asked.owner;
-    call(owner.c_str(), playerPath, propertiesInterface, "Get", g_variant_new("(ss)", playerInterface, "Position"),
+    call(owner, playerPath, propertiesInterface, "Get", g_variant_new("(ss)", playerInterface, "Position"),
          [this, busName, owner](GVariant* reply) {
            auto* player = find(busName, owner);
            if (player == nullptr) return;
@@ -390,8 +247,8 @@ class PlayerWatcher::Thread {
     if (applyProperties(player, properties, clocks_.monotonicNow(), playSequence_) && !position) askPosition(player);
   }
 
-  void propertiesChanged(const char* sender, GVariant* parameters) {
-    if (sender == nullptr || !isOfType(parameters, "(sa{sv}as)")) return;
+  void propertiesChanged(const std::string& sender, GVariant* parameters) {
+    if (!isOfType(parameters, "(sa{sv}as)")) return;
     const Variant changed(g_variant_get_child_value(parameters, 1));
     const Variant invalidated(g_variant_get_child_value(parameters, 2));
     for (auto& [busName, player] : players_) {
@@ -402,8 +259,8 @@ class PlayerWatcher::Thread {
     publish();
   }
 
-  void seeked(const char* sender, GVariant* parameters) {
-    if (sender == nullptr || !isOfType(parameters, "(x)")) return;
+  void seeked(const std::string& sender, GVariant* parameters) {
+    if (!isOfType(parameters, "(x)")) return;
     gint64 micros = 0;
     g_variant_get(parameters, "(x)", &micros);
     for (auto& [busName, player] : players_) {
@@ -415,8 +272,7 @@ class PlayerWatcher::Thread {
   /// Somebody asks: what has to be looked after is looked after now.
   void attend() {
     attentionIsPosted_ = false;
-    if (isEnding_) return;
-    if (!connection_) {
+    if (bus_.connection() == nullptr) {
       connect();
       return;
     }
@@ -437,24 +293,15 @@ class PlayerWatcher::Thread {
     for (const auto& [busName, questions] : questions_) hasUnanswered = hasUnanswered || !questions.isAnswered;
     wantsAttention_ = hasUnanswered;
     const std::lock_guard lock(mutex_);
-    isConnected_ = connection_ != nullptr;
+    isConnected_ = bus_.connection() != nullptr;
     current_ = counting == nullptr ? std::nullopt : std::optional<Player>(*counting);
   }
 
   Clocks& clocks_;
   Logger log_;
   const PlayerWatcherOptions options_;
-  GMainContext* context_;
-  GMainLoop* loop_;
-  Object<GCancellable> cancellable_;
-  Object<GDBusConnection> connection_;
-  gulong closedHandler_ = 0;
-  std::vector<guint> subscriptions_;
-  bool isConnecting_ = false;
-  bool isEnding_ = false;
   bool missingIsReported_ = false;
   std::optional<MonotonicTime> nextAttempt_;
-  int pending_ = 0;
   Players players_;
   std::map<std::string, Questions> questions_;
   std::uint64_t playSequence_ = 0;
@@ -467,8 +314,8 @@ class PlayerWatcher::Thread {
   bool isConnected_ = false;
   std::optional<Player> current_;
 
-  /// Last, so that it starts when all is there.
-  std::thread thread_;
+  /// Last, so that its thread starts when all is there and ends before any of it goes.
+  bus::BusThread bus_;
 };
 
 PlayerWatcher::PlayerWatcher(Clocks& clocks, LogSink& log, PlayerWatcherOptions options)

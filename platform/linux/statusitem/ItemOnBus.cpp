@@ -98,7 +98,7 @@ ItemOnBus::ItemOnBus(ItemEvents events, LogSink& log, LinuxStatusItemOptions opt
     : events_(std::move(events)),
       log_(log, "StatusItem"),
       options_(std::move(options)),
-      bus_(options_.busAddress,
+      bus_("status-item", options_.busAddress,
            {[this] { connected(); }, [this](const auto& reason) { disconnected(reason); }}) {
   bus_.invoke([this] {
     bus_.after(options_.firstAnswer, [this] {

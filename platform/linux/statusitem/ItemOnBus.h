@@ -103,7 +103,7 @@ class ItemOnBus {
   std::map<int, Question> questions_;
   int lastQuestion_ = 0;
 
-  /// Last, so that its thread starts when all is there.
+  /// Last, so that its thread starts when all is there and ends before any of it goes.
   bus::BusThread bus_;
 };
 
