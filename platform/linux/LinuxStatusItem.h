@@ -22,6 +22,8 @@ struct LinuxStatusItemOptions {
   std::optional<std::string> busAddress;
   /// After this a bus that has not answered counts as one without a panel, until it does answer.
   Duration firstAnswer = std::chrono::milliseconds(400);
+  /// How long a host that is about to show the menu waits for it to be brought up to date.
+  Duration longestQuestion = std::chrono::milliseconds(200);
   /// How long to leave a bus alone that cannot be reached.
   Duration retryPeriod = std::chrono::seconds(10);
 };

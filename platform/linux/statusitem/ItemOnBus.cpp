@@ -29,8 +29,6 @@ constexpr const char* colorScheme = "color-scheme";
 constexpr const char* programName = "quillmere";
 
 constexpr Duration callTimeout = std::chrono::seconds(20);
-/// A host that asks before it shows the menu may hang as long as nobody answers.
-constexpr Duration longestQuestion = std::chrono::milliseconds(200);
 /// A token goes into the environment of a program that is started with it.
 constexpr std::size_t longestToken = 1024;
 
@@ -416,8 +414,8 @@ void ItemOnBus::ask(Answer answer) {
   const int number = ++lastQuestion_;
   questions_.emplace(number, Question{menu_.revision(), std::move(answer)});
   events_.aboutToShow(number);
-  // The host learns of later changes by signals.
-  bus_.after(longestQuestion, [this, number] {
+  // A host may hang as long as nobody answers; of later changes it learns by signals.
+  bus_.after(options_.longestQuestion, [this, number] {
     auto found = questions_.extract(number);
     if (!found.empty()) found.mapped().answer(false);
   });

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "MenuSamples.h"
 #include "platform/linux/statusitem/PanelTheme.h"
 
@@ -51,7 +53,9 @@ TEST_F(BusMenuOf, TheDepthCutsTheTree) {
   EXPECT_EQ(printed(menu_.layout(4, 1, {"enabled"})),
             "(2, (4, {'enabled': <true>}, [<(5, {'enabled': <true>}, @av [])>, <(6, {'enabled': <true>}, @av [])>]))");
   EXPECT_EQ(printed(menu_.layout(0, 1, {"label"})).find("Morning"), std::string::npos);
-  EXPECT_EQ(printed(menu_.layout(0, -7, {})), printed(menu_.layout(0, -1, {}))) << "nonsense means everything";
+  for (const int nonsense : {-7, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+    EXPECT_EQ(printed(menu_.layout(0, nonsense, {})), printed(menu_.layout(0, -1, {}))) << nonsense;
+  }
 }
 
 TEST_F(BusMenuOf, AnUnknownEntryHasNoLayoutAndNoProperty) {
