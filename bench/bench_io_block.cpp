@@ -110,8 +110,9 @@ float bareChain(float gain, float target, float coefficient) {
 int main() {
   Buffers buffers;
   IOWords words;
+  const float coefficient = glideCoefficient(sampleRateHz);
   const auto process = [&] {
-    processIO({.buffers = {&buffers.in, 1}}, {.buffers = {&buffers.out, 1}}, sampleRateHz, words);
+    processIO({.buffers = {&buffers.in, 1}}, {.buffers = {&buffers.out, 1}}, coefficient, words);
     touch(buffers.out.data);
   };
   const auto copy = [&] {

@@ -67,8 +67,9 @@ def main():
         for number in range(APPLICATIONS):
             stack.enter_context(Player("pw-play", f"Silent {number}", 0, file=silence))
         ours = stack.enter_context(running([str(program)]))
-        peer = stack.enter_context(running(["pavucontrol"]))
+        # Before the peer's window comes: it would take the keyboard, and the key with it.
         close_windows(ours)
+        peer = stack.enter_context(running(["pavucontrol"]))
         settled(ours)
         settled(peer)
         share = processor_share([ours.pid, peer.pid], SECONDS)

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <utility>
 
 #include "core/BundleID.h"
@@ -52,10 +53,18 @@ Stream<AudioAppDetector::DetectionResult> AudioAppDetector::runningAudioApps() c
   return Results::produce(*background_,
                           [monitor = monitor_, &workspace](TaskContext& task, Results::Writer& writer) -> Async<void> {
                             auto snapshots = monitor.stream();
+                            // Most polls find what the one before has found: a comparison costs less than a join.
+                            std::optional<DetectionResult> joined;
+                            std::vector<RunningApplication> joinedWith;
                             while (!task.isCancelled()) {
                               auto list = co_await snapshots.next();
                               if (!list) break;
-                              writer.yield(merge(std::move(*list), workspace.runningApplications()));
+                              auto running = workspace.runningApplications();
+                              if (!joined || joined->snapshots != *list || joinedWith != running) {
+                                joined = merge(std::move(*list), running);
+                                joinedWith = std::move(running);
+                              }
+                              writer.yield(*joined);
                             }
                           });
 }

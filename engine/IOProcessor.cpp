@@ -79,10 +79,13 @@ Result renderAny(const float* input, const Layout& in, float* output, const Layo
 
 }  // namespace
 
-void processIO(const AudioBufferList& input, const AudioBufferList& output, double sampleRateHz, IOWords& words) {
+float glideCoefficient(double sampleRateHz) {
   const double rate = std::max(8000.0, sampleRateHz);
   const double alpha = std::exp(-1.0 / (rate * 0.03));
+  return static_cast<float>(1.0 - alpha);
+}
 
+void processIO(const AudioBufferList& input, const AudioBufferList& output, float coefficient, IOWords& words) {
   if (input.buffers.empty() || input.buffers.front().data == nullptr) return;
   if (output.buffers.empty() || output.buffers.front().data == nullptr) return;
   const AudioBuffer& source = input.buffers.front();
@@ -95,7 +98,6 @@ void processIO(const AudioBufferList& input, const AudioBufferList& output, doub
   if (frames > 0) {
     if (out.rawChannels < 2) preconditionFailure("the IO block was given an output of fewer than two channels");
     const float target = words.targetGain.load(std::memory_order_relaxed);
-    const auto coefficient = static_cast<float>(1.0 - alpha);
     const bool isStereo = in.rawChannels == 2 && out.rawChannels == 2;
     result = isStereo ? renderStereo(source.data, sink.data, frames, result.gain, target, coefficient)
                       : renderAny(source.data, in, sink.data, out, frames, result.gain, target, coefficient);

@@ -1,5 +1,5 @@
 // The IO algorithm: tapped audio to the device with a gliding gain, measured on the way.
-// It knows two buffer lists, three shared words and a sample rate, and nothing of any platform.
+// It knows two buffer lists, three shared words and a coefficient, and nothing of any platform.
 #pragma once
 
 #include <atomic>
@@ -19,12 +19,16 @@ struct IOWords {
   std::atomic<float> recentInputPeak{0.0F};
 };
 
+/// What share of the way to its target the gain moves in one frame: 30 ms time constant; a rate below 8000 Hz counts as
+/// 8000. For before the IO starts: to a thread that has just woken it costs as much as the samples. [any]
+[[nodiscard]] float glideCoefficient(double sampleRateHz);
+
 /// One IO cycle over the first buffer of each list; returns without writing anything if one is missing or has no data.
-/// The gain moves towards the target once a frame, 30 ms time constant; a rate below 8000 Hz counts as 8000. Output
-/// beyond the shorter buffer is left as it is, output channels beyond the second are cleared. Stops the process if
-/// there are frames and the output has fewer than two channels. Input and output may be the same memory, but must not
-/// overlap otherwise. No allocation, no lock, no system call. [audio]
-QUILLMERE_REALTIME void processIO(const AudioBufferList& input, const AudioBufferList& output, double sampleRateHz,
+/// The gain moves towards the target once a frame, by that coefficient. Output beyond the shorter buffer is left as it
+/// is, output channels beyond the second are cleared. Stops the process if there are frames and the output has fewer
+/// than two channels. Input and output may be the same memory, but must not overlap otherwise. No allocation, no lock,
+/// no system call. [audio]
+QUILLMERE_REALTIME void processIO(const AudioBufferList& input, const AudioBufferList& output, float coefficient,
                                   IOWords& words);
 
 }  // namespace quillmere

@@ -114,6 +114,11 @@ void ProcessTapEngine::applyRouting(const std::optional<std::string>& deviceUID,
 }
 
 void ProcessTapEngine::updateProcessMap(std::vector<CoreAudioProcessMonitor::Snapshot> snapshots) {
+  // Held until the list is queued: what was told last is what the queue takes in last.
+  const std::lock_guard lock(toldMutex_);
+  // Nearly every poll tells what the one before has told, and there is no reason to wake the queue for it.
+  if (told_ == snapshots) return;
+  told_ = snapshots;
   queueBody([this, snapshots = std::move(snapshots)] {
     std::map<std::string, std::set<AudioObjectID>> next;
     for (const auto& snapshot : snapshots) {

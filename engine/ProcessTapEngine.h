@@ -5,6 +5,7 @@
 #include <atomic>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -62,6 +63,9 @@ class ProcessTapEngine {
   Clocks& clocks_;
   Logger log_;
   std::unique_ptr<SerialQueue> queue_;
+  /// The processes as they were told last, whether the queue has taken them in yet or not.
+  std::mutex toldMutex_;
+  std::optional<std::vector<CoreAudioProcessMonitor::Snapshot>> told_;
   /// Set when this is going: what is still queued then does nothing.
   std::atomic<bool> going_{false};
   // The tables, touched on the queue only.

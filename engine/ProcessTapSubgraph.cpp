@@ -26,7 +26,7 @@ constexpr Duration alivePoll = std::chrono::milliseconds(10);
 struct ProcessTapSubgraph::IOState {
   IOWords words;
   /// Written before the IO starts.
-  double sampleRateHz = 0.0;
+  float coefficient = 0.0F;
   std::atomic<bool> released{false};
 };
 
@@ -108,7 +108,7 @@ bool ProcessTapSubgraph::createTap() {
 
 bool ProcessTapSubgraph::readTapFormat() {
   if (hardware_.readFormat(tapID_, {audio::tapFormat, audio::scopeGlobal, 0}, tapASBD_) == noErr) {
-    io_->sampleRateHz = tapASBD_.sampleRate;
+    io_->coefficient = glideCoefficient(tapASBD_.sampleRate);
     return true;
   }
   log_.error(logText("[%s] failed to read tap format", bundleID_.c_str()));
@@ -144,7 +144,7 @@ bool ProcessTapSubgraph::installIOProc() {
       aggregateID_, ioQueueLabel,
       [state = io_](const AudioBufferList& input, const AudioBufferList& output) {
         if (state->released.load(std::memory_order_relaxed)) return;
-        processIO(input, output, state->sampleRateHz, state->words);
+        processIO(input, output, state->coefficient, state->words);
       },
       proc);
   if (status == noErr && proc != 0) {

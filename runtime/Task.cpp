@@ -67,15 +67,22 @@ Resumption::Resumption(std::shared_ptr<TaskState> task, std::coroutine_handle<> 
 
 Resumption::~Resumption() = default;
 
+std::shared_ptr<TaskState> Resumption::takeTask() {
+  const std::lock_guard lock(fields_->mutex);
+  return std::move(fields_->task);
+}
+
 void Resumption::fire() {
-  std::shared_ptr<TaskState> task;
-  {
-    const std::lock_guard lock(fields_->mutex);
-    task = std::move(fields_->task);
-  }
+  auto task = takeTask();
   if (!task) return;
   auto& executor = task->executor();
   executor.post([task = std::move(task), handle = fields_->handle] { handle.resume(); });
+}
+
+void Resumption::fireHere() {
+  // Held until the coroutine suspends again or has ended.
+  const auto task = takeTask();
+  if (task) fields_->handle.resume();
 }
 
 std::shared_ptr<Resumption> suspendTask(TaskState* task, std::coroutine_handle<> handle) {
@@ -131,7 +138,7 @@ void SleepAwaiter::await_suspend(std::coroutine_handle<> handle) {
     resumption->fire();
     return;
   }
-  timer->id.store(task->executor().postAfter(duration, [resumption] { resumption->fire(); }));
+  timer->id.store(task->executor().postAfter(duration, [resumption] { resumption->fireHere(); }));
   // A cancellation between the check and the timer has fired already; the timer then finds nothing to do.
 }
 

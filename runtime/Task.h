@@ -28,11 +28,14 @@ class Resumption {
   ~Resumption();
   Resumption(const Resumption&) = delete;
   Resumption& operator=(const Resumption&) = delete;
-  /// Posts the coroutine to its executor; only the first call does. [any]
+  /// Posts the coroutine to its executor. Only the first call of either does anything. [any]
   void fire();
+  /// Resumes it at once: for work that the task's executor runs already.
+  void fireHere();
 
  private:
   struct Fields;
+  [[nodiscard]] std::shared_ptr<TaskState> takeTask();
   std::unique_ptr<Fields> fields_;
 };
 

@@ -1,9 +1,17 @@
 // Work that is ready and work that waits for its time.
 #include "runtime/TimedQueue.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillmere {
+
+namespace {
+/// The queue whose work this thread is at, or was at last.
+thread_local const TimedQueue* takesFrom = nullptr;
+
+MonotonicTime monotonicNow() { return std::chrono::steady_clock::now(); }
+}  // namespace
 
 void TimedQueue::post(Work work) {
   {
@@ -11,47 +19,57 @@ void TimedQueue::post(Work work) {
     // A closed queue drops work outside its lock, when `work` goes out of scope.
     if (closed_) return;
     ready_.push_back(std::move(work));
+    if (waiting_ == 0 || isCalled_) return;
+    if (takesFrom == this) {
+      leaveBehind(monotonicNow());
+      return;
+    }
+    isCalled_ = true;
   }
-  changed_.notify_one();
+  lot_->call();
 }
 
 TimerID TimedQueue::postAfter(Duration delay, Work work) {
+  const MonotonicTime due = monotonicNow() + delay;
   const std::lock_guard lock(mutex_);
   if (closed_) return 0;
-  const MonotonicTime due = std::chrono::steady_clock::now() + delay;
-  const auto watchedFor = timers_.nextDue();
   const TimerID timer = timers_.add(due, std::move(work));
-  // The taker on watch waits for what was the earliest; which of the takers that is, nobody knows.
-  if (!watchedFor || due < *watchedFor) changed_.notify_all();
+  setAlarm();
   return timer;
 }
 
 void TimedQueue::cancelTimer(TimerID timer) {
   Work dropped;
   const std::lock_guard lock(mutex_);
+  // The alarm stays: it is set anew by whoever waits next, and until then a moment too early is the worst of it.
   dropped = timers_.remove(timer);
 }
 
 std::optional<Work> TimedQueue::take() {
+  takesFrom = this;
   std::unique_lock lock(mutex_);
-  while (true) {
-    if (closed_) return std::nullopt;
-    timers_.moveDue(std::chrono::steady_clock::now(), ready_);
+  while (!closed_) {
+    const auto now = monotonicNow();
+    timers_.moveDue(now, ready_);
     if (!ready_.empty()) {
       Work work = std::move(ready_.front());
       ready_.pop_front();
-      if (!ready_.empty() || (!watched_ && timers_.nextDue())) changed_.notify_one();
+      leaveBehind(now);
       return work;
     }
-    const auto due = timers_.nextDue();
-    if (!due || watched_) {
-      changed_.wait(lock);
-    } else {
-      watched_ = true;
-      changed_.wait_until(lock, *due);
-      watched_ = false;
-    }
+    ++waiting_;
+    setAlarm();
+    lock.unlock();
+    lot_->wait();
+    lock.lock();
+    --waiting_;
+    isCalled_ = false;
+    // It may be what has ended the wait; where it isn't, the lot is told twice.
+    alarm_.reset();
   }
+  takesFrom = nullptr;
+  if (waiting_ > 0) lot_->call();
+  return std::nullopt;
 }
 
 void TimedQueue::close() {
@@ -62,8 +80,33 @@ void TimedQueue::close() {
     closed_ = true;
     ready.swap(ready_);
     timers = std::exchange(timers_, {});
+    // Each taker that goes calls the next. Under the lock: once a taker is told, the queue may go.
+    lot_->call();
   }
-  changed_.notify_all();
+}
+
+/// This taker goes to work, or on with it, and leaves what is ready to the next that is free.
+void TimedQueue::leaveBehind(MonotonicTime now) {
+  if (ready_.empty()) {
+    helpDue_.reset();
+  } else if (!helpDue_) {
+    helpDue_ = now + patience;
+  } else if (*helpDue_ <= now) {
+    // The work is long, or there is much of it.
+    helpDue_ = now + patience;
+    if (waiting_ > 0 && !std::exchange(isCalled_, true)) lot_->call();
+  }
+  setAlarm();
+}
+
+void TimedQueue::setAlarm() {
+  // Nobody to wake: whoever waits first sets it.
+  if (waiting_ == 0) return;
+  auto time = timers_.nextDue();
+  if (helpDue_) time = time ? std::min(*time, *helpDue_) : *helpDue_;
+  if (time == alarm_) return;
+  alarm_ = time;
+  lot_->setAlarm(time);
 }
 
 }  // namespace quillmere

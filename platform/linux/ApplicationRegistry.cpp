@@ -84,6 +84,12 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
     return running_;
   }
 
+  std::uint64_t pictureNumber() {
+    refresh();
+    const std::lock_guard lock(mutex_);
+    return pictureNumber_;
+  }
+
   std::optional<KnownApplication> application(const std::string& identifier) {
     refresh();
     const std::lock_guard lock(mutex_);
@@ -145,6 +151,7 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
     records_ = std::move(next);
     auto running = summary(*entries);
     const std::lock_guard lock(mutex_);
+    if (running != running_) ++pictureNumber_;
     running_ = std::move(running);
     lookedAt_ = now;
   }
@@ -244,6 +251,7 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
       if (!isNew && application.isVisible && !known->second.isVisible) known->second = std::move(application);
     }
     const std::lock_guard installing(mutex_);
+    ++pictureNumber_;
     installed_ = std::move(installed);
     return entries_;
   }
@@ -275,6 +283,7 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
   std::mutex mutex_;
   std::vector<KnownApplication> running_;
   std::map<std::string, KnownApplication> installed_;
+  std::uint64_t pictureNumber_ = 0;
   std::optional<MonotonicTime> lookedAt_;
 };
 
@@ -288,6 +297,8 @@ ApplicationRegistry::~ApplicationRegistry() = default;
 std::string ApplicationRegistry::identify(const ClientFacts& facts) { return core_->identify(facts); }
 
 std::vector<KnownApplication> ApplicationRegistry::runningApplications() { return core_->runningApplications(); }
+
+std::uint64_t ApplicationRegistry::pictureNumber() { return core_->pictureNumber(); }
 
 std::optional<KnownApplication> ApplicationRegistry::application(const std::string& identifier) {
   return core_->application(identifier);

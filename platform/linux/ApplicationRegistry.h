@@ -55,6 +55,9 @@ class ApplicationRegistry {
   /// The applications that processes of this user map to, in the order in which they were first seen.
   [[nodiscard]] std::vector<KnownApplication> runningApplications();
 
+  /// Counts the changes of what runs and of what is installed: while it stands, the answers here are the same.
+  [[nodiscard]] std::uint64_t pictureNumber();
+
   /// A running or installed application by its identifier.
   [[nodiscard]] std::optional<KnownApplication> application(const std::string& identifier);
 

@@ -34,7 +34,20 @@ LinuxWorkspace::LinuxWorkspace(std::shared_ptr<ApplicationRegistry> registry, Au
     : registry_(std::move(registry)), audioClients_(std::move(audioClients)), log_(log, "LinuxWorkspace") {}
 
 std::vector<RunningApplication> LinuxWorkspace::runningApplications() {
-  const auto clients = audioClients_ ? audioClients_() : std::vector<AudioClient>{};
+  auto clients = audioClients_ ? audioClients_() : std::vector<AudioClient>{};
+  const auto pictureNumber = registry_->pictureNumber();
+  {
+    // Asked many times a second, and nearly always about the same.
+    const std::lock_guard lock(answerMutex_);
+    if (answer_ && answer_->pictureNumber == pictureNumber && answer_->clients == clients) return answer_->running;
+  }
+  auto running = join(clients);
+  const std::lock_guard lock(answerMutex_);
+  answer_ = Answer{pictureNumber, std::move(clients), running};
+  return running;
+}
+
+std::vector<RunningApplication> LinuxWorkspace::join(const std::vector<AudioClient>& clients) const {
   std::set<std::string_view> sounding;
   for (const auto& client : clients) sounding.insert(client.identifier);
   std::vector<RunningApplication> running;

@@ -1,17 +1,20 @@
 // The workspace of a Linux desktop: processes and desktop entries, and whatever has an audio client.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <vector>
 
 #include "platform/Workspace.h"
+#include "platform/linux/PipeWireAudioHardware.h"
 #include "runtime/Logger.h"
 
 namespace quillmere {
 
 class ApplicationRegistry;
-struct AudioClient;
 
 /// [any]; nothing here waits for a file or a program on [main] except the start of the program that opens an address.
 class LinuxWorkspace final : public Workspace {
@@ -29,9 +32,19 @@ class LinuxWorkspace final : public Workspace {
   bool openURL(const std::string& url) override;
 
  private:
+  /// What runningApplications() has answered last, and what from.
+  struct Answer {
+    std::uint64_t pictureNumber = 0;
+    std::vector<AudioClient> clients;
+    std::vector<RunningApplication> running;
+  };
+  [[nodiscard]] std::vector<RunningApplication> join(const std::vector<AudioClient>& clients) const;
+
   std::shared_ptr<ApplicationRegistry> registry_;
   AudioClients audioClients_;
   Logger log_;
+  std::mutex answerMutex_;
+  std::optional<Answer> answer_;
 };
 
 }  // namespace quillmere

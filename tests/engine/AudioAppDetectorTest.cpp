@@ -158,6 +158,27 @@ TEST_F(AudioAppDetectorStream, AResultArrivesAtOnceAndThenWithEachPoll) {
   EXPECT_EQ(results.size(), 4U);
 }
 
+TEST_F(AudioAppDetectorStream, AChangeOnEitherSideOfTheJoinIsInTheNextResult) {
+  hardware.addProcess({.bundleID = "org.example.Player", .pid = 42});
+  auto stream = detector.runningAudioApps();
+  std::vector<DetectionResult> results;
+  startTask(time.main(), [&](TaskContext&) -> Async<void> {
+    while (auto result = co_await stream.next()) results.push_back(*result);
+  });
+  time.runUntilIdle();
+  EXPECT_THAT(identifiers(results.back()), IsEmpty());
+  workspace.launch("org.example.Player", "Player", 42);
+  time.advance(150ms);
+  EXPECT_THAT(identifiers(results.back()), ElementsAre("org.example.Player"));
+  hardware.addProcess({.bundleID = "org.example.daemon", .pid = 43, .isRunningOutput = true});
+  time.advance(150ms);
+  EXPECT_THAT(results.back().liveBundleIDs, ElementsAre("org.example.daemon"));
+  EXPECT_EQ(results.back().snapshots.size(), 2U);
+  workspace.terminate("org.example.Player");
+  time.advance(150ms);
+  EXPECT_THAT(identifiers(results.back()), IsEmpty());
+}
+
 TEST_F(AudioAppDetectorStream, AStreamThatIsLetGoEndsBothTasks) {
   {
     const auto stream = detector.runningAudioApps();

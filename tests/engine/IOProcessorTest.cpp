@@ -57,7 +57,7 @@ struct IOProcessor : testing::Test {
     words.currentGain = gain;
   }
   void run(Samples& input, Samples& output, double sampleRate = rate) {
-    processIO(input.list(), output.list(), sampleRate, words);
+    processIO(input.list(), output.list(), glideCoefficient(sampleRate), words);
   }
 };
 
@@ -133,9 +133,9 @@ TEST_F(IOProcessor, AMissingInputBufferLeavesEverythingAsItWas) {
   words.recentInputPeak = 0.5F;
   Samples output(2, 8, 0.7F);
   const auto before = output.bits();
-  processIO({}, output.list(), rate, words);
+  processIO({}, output.list(), glideCoefficient(rate), words);
   AudioBuffer null{2, 64, nullptr};
-  processIO({.buffers = {&null, 1}}, output.list(), rate, words);
+  processIO({.buffers = {&null, 1}}, output.list(), glideCoefficient(rate), words);
   EXPECT_EQ(output.bits(), before);
   EXPECT_EQ(words.currentGain, 0.4F);
   EXPECT_EQ(words.recentInputPeak, 0.5F);
@@ -145,9 +145,9 @@ TEST_F(IOProcessor, AMissingOutputBufferLeavesEverythingAsItWas) {
   setGain(0.4F);
   words.recentInputPeak = 0.5F;
   Samples input(2, 8, 1.0F);
-  processIO(input.list(), {}, rate, words);
+  processIO(input.list(), {}, glideCoefficient(rate), words);
   AudioBuffer null{2, 64, nullptr};
-  processIO(input.list(), {.buffers = {&null, 1}}, rate, words);
+  processIO(input.list(), {.buffers = {&null, 1}}, glideCoefficient(rate), words);
   EXPECT_EQ(words.currentGain, 0.4F);
   EXPECT_EQ(words.recentInputPeak, 0.5F);
 }
@@ -238,7 +238,7 @@ TEST_F(IOProcessor, OnlyTheFirstBufferOfEachListIsLookedAt) {
   Samples other(2, 4, 0.7F);
   AudioBuffer inputs[] = {first.buffer(), second.buffer()};
   AudioBuffer outputs[] = {output.buffer(), other.buffer()};
-  processIO({.buffers = inputs}, {.buffers = outputs}, rate, words);
+  processIO({.buffers = inputs}, {.buffers = outputs}, glideCoefficient(rate), words);
   EXPECT_EQ(output[0], 0.5F);
   EXPECT_EQ(other[0], 0.7F);
   EXPECT_EQ(words.recentInputPeak, 0.5F);
@@ -310,7 +310,7 @@ TEST_F(IOProcessor, ReadingAndWritingTheSameMemoryGivesTheSameResult) {
   IOWords again;
   again.currentGain = 0.5F;
   again.targetGain = 0.51F;
-  processIO(input.list(), input.list(), rate, again);
+  processIO(input.list(), input.list(), glideCoefficient(rate), again);
   EXPECT_EQ(input.bits(), output.bits());
 }
 

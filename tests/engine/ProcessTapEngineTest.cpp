@@ -69,6 +69,41 @@ TEST_F(ProcessTapEngineTest, CallsOnlyQueueAndReturn) {
   EXPECT_THAT(hardware.calls(), Not(IsEmpty()));
 }
 
+/// Counts what is queued.
+class CountingQueue final : public SerialQueue {
+ public:
+  CountingQueue(std::unique_ptr<SerialQueue> inner, int& queued) : inner_(std::move(inner)), queued_(queued) {}
+  void async(Work work) override {
+    ++queued_;
+    inner_->async(std::move(work));
+  }
+  void sync(const Work& work) override { inner_->sync(work); }
+  [[nodiscard]] bool isCurrent() const override { return inner_->isCurrent(); }
+
+ private:
+  std::unique_ptr<SerialQueue> inner_;
+  int& queued_;
+};
+
+TEST_F(ProcessTapEngineTest, AProcessListLikeTheLastOneTroublesTheQueueNoMore) {
+  int queued = 0;
+  Runtime runtime = time.runtime(log);
+  runtime.makeSerialQueue = [&](const std::string& label) {
+    return std::make_unique<CountingQueue>(time.makeSerialQueue(label), queued);
+  };
+  engine = std::make_unique<ProcessTapEngine>(hardware, runtime);
+  processes({});
+  EXPECT_EQ(queued, 1) << "the first list is news, whatever it holds";
+  engine->updateProcessMap({process("a", 1)});
+  engine->updateProcessMap({process("a", 1)});
+  settle();
+  processes({process("a", 1)});
+  EXPECT_EQ(queued, 2);
+  processes({process("a", 2)});
+  processes({process("a", 1)});
+  EXPECT_EQ(queued, 4);
+}
+
 // Gain.
 
 TEST_F(ProcessTapEngineTest, AGainThatIsNotUnityBuildsASubgraphAtThatGain) {

@@ -1,9 +1,11 @@
-// Timers and the queue on them: order, dropping, takers that share one watch, the end.
+// Timers and the queue on them: order, dropping, who is woken for what, the end.
 #include "runtime/TimedQueue.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <functional>
 #include <latch>
 #include <memory>
 #include <thread>
@@ -95,6 +97,147 @@ TEST(TimedQueue, WorkMayPostAndCancelFromItsDestructor) {
   queue.postAfter(1h, [poster = std::make_shared<Poster>(queue)] {});
   queue.close();
   EXPECT_FALSE(queue.take());
+}
+
+/// Counts what a queue asks of its lot. Handed over to the queue, so it lives as long as that.
+class CountingLot final : public ParkingLot {
+ public:
+  struct Counts {
+    std::atomic<int> waits{0};
+    std::atomic<int> wakeUps{0};
+    std::atomic<int> calls{0};
+
+    /// Until that many have gone to wait in all.
+    void waitForWaits(int wanted) const {
+      for (int now = waits.load(); now < wanted; now = waits.load()) waits.wait(now);
+    }
+  };
+
+  explicit CountingLot(Counts& counts) : counts_(counts) {}
+  void wait() override {
+    counts_.waits.fetch_add(1);
+    counts_.waits.notify_all();
+    lot_->wait();
+    counts_.wakeUps.fetch_add(1);
+  }
+  void call() override {
+    counts_.calls.fetch_add(1);
+    lot_->call();
+  }
+  void setAlarm(std::optional<MonotonicTime> time) override { lot_->setAlarm(time); }
+
+ private:
+  Counts& counts_;
+  std::unique_ptr<ParkingLot> lot_ = makeParkingLot();
+};
+
+/// Three takers that have all gone to wait.
+class IdleTakers : public testing::Test {
+ protected:
+  static constexpr int count = 3;
+
+  IdleTakers() {
+    for (int index = 0; index < count; ++index) {
+      takers_.emplace_back([this] {
+        while (auto work = queue.take()) (*work)();
+      });
+    }
+    counts.waitForWaits(count);
+  }
+  ~IdleTakers() override { end(); }
+  void end() {
+    queue.close();
+    for (auto& taker : takers_) taker.join();
+    takers_.clear();
+  }
+
+  CountingLot::Counts counts;
+  TimedQueue queue{std::make_unique<CountingLot>(counts)};
+
+ private:
+  std::vector<std::thread> takers_;
+};
+
+TEST_F(IdleTakers, ATimerWakesOneAndTheWatchIsHandedToNobody) {
+  constexpr int timers = 20;
+  for (int fired = 0; fired < timers; ++fired) {
+    std::latch done(1);
+    queue.postAfter(1ms, [&] { done.count_down(); });
+    done.wait();
+    counts.waitForWaits(count + fired + 1);
+  }
+  EXPECT_EQ(counts.wakeUps, timers);
+  EXPECT_EQ(counts.calls, 0);
+}
+
+TEST_F(IdleTakers, APostFromElsewhereCallsOne) {
+  std::latch done(1);
+  queue.post([&] { done.count_down(); });
+  done.wait();
+  counts.waitForWaits(count + 1);
+  EXPECT_EQ(counts.calls, 1);
+  EXPECT_EQ(counts.wakeUps, 1);
+}
+
+TEST_F(IdleTakers, WhatWorkPostsIsLeftToItsOwnTakerAndNobodyIsCalled) {
+  std::latch done(1);
+  int left = 10;
+  std::function<void()> next = [&] {
+    if (--left > 0) {
+      queue.post(next);
+    } else {
+      done.count_down();
+    }
+  };
+  queue.postAfter(1ms, next);
+  done.wait();
+  EXPECT_EQ(counts.calls, 0);
+  end();
+}
+
+TEST_F(IdleTakers, WorkThatWaitsForWhatItHasPostedDoesNotWaitForEver) {
+  std::latch outer(1);
+  queue.post([&] {
+    const auto inner = std::make_shared<std::latch>(1);
+    queue.post([inner] { inner->count_down(); });
+    inner->wait();
+    outer.count_down();
+  });
+  outer.wait();
+  end();
+}
+
+TEST_F(IdleTakers, WorkThatBlocksHoldsUpNeitherTimersNorPosts) {
+  std::latch blocked(1);
+  std::latch done(2);
+  queue.postAfter(1ms, [&] { done.wait(); });
+  queue.postAfter(1ms, [&] { done.count_down(); });
+  queue.postAfter(2ms, [&] {
+    queue.post([&] { done.count_down(); });
+    blocked.count_down();
+    done.wait();
+  });
+  blocked.wait();
+  done.wait();
+  end();
+}
+
+TEST_F(IdleTakers, SeveralPiecesOfWorkThatBlockRunSideBySide) {
+  std::latch together(count);
+  std::latch done(count);
+  for (int index = 0; index < count; ++index) {
+    queue.post([&] {
+      together.arrive_and_wait();
+      done.count_down();
+    });
+  }
+  done.wait();
+  end();
+}
+
+TEST_F(IdleTakers, TheEndReachesAllOfThem) {
+  end();
+  EXPECT_EQ(counts.wakeUps, count);
 }
 
 TEST(ThreadPoolExecutor, AWatchOfADistantTimerDoesNotHoldUpPostsOrNearerTimers) {

@@ -143,9 +143,12 @@ void TapRealtime::onCaptureProcess(void* data) {
   auto* playback = self->playback_.load(std::memory_order_acquire);
   if (capture == nullptr || playback == nullptr) return;
   // The playback side starts a cycle or two later than this one. Left in the queue until then, the buffers would all be
-  // taken, none would be there to capture into, and this would never be called again.
-  auto* inHand = self->captured_.exchange(nullptr, std::memory_order_acq_rel);
-  self->captured_.store(newestBuffer(capture, inHand), std::memory_order_release);
+  // taken, none would be there to capture into, and this would never be called again. One has come, so one is taken;
+  // the playback side looks for more.
+  if (pw_buffer* buffer = pw_stream_dequeue_buffer(capture)) {
+    if (auto* older = self->captured_.exchange(buffer, std::memory_order_acq_rel))
+      pw_stream_queue_buffer(capture, older);
+  }
   if (self->isPlaying_.load(std::memory_order_acquire)) pw_stream_trigger_process(playback);
 }
 

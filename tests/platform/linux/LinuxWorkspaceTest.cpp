@@ -71,6 +71,28 @@ TEST_F(LinuxWorkspaceTest, AnApplicationWithProcessAndClientIsOne) {
   EXPECT_EQ(running(), (std::vector<RunningApplication>{{"org.gnome.Totem", "Videos", 10}}));
 }
 
+TEST_F(LinuxWorkspaceTest, EveryAnswerIsOfItsMoment) {
+  const std::vector<RunningApplication> videos{{"org.gnome.Totem", "Videos", 10}};
+  proc_.start(10, "/usr/bin/totem");
+  EXPECT_EQ(running(), videos);
+  clients_ = {{"mpv", 77, "mpv Media Player"}};
+  EXPECT_EQ(workspace_->runningApplications().size(), 2U);
+  clients_ = {{"mpv", 77, "mpv - a film"}};
+  EXPECT_EQ(workspace_->runningApplications().back().localizedName, "mpv - a film");
+  clients_.clear();
+  EXPECT_EQ(workspace_->runningApplications(), videos);
+  proc_.end(10);
+  EXPECT_EQ(running(), std::vector<RunningApplication>{});
+}
+
+TEST_F(LinuxWorkspaceTest, AnEntryThatIsInstalledLaterNamesItsClient) {
+  clients_ = {{"org.example.New", 5, "some stream"}};
+  EXPECT_EQ(running().back().localizedName, "some stream");
+  install("org.example.New", "Name=Newcomer\nExec=newcomer");
+  time_.advance(std::chrono::seconds(5));
+  EXPECT_EQ(running().back().localizedName, "Newcomer");
+}
+
 TEST_F(LinuxWorkspaceTest, AClientOfAnInstalledApplicationHasTheEntrysName) {
   clients_ = {{"com.spotify.client", 5, "some stream"}};
   EXPECT_EQ(running(), (std::vector<RunningApplication>{{"com.spotify.client", "Spotify", 5}}));

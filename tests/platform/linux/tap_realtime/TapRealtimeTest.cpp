@@ -27,6 +27,9 @@ struct FakeStream {
   std::array<Slot, 3> slots;
   std::array<pw_buffer*, 4> queue{};
   std::size_t queued = 0;
+  /// What was given back, and how often anything was.
+  pw_buffer* lastReturned = nullptr;
+  int returns = 0;
 
   FakeStream() {
     for (auto& slot : slots) {
@@ -60,7 +63,8 @@ int triggers = 0;
 extern "C" {
 pw_buffer* pw_stream_dequeue_buffer(pw_stream* stream) { return asFake(stream)->pop(); }
 int pw_stream_queue_buffer(pw_stream* stream, pw_buffer* buffer) {
-  if (asFake(stream)->queued < 3) asFake(stream)->push(buffer);
+  asFake(stream)->lastReturned = buffer;
+  ++asFake(stream)->returns;
   return 0;
 }
 int pw_stream_trigger_process(pw_stream*) {
@@ -85,6 +89,7 @@ struct TapRealtimeTest : testing::Test {
   };
 
   TapRealtimeTest() {
+    triggers = 0;
     tap.setStreams(reinterpret_cast<pw_stream*>(&capture), reinterpret_cast<pw_stream*>(&playback));
     tap.setRate(48000);
     tap.setPlaying(true);
@@ -130,6 +135,42 @@ struct TapRealtimeTest : testing::Test {
     return playback.slots[0].samples.at(channel).at(frame);
   }
 };
+
+TEST_F(TapRealtimeTest, APlayingSideThatStartsLateHearsTheNewestSoundAndOnlyOneBufferWasKeptForIt) {
+  tap.startPlain(&block);
+  tap.setPlaying(false);
+  pw_buffer* kept = nullptr;
+  float level = 0.1F;
+  for (auto& slot : capture.slots) {
+    for (auto& chunk : slot.chunks) chunk.size = 64 * sizeof(float);
+    for (auto& samples : slot.samples) samples.assign(mostFrames, level *= 2.0F);
+    capture.push(&slot.handle);
+    TapRealtime::onCaptureProcess(&tap);
+    EXPECT_EQ(capture.lastReturned, kept) << "the older one has gone back";
+    kept = &slot.handle;
+  }
+  EXPECT_EQ(capture.returns, 2);
+  playback.push(&playback.slots[0].handle);
+  TapRealtime::onPlaybackProcess(&tap);
+  EXPECT_FLOAT_EQ(played(0, 63), capture.slots[2].samples[0][63] / 2.0F);
+  EXPECT_EQ(capture.returns, 3);
+  EXPECT_EQ(capture.lastReturned, kept);
+}
+
+TEST_F(TapRealtimeTest, ASecondBufferInTheQueueIsNotLeftThereToDelayTheSound) {
+  tap.startPlain(&block);
+  for (auto& slot : capture.slots) {
+    for (auto& chunk : slot.chunks) chunk.size = 64 * sizeof(float);
+  }
+  capture.slots[1].samples[0].assign(mostFrames, 0.75F);
+  capture.push(&capture.slots[0].handle);
+  TapRealtime::onCaptureProcess(&tap);
+  capture.push(&capture.slots[1].handle);
+  playback.push(&playback.slots[0].handle);
+  TapRealtime::onPlaybackProcess(&tap);
+  EXPECT_FLOAT_EQ(played(0, 63), 0.375F);
+  EXPECT_EQ(capture.returns, 2);
+}
 
 TEST_F(TapRealtimeTest, ACyclePlaysWhatTheBlockMadeOfTheCapturedSound) {
   tap.startPlain(&block);
