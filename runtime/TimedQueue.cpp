@@ -14,18 +14,17 @@ MonotonicTime monotonicNow() { return std::chrono::steady_clock::now(); }
 }  // namespace
 
 void TimedQueue::post(Work work) {
-  {
-    const std::lock_guard lock(mutex_);
-    // A closed queue drops work outside its lock, when `work` goes out of scope.
-    if (closed_) return;
-    ready_.push_back(std::move(work));
-    if (waiting_ == 0 || isCalled_) return;
-    if (takesFrom == this) {
-      leaveBehind(monotonicNow());
-      return;
-    }
-    isCalled_ = true;
+  const std::lock_guard lock(mutex_);
+  // A closed queue drops work outside its lock, when `work` goes out of scope.
+  if (closed_) return;
+  ready_.push_back(std::move(work));
+  if (waiting_ == 0 || isCalled_) return;
+  if (takesFrom == this) {
+    leaveBehind(monotonicNow());
+    return;
   }
+  isCalled_ = true;
+  // Under the lock: another taker may have done the work, and whoever waited for it may let the queue go.
   lot_->call();
 }
 
@@ -80,7 +79,7 @@ void TimedQueue::close() {
     closed_ = true;
     ready.swap(ready_);
     timers = std::exchange(timers_, {});
-    // Each taker that goes calls the next. Under the lock: once a taker is told, the queue may go.
+    // Each taker that goes calls the next. Under the lock, too.
     lot_->call();
   }
 }
