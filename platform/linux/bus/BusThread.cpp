@@ -189,7 +189,7 @@ void BusThread::subscribe(const char* interface, const char* signal, const char*
 void BusThread::watchName(const std::string& name, const std::function<void(const std::string& owner)>& changed) {
   // A change that is told before the answer is newer than it.
   const auto isKnown = std::make_shared<bool>(false);
-  subscribe(busService, "NameOwnerChanged", busPath, name.c_str(),
+  subscribe(busInterface, "NameOwnerChanged", busPath, name.c_str(),
             [changed, isKnown](const std::string& sender, GVariant* parameters) {
               if (sender != busService || !isOfType(parameters, "(sss)")) return;
               const char* owner = nullptr;
@@ -197,7 +197,7 @@ void BusThread::watchName(const std::string& name, const std::function<void(cons
               *isKnown = true;
               changed(owner);
             });
-  call(busService, busPath, busService, "GetNameOwner", g_variant_new("(s)", name.c_str()), answerTimeout,
+  call(busService, busPath, busInterface, "GetNameOwner", g_variant_new("(s)", name.c_str()), answerTimeout,
        [changed, isKnown](GVariant* reply) {
          if (*isKnown) return;
          const char* owner = "";

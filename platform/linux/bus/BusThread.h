@@ -13,6 +13,7 @@
 namespace quillmere::bus {
 
 inline constexpr const char* busService = "org.freedesktop.DBus";
+inline constexpr const char* busInterface = busService;
 inline constexpr const char* busPath = "/org/freedesktop/DBus";
 inline constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 

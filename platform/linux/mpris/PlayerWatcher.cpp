@@ -23,6 +23,7 @@ constexpr std::size_t maxPlayers = 64;
 /// A position younger than this is not asked for again.
 constexpr Duration positionPeriod = std::chrono::milliseconds(400);
 
+using bus::busInterface;
 using bus::busPath;
 using bus::busService;
 using bus::isOfType;
@@ -82,7 +83,7 @@ class PlayerWatcher::Thread {
     missingIsReported_ = false;
     nextAttempt_.reset();
     bus_.subscribe(
-        busService, "NameOwnerChanged", busPath, rootInterface,
+        busInterface, "NameOwnerChanged", busPath, rootInterface,
         [this](const std::string& sender, GVariant* parameters) {
           if (sender != busService || !isOfType(parameters, "(sss)")) return;
           const char* name = nullptr;
@@ -95,7 +96,7 @@ class PlayerWatcher::Thread {
                    [this](const std::string& sender, GVariant* parameters) { propertiesChanged(sender, parameters); });
     bus_.subscribe(playerInterface, "Seeked", playerPath, nullptr,
                    [this](const std::string& sender, GVariant* parameters) { seeked(sender, parameters); });
-    call(busService, busPath, busService, "ListNames", nullptr, [this](GVariant* reply) { namesListed(reply); });
+    call(busService, busPath, busInterface, "ListNames", nullptr, [this](GVariant* reply) { namesListed(reply); });
     publish();
   }
 
@@ -130,7 +131,7 @@ class PlayerWatcher::Thread {
     const char* name = nullptr;
     while (g_variant_iter_next(&iterator, "&s", &name) != FALSE) {
       if (!g_str_has_prefix(name, playerPrefix)) continue;
-      call(busService, busPath, busService, "GetNameOwner", g_variant_new("(s)", name),
+      call(busService, busPath, busInterface, "GetNameOwner", g_variant_new("(s)", name),
            [this, busName = std::string(name)](GVariant* answer) {
              if (!isOfType(answer, "(s)") || players_.contains(busName)) return;
              const char* owner = nullptr;
@@ -167,7 +168,7 @@ class PlayerWatcher::Thread {
   }
 
   void askProcess(const std::string& busName, const std::string& owner) {
-    call(busService, busPath, busService, "GetConnectionUnixProcessID", g_variant_new("(s)", owner.c_str()),
+    call(busService, busPath, busInterface, "GetConnectionUnixProcessID", g_variant_new("(s)", owner.c_str()),
          [this, busName, owner](GVariant* reply) {
            auto* player = find(busName, owner);
            if (player == nullptr || !isOfType(reply, "(u)")) return;

@@ -217,7 +217,7 @@ void ItemOnBus::takeName() {
   // take the connection's own name as well.
   constexpr guint32 doNotQueue = 4;
   const auto wanted = "org.kde.StatusNotifierItem-" + std::to_string(::getpid()) + "-1";
-  bus_.call(bus::busService, bus::busPath, bus::busService, "RequestName",
+  bus_.call(bus::busService, bus::busPath, bus::busInterface, "RequestName",
             g_variant_new("(su)", wanted.c_str(), doNotQueue), callTimeout, [this, wanted](GVariant* reply) {
               constexpr guint32 isOwner = 1;
               guint32 answer = 0;

@@ -255,7 +255,7 @@ TEST_F(Mpris, APlayerThatNeverAnswersDoesNotHideTheOthers) {
   real.set("Metadata", "{'xesam:title': <'Real'>}");
   watch();
   EXPECT_TRUE(becomes([&] { return title() == "Real"; }));
-  EXPECT_GT(silent.questionCount(), 0);
+  EXPECT_TRUE(becomes([&] { return silent.questionCount() > 0; })) << "each is asked on its own connection";
 }
 
 TEST_F(Mpris, APlayerThatAnswersLateIsToldThen) {
