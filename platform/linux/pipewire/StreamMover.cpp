@@ -23,9 +23,10 @@ void StreamMover::claim(const std::string& application, const std::string& seria
 
 void StreamMover::release(const std::string& application) {
   claims_.erase(application);
+  forgetGone();
   std::erase_if(moved_, [&](const auto& entry) {
     if (entry.second.application != application) return false;
-    if (!entry.second.isLeftAlone && model_.node(entry.first) != nullptr) restore(entry.first, entry.second);
+    if (!entry.second.isLeftAlone) restore(entry.first, entry.second);
     return true;
   });
 }
@@ -35,13 +36,12 @@ void StreamMover::forget() {
   moved_.clear();
   echoes_.clear();
   toldUnmovable_.clear();
+  // A daemon that starts anew gives serials anew, and the metadata that may name the old ones is gone.
+  ownSerials_.clear();
 }
 
 void StreamMover::settle() {
-  const auto isGone = [&](const auto& entry) { return model_.node(entry.first) == nullptr; };
-  std::erase_if(moved_, isGone);
-  std::erase_if(echoes_, isGone);
-  std::erase_if(toldUnmovable_, [&](GlobalID id) { return model_.node(id) == nullptr; });
+  forgetGone();
   if (claims_.empty()) return;
 
   for (const auto& [id, node] : model_.nodes()) {
@@ -50,7 +50,7 @@ void StreamMover::settle() {
     const auto claim = claims_.find(application);
     if (claim == claims_.end() || !isComplete(node)) continue;
     if (!isMovable(node)) {
-      if (toldUnmovable_.insert(id).second) {
+      if (toldUnmovable_.insert(node.serial).second) {
         log_.standard(logText("a stream of %s asks not to be moved and stays as it is", application.c_str()));
       }
       continue;
@@ -58,6 +58,7 @@ void StreamMover::settle() {
     const auto found = moved_.find(id);
     if (found == moved_.end()) {
       Moved moved;
+      moved.stream = node.serial;
       moved.application = application;
       moved.originalObject = currentTarget(id);
       if (moved.originalObject && ownSerials_.contains(*moved.originalObject)) moved.originalObject.reset();
@@ -70,9 +71,20 @@ void StreamMover::settle() {
   }
 }
 
+void StreamMover::forgetGone() {
+  const auto isGone = [&](const auto& entry) {
+    const auto* node = model_.node(entry.first);
+    return node == nullptr || node->serial != entry.second.stream;
+  };
+  std::erase_if(moved_, isGone);
+  std::erase_if(echoes_, isGone);
+  std::erase_if(toldUnmovable_, [&](const std::string& serial) { return model_.nodeBySerial(serial) == nullptr; });
+}
+
 void StreamMover::onTargetChanged(GlobalID stream, const std::optional<std::string>& target) {
+  forgetGone();
   if (const auto waiting = echoes_.find(stream); waiting != echoes_.end()) {
-    auto& queue = waiting->second;
+    auto& queue = waiting->second.targets;
     const auto echo = std::find(queue.begin(), queue.end(), target);
     if (echo != queue.end()) {
       queue.erase(queue.begin(), echo + 1);
@@ -115,14 +127,18 @@ bool StreamMover::isMovable(const NodeRecord& node) const {
 
 std::optional<std::string> StreamMover::currentTarget(GlobalID stream) const {
   const auto waiting = echoes_.find(stream);
-  if (waiting != echoes_.end()) return waiting->second.back();
+  if (waiting != echoes_.end()) return waiting->second.targets.back();
   return model_.metadataValue(stream, targetObject);
 }
 
 void StreamMover::writeTarget(GlobalID stream, const std::optional<std::string>& target) {
   // A value that is there already is not told again, so no echo would come.
   if (currentTarget(stream) == target) return;
-  echoes_[stream].push_back(target);
+  const auto* node = model_.node(stream);
+  if (node == nullptr) return;
+  auto& echoes = echoes_[stream];
+  echoes.stream = node->serial;
+  echoes.targets.push_back(target);
   metadata_.write(stream, targetObject, idType, target);
 }
 

@@ -34,19 +34,30 @@ class StreamMover {
   [[nodiscard]] bool hasRunningStream(const std::string& application) const;
 
  private:
+  /// The daemon gives ids again, to a stream that starts as another ends too; a serial it gives once.
   struct Moved {
+    /// The stream's own serial.
+    std::string stream;
     std::string application;
+    /// Of the tap that it was sent to.
     std::string serial;
     std::optional<std::string> originalObject;
     std::optional<std::string> originalNode;
     /// Another program has moved it since: the user's wish for this stream.
     bool isLeftAlone = false;
   };
+  struct Echoes {
+    /// The stream's own serial.
+    std::string stream;
+    std::deque<std::optional<std::string>> targets;
+  };
   /// A client of the PulseAudio server gets its answer only once its stream is linked to an output; sent to a tap
   /// before, it waits for ever. The server writes its buffer sizes just before it answers, and nothing has sounded by
   /// then.
   [[nodiscard]] static bool isComplete(const NodeRecord& node);
   [[nodiscard]] bool isMovable(const NodeRecord& node) const;
+  /// Drops what was said of streams that are gone, whoever has their ids now.
+  void forgetGone();
   [[nodiscard]] std::optional<std::string> currentTarget(GlobalID stream) const;
   void writeTarget(GlobalID stream, const std::optional<std::string>& target);
   void send(GlobalID stream, Moved& moved, const std::string& serial);
@@ -58,10 +69,11 @@ class StreamMover {
   std::map<std::string, std::string> claims_;
   std::map<GlobalID, Moved> moved_;
   /// Targets written by us whose echo has not come back yet.
-  std::map<GlobalID, std::deque<std::optional<std::string>>> echoes_;
+  std::map<GlobalID, Echoes> echoes_;
   /// Serials of all our taps so far.
   std::set<std::string> ownSerials_;
-  std::set<GlobalID> toldUnmovable_;
+  /// Serials of streams.
+  std::set<std::string> toldUnmovable_;
 };
 
 }  // namespace quillmere::pipewire

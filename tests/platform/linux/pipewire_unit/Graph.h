@@ -29,13 +29,14 @@ struct Graph {
   /// A running node with its properties told.
   void node(GlobalID id, const std::string& mediaClass, GlobalID client, Properties more = {}) {
     more["media.class"] = mediaClass;
-    more["object.serial"] = std::to_string(1000 + id);
+    more.try_emplace("object.serial", std::to_string(1000 + id));
     more.try_emplace("node.name", "node-" + std::to_string(id));
     if (client != 0) more["client.id"] = std::to_string(client);
     model.updateNode(id, more);
     model.setNodeInfo(id, true);
   }
-  void playback(GlobalID id, GlobalID client, Properties more = {}) {
+  void playback(GlobalID id, GlobalID client, Properties more = {}, const std::string& serial = {}) {
+    if (!serial.empty()) more["object.serial"] = serial;
     node(id, "Stream/Output/Audio", client, std::move(more));
   }
   void recording(GlobalID id, GlobalID client, Properties more = {}) {
@@ -72,6 +73,7 @@ class Metadata final : public MetadataWriter {
     waiting_.clear();
     return targets;
   }
+  void loseEcho() { waiting_.clear(); }
   std::vector<std::string> take() { return std::exchange(lines, {}); }
   std::vector<std::string> lines;
 

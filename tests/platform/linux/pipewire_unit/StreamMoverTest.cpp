@@ -62,6 +62,67 @@ TEST_F(StreamMoverTest, AStreamOfThePulseAudioServerIsMovedOnlyOnceTheServerHasA
   EXPECT_EQ(metadata.take().front(), "21 target.object=55");
 }
 
+TEST_F(StreamMoverTest, AfterARestartASerialThatOnceWasOursIsTheUsersChoice) {
+  mover.claim("test.player", "55");
+  mover.forget();
+  metadata.loseEcho();
+  mover.claim("test.player", "40");
+  echo();
+  metadata.take();
+  another(20, "55");
+  mover.claim("test.player", "41");
+  EXPECT_EQ(metadata.take(), Lines{});
+}
+
+/// A stream ends and another is given its id before anyone has looked.
+struct AStreamInTheIDOfAnother : StreamMoverTest {
+  void begin() {
+    mover.claim("test.player", "55");
+    echo();
+    metadata.take();
+  }
+  void replace(Properties more = {}) {
+    graph.model.remove(20);
+    graph.playback(20, 10, std::move(more), "2020");
+  }
+};
+
+TEST_F(AStreamInTheIDOfAnother, IsMovedToo) {
+  begin();
+  replace();
+  mover.settle();
+  EXPECT_EQ(metadata.take().front(), "20 target.object=55");
+}
+
+TEST_F(AStreamInTheIDOfAnother, IsMovedThoughTheEchoForTheOtherNeverCame) {
+  mover.claim("test.player", "55");
+  metadata.take();
+  metadata.loseEcho();
+  replace();
+  mover.settle();
+  EXPECT_EQ(metadata.take().front(), "20 target.object=55");
+}
+
+TEST_F(AStreamInTheIDOfAnother, WaitsForThePulseAudioServersAnswerOnItsOwn) {
+  begin();
+  replace({{"client.api", "pipewire-pulse"}});
+  // The target of the one that has ended is wiped.
+  another(20, std::nullopt);
+  mover.settle();
+  EXPECT_EQ(metadata.take(), Lines{});
+  graph.model.updateNode(20, {{"pulse.attr.tlength", "384000"}});
+  mover.settle();
+  EXPECT_EQ(metadata.take().front(), "20 target.object=55");
+}
+
+TEST_F(AStreamInTheIDOfAnother, IsNotGivenBackWhereTheOtherCameFrom) {
+  graph.model.setMetadata(20, "target.object", "77");
+  begin();
+  replace();
+  mover.release("test.player");
+  EXPECT_EQ(metadata.take(), Lines{});
+}
+
 TEST_F(StreamMoverTest, RecordingsAndOtherApplicationsAreNotMoved) {
   graph.client(11, "test.other");
   graph.playback(21, 11);
