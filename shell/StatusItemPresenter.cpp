@@ -44,12 +44,9 @@ std::vector<StatusMenuItem> StatusItemPresenter::itemsOf(const std::vector<Statu
       item.kind = StatusMenuItem::Kind::submenu;
       item.children = itemsOf(entry.submenu);
       item.isEnabled = !item.children.empty();
-      // A submenu acts on nothing: it is known by its name, which what it tells of the moment is added to.
-      item.id = idOf({entry.action, 0, entry.title.substr(0, entry.title.find(" · "))});
-    } else {
-      item.id = idOf({entry.action, entry.tag, entry.representedObject});
-      entries_[item.id] = entry;
     }
+    item.id = idOf({entry.action, entry.tag, entry.representedObject});
+    if (!entry.hasSubmenu) entries_[item.id] = entry;
     item.title = entry.title;
     item.key = entry.key;
     if (entry.action == StatusAction::applyProfile) item.isChecked = entry.isOn;

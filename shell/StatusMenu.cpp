@@ -23,6 +23,7 @@ StatusMenuEntry separator() { return item({}, StatusAction::separator); }
 
 StatusMenuEntry sleepTimer(const StatusMenuInput& input) {
   auto entry = item("Sleep Timer", StatusAction::none);
+  entry.representedObject = "sleepTimer";
   entry.hasSubmenu = true;
   if (input.sleepTimerEndsAt) {
     entry.title += " · " + formatRemaining(*input.sleepTimerEndsAt, input.now);
@@ -39,6 +40,7 @@ StatusMenuEntry sleepTimer(const StatusMenuInput& input) {
 
 StatusMenuEntry profiles(const StatusMenuInput& input) {
   auto entry = item("Profiles", StatusAction::none);
+  entry.representedObject = "profiles";
   entry.hasSubmenu = true;
   for (const auto& profile : input.profiles) {
     auto choice = item(profile.name, StatusAction::applyProfile);

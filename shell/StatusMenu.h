@@ -32,7 +32,8 @@ struct StatusMenuEntry {
   std::string key;
   /// Minutes, for sleepFor.
   int tag = 0;
-  /// A profile's identity as text, for applyProfile.
+  /// A profile's identity as text, for applyProfile; what a submenu is known by, whatever its title tells of the
+  /// moment.
   std::string representedObject;
   bool isOn = false;
   bool hasSubmenu = false;

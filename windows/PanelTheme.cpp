@@ -49,8 +49,9 @@ PanelTheme::PanelTheme() {
 }
 
 QColor PanelTheme::foreground() const {
-  // Without a word from the desktop: most panels are dark, even where windows are light.
-  return prefersDark_.value_or(true) ? QColor(0xF2, 0xF2, 0xF2) : QColor(0x24, 0x24, 0x24);
+  // Without a word from the desktop: what stands out on black and on white alike.
+  if (!prefersDark_) return {0x80, 0x80, 0x80};
+  return *prefersDark_ ? QColor(0xF2, 0xF2, 0xF2) : QColor(0x24, 0x24, 0x24);
 }
 
 void PanelTheme::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {

@@ -1,11 +1,17 @@
 // The main thread's side of the icon in the panel: what is set goes to the bus's thread, what happens there comes back.
 #include "platform/linux/LinuxStatusItem.h"
 
+#include <cstdlib>
 #include <utility>
 
 #include "statusitem/ItemOnBus.h"
 
 namespace quillmere {
+
+std::string currentDesktopOfEnvironment() {
+  const auto* value = std::getenv("XDG_CURRENT_DESKTOP");
+  return value != nullptr ? value : std::string();
+}
 
 /// What the program wants to hear of, and what it has been told. [main]
 struct LinuxStatusItem::Told {

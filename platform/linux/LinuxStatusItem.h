@@ -17,9 +17,14 @@ namespace statusitem {
 class ItemOnBus;
 }
 
+/// The value of XDG_CURRENT_DESKTOP; empty where there is none. [any]
+[[nodiscard]] std::string currentDesktopOfEnvironment();
+
 struct LinuxStatusItemOptions {
   /// D-Bus address; absent means the session's, empty means none.
   std::optional<std::string> busAddress;
+  /// What the desktop calls itself: the names in XDG_CURRENT_DESKTOP.
+  std::string currentDesktop = currentDesktopOfEnvironment();
   /// After this a bus that has not answered counts as one without a panel, until it does answer.
   Duration firstAnswer = std::chrono::milliseconds(400);
   /// How long a host that is about to show the menu waits for it to be brought up to date.

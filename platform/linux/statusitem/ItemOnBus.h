@@ -11,6 +11,7 @@
 
 #include "../bus/BusThread.h"
 #include "BusMenu.h"
+#include "PanelTheme.h"
 #include "platform/StatusItem.h"
 #include "platform/linux/LinuxStatusItem.h"
 #include "runtime/Logger.h"
@@ -75,6 +76,8 @@ class ItemOnBus {
 
   const ItemEvents events_;
   Logger log_;
+  [[nodiscard]] std::uint32_t inkRGB() const { return panelInkRGB(preference_, options_.currentDesktop); }
+
   const LinuxStatusItemOptions options_;
 
   /// Nothing that comes from now on will be answered by anybody.

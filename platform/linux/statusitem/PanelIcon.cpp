@@ -5,8 +5,7 @@
 
 namespace quillmere::statusitem {
 
-bus::Variant iconPixmaps(Ink ink) {
-  const auto color = ink == Ink::light ? lightInkRGB : darkInkRGB;
+bus::Variant iconPixmaps(std::uint32_t color) {
   GVariantBuilder pixmaps;
   g_variant_builder_init(&pixmaps, G_VARIANT_TYPE("a(iiay)"));
   std::vector<std::uint8_t> pixels;

@@ -14,6 +14,7 @@ enum class Ink { light, dark };
 
 inline constexpr std::uint32_t lightInkRGB = 0xF2F2F2;
 inline constexpr std::uint32_t darkInkRGB = 0x242424;
+inline constexpr std::uint32_t neutralInkRGB = 0x808080;
 
 /// A square drawing without colour: one byte of opacity a pixel, row by row.
 struct IconMask {
@@ -26,7 +27,8 @@ struct IconMask {
 /// The whisper mark as a PNG, at twice the size of a menu's icon. [any]
 [[nodiscard]] std::span<const std::uint8_t> whisperPng(Ink ink);
 
-/// a(iiay): width, height and pixels with alpha, red, green, blue in this order, not multiplied. [any]
-[[nodiscard]] bus::Variant iconPixmaps(Ink ink);
+/// a(iiay): width, height and pixels with alpha, red, green, blue in this order, not multiplied. `color` is 0xRRGGBB.
+/// [any]
+[[nodiscard]] bus::Variant iconPixmaps(std::uint32_t color);
 
 }  // namespace quillmere::statusitem

@@ -1,7 +1,9 @@
 // What the desktop's word on light and dark means for the marks.
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "../bus/Handles.h"
 #include "PanelIcon.h"
@@ -12,10 +14,10 @@ namespace quillmere::statusitem {
 /// opened: the portal's Read() puts one around its answer that its signal has not. [any]
 [[nodiscard]] std::optional<bool> prefersDark(GVariant* value);
 
-/// Without a word from the desktop: most panels are dark, even where windows are light. [any]
-[[nodiscard]] inline Ink panelInk(std::optional<bool> prefersDark) {
-  return prefersDark.value_or(true) ? Ink::light : Ink::dark;
-}
+/// What a panel's icon is drawn in, as 0xRRGGBB. Desktops whose bar is dark whatever the windows are get light ink; on
+/// the others the desktop's word decides, and without one the ink is a grey with the same contrast, of nearly 4, on
+/// black and on white. `desktops` is what XDG_CURRENT_DESKTOP holds. [any]
+[[nodiscard]] std::uint32_t panelInkRGB(std::optional<bool> prefersDark, std::string_view desktops);
 
 /// A menu goes with the windows, and those are light where nobody says otherwise. [any]
 [[nodiscard]] inline Ink menuInk(std::optional<bool> prefersDark) {

@@ -208,7 +208,7 @@ TEST_F(BusMenuOf, TheInkChangesTheMarkAlone) {
   EXPECT_TRUE(menu_.setInk(Ink::light).isEmpty());
 }
 
-TEST(PanelTheme, TheDesktopsWordDecidesAndSilenceMeansDarkPanelsAndLightMenus) {
+TEST(PanelTheme, TheDesktopsWordDecidesAndSilenceMeansLightMenus) {
   const auto read = [](GVariant* value) { return prefersDark(bus::owned(value).get()); };
   EXPECT_EQ(read(g_variant_new_uint32(1)), std::optional(true));
   EXPECT_EQ(read(g_variant_new_uint32(2)), std::optional(false));
@@ -216,12 +216,24 @@ TEST(PanelTheme, TheDesktopsWordDecidesAndSilenceMeansDarkPanelsAndLightMenus) {
   EXPECT_EQ(read(g_variant_new_uint32(0)), std::nullopt);
   EXPECT_EQ(read(g_variant_new_string("dark")), std::nullopt);
   EXPECT_EQ(prefersDark(nullptr), std::nullopt);
-  EXPECT_EQ(panelInk(true), Ink::light);
-  EXPECT_EQ(panelInk(std::nullopt), Ink::light);
-  EXPECT_EQ(panelInk(false), Ink::dark);
+  EXPECT_EQ(panelInkRGB(true, "KDE"), lightInkRGB);
+  EXPECT_EQ(panelInkRGB(false, "KDE"), darkInkRGB);
   EXPECT_EQ(menuInk(true), Ink::light);
   EXPECT_EQ(menuInk(std::nullopt), Ink::dark);
   EXPECT_EQ(menuInk(false), Ink::dark);
+}
+
+TEST(PanelTheme, ADesktopThatSaysNothingGetsInkThatStandsOutOnBothGrounds) {
+  EXPECT_EQ(panelInkRGB(std::nullopt, "XFCE"), neutralInkRGB);
+  EXPECT_EQ(panelInkRGB(std::nullopt, ""), neutralInkRGB);
+}
+
+TEST(PanelTheme, ABarThatIsAlwaysDarkGetsLightInk) {
+  for (const auto* desktops : {"GNOME", "ubuntu:GNOME", "Unity:Unity7:ubuntu", "Pantheon"}) {
+    EXPECT_EQ(panelInkRGB(false, desktops), lightInkRGB) << desktops;
+    EXPECT_EQ(panelInkRGB(std::nullopt, desktops), lightInkRGB) << desktops;
+  }
+  EXPECT_EQ(panelInkRGB(false, "GNOME-Flashback"), darkInkRGB);
 }
 
 TEST(PanelIcon, EverySizeIsASquareWithAirAroundTheDrawing) {
@@ -242,7 +254,7 @@ TEST(PanelIcon, EverySizeIsASquareWithAirAroundTheDrawing) {
 }
 
 TEST(PanelIcon, PixelsHaveTheInkAndTheMasksOpacity) {
-  const auto pixmaps = iconPixmaps(Ink::dark);
+  const auto pixmaps = iconPixmaps(darkInkRGB);
   ASSERT_EQ(g_variant_n_children(pixmaps.get()), panelIconMasks().size());
   const auto& mask = panelIconMasks()[1];
   gint32 width = 0;

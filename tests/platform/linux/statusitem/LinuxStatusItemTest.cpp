@@ -35,6 +35,7 @@ class StatusItemOnABus : public ::testing::Test {
  protected:
   void make(std::optional<std::string> address = std::nullopt) {
     LinuxStatusItemOptions options;
+    options.currentDesktop = "KDE";
     options.busAddress = address ? *address : bus_.address();
     options.firstAnswer = firstAnswer_;
     options.longestQuestion = longestQuestion_;
@@ -399,7 +400,7 @@ TEST_F(StatusItemOnABus, GarbageFromAHostIsRefusedAndForgotten) {
 
 TEST_F(StatusItemOnABus, TheIconAndTheMarkFollowTheDesktop) {
   show();
-  EXPECT_EQ(iconInk(), 0xF2) << "without a word panels are dark";
+  EXPECT_EQ(iconInk(), 0x80) << "without a word the ground is not known";
   const auto mark = printed(panel_.callMenu("GetProperty", "(3, 'icon-data')").value);
   panel_.comeAsPortal(2);
   ASSERT_TRUE(becomes([&] { return panel_.signalCount("NewIcon") == 1; }));
@@ -427,7 +428,7 @@ TEST_F(StatusItemOnABus, OnlyThePortalsOwnWordOnItsOwnSettingCounts) {
   panel_.changeColorScheme(0);
   settle();
   EXPECT_EQ(panel_.signalCount("NewIcon"), 2);
-  EXPECT_EQ(iconInk(), 0xF2);
+  EXPECT_EQ(iconInk(), 0x80);
 }
 
 TEST_F(StatusItemOnABus, WithoutABusThereIsNoPanel) {
