@@ -1,6 +1,8 @@
 // Orders in, events out.
 #include "windows/WindowsApplication.h"
 
+#include <fontconfig/fontconfig.h>
+
 #include <QApplication>
 #include <QCursor>
 #include <QQuickWindow>
@@ -15,6 +17,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include "remote/MessageType.h"
@@ -209,6 +212,8 @@ class Line {
 }  // namespace
 
 int runWindows(int argc, char** argv, const WindowsHost& host) {
+  // The first text waits for the fonts' configuration, which can be read while the toolkit starts.
+  std::thread(FcInit).detach();
   QCoreApplication::setApplicationName(QStringLiteral("quillmere"));
   QCoreApplication::setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
   QGuiApplication::setDesktopFileName(QStringLiteral("app.quillmere.host"));

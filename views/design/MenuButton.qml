@@ -1,7 +1,6 @@
 // A borderless button that opens a menu below itself, or above where there is no room below: never under the pointer,
 // where a second click would choose something. The menu is made when it is first opened.
 import QtQuick
-import QtQuick.Window
 import Quillmere.Design
 
 PlainButton {

@@ -1,6 +1,5 @@
 // An application's icon, or a tile of ours where it has none.
 import QtQuick
-import QtQuick.Window
 import Quillmere.Design
 
 Item {
