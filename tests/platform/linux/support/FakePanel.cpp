@@ -31,42 +31,13 @@ std::shared_ptr<GVariant> shared(GVariant* value) {
 
 }  // namespace
 
-FakePanel::FakePanel(const std::string& address) : link_(std::make_shared<Link>()) {
-  link_->panel = this;
-  GError* error = nullptr;
-  const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                                       G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-  connection_ = g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr, nullptr, &error);
-  if (connection_ == nullptr) {
-    ADD_FAILURE() << error->message;
-    g_error_free(error);
-    return;
-  }
-  g_dbus_connection_set_exit_on_close(connection_, FALSE);
-  filter_ = g_dbus_connection_add_filter(
-      connection_,
-      [](GDBusConnection*, GDBusMessage* message, gboolean incoming, gpointer data) -> GDBusMessage* {
-        if (incoming == FALSE) return message;
-        const auto link = *static_cast<std::shared_ptr<Link>*>(data);
-        const std::lock_guard lock(link->mutex);
-        return link->panel == nullptr ? message : link->panel->filter(message);
-      },
-      new std::shared_ptr<Link>(link_), [](gpointer data) { delete static_cast<std::shared_ptr<Link>*>(data); });
+FakePanel::FakePanel(const std::string& address) : bus_(address) {
+  if (bus_.connection() == nullptr) return;
+  bus_.listen([this](GDBusMessage* message) { return filter(message); });
   for (const auto* interface : {item, menu}) {
     const auto rule = std::string("type='signal',interface='") + interface + "'";
     g_variant_unref(busCall("AddMatch", g_variant_new("(s)", rule.c_str())));
   }
-}
-
-FakePanel::~FakePanel() {
-  {
-    const std::lock_guard lock(link_->mutex);
-    link_->panel = nullptr;
-  }
-  if (connection_ == nullptr) return;
-  g_dbus_connection_close_sync(connection_, nullptr, nullptr);
-  g_dbus_connection_remove_filter(connection_, filter_);
-  g_object_unref(connection_);
 }
 
 GDBusMessage* FakePanel::filter(GDBusMessage* message) {
@@ -94,7 +65,7 @@ GDBusMessage* FakePanel::filter(GDBusMessage* message) {
       g_object_unref(reply);
       reply = g_dbus_message_new_method_error(message, "org.freedesktop.DBus.Error.Failed", "not today");
     }
-    g_dbus_connection_send_message(connection_, reply, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
+    g_dbus_connection_send_message(bus_.connection(), reply, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
     g_object_unref(reply);
   }
   g_object_unref(message);
@@ -103,9 +74,9 @@ GDBusMessage* FakePanel::filter(GDBusMessage* message) {
 
 GVariant* FakePanel::busCall(const char* method, GVariant* arguments) {
   GError* error = nullptr;
-  GVariant* reply =
-      g_dbus_connection_call_sync(connection_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                                  method, arguments, nullptr, G_DBUS_CALL_FLAGS_NONE, 20000, nullptr, &error);
+  GVariant* reply = g_dbus_connection_call_sync(bus_.connection(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                "org.freedesktop.DBus", method, arguments, nullptr,
+                                                G_DBUS_CALL_FLAGS_NONE, 20000, nullptr, &error);
   if (reply == nullptr) {
     ADD_FAILURE() << error->message;
     g_error_free(error);
@@ -115,7 +86,7 @@ GVariant* FakePanel::busCall(const char* method, GVariant* arguments) {
 }
 
 void FakePanel::emit(const char* path, const char* interface, const char* signal, GVariant* body) {
-  g_dbus_connection_emit_signal(connection_, nullptr, path, interface, signal, body, nullptr);
+  g_dbus_connection_emit_signal(bus_.connection(), nullptr, path, interface, signal, body, nullptr);
 }
 
 void FakePanel::takeName(const std::string& name) {
@@ -192,8 +163,9 @@ FakePanel::Answer FakePanel::call(const char* path, const char* interface, const
     return {};
   }
   Answer answer;
-  answer.value = shared(g_dbus_connection_call_sync(connection_, known.back().c_str(), path, interface, method, body,
-                                                    nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, 20000, nullptr, &error));
+  answer.value =
+      shared(g_dbus_connection_call_sync(bus_.connection(), known.back().c_str(), path, interface, method, body,
+                                         nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, 20000, nullptr, &error));
   g_variant_unref(body);
   if (error != nullptr) {
     char* name = g_dbus_error_get_remote_error(error);

@@ -11,13 +11,14 @@
 #include <string>
 #include <vector>
 
+#include "FilteredBus.h"
+
 namespace quillmere::support {
 
 class FakePanel {
  public:
   /// On the bus, and nobody yet.
   explicit FakePanel(const std::string& address);
-  ~FakePanel();
   FakePanel(const FakePanel&) = delete;
   FakePanel& operator=(const FakePanel&) = delete;
 
@@ -70,15 +71,6 @@ class FakePanel {
   GVariant* busCall(const char* method, GVariant* arguments);
   void emit(const char* path, const char* interface, const char* signal, GVariant* body);
 
-  /// GDBus may be in the filter on its own thread while the panel goes.
-  struct Link {
-    std::mutex mutex;
-    FakePanel* panel;
-  };
-
-  std::shared_ptr<Link> link_;
-  GDBusConnection* connection_ = nullptr;
-  guint filter_ = 0;
   mutable std::mutex mutex_;
   bool hasHost_ = false;
   bool refuses_ = false;
@@ -86,6 +78,8 @@ class FakePanel {
   std::uint32_t colorScheme_ = 0;
   std::vector<std::string> registrations_;
   std::vector<Signal> signals_;
+  /// Declared last: once it has gone, nobody is in the filter.
+  FilteredBus bus_;
 };
 
 }  // namespace quillmere::support

@@ -15,30 +15,13 @@ constexpr const char* properties = "org.freedesktop.DBus.Properties";
 }  // namespace
 
 FakePlayer::FakePlayer(const std::string& address, const std::string& name, Manner manner)
-    : link_(std::make_shared<Link>()), manner_(manner) {
-  link_->player = this;
+    : manner_(manner), bus_(address) {
+  if (bus_.connection() == nullptr) return;
+  bus_.listen([this](GDBusMessage* message) { return filter(message); });
   GError* error = nullptr;
-  const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                                       G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-  connection_ = g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr, nullptr, &error);
-  if (connection_ == nullptr) {
-    ADD_FAILURE() << error->message;
-    g_error_free(error);
-    return;
-  }
-  g_dbus_connection_set_exit_on_close(connection_, FALSE);
-  filter_ = g_dbus_connection_add_filter(
-      connection_,
-      [](GDBusConnection*, GDBusMessage* message, gboolean incoming, gpointer data) -> GDBusMessage* {
-        if (incoming == FALSE) return message;
-        const auto link = *static_cast<std::shared_ptr<Link>*>(data);
-        const std::lock_guard lock(link->mutex);
-        return link->player == nullptr ? message : link->player->filter(message);
-      },
-      new std::shared_ptr<Link>(link_), [](gpointer data) { delete static_cast<std::shared_ptr<Link>*>(data); });
   const auto busName = "org.mpris.MediaPlayer2." + name;
   GVariant* reply = g_dbus_connection_call_sync(
-      connection_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
+      bus_.connection(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
       g_variant_new("(su)", busName.c_str(), 0U), nullptr, G_DBUS_CALL_FLAGS_NONE, 10000, nullptr, &error);
   if (reply == nullptr) {
     ADD_FAILURE() << error->message;
@@ -46,18 +29,6 @@ FakePlayer::FakePlayer(const std::string& address, const std::string& name, Mann
     return;
   }
   g_variant_unref(reply);
-}
-
-FakePlayer::~FakePlayer() {
-  {
-    const std::lock_guard lock(link_->mutex);
-    link_->player = nullptr;
-  }
-  if (connection_ == nullptr) return;
-  g_dbus_connection_close_sync(connection_, nullptr, nullptr);
-  g_dbus_connection_remove_filter(connection_, filter_);
-  g_object_unref(connection_);
-  for (auto* message : held_) g_object_unref(message);
 }
 
 GDBusMessage* FakePlayer::filter(GDBusMessage* message) {
@@ -71,7 +42,7 @@ GDBusMessage* FakePlayer::filter(GDBusMessage* message) {
       ++questions_;
     }
     if (manner_ == Manner::holds) {
-      held_.push_back(message);
+      held_.emplace_back(message);
       return nullptr;
     }
   }
@@ -125,7 +96,7 @@ void FakePlayer::answer(GDBusMessage* question) {
       if (obeys_ && member == "Play") follow = "'Playing'";
     }
   }
-  g_dbus_connection_send_message(connection_, reply, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
+  g_dbus_connection_send_message(bus_.connection(), reply, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
   g_object_unref(reply);
   if (!follow.empty()) change("PlaybackStatus", follow);
 }
@@ -136,7 +107,7 @@ void FakePlayer::set(const std::string& property, const std::string& text) {
 }
 
 void FakePlayer::emit(const char* interface, const char* signal, GVariant* body) {
-  g_dbus_connection_emit_signal(connection_, nullptr, path, interface, signal, body, nullptr);
+  g_dbus_connection_emit_signal(bus_.connection(), nullptr, path, interface, signal, body, nullptr);
 }
 
 void FakePlayer::change(const std::string& property, const std::string& text) {
@@ -173,16 +144,13 @@ void FakePlayer::emitRaw(const std::string& body) {
 }
 
 void FakePlayer::release() {
-  std::vector<GDBusMessage*> held;
+  decltype(held_) held;
   {
     const std::lock_guard lock(mutex_);
     manner_ = Manner::answers;
     held.swap(held_);
   }
-  for (auto* message : held) {
-    answer(message);
-    g_object_unref(message);
-  }
+  for (const auto& message : held) answer(message.get());
 }
 
 void FakePlayer::obey() {

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "FilteredBus.h"
+
 namespace quillmere::support {
 
 class FakePlayer {
@@ -19,7 +21,6 @@ class FakePlayer {
 
   /// Takes the name org.mpris.MediaPlayer2.<name>.
   FakePlayer(const std::string& address, const std::string& name, Manner manner = Manner::answers);
-  ~FakePlayer();
   FakePlayer(const FakePlayer&) = delete;
   FakePlayer& operator=(const FakePlayer&) = delete;
 
@@ -48,22 +49,18 @@ class FakePlayer {
   void emit(const char* interface, const char* signal, GVariant* body);
   GVariant* value(const std::string& property) const;
 
-  /// GDBus may be in the filter on its own thread while the player goes.
-  struct Link {
-    std::mutex mutex;
-    FakePlayer* player;
-  };
-
-  std::shared_ptr<Link> link_;
-  GDBusConnection* connection_ = nullptr;
-  guint filter_ = 0;
   mutable std::mutex mutex_;
   Manner manner_;
   bool obeys_ = false;
   std::map<std::string, std::string> properties_;
-  std::vector<GDBusMessage*> held_;
+  struct Unref {
+    void operator()(GDBusMessage* message) const { g_object_unref(message); }
+  };
+  std::vector<std::unique_ptr<GDBusMessage, Unref>> held_;
   std::vector<std::string> calls_;
   int questions_ = 0;
+  /// Declared last: once it has gone, nobody is in the filter.
+  FilteredBus bus_;
 };
 
 }  // namespace quillmere::support
