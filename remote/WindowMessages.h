@@ -19,7 +19,8 @@ constexpr const char* windowBecameKey = "windowBecameKey";  ///< window.
 constexpr const char* windowHidden = "windowHidden";        ///< window, isClosing.
 constexpr const char* openMainWindow = "openMainWindow";
 constexpr const char* quit = "quit";
-/// seen: how many of the counted messages have been taken. There is nothing to draw any more, and unless more was sent
+constexpr const char* taken = "taken";  ///< seen: how many of the counted messages have been dealt with.
+/// seen: the same. There is nothing to draw any more, and unless more was sent
 /// meanwhile the process may end.
 constexpr const char* idle = "idle";
 

@@ -70,6 +70,7 @@ bool WindowsProcess::start() {
     return false;
   }
   asked_ = 0;
+  pending_.clear();
   // Answers to questions may come when the process they are for has gone.
   host_ = std::make_unique<MixerHost>(state_, defaults_, workspace_, runtime_,
                                       [weak = std::weak_ptr(channel_)](const json& sent) {
@@ -94,11 +95,14 @@ void WindowsProcess::stop() {
 
 void WindowsProcess::ended() {
   const auto closed = std::exchange(isVisible_, {});
+  const auto lost = std::exchange(pending_, {});
   stop();
   for (const auto& [identifier, isVisible] : closed) {
     for (const auto& observer : willClose_) observer(identifier);
   }
   if (isOldTrayWanted_) restartForOldTray();
+  if (lost.empty() || std::exchange(isAskedAgain_, !isAskedAgain_)) return;
+  for (const auto& [number, asked] : lost) ask(asked);
 }
 
 void WindowsProcess::restartForOldTray() {
@@ -112,10 +116,11 @@ void WindowsProcess::restartForOldTray() {
 
 void WindowsProcess::ask(json asked) {
   if (!start()) return;
-  tell(std::move(asked));
+  tell(asked);
+  pending_[asked_] = std::move(asked);
 }
 
-void WindowsProcess::tell(json told) {
+void WindowsProcess::tell(const json& told) {
   if (!channel_) return;
   ++asked_;
   channel_->send(encodeMessage(told));
@@ -197,6 +202,9 @@ void WindowsProcess::takeWindowMessage(const std::string& type, const json& rece
       for (const auto& observer : willClose_) observer(identifier);
     }
     isVisible_[identifier] = false;
+  } else if (type == wire::taken) {
+    pending_.erase(pending_.begin(), pending_.upper_bound(received.at("seen").get<std::uint64_t>()));
+    isAskedAgain_ = false;
   } else if (type == wire::idle) {
     oldTrayPause_ = firstPause;
     if (received.at("seen").get<std::uint64_t>() == asked_) stop();

@@ -6,7 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <nlohmann/json_fwd.hpp>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -80,7 +80,7 @@ class WindowsProcess final : public WindowSystem {
   /// Starts the process if need be.
   void ask(nlohmann::json message);
   /// Nothing happens where there is no process, hence no window.
-  void tell(nlohmann::json message);
+  void tell(const nlohmann::json& message);
   void take(const nlohmann::json& message);
   void takeWindowMessage(const std::string& type, const nlohmann::json& message);
 
@@ -95,6 +95,10 @@ class WindowsProcess final : public WindowSystem {
   std::vector<WindowObserver> willClose_;
   std::map<std::string, bool> isVisible_;
   std::uint64_t asked_ = 0;
+  /// What was asked of the process and not dealt with yet, by its number.
+  std::map<std::uint64_t, nlohmann::json> pending_;
+  /// What a process that ended had not dealt with is asked of the next one, but not of a third.
+  bool isAskedAgain_ = false;
   bool isOldTrayWanted_ = false;
   Duration oldTrayPause_;
   TimerID oldTrayTimer_ = 0;

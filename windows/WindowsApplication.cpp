@@ -103,6 +103,8 @@ class Windows final : public QObject {
     } catch (const std::exception& error) {
       Logger(runtime_.log, "Windows").error("ignored \"" + type + "\": " + error.what());
     }
+    send_({{"type", wire::taken}, {"seen", seen_}});
+    offerToEnd();
   }
 
  private:
@@ -126,7 +128,6 @@ class Windows final : public QObject {
     } else if (type == wire::keepOldTray) {
       keepOldTray(message.at("isWanted").get<bool>());
     }
-    offerToEnd();
   }
 
   void togglePopover(const json& message) {

@@ -164,6 +164,7 @@ TEST_F(WindowsOfTheProgram, AProcessThatEndsUnaskedTakesItsWindowsAndNothingElse
   sayWindow("windowShown");
   std::vector<std::string> closed;
   windows.onWindowWillClose([&](const std::string& identifier) { closed.push_back(identifier); });
+  say({{"type", "taken"}, {"seen", 1}});
   die();
   EXPECT_EQ(closed, (std::vector<std::string>{"main"}));
   EXPECT_TRUE(windows.windows().empty());
@@ -173,8 +174,37 @@ TEST_F(WindowsOfTheProgram, AProcessThatEndsUnaskedTakesItsWindowsAndNothingElse
   EXPECT_EQ(launcher.lines.size(), 2U);
 }
 
+TEST_F(WindowsOfTheProgram, AWishThatAnEndingProcessHasNotDealtWithIsAskedOfTheNext) {
+  windows.open("main");
+  say({{"type", "taken"}, {"seen", 1}});
+  windows.togglePopover({StatusItemPoint{10, 20}, {}});
+  windows.activate();
+  die();
+  ASSERT_EQ(launcher.lines.size(), 2U);
+  EXPECT_EQ(sent("togglePopover").size(), 1U);
+  EXPECT_TRUE(sent("openWindow").empty());
+  EXPECT_TRUE(sent("activate").empty());
+  say({{"type", "taken"}, {"seen", 1}});
+  die();
+  EXPECT_EQ(launcher.lines.size(), 2U);
+}
+
+TEST_F(WindowsOfTheProgram, AWishThatEndsEveryProcessIsGivenUp) {
+  windows.togglePopover({});
+  die();
+  EXPECT_EQ(launcher.lines.size(), 2U);
+  die();
+  EXPECT_EQ(launcher.lines.size(), 2U);
+  EXPECT_FALSE(windows.isRunning());
+  windows.togglePopover({});
+  EXPECT_EQ(launcher.lines.size(), 3U);
+  die();
+  EXPECT_EQ(launcher.lines.size(), 4U);
+}
+
 TEST_F(WindowsOfTheProgram, WhatAnEndedProcessHasSaidLateIsIgnored) {
   windows.open("main");
+  say({{"type", "taken"}, {"seen", 1}});
   const auto first = launcher.lines[0];
   die();
   windows.open("main");
