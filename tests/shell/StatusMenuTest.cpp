@@ -67,7 +67,9 @@ TEST(StatusMenu, ANinetyMinuteTimerIsNotCarriedIntoHours) {
 TEST(StatusMenu, WithoutAnActiveProfileNothingIsChecked) {
   StatusMenuInput input;
   input.profiles = {profileNamed("Default"), profileNamed("Work")};
-  for (const auto& entry : statusMenu(input)[4].submenu) EXPECT_FALSE(entry.isOn);
+  const auto menu = statusMenu(input);
+  ASSERT_EQ(menu[4].submenu.size(), 2U);
+  for (const auto& entry : menu[4].submenu) EXPECT_FALSE(entry.isOn);
 }
 
 TEST(StatusMenu, TheActiveProfileIsCheckedByIdentityNotByName) {
