@@ -8,7 +8,8 @@
 
 namespace quillmere {
 
-ProfilesPresenter::ProfilesPresenter(std::shared_ptr<MixerState> state, std::function<void()> openWindow, QObject* parent)
+ProfilesPresenter::ProfilesPresenter(std::shared_ptr<MixerState> state, std::function<void()> openWindow,
+                                     QObject* parent)
     : QObject(parent), state_(std::move(state)), openWindow_(std::move(openWindow)) {
   subscriptions_.push_back(state_->profiles().observe([this](const auto&) { refresh(); }));
   subscriptions_.push_back(state_->activeProfileID().observe([this](const auto&) { refresh(); }));
