@@ -7,6 +7,8 @@
 #include <QImageReader>
 #include <QPainter>
 #include <QThreadPool>
+#include <memory>
+#include <mutex>
 #include <utility>
 
 #include "platform/Workspace.h"
@@ -49,8 +51,24 @@ QImage boxed(const QImage& image, QSize size) {
   return box;
 }
 
+class IconResponse;
+
+/// Where an icon is to be delivered. A window that goes takes its responses along, whoever still looks for their icons.
+struct Delivery {
+  std::mutex mutex;
+  IconResponse* response = nullptr;
+};
+
 class IconResponse final : public QQuickImageResponse {
  public:
+  IconResponse() { delivery_->response = this; }
+  ~IconResponse() override {
+    const std::scoped_lock lock(delivery_->mutex);
+    delivery_->response = nullptr;
+  }
+
+  [[nodiscard]] std::shared_ptr<Delivery> delivery() const { return delivery_; }
+
   [[nodiscard]] QQuickTextureFactory* textureFactory() const override {
     return QQuickTextureFactory::textureFactoryForImage(image_);
   }
@@ -66,14 +84,20 @@ class IconResponse final : public QQuickImageResponse {
   }
 
  private:
+  std::shared_ptr<Delivery> delivery_ = std::make_shared<Delivery>();
   QImage image_;
 };
 
-void drawThemed(IconResponse* response, const QString& name, QSize size) {
-  // The icon theme belongs to the main thread. The response lives until it is finished.
-  QMetaObject::invokeMethod(QCoreApplication::instance(), [response, name, size] {
+void deliver(Delivery& delivery, QImage image) {
+  const std::scoped_lock lock(delivery.mutex);
+  if (delivery.response != nullptr) delivery.response->finish(std::move(image));
+}
+
+void drawThemed(const std::shared_ptr<Delivery>& delivery, const QString& name, QSize size) {
+  // The icon theme belongs to the main thread.
+  QMetaObject::invokeMethod(QCoreApplication::instance(), [delivery, name, size] {
     const auto icon = QIcon::fromTheme(name);
-    response->finish(icon.isNull() ? QImage() : boxed(icon.pixmap(size, 1.0).toImage(), size));
+    deliver(*delivery, icon.isNull() ? QImage() : boxed(icon.pixmap(size, 1.0).toImage(), size));
   });
 }
 
@@ -91,21 +115,21 @@ QQuickImageResponse* AppIconProvider::requestImageResponse(const QString& encode
   const QSize size(requestedSize.width() > 0 ? requestedSize.width() : defaultSize.width(),
                    requestedSize.height() > 0 ? requestedSize.height() : defaultSize.height());
   auto* response = new IconResponse;
-  QThreadPool::globalInstance()->start([&workspace = workspace_, response, bundleID, size] {
+  QThreadPool::globalInstance()->start([&workspace = workspace_, delivery = response->delivery(), bundleID, size] {
     const auto icon = workspace.icon(bundleID);
     if (!icon) {
-      response->finish({});
+      deliver(*delivery, {});
     } else if (const auto* themed = std::get_if<ThemedIcon>(&*icon)) {
-      drawThemed(response, QString::fromStdString(themed->name), size);
+      drawThemed(delivery, QString::fromStdString(themed->name), size);
     } else if (const auto* file = std::get_if<FileIcon>(&*icon)) {
       QImageReader reader(QString::fromStdString(file->path));
-      response->finish(boxed(readImage(reader, size), size));
+      deliver(*delivery, boxed(readImage(reader, size), size));
     } else {
       const auto& png = std::get<EncodedIcon>(*icon).png;
       QByteArray bytes(reinterpret_cast<const char*>(png.data()), static_cast<qsizetype>(png.size()));
       QBuffer buffer(&bytes);
       QImageReader reader(&buffer);
-      response->finish(boxed(readImage(reader, size), size));
+      deliver(*delivery, boxed(readImage(reader, size), size));
     }
   });
   return response;
