@@ -30,7 +30,6 @@ bool RemoteState::take(const json& message) {
   try {
     if (type == wire::fields) {
       for (const auto& [name, value] : message.at("values").items()) takeField(name, value);
-      isReady_ = true;
     } else if (type == wire::field) {
       takeField(message.at("name").get<std::string>(), message.at("value"));
     } else if (type == wire::performed) {

@@ -22,8 +22,6 @@ class RemoteState final : public MixerState {
 
   /// True if the message was for it; what can't be read is logged and ignored.
   bool take(const nlohmann::json& message);
-  /// Whether the fields have come.
-  [[nodiscard]] bool isReady() const { return isReady_; }
 
   void setGain(float gain, const std::string& bundleID) override;
   void toggleMute(const std::string& bundleID) override;
@@ -63,7 +61,6 @@ class RemoteState final : public MixerState {
 
   LogSink& log_;
   SendMessage send_;
-  bool isReady_ = false;
   /// Calls that the mixer has not performed yet; and how many of these were sent up to the last change of a level.
   std::uint64_t sent_ = 0;
   std::uint64_t performed_ = 0;

@@ -3,7 +3,7 @@
 
 namespace quillmere::wire {
 
-// To the windows. Each of these but the last is counted.
+// To the windows. Each of these has a number, one more than the one before.
 constexpr const char* openWindow = "openWindow";    ///< window, token.
 constexpr const char* closeWindow = "closeWindow";  ///< window.
 constexpr const char* orderFront = "orderFront";    ///< window.
@@ -19,7 +19,7 @@ constexpr const char* windowBecameKey = "windowBecameKey";  ///< window.
 constexpr const char* windowHidden = "windowHidden";        ///< window, isClosing.
 constexpr const char* openMainWindow = "openMainWindow";
 constexpr const char* quit = "quit";
-constexpr const char* taken = "taken";  ///< seen: how many of the counted messages have been dealt with.
+constexpr const char* taken = "taken";  ///< seen: the number of the last message that has been dealt with.
 /// seen: the same. There is nothing to draw any more, and unless more was sent
 /// meanwhile the process may end.
 constexpr const char* idle = "idle";

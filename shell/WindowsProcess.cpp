@@ -77,8 +77,7 @@ bool WindowsProcess::start() {
                                         if (const auto channel = weak.lock()) channel->send(encodeMessage(sent));
                                       });
   if (isOldTrayWanted_) {
-    ++asked_;
-    channel_->send(encodeMessage({{"type", wire::keepOldTray}, {"isWanted", true}}));
+    tell({{"type", wire::keepOldTray}, {"isWanted", true}});
     oldTray_.connected();
   }
   return true;
@@ -120,9 +119,9 @@ void WindowsProcess::ask(json asked) {
   pending_[asked_] = std::move(asked);
 }
 
-void WindowsProcess::tell(const json& told) {
+void WindowsProcess::tell(json told) {
   if (!channel_) return;
-  ++asked_;
+  told["number"] = ++asked_;
   channel_->send(encodeMessage(told));
 }
 

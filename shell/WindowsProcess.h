@@ -80,7 +80,7 @@ class WindowsProcess final : public WindowSystem {
   /// Starts the process if need be.
   void ask(nlohmann::json message);
   /// Nothing happens where there is no process, hence no window.
-  void tell(const nlohmann::json& message);
+  void tell(nlohmann::json message);
   void take(const nlohmann::json& message);
   void takeWindowMessage(const std::string& type, const nlohmann::json& message);
 

@@ -96,8 +96,11 @@ class Windows final : public QObject {
   void take(const json& message) {
     defaults_.take(message);
     if (state_->take(message) || (trayHost_ && trayHost_->take(message))) return;
+    const auto number = message.find("number");
+    // Words for an icon that is not there, for one, are none that anybody waits for.
+    if (number == message.end() || !number->is_number_unsigned()) return;
+    seen_ = number->get<std::uint64_t>();
     const auto type = messageType(message);
-    ++seen_;
     try {
       perform(type, message);
     } catch (const std::exception& error) {
@@ -214,7 +217,7 @@ class Line {
 
 int runWindows(int argc, char** argv, const WindowsHost& host) {
   // The first text waits for the fonts' configuration, which can be read while the toolkit starts.
-  std::thread(FcInit).detach();
+  const std::jthread fonts(FcInit);
   QCoreApplication::setApplicationName(QStringLiteral("quillmere"));
   QCoreApplication::setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
   QGuiApplication::setDesktopFileName(QStringLiteral("app.quillmere.host"));

@@ -99,14 +99,11 @@ TEST_F(Remote, KnowsEveryFieldFromTheStart) {
   state().startPomodoroFocus();
   microphone(zoom, true);
   connect();
-  EXPECT_TRUE(remote->isReady());
   EXPECT_FALSE(remote->apps()->empty());
   EXPECT_FALSE(remote->outputDevices()->empty());
   EXPECT_NE(remote->pomodoroPhase()->kind, PomodoroPhase::Kind::idle);
   expectSame(state(), *remote);
 }
-
-TEST_F(Remote, IsNotReadyBeforeTheFields) { EXPECT_FALSE(RemoteState(box->log, toHost()).isReady()); }
 
 TEST_F(Remote, FollowsEveryChange) {
   startWithThree();

@@ -112,6 +112,21 @@ TEST_F(WindowsOfTheProgram, OneProcessDrawsThemAll) {
   EXPECT_FALSE(sent("togglePopover")[0].contains("x"));
 }
 
+TEST_F(WindowsOfTheProgram, WishesAreNumberedAndNothingElseIs) {
+  windows.setOldTrayWanted(true);
+  windows.oldTray().setToolTip("quillmere");
+  windows.togglePopover({});
+  windows.activate();
+  state().setGain(0.5F, spotify);
+  std::vector<std::string> numbered;
+  for (const auto& message : launcher.lines[0]->sent) {
+    if (!message.contains("number")) continue;
+    numbered.push_back(message.at("type").get<std::string>());
+    EXPECT_EQ(message.at("number"), numbered.size());
+  }
+  EXPECT_EQ(numbered, (std::vector<std::string>{"keepOldTray", "togglePopover", "activate"}));
+}
+
 TEST_F(WindowsOfTheProgram, UnknownWindowsAreNotOpened) {
   windows.open("cellar");
   EXPECT_TRUE(launcher.lines.empty());
