@@ -1,6 +1,8 @@
 """An application plays on the device it is routed to, and nowhere else."""
 
 import json
+import os
+import signal
 import subprocess
 import unittest
 
@@ -57,6 +59,35 @@ class Routing(MixerTest):
         self.assert_level(self.phones, tapped, 0.5)
         self.assert_level(self.phones, free, 1)
         self.assertEqual(graph.Graph().default_sink(), PHONES)
+
+
+class DeafMetadata(MixerTest):
+    """PipeWire 0.3.65 tells nobody of a change any more once a client has died while it was being told the metadata."""
+
+    @staticmethod
+    def deafen():
+        manager = graph.daemon_pid("wireplumber")
+        os.kill(manager, signal.SIGSTOP)
+        try:
+            # The session manager is to tell it the metadata, and doesn't.
+            subprocess.run(["pw-dump"], stdout=subprocess.DEVNULL, timeout=0.5, check=False)
+            raise AssertionError("pw-dump was answered by a session manager that stands still")
+        except subprocess.TimeoutExpired:
+            pass
+        finally:
+            os.kill(manager, signal.SIGCONT)
+
+    def test_our_choice_of_the_default_device_moves_taps_though_nobody_confirms_it(self):
+        self.addCleanup(graph.set_default_sink, DESK)
+        tapped, free = self.play("pw-play", "Unheard", 500), self.play("paplay", "Witness", 900)
+        self.agent.gain(self.agent.wait_until_live(tapped), 0.5)
+        self.assert_level(self.desk, tapped, 0.5)
+        phones = self.monitor(PHONES)
+        wait_for(lambda: PHONES in [d["uid"] for d in self.agent.state()["devices"]], "the mixer knows the headphones")
+        self.deafen()
+        self.agent.ask("output", PHONES)
+        self.assert_level(phones, free, 1)
+        self.assert_level(phones, tapped, 0.5)
 
 
 class RemovedDevice(MixerTest):

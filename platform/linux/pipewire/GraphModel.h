@@ -107,6 +107,7 @@ class GraphModel {
   [[nodiscard]] const std::string& identifierOf(const NodeRecord& node) const;
   /// Linked to something that is not the monitor of an output.
   [[nodiscard]] bool recordsARealInput(GlobalID id, const NodeRecord& node) const;
+  [[nodiscard]] bool hasLink(GlobalID id) const { return links_.contains(id); }
   [[nodiscard]] bool hasLinkInto(GlobalID inputNode) const;
   [[nodiscard]] bool hasLinkFrom(GlobalID outputNode) const;
   /// Serial of the output of this node.name, absent: of the default output; empty where there is none.

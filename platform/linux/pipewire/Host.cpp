@@ -17,6 +17,8 @@ constexpr Duration defaultConfirmationTime = std::chrono::seconds(1);
 constexpr Duration staleTargetDelay = std::chrono::milliseconds(500);
 /// By then a client that has just come knows the metadata.
 constexpr Duration refreshDelay = std::chrono::milliseconds(400);
+/// Where clients come and go all the time, the metadata is told again this often.
+constexpr Duration longestRefreshDelay = std::chrono::seconds(2);
 /// How long the end of the program waits for its last words to be heard.
 constexpr Duration farewellTime = std::chrono::milliseconds(200);
 
@@ -37,7 +39,11 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
                        if (std::exchange(pendingDefault_, std::nullopt)) publish();
                      }),
       staleTargets_(loop_, [this] { deleteStaleTargets(); }),
-      refresh_(loop_, [this] { watcher_.refreshMetadata(); }),
+      refresh_(loop_,
+               [this] {
+                 latestRefresh_.reset();
+                 watcher_.refreshMetadata();
+               }),
       ticks_(loop_,
              [this] {
                isTicking_ = false;
@@ -55,7 +61,7 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
                         [this](GlobalID subject, const std::string& key, const std::optional<std::string>& value) {
                           onMetadata(subject, key, value);
                         },
-                        [this] { refresh_.arm(refreshDelay); }, [this] { volume_.volumesTold(); }}),
+                        [this] { expectMissedMetadata(); }, [this] { volume_.volumesTold(); }}),
       volume_(loop_, model_, watcher_, [this] { publish(); }),
       mover_(model_, watcher_, log_),
       connection_(
@@ -115,6 +121,7 @@ void Host::onLost() {
   isSynced_ = false;
   staleTargets_.disarm();
   refresh_.disarm();
+  latestRefresh_.reset();
   watcher_.detach();
   publish();
 }
@@ -146,6 +153,12 @@ void Host::onMetadata(GlobalID subject, const std::string& key, const std::optio
     pendingDefault_.reset();
     defaultExpiry_.disarm();
   }
+}
+
+void Host::expectMissedMetadata() {
+  const auto now = std::chrono::steady_clock::now();
+  if (!latestRefresh_) latestRefresh_ = now + longestRefreshDelay;
+  refresh_.arm(std::clamp<Duration>(*latestRefresh_ - now, Duration::zero(), refreshDelay));
 }
 
 void Host::onMetadataPresence(bool isThere) {
@@ -217,6 +230,7 @@ Status Host::writeDefaultOutput(AudioObjectID device) {
   if (wanted->outputStream == 0) return illegalOperationError;
   if (!watcher_.hasMetadata()) return hardwareNotRunningError;
   watcher_.write(0, "default.configured.audio.sink", "Spa:String:JSON", metadataFromName(wanted->uid));
+  expectMissedMetadata();
   if (current->defaultOutput != device) {
     pendingDefault_ = wanted->uid;
     defaultExpiry_.arm(defaultConfirmationTime);

@@ -85,6 +85,7 @@ class Host {
   void onDone(int sequence);
   void onMetadata(GlobalID subject, const std::string& key, const std::optional<std::string>& value);
   void onMetadataPresence(bool isThere);
+  void expectMissedMetadata();
   void deleteStaleTargets();
 
   Logger log_;
@@ -118,6 +119,8 @@ class Host {
   LoopTimer defaultExpiry_;
   LoopTimer staleTargets_;
   LoopTimer refresh_;
+  /// Set while a refresh is awaited.
+  std::optional<std::chrono::steady_clock::time_point> latestRefresh_;
   LoopTimer ticks_;
   bool isTicking_ = false;
   LoopTimer moment_;

@@ -247,6 +247,7 @@ void RegistryWatcher::onGlobal(GlobalID id, const char* type, std::uint32_t, con
     return;
   } else if (kind == PW_TYPE_INTERFACE_Link) {
     model_.updateLink(id, properties);
+    events_.unsettled();
   } else if (kind == PW_TYPE_INTERFACE_Metadata) {
     const auto name = text(properties, PW_KEY_METADATA_NAME);
     if (name == "settings") {
@@ -267,7 +268,9 @@ void RegistryWatcher::onGlobal(GlobalID id, const char* type, std::uint32_t, con
 }
 
 void RegistryWatcher::onGlobalRemoved(GlobalID id) {
-  if (const auto* node = model_.node(id); node != nullptr && node->kind == NodeKind::sink) events_.unsettled();
+  if (const auto* node = model_.node(id); (node != nullptr && node->kind == NodeKind::sink) || model_.hasLink(id)) {
+    events_.unsettled();
+  }
   const bool wasMetadata = id == metadata_ && metadata_ != 0;
   model_.remove(id);
   if (const auto found = bound_.find(id); found != bound_.end()) {

@@ -30,7 +30,8 @@ class RegistryWatcher final : public MetadataWriter {
     std::function<void(bool isThere)> metadataPresence;
     /// An entry of it has changed; the model has the new value already.
     std::function<void(GlobalID subject, const std::string& key, const std::optional<std::string>& value)> metadata;
-    /// A client, a device or the metadata has appeared or gone: about now changes of the metadata may be missed.
+    /// A client, a device, a link or the metadata has appeared or gone: about now changes of the metadata may be
+    /// missed, or this is what one that was missed has caused.
     std::function<void()> unsettled;
     /// The volumes of a node, or of the routes of a device, have been told.
     std::function<void()> volumes;
@@ -48,7 +49,8 @@ class RegistryWatcher final : public MetadataWriter {
   /// The proxy of a node or a device; null where it isn't bound.
   [[nodiscard]] pw_proxy* proxy(GlobalID id) const;
   /// Has the metadata told once more from the start. 0.3.65 withholds a change from everybody but a client that is just
-  /// binding it, so that one may be missed whenever a program starts.
+  /// binding it, so that one may be missed whenever a program starts; and every change from then on, if that client
+  /// goes before it is done.
   void refreshMetadata();
   [[nodiscard]] bool hasMetadata() const { return metadata_ != 0; }
 

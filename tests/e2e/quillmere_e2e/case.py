@@ -49,11 +49,16 @@ class MixerTest(unittest.TestCase):
 
     def assert_level(self, monitor, player, gain, seconds=5.0, delta=0.2):
         """The player's tone stands at its own level times the gain; a gain of 0 is silence."""
-        if gain == 0:
-            self.assertLess(monitor.wait_for_silence(player.hz, seconds=seconds), -60.0)
-        else:
-            expected = to_db(player.amplitude * gain)
-            self.assertAlmostEqual(monitor.wait_for_level(player.hz, expected, seconds=seconds), expected, delta=delta)
+        try:
+            if gain == 0:
+                self.assertLess(monitor.wait_for_silence(player.hz, seconds=seconds), -60.0)
+            else:
+                expected = to_db(player.amplitude * gain)
+                self.assertAlmostEqual(monitor.wait_for_level(player.hz, expected, seconds=seconds), expected,
+                                       delta=delta)
+        except AssertionError:
+            graph.keep(self.id())
+            raise
 
     def seeded_random(self):
         """Random moments that can be had again: QUILLMERE_SEED."""

@@ -75,6 +75,11 @@ class Graph:
                 if node["info"]["props"].get("media.class", "").endswith("/Internal")]
 
 
+def keep(name):
+    """The whole graph as it stands goes to the session's logs: what was heard wrong is seen there."""
+    Path(os.environ["QUILLMERE_SESSION_DIR"], "logs", f"{name}.graph.json").write_text(tool("pw-dump"), encoding="utf-8")
+
+
 def set_default_sink(name):
     tool("pw-metadata", "0", "default.configured.audio.sink", json.dumps({"name": name}), "Spa:String:JSON")
     wait_for(lambda: Graph().default_sink() == name, f"the default device is {name}")
