@@ -77,7 +77,14 @@ void GraphModel::updateDevice(GlobalID id, const Properties& properties) { merge
 void GraphModel::setRoutes(GlobalID id, std::vector<RouteRecord> routes) { devices_[id].routes = std::move(routes); }
 
 void GraphModel::updatePort(GlobalID id, const Properties& properties) {
-  if (flag(properties, "port.monitor")) monitorPorts_.insert(id);
+  auto& port = ports_[id];
+  port.id = id;
+  port.node = number(properties, "node.id").value_or(0);
+  port.index = number(properties, "port.id").value_or(0);
+  port.isInput = text(properties, "port.direction") == "in";
+  port.isMonitor = flag(properties, "port.monitor");
+  port.isControl = flag(properties, "port.control");
+  port.channel = text(properties, "audio.channel");
 }
 
 void GraphModel::updateLink(GlobalID id, const Properties& properties) {
@@ -106,7 +113,7 @@ void GraphModel::remove(GlobalID id) {
   nodes_.erase(id);
   devices_.erase(id);
   links_.erase(id);
-  monitorPorts_.erase(id);
+  ports_.erase(id);
   // Ids are given again; what was said of this object must not stick to the next.
   std::erase_if(metadata_, [&](const auto& entry) { return entry.first.first == id; });
 }
@@ -117,7 +124,7 @@ void GraphModel::clear() {
   nodes_.clear();
   devices_.clear();
   links_.clear();
-  monitorPorts_.clear();
+  ports_.clear();
   metadata_.clear();
   settings_.clear();
 }
@@ -188,19 +195,23 @@ bool GraphModel::recordsARealInput(GlobalID id, const NodeRecord& node) const {
     const auto* origin = this->node(link.outputNode);
     if (origin == nullptr) return true;
     // A virtual microphone may hand out its sound through ports that call themselves monitors.
-    return origin->kind != NodeKind::sink &&
-           (origin->kind != NodeKind::duplex || !monitorPorts_.contains(link.outputPort));
+    const auto port = ports_.find(link.outputPort);
+    const bool isMonitor = port != ports_.end() && port->second.isMonitor;
+    return origin->kind != NodeKind::sink && (origin->kind != NodeKind::duplex || !isMonitor);
   });
+}
+
+std::vector<PortRecord> GraphModel::portsOf(GlobalID node) const {
+  std::vector<PortRecord> found;
+  for (const auto& [id, port] : ports_) {
+    if (port.node == node) found.push_back(port);
+  }
+  return found;
 }
 
 bool GraphModel::hasLinkInto(GlobalID inputNode) const {
   return std::any_of(links_.begin(), links_.end(),
                      [&](const auto& entry) { return entry.second.inputNode == inputNode; });
-}
-
-bool GraphModel::hasLinkFrom(GlobalID outputNode) const {
-  return std::any_of(links_.begin(), links_.end(),
-                     [&](const auto& entry) { return entry.second.outputNode == outputNode; });
 }
 
 std::string GraphModel::outputSerial(const std::optional<std::string>& name) const {

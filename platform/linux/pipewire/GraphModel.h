@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -64,6 +63,18 @@ struct LinkRecord {
   GlobalID inputNode = 0;
 };
 
+struct PortRecord {
+  GlobalID id = 0;
+  GlobalID node = 0;
+  /// Its number among the node's ports of its direction.
+  std::uint32_t index = 0;
+  bool isInput = false;
+  bool isMonitor = false;
+  bool isControl = false;
+  /// "FL", "FR", "MONO" and so on; empty where it has no position.
+  std::string channel;
+};
+
 /// Node names of ours begin with this.
 inline constexpr std::string_view ourNodePrefix = "app.quillmere.";
 
@@ -109,7 +120,7 @@ class GraphModel {
   [[nodiscard]] bool recordsARealInput(GlobalID id, const NodeRecord& node) const;
   [[nodiscard]] bool hasLink(GlobalID id) const { return links_.contains(id); }
   [[nodiscard]] bool hasLinkInto(GlobalID inputNode) const;
-  [[nodiscard]] bool hasLinkFrom(GlobalID outputNode) const;
+  [[nodiscard]] std::vector<PortRecord> portsOf(GlobalID node) const;
   /// Serial of the output of this node.name, absent: of the default output; empty where there is none.
   [[nodiscard]] std::string outputSerial(const std::optional<std::string>& name) const;
   /// The rate the graph runs at, in Hz; 48000 where the daemon doesn't say.
@@ -129,7 +140,7 @@ class GraphModel {
   std::map<GlobalID, NodeRecord> nodes_;
   std::map<GlobalID, DeviceRecord> devices_;
   std::map<GlobalID, LinkRecord> links_;
-  std::set<GlobalID> monitorPorts_;
+  std::map<GlobalID, PortRecord> ports_;
   std::map<std::pair<GlobalID, std::string>, std::string> metadata_;
   Properties settings_;
 };

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "MetadataValue.h"
-#include "TapStreams.h"
+#include "TapNode.h"
 
 namespace quillmere::pipewire {
 namespace {
@@ -75,8 +75,8 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
             if (core == nullptr) return nullptr;
             const auto name =
                 std::string(ourNodePrefix) + "tap-" + std::to_string(getpid()) + "-" + std::to_string(++pathsMade_);
-            // Told through the signal: a stream must not be destroyed from its own callback.
-            return std::make_unique<TapStreams>(core, name, output, log_, [this] { changed_.raise(); });
+            // Told through the signal: a node must not be destroyed from its own callback.
+            return std::make_unique<TapNode>(core, model_, name, output, log_, [this] { changed_.raise(); });
           },
           [this](std::uint64_t nanos) { moment_.armAt(nanos); }, log_) {
   {

@@ -244,7 +244,6 @@ void RegistryWatcher::onGlobal(GlobalID id, const char* type, std::uint32_t, con
     }
   } else if (kind == PW_TYPE_INTERFACE_Port) {
     model_.updatePort(id, properties);
-    return;
   } else if (kind == PW_TYPE_INTERFACE_Link) {
     model_.updateLink(id, properties);
     events_.unsettled();

@@ -9,12 +9,14 @@ namespace quillmere::pipewire {
 namespace {
 
 // In ticks.
-constexpr int linkPatience = 50;
 constexpr int glidePatience = 25;
 constexpr int silencePatience = 30;
 constexpr int returnPatience = 200;
 constexpr int holdPatience = 250;
 constexpr int lossPatience = 20;
+
+/// After each cut the next one is waited for twice as long, up to 13 seconds.
+constexpr int mostCuts = 6;
 
 }  // namespace
 
@@ -157,8 +159,7 @@ void TapDirector::suspend() {
   for (auto& [id, device] : devices_) {
     device.session.reset();
     device.predecessor.reset();
-    // A daemon that starts again gives its serials anew.
-    device.refused.clear();
+    device.cuts = 0;
   }
 }
 
@@ -208,12 +209,14 @@ std::shared_ptr<TapDirector::Session> TapDirector::openSession(const Device& dev
   session->applications = device.applications;
   session->target = device.target;
   session->output = wantedOutput(device);
-  const bool isPinned = !session->output.empty() && session->output != device.refused;
-  session->path = makePath_(isPinned ? std::optional(session->output) : std::nullopt, [this] { graphChanged(); });
+  session->path =
+      makePath_(session->output.empty() ? std::nullopt : std::optional(session->output), [this] { graphChanged(); });
   if (session->path && !session->path->hasFailed()) return session;
-  log_.error("a tap's streams could not be opened");
+  log_.error("a tap's node could not be opened");
   return nullptr;
 }
+
+int TapDirector::patience(const Device& device) { return lossPatience << device.cuts; }
 
 void TapDirector::followOutput(Device& device) {
   auto& session = *device.session;
@@ -222,12 +225,12 @@ void TapDirector::followOutput(Device& device) {
   // An adopted path still holds the streams; it is renewed once it is live.
   if (wanted.empty() || session.isAdopted || (wanted == session.output && !isLost)) return;
   if (wanted == session.output) {
-    // Either the output's own end hasn't been told yet, or the session manager doesn't want us there.
-    if (session.lostTicks < lossPatience) return;
-    log_.standard("a tap's streams were taken away; they are opened again");
-    device.refused = wanted;
+    // Mostly the output's own end, and the default that takes its place hasn't been told yet.
+    if (session.lostTicks < patience(device)) return;
+    if (device.cuts == 0) log_.standard("a tap was cut off from its output; it is made again");
+    device.cuts = std::min(device.cuts + 1, mostCuts);
   } else {
-    device.refused.clear();
+    device.cuts = 0;
   }
   auto fresh = openSession(device);
   if (!fresh) return;
@@ -362,8 +365,7 @@ void TapDirector::beginReturn(Session& session) {
 void TapDirector::dropReturned() {
   std::erase_if(leaving_, [&](const auto& session) {
     if (session->phase != Phase::returning) return false;
-    return session->serial.empty() || !model_.hasLinkInto(session->path->captureNode()) ||
-           session->ticks > returnPatience;
+    return session->serial.empty() || !model_.hasLinkInto(session->path->node()) || session->ticks > returnPatience;
   });
 }
 
@@ -375,16 +377,16 @@ TapDirector::Session* TapDirector::sessionInCharge(const std::string& applicatio
 // --- progress --------------------------------------------------------------------------------------------------------
 
 void TapDirector::graphChanged() {
+  for (const auto& session : leaving_) session->path->graphChanged();
   for (auto& [id, device] : devices_) {
+    if (device.predecessor) device.predecessor->path->graphChanged();
     if (!device.session) continue;
+    device.session->path->graphChanged();
     followOutput(device);
     auto& session = *device.session;
     if (session.phase == Phase::opening && session.path->isConnected()) {
-      const auto* node = model_.node(session.path->captureNode());
-      // A stream that is sent to a node before the session manager knows it would be sent to the default instead. Where
-      // there is no output at all, no link will come.
-      const bool isKnown = model_.hasLinkFrom(session.path->playbackNode()) || session.ticks > linkPatience;
-      if (node != nullptr && !node->serial.empty() && isKnown) {
+      const auto* node = model_.node(session.path->node());
+      if (node != nullptr && !node->serial.empty()) {
         session.serial = node->serial;
         session.phase = Phase::ready;
         session.ticks = 0;
@@ -411,8 +413,7 @@ void TapDirector::tick() {
     if (!device.session) continue;
     auto& session = *device.session;
     ++session.ticks;
-    if (session.path->hasFailed() && ++session.lostTicks == lossPatience) isLate = true;
-    if (session.phase == Phase::opening && session.ticks > linkPatience) isLate = true;
+    if (session.path->hasFailed() && ++session.lostTicks == patience(device)) isLate = true;
     if (session.phase == Phase::ready && device.running != 0 && session.ticks > glidePatience) isLate = true;
     if (session.phase != Phase::live) continue;
     if (session.path->cycles() != session.cyclesSeen) session.gliding = nullptr;
@@ -442,8 +443,8 @@ bool TapDirector::wantsTicks() const {
   if (!leaving_.empty()) return true;
   return std::any_of(devices_.begin(), devices_.end(), [](const auto& entry) {
     const auto& session = entry.second.session;
-    return session && (session->phase == Phase::opening || session->gliding != nullptr || session->isEager ||
-                       (session->path->hasFailed() && session->lostTicks < lossPatience) ||
+    return session && (session->gliding != nullptr || session->isEager ||
+                       (session->path->hasFailed() && session->lostTicks < patience(entry.second)) ||
                        (session->phase == Phase::ready && entry.second.running != 0));
   });
 }

@@ -1,4 +1,4 @@
-// Taps, aggregate devices and IO blocks, and the life of the streams behind them: opened, live, released, returned.
+// Taps, aggregate devices and IO blocks, and the life of the nodes behind them: opened, live, released, returned.
 // Knows no daemon: paths come from a factory, time comes as ticks.
 #pragma once
 
@@ -22,8 +22,8 @@ namespace quillmere::pipewire {
 
 class TapDirector {
  public:
-  /// Opens a path to the output of this serial, absent: to whatever the session manager chooses. `changed` may be
-  /// called until it is gone.
+  /// Opens a path to the output of this serial, absent: to nowhere, since there is none. `changed` may be called until
+  /// it is gone.
   using PathFactory =
       std::function<std::unique_ptr<TapPath>(const std::optional<std::string>& output, std::function<void()> changed)>;
   /// Asks for moment() at a time in nanoseconds of the monotonic clock; a later request replaces an earlier one.
@@ -73,8 +73,8 @@ class TapDirector {
   struct Device {
     std::set<std::string> applications;
     std::optional<std::string> target;
-    /// Serial of an output that took its streams away although it stands: the session manager is left to choose.
-    std::string refused;
+    /// How often it was cut off from an output that stands.
+    int cuts = 0;
     std::shared_ptr<Session> session;
     /// Still runs the block until the session that takes its place is ready.
     std::shared_ptr<Session> predecessor;
@@ -86,6 +86,8 @@ class TapDirector {
   [[nodiscard]] std::string wantedOutput(const Device& device) const;
   [[nodiscard]] std::shared_ptr<Session> openSession(const Device& device);
   void followOutput(Device& device);
+  /// How long a node that was cut off is left as it is, in ticks.
+  [[nodiscard]] static int patience(const Device& device);
   void dismiss(Device& device, float appliedGain);
   void detach(Device& device, float appliedGain);
   void goLive(Device& device);

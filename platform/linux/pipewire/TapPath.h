@@ -1,4 +1,4 @@
-// What the director of taps asks of the pair of streams behind a tap.
+// What the director of taps asks of the node behind a tap.
 #pragma once
 
 #include <cstdint>
@@ -10,14 +10,14 @@ namespace quillmere::pipewire {
 class TapPath {
  public:
   virtual ~TapPath() = default;
-  /// Both streams stand in the graph and wait for sound.
+  /// It stands in the graph, is linked to its output, and the session manager knows it.
   [[nodiscard]] virtual bool isConnected() const = 0;
   /// Could not be opened, or was taken away: nothing plays through it any more.
   [[nodiscard]] virtual bool hasFailed() const = 0;
-  /// Global id of the node that applications are moved to.
-  [[nodiscard]] virtual std::uint32_t captureNode() const = 0;
-  /// Global id of the node that plays in their place.
-  [[nodiscard]] virtual std::uint32_t playbackNode() const = 0;
+  /// Global id of the node that applications are moved to and that plays in their place.
+  [[nodiscard]] virtual std::uint32_t node() const = 0;
+  /// To be called whenever the graph has changed.
+  virtual void graphChanged() = 0;
 
   /// Starts the block at once; it must stay where it is until stop() has returned.
   virtual void startPlain(const IOBlock* block) = 0;

@@ -1,6 +1,8 @@
 #include "TapRealtime.h"
 
-#include <pipewire/stream.h>
+#include <spa/buffer/buffer.h>
+#include <spa/node/io.h>
+#include <spa/node/node.h>
 
 #include <algorithm>
 #include <array>
@@ -15,28 +17,34 @@ namespace {
 constexpr std::uint32_t channels = 2;
 constexpr std::uint32_t bytesPerFrame = channels * sizeof(float);
 
-/// The newest buffer of the stream, or the one in hand; older ones go back unread.
-QUILLMERE_REALTIME pw_buffer* newestBuffer(pw_stream* stream, pw_buffer* inHand) {
-  pw_buffer* newest = inHand;
-  while (pw_buffer* buffer = pw_stream_dequeue_buffer(stream)) {
-    if (newest != nullptr) pw_stream_queue_buffer(stream, newest);
-    newest = buffer;
-  }
-  return newest;
+/// The samples that were handed over at an input; null where there are fewer than wanted, or only silence.
+QUILLMERE_REALTIME const float* takeSamples(TapPort& port, std::size_t frames) {
+  auto* io = port.io;
+  if (io == nullptr || io->status != SPA_STATUS_HAVE_DATA || io->buffer_id >= port.bufferCount) return nullptr;
+  // Given back at once: nobody writes there before the next cycle.
+  io->status = SPA_STATUS_NEED_DATA;
+  const auto& data = port.buffers[io->buffer_id]->datas[0];
+  if ((static_cast<std::uint32_t>(data.chunk->flags) & SPA_CHUNK_FLAG_EMPTY) != 0) return nullptr;
+  const auto offset = std::min(data.chunk->offset, data.maxsize);
+  const auto bytes = std::min(data.chunk->size, data.maxsize - offset);
+  if (bytes / sizeof(float) < frames) return nullptr;
+  return reinterpret_cast<const float*>(static_cast<const std::byte*>(data.data) + offset);
 }
 
 }  // namespace
 
 // --- control side ----------------------------------------------------------------------------------------------------
 
-void TapRealtime::setStreams(pw_stream* capture, pw_stream* playback) {
-  capture_.store(capture, std::memory_order_release);
-  playback_.store(playback, std::memory_order_release);
+void TapRealtime::setInputs(std::span<const ChannelShare> shares) {
+  inputCount_ = std::min(shares.size(), inputs_.size());
+  inputs_ = {};
+  std::copy_n(shares.begin(), inputCount_, shares_.begin());
 }
 
-void TapRealtime::forget(const pw_buffer* buffer) {
-  auto* gone = const_cast<pw_buffer*>(buffer);
-  captured_.compare_exchange_strong(gone, nullptr, std::memory_order_acq_rel);
+void TapRealtime::setBuffers(TapPort& port, std::span<spa_buffer* const> buffers) {
+  port.bufferCount = static_cast<std::uint32_t>(std::min(buffers.size(), port.buffers.size()));
+  std::copy_n(buffers.begin(), port.bufferCount, port.buffers.begin());
+  port.freeBuffers = (1U << port.bufferCount) - 1;
 }
 
 void TapRealtime::setRate(std::uint32_t rateHz) {
@@ -137,66 +145,71 @@ void TapRealtime::process(float* input, float* output, std::uint32_t frames) {
   busy_.store(false, std::memory_order_release);
 }
 
-void TapRealtime::onCaptureProcess(void* data) {
-  auto* self = static_cast<TapRealtime*>(data);
-  auto* capture = self->capture_.load(std::memory_order_acquire);
-  auto* playback = self->playback_.load(std::memory_order_acquire);
-  if (capture == nullptr || playback == nullptr) return;
-  // The playback side starts a cycle or two later than this one. Left in the queue until then, the buffers would all be
-  // taken, none would be there to capture into, and this would never be called again. One has come, so one is taken;
-  // the playback side looks for more.
-  if (pw_buffer* buffer = pw_stream_dequeue_buffer(capture)) {
-    if (auto* older = self->captured_.exchange(buffer, std::memory_order_acq_rel))
-      pw_stream_queue_buffer(capture, older);
+void TapRealtime::takeInputs(std::size_t frames) {
+  auto* mixed = input_.data();
+  if (inputCount_ == 2 && shares_[0] == leftShare && shares_[1] == rightShare) {
+    const auto* first = takeSamples(inputs_[0], frames);
+    const auto* second = takeSamples(inputs_[1], frames);
+    if (first != nullptr && second != nullptr) {
+      for (std::size_t frame = 0; frame < frames; ++frame) {
+        mixed[2 * frame] = first[frame];
+        mixed[2 * frame + 1] = second[frame];
+      }
+      return;
+    }
+    std::memset(mixed, 0, frames * bytesPerFrame);
+    for (std::size_t frame = 0; first != nullptr && frame < frames; ++frame) mixed[2 * frame] = first[frame];
+    for (std::size_t frame = 0; second != nullptr && frame < frames; ++frame) mixed[2 * frame + 1] = second[frame];
+    return;
   }
-  if (self->isPlaying_.load(std::memory_order_acquire)) pw_stream_trigger_process(playback);
+  std::memset(mixed, 0, frames * bytesPerFrame);
+  for (std::size_t place = 0; place < inputCount_; ++place) {
+    const auto* samples = takeSamples(inputs_[place], frames);
+    if (samples == nullptr) continue;
+    const auto share = shares_[place];
+    for (std::size_t frame = 0; frame < frames; ++frame) {
+      mixed[2 * frame] += share.left * samples[frame];
+      mixed[2 * frame + 1] += share.right * samples[frame];
+    }
+  }
 }
 
-void TapRealtime::playCycle(const spa_buffer& from, const spa_buffer& to) {
-  if (from.n_datas < channels || to.n_datas < channels) return;
-  std::array<const float*, channels> captured{};
-  std::array<float*, channels> played{};
-  std::size_t frames = mostFrames;
-  for (std::uint32_t channel = 0; channel < channels; ++channel) {
-    const auto& source = from.datas[channel];
-    const auto& sink = to.datas[channel];
-    if (source.data == nullptr || sink.data == nullptr) return;
-    const auto offset = std::min(source.chunk->offset, source.maxsize);
-    const auto bytes = std::min({source.chunk->size, source.maxsize - offset, sink.maxsize});
-    frames = std::min<std::size_t>(frames, bytes / sizeof(float));
-    captured[channel] = reinterpret_cast<const float*>(static_cast<const std::byte*>(source.data) + offset);
-    played[channel] = static_cast<float*>(sink.data);
+void TapRealtime::giveOutput(Output place, std::size_t frames) {
+  auto& port = outputs_[place];
+  auto* io = port.io;
+  if (io == nullptr || port.bufferCount == 0 || io->status == SPA_STATUS_HAVE_DATA) return;
+  if (io->buffer_id < port.bufferCount) port.freeBuffers |= 1U << io->buffer_id;
+  io->buffer_id = SPA_ID_INVALID;
+  io->status = SPA_STATUS_NEED_DATA;
+  if (port.freeBuffers == 0) return;
+  const auto id = static_cast<std::uint32_t>(std::countr_zero(port.freeBuffers));
+  auto& data = port.buffers[id]->datas[0];
+  if (data.maxsize < frames * sizeof(float)) return;
+  auto* samples = static_cast<float*>(data.data);
+  if (place == mono) {
+    for (std::size_t frame = 0; frame < frames; ++frame) {
+      samples[frame] = threeDecibelsDown * (output_[2 * frame] + output_[2 * frame + 1]);
+    }
+  } else {
+    for (std::size_t frame = 0; frame < frames; ++frame) samples[frame] = output_[2 * frame + place];
   }
-  for (std::size_t frame = 0; frame < frames; ++frame) {
-    input_[2 * frame] = captured[0][frame];
-    input_[2 * frame + 1] = captured[1][frame];
-  }
+  data.chunk->offset = 0;
+  data.chunk->size = static_cast<std::uint32_t>(frames * sizeof(float));
+  data.chunk->stride = sizeof(float);
+  data.chunk->flags = 0;
+  port.freeBuffers &= ~(1U << id);
+  io->buffer_id = id;
+  io->status = SPA_STATUS_HAVE_DATA;
+}
+
+int TapRealtime::cycle() {
+  const auto* position = position_;
+  const auto frames =
+      position == nullptr ? 0 : static_cast<std::size_t>(std::min<std::uint64_t>(position->clock.duration, mostFrames));
+  takeInputs(frames);
   process(input_.data(), output_.data(), static_cast<std::uint32_t>(frames));
-  for (std::size_t frame = 0; frame < frames; ++frame) {
-    played[0][frame] = output_[2 * frame];
-    played[1][frame] = output_[2 * frame + 1];
-  }
-  for (std::uint32_t channel = 0; channel < channels; ++channel) {
-    auto& chunk = *to.datas[channel].chunk;
-    chunk.offset = 0;
-    chunk.stride = sizeof(float);
-    chunk.size = static_cast<std::uint32_t>(frames * sizeof(float));
-  }
-}
-
-void TapRealtime::onPlaybackProcess(void* data) {
-  auto* self = static_cast<TapRealtime*>(data);
-  auto* capture = self->capture_.load(std::memory_order_acquire);
-  auto* playback = self->playback_.load(std::memory_order_acquire);
-  if (capture == nullptr || playback == nullptr) return;
-  auto* in = newestBuffer(capture, self->captured_.exchange(nullptr, std::memory_order_acq_rel));
-  if (in == nullptr) return;
-  auto* out = pw_stream_dequeue_buffer(playback);
-  if (out != nullptr) {
-    self->playCycle(*in->buffer, *out->buffer);
-    pw_stream_queue_buffer(playback, out);
-  }
-  pw_stream_queue_buffer(capture, in);
+  for (const auto place : {left, right, mono}) giveOutput(place, frames);
+  return SPA_STATUS_NEED_DATA | SPA_STATUS_HAVE_DATA;
 }
 
 }  // namespace quillmere::pipewire

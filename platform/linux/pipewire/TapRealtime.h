@@ -4,29 +4,51 @@
 
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
+#include "ChannelShares.h"
 #include "HandoverGain.h"
 #include "platform/AudioTypes.h"
 #include "runtime/Threads.h"
 
-struct pw_buffer;
-struct pw_stream;
 struct spa_buffer;
+struct spa_io_buffers;
+struct spa_io_position;
 
 namespace quillmere::pipewire {
 
+/// A port as [audio] sees it: where the graph hands its buffers over, and the buffers, of one channel each.
+struct TapPort {
+  static constexpr std::size_t mostBuffers = 16;
+
+  spa_io_buffers* io = nullptr;
+  std::array<spa_buffer*, mostBuffers> buffers{};
+  std::uint32_t bufferCount = 0;
+  /// Of an output: the buffers that nobody reads, a bit each.
+  std::uint32_t freeBuffers = 0;
+};
+
 class TapRealtime {
  public:
+  enum Output : std::uint8_t { left, right, mono };
+  static constexpr std::size_t outputCount = 3;
+
+  // The graph's side: on [audio] between two cycles, or while no cycle runs.
+
+  /// As many inputs as shares, without buffers; those beyond `mostChannels` are left out.
+  void setInputs(std::span<const ChannelShare> shares);
+  /// Null where there is none of this number.
+  [[nodiscard]] TapPort* input(std::size_t place) { return place < inputCount_ ? &inputs_[place] : nullptr; }
+  [[nodiscard]] TapPort* output(std::size_t place) { return place < outputCount ? &outputs_[place] : nullptr; }
+  static void setBuffers(TapPort& port, std::span<spa_buffer* const> buffers);
+  /// Where the graph tells how long a cycle is; null: nothing is played.
+  void setPosition(const spa_io_position* position) { position_ = position; }
+
   // Control side: all calls from one thread at a time.
 
-  /// Before the streams run; null clears.
-  void setStreams(pw_stream* capture, pw_stream* playback);
   void setRate(std::uint32_t rateHz);
-  /// Whether the playing stream has been started. Before, it has nothing to convert with and must not be triggered.
-  void setPlaying(bool isPlaying) { isPlaying_.store(isPlaying, std::memory_order_release); }
-  /// A buffer of the capturing stream is taken away.
-  void forget(const pw_buffer* buffer);
   /// The block is called from the next cycle on. It must stay where it is until stop() has returned.
   void startPlain(const IOBlock* block);
   /// The same, glided into from a linear gain.
@@ -44,9 +66,8 @@ class TapRealtime {
   /// What is heard of the tapped sound while it is released, linear.
   [[nodiscard]] float releaseGain() const { return releaseGain_.load(std::memory_order_relaxed); }
 
-  // Process callbacks of the two streams; `data` is this object.
-  QUILLMERE_REALTIME static void onCaptureProcess(void* data);
-  QUILLMERE_REALTIME static void onPlaybackProcess(void* data);
+  /// One cycle of the graph: from the inputs' buffers to the outputs'. Returns what spa_node_process returns.
+  QUILLMERE_REALTIME int cycle();
 
   /// One cycle on interleaved stereo.
   QUILLMERE_REALTIME void process(float* input, float* output, std::uint32_t frames);
@@ -55,13 +76,9 @@ class TapRealtime {
   enum class Order : std::uint8_t { silence, plain, from, fromRelease, release, hold };
   void give(Order order, float value);
   QUILLMERE_REALTIME void obey(std::uint64_t word);
-  QUILLMERE_REALTIME void playCycle(const spa_buffer& from, const spa_buffer& to);
+  QUILLMERE_REALTIME void takeInputs(std::size_t frames);
+  QUILLMERE_REALTIME void giveOutput(Output place, std::size_t frames);
 
-  std::atomic<pw_stream*> capture_{nullptr};
-  std::atomic<pw_stream*> playback_{nullptr};
-  std::atomic<bool> isPlaying_{false};
-  /// Captured and not played yet.
-  std::atomic<pw_buffer*> captured_{nullptr};
   std::atomic<const IOBlock*> block_{nullptr};
   /// Serial number, order and its value in one word, so that the audio thread sees them together.
   std::atomic<std::uint64_t> word_{0};
@@ -81,6 +98,13 @@ class TapRealtime {
     Order order = Order::silence;
     HandoverGain gain;
   } audio_;  // Audio side only.
+
+  // The graph's side.
+  std::size_t inputCount_ = 0;
+  std::array<TapPort, mostChannels> inputs_{};
+  std::array<ChannelShare, mostChannels> shares_{};
+  std::array<TapPort, outputCount> outputs_{};
+  const spa_io_position* position_ = nullptr;
 
   /// The longest cycle that the daemon is ever configured for; what is longer is cut.
   static constexpr std::size_t mostFrames = 8192;

@@ -1,7 +1,9 @@
-// Proof that a tap's process callbacks allocate nothing, lock nothing and enter no system call of their own.
-// The streams are stand-ins: what the audio server's library does inside its calls is not looked at here.
+// A tap's cycle on ports of its own: what is heard, what goes back to whom, and the proof that it allocates nothing,
+// locks nothing and enters no system call.
 #include <gtest/gtest.h>
-#include <pipewire/stream.h>
+#include <spa/buffer/buffer.h>
+#include <spa/node/io.h>
+#include <spa/node/node.h>
 
 #include <array>
 #include <vector>
@@ -10,75 +12,49 @@
 #include "WithoutSystemCalls.h"
 #include "platform/linux/pipewire/TapRealtime.h"
 
-namespace {
-
-constexpr std::uint32_t mostFrames = 2048;
-
-/// One of the two streams: a few buffers that go round.
-struct FakeStream {
-  struct Slot {
-    std::array<std::vector<float>, 2> samples{std::vector<float>(mostFrames, 0.25F),
-                                              std::vector<float>(mostFrames, -0.5F)};
-    std::array<spa_chunk, 2> chunks{};
-    std::array<spa_data, 2> datas{};
-    spa_buffer buffer{};
-    pw_buffer handle{};
-  };
-  std::array<Slot, 3> slots;
-  std::array<pw_buffer*, 4> queue{};
-  std::size_t queued = 0;
-  /// What was given back, and how often anything was.
-  pw_buffer* lastReturned = nullptr;
-  int returns = 0;
-
-  FakeStream() {
-    for (auto& slot : slots) {
-      for (std::size_t channel = 0; channel < 2; ++channel) {
-        slot.datas[channel].data = slot.samples[channel].data();
-        slot.datas[channel].maxsize = mostFrames * sizeof(float);
-        slot.datas[channel].chunk = &slot.chunks[channel];
-      }
-      slot.buffer.n_datas = 2;
-      slot.buffer.datas = slot.datas.data();
-      slot.handle.buffer = &slot.buffer;
-    }
-  }
-  void push(pw_buffer* buffer) { queue.at(queued++) = buffer; }
-  pw_buffer* pop() {
-    if (queued == 0) return nullptr;
-    auto* first = queue[0];
-    for (std::size_t i = 1; i < queued; ++i) queue.at(i - 1) = queue.at(i);
-    --queued;
-    return first;
-  }
-};
-
-FakeStream* asFake(pw_stream* stream) { return reinterpret_cast<FakeStream*>(stream); }
-
-int triggers = 0;
-
-}  // namespace
-
-// These win over the library's for this program.
-extern "C" {
-pw_buffer* pw_stream_dequeue_buffer(pw_stream* stream) { return asFake(stream)->pop(); }
-int pw_stream_queue_buffer(pw_stream* stream, pw_buffer* buffer) {
-  asFake(stream)->lastReturned = buffer;
-  ++asFake(stream)->returns;
-  return 0;
-}
-int pw_stream_trigger_process(pw_stream*) {
-  ++triggers;
-  return 0;
-}
-}
-
 namespace quillmere::pipewire {
 namespace {
 
+constexpr std::uint32_t longest = 2048;
+
+/// What the graph gives a port: a place to hand buffers over, and some.
+struct Port {
+  struct Slot {
+    std::vector<float> samples = std::vector<float>(longest);
+    spa_chunk chunk{};
+    spa_data data{};
+    spa_buffer buffer{};
+  };
+  spa_io_buffers io{SPA_STATUS_NEED_DATA, SPA_ID_INVALID};
+  std::array<Slot, 3> slots;
+
+  explicit Port(float level) {
+    for (auto& slot : slots) {
+      slot.samples.assign(longest, level);
+      slot.data.data = slot.samples.data();
+      slot.data.maxsize = longest * sizeof(float);
+      slot.data.chunk = &slot.chunk;
+      slot.buffer.n_datas = 1;
+      slot.buffer.datas = &slot.data;
+    }
+  }
+  void plugInto(TapPort& port, std::size_t count = 3) {
+    std::array<spa_buffer*, 3> buffers{&slots[0].buffer, &slots[1].buffer, &slots[2].buffer};
+    port.io = &io;
+    TapRealtime::setBuffers(port, std::span(buffers).first(count));
+  }
+  void handOver(std::uint32_t frames, std::uint32_t slot = 0) {
+    slots.at(slot).chunk = {0, frames * static_cast<std::uint32_t>(sizeof(float)), sizeof(float), 0};
+    io = {SPA_STATUS_HAVE_DATA, slot};
+  }
+  [[nodiscard]] const Slot& handedOver() const { return slots.at(io.buffer_id); }
+  [[nodiscard]] float at(std::size_t frame) const { return handedOver().samples.at(frame); }
+};
+
 struct TapRealtimeTest : testing::Test {
-  FakeStream capture;
-  FakeStream playback;
+  Port front[2]{Port(0.25F), Port(-0.5F)};
+  Port played[3]{Port(9.0F), Port(9.0F), Port(9.0F)};
+  spa_io_position position{};
   TapRealtime tap;
   int blockCalls = 0;
   IOBlock block = [this](const AudioBufferList& input, const AudioBufferList& output) {
@@ -89,28 +65,24 @@ struct TapRealtimeTest : testing::Test {
   };
 
   TapRealtimeTest() {
-    triggers = 0;
-    tap.setStreams(reinterpret_cast<pw_stream*>(&capture), reinterpret_cast<pw_stream*>(&playback));
+    tap.setInputs(std::array{leftShare, rightShare});
+    for (std::size_t place = 0; place < 2; ++place) front[place].plugInto(*tap.input(place));
+    for (std::size_t place = 0; place < 3; ++place) played[place].plugInto(*tap.output(place));
+    tap.setPosition(&position);
     tap.setRate(48000);
-    tap.setPlaying(true);
   }
 
-  /// What the graph does in a cycle: the capturing side gets sound, then the playing side is asked for it.
-  void cycle(std::uint32_t frames, bool isCaptured = true) {
-    auto& from = capture.slots[0];
-    for (auto& chunk : from.chunks) {
-      chunk.size = frames * sizeof(float);
-      chunk.offset = 0;
+  /// What the graph does: sound at the inputs, a cycle, and the device takes what came.
+  int cycle(std::uint32_t frames, bool isCaptured = true) {
+    position.clock.duration = frames;
+    for (auto& port : front) {
+      if (isCaptured) port.handOver(frames);
     }
-    capture.queued = 0;
-    if (isCaptured) capture.push(&from.handle);
-    playback.queued = 0;
-    playback.push(&playback.slots[0].handle);
-    TapRealtime::onCaptureProcess(&tap);
-    TapRealtime::onPlaybackProcess(&tap);
+    for (auto& port : played) port.io.status = SPA_STATUS_NEED_DATA;
+    return tap.cycle();
   }
 
-  /// Every order, long enough to come to rest; every size; nothing captured; nothing to play into.
+  /// Every order, long enough to come to rest; every size; nothing captured; nothing to play into; no graph.
   void everyKindOfCycle() {
     for (int i = 0; i < 10; ++i) cycle(1024);
     tap.startPlain(&block);
@@ -125,64 +97,134 @@ struct TapRealtimeTest : testing::Test {
     tap.startFrom(&block, 0.8F);
     for (const std::uint32_t frames : {0U, 1U, 7U, 333U, 2048U}) cycle(frames);
     cycle(256, false);
-    playback.queued = 0;
-    TapRealtime::onPlaybackProcess(&tap);
-    tap.setPlaying(false);
+    for (auto& port : played) port.io.status = SPA_STATUS_HAVE_DATA;
+    tap.cycle();
+    tap.setPosition(nullptr);
     cycle(256);
-  }
-
-  [[nodiscard]] float played(std::size_t channel, std::size_t frame) const {
-    return playback.slots[0].samples.at(channel).at(frame);
+    tap.setPosition(&position);
   }
 };
 
-TEST_F(TapRealtimeTest, APlayingSideThatStartsLateHearsTheNewestSoundAndOnlyOneBufferWasKeptForIt) {
-  tap.startPlain(&block);
-  tap.setPlaying(false);
-  pw_buffer* kept = nullptr;
-  float level = 0.1F;
-  for (auto& slot : capture.slots) {
-    for (auto& chunk : slot.chunks) chunk.size = 64 * sizeof(float);
-    for (auto& samples : slot.samples) samples.assign(mostFrames, level *= 2.0F);
-    capture.push(&slot.handle);
-    TapRealtime::onCaptureProcess(&tap);
-    EXPECT_EQ(capture.lastReturned, kept) << "the older one has gone back";
-    kept = &slot.handle;
-  }
-  EXPECT_EQ(capture.returns, 2);
-  playback.push(&playback.slots[0].handle);
-  TapRealtime::onPlaybackProcess(&tap);
-  EXPECT_FLOAT_EQ(played(0, 63), capture.slots[2].samples[0][63] / 2.0F);
-  EXPECT_EQ(capture.returns, 3);
-  EXPECT_EQ(capture.lastReturned, kept);
-}
-
-TEST_F(TapRealtimeTest, ASecondBufferInTheQueueIsNotLeftThereToDelayTheSound) {
-  tap.startPlain(&block);
-  for (auto& slot : capture.slots) {
-    for (auto& chunk : slot.chunks) chunk.size = 64 * sizeof(float);
-  }
-  capture.slots[1].samples[0].assign(mostFrames, 0.75F);
-  capture.push(&capture.slots[0].handle);
-  TapRealtime::onCaptureProcess(&tap);
-  capture.push(&capture.slots[1].handle);
-  playback.push(&playback.slots[0].handle);
-  TapRealtime::onPlaybackProcess(&tap);
-  EXPECT_FLOAT_EQ(played(0, 63), 0.375F);
-  EXPECT_EQ(capture.returns, 2);
-}
-
 TEST_F(TapRealtimeTest, ACyclePlaysWhatTheBlockMadeOfTheCapturedSound) {
   tap.startPlain(&block);
-  cycle(256);
+  EXPECT_EQ(cycle(256), SPA_STATUS_NEED_DATA | SPA_STATUS_HAVE_DATA);
   EXPECT_EQ(blockCalls, 1);
-  EXPECT_EQ(triggers, 1);
   for (const std::size_t frame : {0, 100, 255}) {
-    EXPECT_FLOAT_EQ(played(0, frame), 0.125F);
-    EXPECT_FLOAT_EQ(played(1, frame), -0.25F);
+    EXPECT_FLOAT_EQ(played[TapRealtime::left].at(frame), 0.125F);
+    EXPECT_FLOAT_EQ(played[TapRealtime::right].at(frame), -0.25F);
+    EXPECT_FLOAT_EQ(played[TapRealtime::mono].at(frame), -0.125F * threeDecibelsDown);
   }
-  EXPECT_FLOAT_EQ(played(0, 256), 0.25F) << "beyond the cycle";
-  EXPECT_EQ(playback.slots[0].chunks[1].size, 256U * sizeof(float));
+  EXPECT_FLOAT_EQ(played[0].at(256), 9.0F) << "beyond the cycle";
+  EXPECT_EQ(played[1].handedOver().chunk.size, 256U * sizeof(float));
+  EXPECT_EQ(front[0].io.status, SPA_STATUS_NEED_DATA);
+}
+
+TEST_F(TapRealtimeTest, BuffersGoRoundAndNoneIsWrittenThatIsStillRead) {
+  tap.startPlain(&block);
+  cycle(64);
+  const auto first = played[0].io.buffer_id;
+  EXPECT_EQ(played[0].io.status, SPA_STATUS_HAVE_DATA);
+  position.clock.duration = 64;
+  front[0].handOver(64);
+  front[0].slots[0].samples.assign(longest, 0.75F);
+  tap.cycle();
+  EXPECT_EQ(played[0].io.buffer_id, first);
+  EXPECT_FLOAT_EQ(played[0].at(0), 0.125F) << "the device hasn't taken it yet";
+  for (int i = 0; i < 10; ++i) {
+    cycle(64);
+    ASSERT_LT(played[0].io.buffer_id, 3U);
+    EXPECT_FLOAT_EQ(played[0].at(0), 0.375F);
+  }
+}
+
+TEST_F(TapRealtimeTest, WithoutAFreeBufferNothingIsHandedOver) {
+  tap.startPlain(&block);
+  played[0].plugInto(*tap.output(0), 1);
+  cycle(64);
+  played[0].io.buffer_id = SPA_ID_INVALID;
+  cycle(64);
+  EXPECT_EQ(played[0].io.status, SPA_STATUS_NEED_DATA);
+  EXPECT_EQ(played[0].io.buffer_id, SPA_ID_INVALID);
+  EXPECT_EQ(played[1].io.status, SPA_STATUS_HAVE_DATA);
+}
+
+TEST_F(TapRealtimeTest, AnInputWithoutSoundIsSilence) {
+  tap.startPlain(&block);
+  position.clock.duration = 64;
+  front[0].handOver(64);
+  front[1].handOver(64);
+  front[1].slots[0].chunk.flags = SPA_CHUNK_FLAG_EMPTY;
+  tap.cycle();
+  EXPECT_FLOAT_EQ(played[0].at(10), 0.125F);
+  EXPECT_FLOAT_EQ(played[1].at(10), 0.0F);
+  cycle(64, false);
+  EXPECT_FLOAT_EQ(played[0].at(10), 0.0F) << "nothing was handed over";
+}
+
+TEST_F(TapRealtimeTest, AnInputThatIsShorterThanTheCycleIsSilence) {
+  tap.startPlain(&block);
+  position.clock.duration = 64;
+  front[0].handOver(63);
+  front[1].handOver(64);
+  tap.cycle();
+  EXPECT_FLOAT_EQ(played[0].at(0), 0.0F);
+  EXPECT_FLOAT_EQ(played[1].at(0), -0.25F);
+}
+
+TEST_F(TapRealtimeTest, AnOffsetBeyondTheBufferIsSilence) {
+  tap.startPlain(&block);
+  position.clock.duration = 64;
+  front[0].handOver(64);
+  front[0].slots[0].chunk.offset = 0xFFFFFFF0U;
+  tap.cycle();
+  EXPECT_FLOAT_EQ(played[0].at(0), 0.0F);
+}
+
+TEST_F(TapRealtimeTest, ABufferNumberThatWasNeverGivenIsSilence) {
+  tap.startPlain(&block);
+  position.clock.duration = 64;
+  front[0].handOver(64);
+  front[0].io.buffer_id = 17;
+  tap.cycle();
+  EXPECT_FLOAT_EQ(played[0].at(0), 0.0F);
+}
+
+TEST_F(TapRealtimeTest, ASingleChannelIsHeardOnBothSides) {
+  tap.setInputs(std::array{bothSides});
+  front[0].plugInto(*tap.input(0));
+  tap.startPlain(&block);
+  cycle(64);
+  EXPECT_FLOAT_EQ(played[0].at(63), 0.125F * threeDecibelsDown);
+  EXPECT_FLOAT_EQ(played[1].at(63), 0.125F * threeDecibelsDown);
+  EXPECT_FLOAT_EQ(played[2].at(63), 0.125F) << "and comes out of a single channel as it went in";
+}
+
+TEST_F(TapRealtimeTest, ManyChannelsAreMixedByTheirShares) {
+  Port centre(1.0F);
+  tap.setInputs(std::array{leftShare, rightShare, ChannelShare{0.5F, 0.25F}});
+  front[0].plugInto(*tap.input(0));
+  front[1].plugInto(*tap.input(1));
+  centre.plugInto(*tap.input(2));
+  centre.handOver(64);
+  tap.startPlain(&block);
+  cycle(64);
+  EXPECT_FLOAT_EQ(played[0].at(63), 0.5F * (0.25F + 0.5F));
+  EXPECT_FLOAT_EQ(played[1].at(63), 0.5F * (-0.5F + 0.25F));
+}
+
+TEST_F(TapRealtimeTest, WithoutALinkAnOutputIsLeftAlone) {
+  tap.startPlain(&block);
+  played[2].plugInto(*tap.output(2), 0);
+  cycle(64);
+  EXPECT_EQ(played[2].io.status, SPA_STATUS_NEED_DATA);
+  EXPECT_FLOAT_EQ(played[2].slots[0].samples[0], 9.0F);
+}
+
+TEST_F(TapRealtimeTest, WithoutAGraphNothingIsPlayed) {
+  tap.startPlain(&block);
+  tap.setPosition(nullptr);
+  cycle(64);
+  EXPECT_FLOAT_EQ(played[0].slots[0].samples[0], 9.0F);
 }
 
 TEST_F(TapRealtimeTest, NothingIsAllocatedAndNothingIsLocked) {

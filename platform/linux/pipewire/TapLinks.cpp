@@ -1,0 +1,144 @@
+#include "TapLinks.h"
+
+#include <pipewire/pipewire.h>
+
+#include <algorithm>
+
+namespace quillmere::pipewire {
+
+namespace {
+
+/// Where a device can be played on, in its own order.
+std::vector<PortRecord> placesToPlay(std::span<const PortRecord> device) {
+  std::vector<PortRecord> places;
+  std::copy_if(device.begin(), device.end(), std::back_inserter(places),
+               [](const auto& port) { return port.isInput && !port.isMonitor && !port.isControl; });
+  std::sort(places.begin(), places.end(), [](const auto& one, const auto& other) { return one.index < other.index; });
+  return places;
+}
+
+}  // namespace
+
+std::vector<PortPair> outputLinks(std::span<const PortRecord> tap, std::span<const PortRecord> device) {
+  const auto ours = [&](std::string_view channel) -> const PortRecord* {
+    const auto found = std::find_if(tap.begin(), tap.end(),
+                                    [&](const auto& port) { return !port.isInput && port.channel == channel; });
+    return found == tap.end() ? nullptr : &*found;
+  };
+  const auto theirs = placesToPlay(device);
+  if (theirs.empty()) return {};
+  if (theirs.size() == 1) {
+    const auto* mono = ours(monoOutput);
+    return mono == nullptr ? std::vector<PortPair>{} : std::vector<PortPair>{{mono->id, theirs.front().id}};
+  }
+  const auto* left = ours(leftOutput);
+  const auto* right = ours(rightOutput);
+  if (left == nullptr || right == nullptr) return {};
+  const auto front = [&](std::string_view channel, std::size_t place) {
+    const auto found =
+        std::find_if(theirs.begin(), theirs.end(), [&](const auto& port) { return port.channel == channel; });
+    return found == theirs.end() ? theirs[place].id : found->id;
+  };
+  return {{left->id, front(leftOutput, 0)}, {right->id, front(rightOutput, 1)}};
+}
+
+struct TapLinks::Link {
+  TapLinks* owner = nullptr;
+  pw_proxy* proxy = nullptr;
+  spa_hook listener{};
+  bool isBound = false;
+  bool isGone = false;
+
+  ~Link() {
+    if (proxy == nullptr) return;
+    spa_hook_remove(&listener);
+    pw_proxy_destroy(proxy);
+  }
+};
+
+TapLinks::TapLinks(pw_core* core, const GraphModel& model, std::string serial, Logger log,
+                   std::function<void()> changed)
+    : core_(core), model_(model), serial_(std::move(serial)), log_(std::move(log)), changed_(std::move(changed)) {}
+
+TapLinks::~TapLinks() = default;
+
+std::vector<std::string> TapLinks::channels() const {
+  std::vector<std::string> names;
+  if (const auto device = model_.nodeIDBySerial(serial_)) {
+    for (const auto& port : placesToPlay(model_.portsOf(*device))) names.push_back(port.channel);
+  }
+  return names;
+}
+
+bool TapLinks::wantMono() const { return channels().size() == 1; }
+
+bool TapLinks::isComplete() const {
+  return !links_.empty() && !hasFailed_ && std::all_of(links_.begin(), links_.end(), [](const auto& entry) {
+    return entry.second->isBound && !entry.second->isGone;
+  });
+}
+
+void TapLinks::update(GlobalID node) {
+  const auto device = model_.nodeIDBySerial(serial_);
+  if (!device) {
+    hasFailed_ = true;
+    links_.clear();
+    return;
+  }
+  const auto wanted = outputLinks(model_.portsOf(node), model_.portsOf(*device));
+  // Ports that are configured anew come with ids of their own.
+  std::erase_if(links_, [&](const auto& entry) {
+    const bool isWanted = std::find(wanted.begin(), wanted.end(), entry.first) != wanted.end();
+    if (isWanted && entry.second->isGone) hasFailed_ = true;
+    return !isWanted;
+  });
+  if (hasFailed_) return;
+  for (const auto& ends : wanted) {
+    if (!links_.contains(ends)) make(node, *device, ends);
+  }
+}
+
+void TapLinks::make(GlobalID node, GlobalID device, const PortPair& ends) {
+  static const auto events = [] {
+    pw_proxy_events made{};
+    made.version = PW_VERSION_PROXY_EVENTS;
+    made.bound = [](void* data, std::uint32_t) {
+      static_cast<Link*>(data)->isBound = true;
+      static_cast<Link*>(data)->owner->changed_();
+    };
+    made.removed = [](void* data) {
+      static_cast<Link*>(data)->isGone = true;
+      static_cast<Link*>(data)->owner->changed_();
+    };
+    made.error = [](void* data, int, int result, const char* message) {
+      auto* link = static_cast<Link*>(data);
+      link->owner->log_.error(logText("a tap can't be linked to its output (%d): %s", result, message));
+      link->isGone = true;
+      link->owner->changed_();
+    };
+    return made;
+  }();
+  const auto text = [](GlobalID id) { return std::to_string(id); };
+  auto* properties = pw_properties_new(nullptr, nullptr);
+  pw_properties_set(properties, PW_KEY_LINK_OUTPUT_NODE, text(node).c_str());
+  pw_properties_set(properties, PW_KEY_LINK_OUTPUT_PORT, text(ends.first).c_str());
+  pw_properties_set(properties, PW_KEY_LINK_INPUT_NODE, text(device).c_str());
+  pw_properties_set(properties, PW_KEY_LINK_INPUT_PORT, text(ends.second).c_str());
+  // The device sleeps while the application is silent.
+  pw_properties_set(properties, PW_KEY_LINK_PASSIVE, "true");
+  pw_properties_set(properties, PW_KEY_OBJECT_LINGER, "false");
+  auto link = std::make_unique<Link>();
+  link->owner = this;
+  link->proxy = static_cast<pw_proxy*>(
+      pw_core_create_object(core_, "link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, &properties->dict, 0));
+  pw_properties_free(properties);
+  if (link->proxy == nullptr) {
+    log_.error("a tap's link could not be asked for");
+    hasFailed_ = true;
+    return;
+  }
+  pw_proxy_add_listener(link->proxy, &link->listener, &events, link.get());
+  links_.emplace(ends, std::move(link));
+}
+
+}  // namespace quillmere::pipewire

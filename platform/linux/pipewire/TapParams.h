@@ -1,0 +1,33 @@
+// What a tap's node tells of itself and its ports in the daemon's parameter format.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+struct spa_latency_info;
+struct spa_pod;
+struct spa_pod_builder;
+
+namespace quillmere::pipewire::params {
+
+// Each builds one parameter in the builder's memory, and returns it.
+
+/// Of the node: these channels (`spa_audio_channel`). By this the session manager knows it as audio; the ports decide
+/// what is really exchanged.
+[[nodiscard]] const spa_pod* nodeFormat(spa_pod_builder& builder, std::span<const std::uint32_t> positions);
+/// Of every port: one channel of 32-bit floats.
+[[nodiscard]] const spa_pod* portFormat(spa_pod_builder& builder);
+[[nodiscard]] const spa_pod* portIO(spa_pod_builder& builder);
+/// In plain memory, and large enough for the longest cycle that a daemon is configured for.
+[[nodiscard]] const spa_pod* portBuffers(spa_pod_builder& builder);
+[[nodiscard]] const spa_pod* latency(spa_pod_builder& builder, const spa_latency_info& info);
+
+[[nodiscard]] bool isPortFormat(const spa_pod* format);
+
+/// The channels (`spa_audio_channel`) that the session manager wants the inputs to have; absent where it speaks of the
+/// outputs or can't be read.
+[[nodiscard]] std::optional<std::vector<std::uint32_t>> wantedInputs(const spa_pod* portConfig);
+
+}  // namespace quillmere::pipewire::params
