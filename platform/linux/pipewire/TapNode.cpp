@@ -8,7 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
+#include <utility>
 
 #include "ChannelShares.h"
 #include "TapParams.h"
@@ -337,11 +337,12 @@ void TapNode::addOutputs() {
 }
 
 void TapNode::removePorts(std::vector<std::unique_ptr<Port>>& ports) {
-  for (const auto& port : ports) {
+  // Whatever is still asked of them on their way out finds none.
+  const auto gone = std::exchange(ports, {});
+  for (const auto& port : gone) {
     onAudio([&] { *realtimePort(*port) = {}; });
     spa_node_emit_port_info(&hooks_, port->direction, port->id, nullptr);
   }
-  ports.clear();
 }
 
 std::unique_ptr<TapNode::Port> TapNode::makePort(spa_direction direction, std::uint32_t id, std::string channel) const {
