@@ -214,6 +214,17 @@ bool GraphModel::hasLinkInto(GlobalID inputNode) const {
                      [&](const auto& entry) { return entry.second.inputNode == inputNode; });
 }
 
+bool GraphModel::hasLinkFrom(GlobalID outputNode) const {
+  return std::any_of(links_.begin(), links_.end(),
+                     [&](const auto& entry) { return entry.second.outputNode == outputNode; });
+}
+
+bool GraphModel::areLinked(GlobalID outputNode, GlobalID inputNode) const {
+  return std::any_of(links_.begin(), links_.end(), [&](const auto& entry) {
+    return entry.second.outputNode == outputNode && entry.second.inputNode == inputNode;
+  });
+}
+
 std::string GraphModel::outputSerial(const std::optional<std::string>& name) const {
   auto wanted = name;
   if (!wanted) {

@@ -120,6 +120,8 @@ class GraphModel {
   [[nodiscard]] bool recordsARealInput(GlobalID id, const NodeRecord& node) const;
   [[nodiscard]] bool hasLink(GlobalID id) const { return links_.contains(id); }
   [[nodiscard]] bool hasLinkInto(GlobalID inputNode) const;
+  [[nodiscard]] bool hasLinkFrom(GlobalID outputNode) const;
+  [[nodiscard]] bool areLinked(GlobalID outputNode, GlobalID inputNode) const;
   [[nodiscard]] std::vector<PortRecord> portsOf(GlobalID node) const;
   /// Serial of the output of this node.name, absent: of the default output; empty where there is none.
   [[nodiscard]] std::string outputSerial(const std::optional<std::string>& name) const;

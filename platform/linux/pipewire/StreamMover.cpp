@@ -26,7 +26,7 @@ void StreamMover::release(const std::string& application) {
   forgetGone();
   std::erase_if(moved_, [&](const auto& entry) {
     if (entry.second.application != application) return false;
-    if (!entry.second.isLeftAlone) restore(entry.first, entry.second);
+    if (!entry.second.isLeftAlone && !hasLeft(entry.first, entry.second)) restore(entry.first, entry.second);
     return true;
   });
 }
@@ -67,8 +67,16 @@ void StreamMover::settle() {
       send(id, moved_[id] = std::move(moved), claim->second);
     } else if (!found->second.isLeftAlone && found->second.serial != claim->second) {
       send(id, found->second, claim->second);
+    } else if (!found->second.hasArrived) {
+      const auto tap = model_.nodeIDBySerial(claim->second);
+      found->second.hasArrived = tap && model_.areLinked(id, *tap);
     }
   }
+}
+
+bool StreamMover::hasLeft(GlobalID stream, const Moved& moved) const {
+  const auto tap = model_.nodeIDBySerial(moved.serial);
+  return moved.hasArrived && tap && model_.hasLinkFrom(stream) && !model_.areLinked(stream, *tap);
 }
 
 void StreamMover::forgetGone() {
@@ -144,6 +152,7 @@ void StreamMover::writeTarget(GlobalID stream, const std::optional<std::string>&
 
 void StreamMover::send(GlobalID stream, Moved& moved, const std::string& serial) {
   moved.serial = serial;
+  moved.hasArrived = false;
   writeTarget(stream, serial);
   // The session manager stores whatever target was written last, by name, for the next stream of this kind. Ours must
   // not stay there: the older key overwrites it with nothing, or with the choice that the user had made.

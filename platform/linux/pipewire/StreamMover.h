@@ -45,6 +45,8 @@ class StreamMover {
     std::optional<std::string> originalNode;
     /// Another program has moved it since: the user's wish for this stream.
     bool isLeftAlone = false;
+    /// Was seen linked to that tap.
+    bool hasArrived = false;
   };
   struct Echoes {
     /// The stream's own serial.
@@ -61,6 +63,9 @@ class StreamMover {
   [[nodiscard]] std::optional<std::string> currentTarget(GlobalID stream) const;
   void writeTarget(GlobalID stream, const std::optional<std::string>& target);
   void send(GlobalID stream, Moved& moved, const std::string& serial);
+  /// Plays somewhere else while the tap stands that it had been sent to: another program has moved it, and its word was
+  /// missed.
+  [[nodiscard]] bool hasLeft(GlobalID stream, const Moved& moved) const;
   void restore(GlobalID stream, const Moved& moved);
 
   const GraphModel& model_;

@@ -40,6 +40,47 @@ TEST_F(StreamMoverTest, SettlingAgainWritesNothing) {
   EXPECT_EQ(metadata.take(), Lines{});
 }
 
+TEST_F(StreamMoverTest, AStreamThatHasLeftForAnotherDeviceStaysThereThoughNobodyToldOfItsMove) {
+  graph.sink(1, "speakers");
+  graph.node(55, "Stream/Input/Audio/Internal", 0);
+  mover.claim("test.player", "1055");
+  echo();
+  graph.link(700, 20, 55);
+  mover.settle();
+  graph.model.remove(700);
+  graph.link(701, 20, 1);
+  metadata.take();
+  mover.release("test.player");
+  EXPECT_EQ(metadata.take(), Lines{});
+}
+
+TEST_F(StreamMoverTest, AStreamThatHasNotArrivedYetIsGivenBack) {
+  graph.sink(1, "speakers");
+  graph.node(55, "Stream/Input/Audio/Internal", 0);
+  graph.link(701, 20, 1);
+  mover.claim("test.player", "1055");
+  echo();
+  mover.settle();
+  metadata.take();
+  mover.release("test.player");
+  EXPECT_EQ(metadata.take(), (Lines{"20 target.node=-", "20 target.object=-"}));
+}
+
+TEST_F(StreamMoverTest, AStreamWhoseTapHasGoneIsGivenBack) {
+  graph.sink(1, "speakers");
+  graph.node(55, "Stream/Input/Audio/Internal", 0);
+  mover.claim("test.player", "1055");
+  echo();
+  graph.link(700, 20, 55);
+  mover.settle();
+  graph.model.remove(700);
+  graph.model.remove(55);
+  graph.link(701, 20, 1);
+  metadata.take();
+  mover.release("test.player");
+  EXPECT_EQ(metadata.take(), (Lines{"20 target.node=-", "20 target.object=-"}));
+}
+
 TEST_F(StreamMoverTest, AStreamThatAppearsLaterIsMovedOnceItsPropertiesAreKnown) {
   mover.claim("test.player", "55");
   metadata.take();
