@@ -192,6 +192,12 @@ SettingsDatabase::Reading SettingsDatabase::openWritable() {
   }
   auto reading = readAll(opened);
   if (reading.state != State::usable) return reading;
+  // Only now is its header known, which may forbid what the file system allows.
+  if (sqlite3_db_readonly(opened, "main") == 1) {
+    lastError_ = "its header says that it must not be written";
+    reading.state = State::damaged;
+    return reading;
+  }
   if (!prepareWrites()) {
     reading.state = noteError(opened);
     return reading;

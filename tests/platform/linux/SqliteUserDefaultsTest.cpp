@@ -289,7 +289,7 @@ TEST_F(SqliteUserDefaultsTest, AKillAtAnyMomentLosesNothingThatWasCommitted) {
   int last = 0;
   int reported = 0;
   for (int round = 0; round < 40; ++round) {
-    SCOPED_TRACE("round " + std::to_string(round) + ", seed " + std::to_string(seed));
+    SCOPED_TRACE("round " + std::to_string(round) + ", QUILLMERE_SEED=" + std::to_string(seed));
     int reports[2];
     ASSERT_EQ(::pipe2(reports, O_CLOEXEC), 0);
     const pid_t child = startChild([&] { return writeUntilKilled(file(), last, reports[1]); });
@@ -386,6 +386,23 @@ TEST_F(SqliteUserDefaultsTest, TheLogOfAnUnreadableDatabaseGoesWithIt) {
   EXPECT_EQ(contentOf(aside("-wal")), "its log");
 }
 
+TEST_F(SqliteUserDefaultsTest, AHeaderThatForbidsWritingIsDamageAndWhatCanBeReadIsKept) {
+  store("key", 0.25);
+  auto content = contentOf(file());
+  // The "file format write version" (www.sqlite.org/fileformat.html, 1.3.3): from 3 on a file is only to be read.
+  content.at(18) = 3;
+  files::remove_all(directory());
+  makeFile(content);
+  const auto defaults = open();
+  EXPECT_EQ(defaults->real("key"), 0.25);
+  EXPECT_THAT(log.messages(), ElementsAre(file() + " is unreadable (its header says that it must not be written); " +
+                                          "moved aside as defaults.sqlite.unreadable-" + virtualStamp));
+  defaults->set("other", 0.5);
+  EXPECT_TRUE(defaults->flush());
+  EXPECT_EQ(open()->real("key"), 0.25);
+  EXPECT_EQ(open()->real("other"), 0.5);
+}
+
 TEST_F(SqliteUserDefaultsTest, ALogWithoutItsDatabaseIsKept) {
   folder.write("config/quillmere/defaults.sqlite-wal", "somebody's last changes");
   const auto defaults = open();
@@ -443,14 +460,14 @@ TEST_F(SqliteUserDefaultsTest, ARowOfAnUnknownKindIsLoggedLeftInPlaceAndCountsAs
 }
 
 TEST_F(SqliteUserDefaultsTest, RandomDamageNeverKeepsTheProgramFromStoring) {
-  const auto seed = std::random_device{}();
-  RecordProperty("seed", std::to_string(seed));
+  const char* given = std::getenv("QUILLMERE_SEED");
+  const auto seed = given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device{}();
   std::mt19937 random(seed);
   for (int index = 0; index < 60; ++index) store("key" + std::to_string(index), std::string(100, 'v'));
   const auto healthy = contentOf(file());
   int movedAside = 0;
   for (int round = 0; round < 60; ++round) {
-    SCOPED_TRACE("round " + std::to_string(round) + ", seed " + std::to_string(seed));
+    SCOPED_TRACE("round " + std::to_string(round) + ", QUILLMERE_SEED=" + std::to_string(seed));
     auto damaged = healthy;
     for (auto count = 1 + random() % 40; count > 0; --count) {
       damaged[random() % damaged.size()] = static_cast<char>(random() % 256);
@@ -462,7 +479,7 @@ TEST_F(SqliteUserDefaultsTest, RandomDamageNeverKeepsTheProgramFromStoring) {
     {
       const auto defaults = open();
       defaults->set("new", static_cast<double>(round));
-      EXPECT_TRUE(defaults->flush());
+      EXPECT_TRUE(defaults->flush()) << testing::PrintToString(log.messages());
     }
     EXPECT_EQ(open()->real("new"), static_cast<double>(round));
     if (!log.lines().empty() && files::exists(aside())) ++movedAside;
