@@ -61,6 +61,22 @@ class Routing(MixerTest):
         self.assertEqual(graph.Graph().default_sink(), PHONES)
 
 
+class CutOff(MixerTest):
+    def test_a_tap_whose_links_are_taken_away_is_heard_again(self):
+        player = self.play("pw-play", "Patched", 500)
+        self.agent.gain(self.agent.wait_until_live(player), 0.5)
+        self.assert_level(self.desk, player, 0.5)
+        standing = graph.Graph()
+        cut = standing.ours()
+        node = standing.node(cut[0])["id"]
+        links = [link["id"] for link in standing.of_type("Link") if link["info"]["output-node-id"] == node]
+        self.assertEqual(len(links), 2)
+        for link in links:
+            graph.tool("pw-cli", "destroy", str(link))
+        wait_for(lambda: graph.Graph().ours() not in (cut, []), "another node has come")
+        self.assert_level(self.desk, player, 0.5)
+
+
 class DeafMetadata(MixerTest):
     """PipeWire 0.3.65 tells nobody of a change any more once a client has died while it was being told the metadata."""
 
