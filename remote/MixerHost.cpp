@@ -30,6 +30,7 @@ json iconAnswer(const json& number, const std::optional<IconReference>& icon) {
   if (const auto* file = std::get_if<FileIcon>(&*icon)) answer["file"] = file->path;
   if (const auto* encoded = std::get_if<EncodedIcon>(&*icon)) {
     std::vector<std::uint8_t> bytes;
+    bytes.reserve(encoded->png.size());
     for (const auto byte : encoded->png) bytes.push_back(std::to_integer<std::uint8_t>(byte));
     answer["png"] = json::binary(std::move(bytes));
   }

@@ -52,7 +52,7 @@ bool WindowsProcess::start() {
   if (channel_) return true;
   guard_ = std::make_shared<Guard>(Guard{*this});
   ChannelEvents events;
-  events.received = [&main = runtime_.main, weak = std::weak_ptr(guard_)](std::string bytes) {
+  events.received = [&main = runtime_.main, weak = std::weak_ptr(guard_)](const std::string& bytes) {
     auto decoded = decodeMessage(bytes);
     if (!decoded) return;
     main.post([weak, received = std::move(*decoded)] {
@@ -159,6 +159,7 @@ void WindowsProcess::setOldTrayWanted(bool isWanted) {
 
 std::vector<WindowInfo> WindowsProcess::windows() const {
   std::vector<WindowInfo> result;
+  result.reserve(isVisible_.size());
   for (const auto& [identifier, isVisible] : isVisible_) result.push_back({identifier, isVisible});
   return result;
 }

@@ -78,11 +78,11 @@ class WindowsProcess final : public WindowSystem {
   void ended();
   void restartForOldTray();
   /// Starts the process if need be.
-  void ask(nlohmann::json message);
+  void ask(nlohmann::json asked);
   /// Nothing happens where there is no process, hence no window.
-  void tell(nlohmann::json message);
-  void take(const nlohmann::json& message);
-  void takeWindowMessage(const std::string& type, const nlohmann::json& message);
+  void tell(nlohmann::json told);
+  void take(const nlohmann::json& received);
+  void takeWindowMessage(const std::string& type, const nlohmann::json& received);
 
   WindowsLauncher& launcher_;
   MixerState& state_;

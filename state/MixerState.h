@@ -31,7 +31,7 @@ class MixerState {
 
   /// Calls `visit(name, field)` for each of the fields below, with the field's name.
   template <typename Visitor>
-  void visitFields(Visitor&& visit) const {
+  void visitFields(Visitor visit) const {
     visitEach(*this, visit);
   }
 
@@ -132,7 +132,7 @@ class MixerState {
   MixerState() = default;
 
   template <typename Visitor>
-  void visitOwnFields(Visitor&& visit) {
+  void visitOwnFields(Visitor visit) {
     visitEach(*this, visit);
   }
 

@@ -35,6 +35,7 @@ int connectToCompositor() {
   if (path.size() >= sizeof address.sun_path) return -1;
   path.copy(address.sun_path, path.size());
   const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (socket < 0) return -1;
   if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return socket;
   ::close(socket);
   return -1;

@@ -21,8 +21,6 @@
 
 #include "process/SocketChannel.h"
 
-extern char** environ;
-
 namespace quillmere {
 
 namespace {

@@ -1,9 +1,8 @@
 // The program without its face: the real machine and state on a plain main loop, for the end-to-end tests.
 // Reads one command a line (fields parted by tabs, or by blanks where there is no tab), answers each with one JSON
 // line.
-#include <time.h>
-
 #include <cstdlib>
+#include <ctime>
 #include <functional>
 #include <iostream>
 #include <map>

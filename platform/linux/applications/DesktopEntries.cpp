@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::uintmax_t maxFileBytes = 1024U * 1024U;
+constexpr std::uintmax_t maxFileBytes = std::uintmax_t{1024} * 1024;
 constexpr int maxDepth = 8;
 constexpr std::size_t maxEntries = 10000;
 

@@ -14,7 +14,7 @@
 namespace quillmere::applications {
 namespace {
 
-constexpr std::size_t maxFileBytes = 64U * 1024U;
+constexpr std::size_t maxFileBytes = std::size_t{64} * 1024;
 
 /// The start of a file, at most `limit` bytes; empty if it cannot be read. Never waits: what is no plain file is left.
 std::string readStart(const std::string& path, std::size_t limit) {

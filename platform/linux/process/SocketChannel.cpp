@@ -47,7 +47,7 @@ struct SocketChannel::State {
       const auto count = ::send(socket, waiting.data(), waiting.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
       if (count > 0) {
         waiting.erase(0, static_cast<std::size_t>(count));
-      } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
+      } else if (count == 0 || errno == EAGAIN || errno == EWOULDBLOCK) {
         return;
       } else if (errno != EINTR) {
         isBroken = true;
