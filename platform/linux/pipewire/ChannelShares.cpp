@@ -77,7 +77,9 @@ std::vector<std::uint32_t> channelPositions(std::span<const std::string> names) 
       if (std::string_view(entry->name).ends_with(":" + name)) positions.push_back(entry->type);
     }
   }
-  const bool isWhole = !names.empty() && positions.size() == names.size() && names.size() <= mostChannels;
+  // A side alone is a device of which only a part is known so far.
+  const bool isWhole = !names.empty() && positions.size() == names.size() && names.size() <= mostChannels &&
+                       (names.size() > 1 || positions.front() == SPA_AUDIO_CHANNEL_MONO);
   return isWhole ? positions : std::vector<std::uint32_t>{SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_FR};
 }
 

@@ -79,6 +79,7 @@ void GraphModel::setRoutes(GlobalID id, std::vector<RouteRecord> routes) { devic
 void GraphModel::updatePort(GlobalID id, const Properties& properties) {
   auto& port = ports_[id];
   port.id = id;
+  port.serial = text(properties, "object.serial");
   port.node = number(properties, "node.id").value_or(0);
   port.index = number(properties, "port.id").value_or(0);
   port.isInput = text(properties, "port.direction") == "in";

@@ -65,6 +65,8 @@ struct LinkRecord {
 
 struct PortRecord {
   GlobalID id = 0;
+  /// Never given twice, as ids are.
+  std::string serial;
   GlobalID node = 0;
   /// Its number among the node's ports of its direction.
   std::uint32_t index = 0;

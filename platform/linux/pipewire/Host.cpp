@@ -91,6 +91,7 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
 Host::~Host() {
   {
     const LoopLock lock(loop_);
+    refresh_.disarm();
     director_.giveEverythingBack();
     farewellSync_ = connection_.sync();
   }

@@ -94,8 +94,10 @@ struct RegistryWatcher::Callbacks {
     auto& self = *bound(data).watcher;
     const std::string name = key != nullptr ? key : "";
     const auto text = value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+    // A target that is only told once more is nobody's move.
+    const bool isToldAgain = name == "target.object" && text && self.model_.metadataValue(subject, name) == text;
     self.model_.setMetadata(subject, name, text);
-    self.events_.metadata(subject, name, text);
+    if (!isToldAgain) self.events_.metadata(subject, name, text);
     self.events_.changed();
     return 0;
   }

@@ -17,6 +17,8 @@ constexpr int lossPatience = 20;
 
 /// After each cut the next one is waited for twice as long, up to 13 seconds.
 constexpr int mostCuts = 6;
+/// Half a minute at the usual length of a cycle: one that lasted so long was not cut off for good.
+constexpr std::uint64_t calmCycles = 1400;
 
 }  // namespace
 
@@ -226,6 +228,7 @@ void TapDirector::followOutput(Device& device) {
   if (wanted.empty() || session.isAdopted || (wanted == session.output && !isLost)) return;
   if (wanted == session.output) {
     // Mostly the output's own end, and the default that takes its place hasn't been told yet.
+    if (session.path->cycles() > calmCycles) device.cuts = 0;
     if (session.lostTicks < patience(device)) return;
     if (device.cuts == 0) log_.standard("a tap was cut off from its output; it is made again");
     device.cuts = std::min(device.cuts + 1, mostCuts);

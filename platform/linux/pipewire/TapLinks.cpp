@@ -3,6 +3,8 @@
 #include <pipewire/pipewire.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <iterator>
 
 namespace quillmere::pipewire {
 
@@ -45,12 +47,24 @@ std::vector<PortPair> outputLinks(std::span<const PortRecord> tap, std::span<con
 struct TapLinks::Link {
   TapLinks* owner = nullptr;
   pw_proxy* proxy = nullptr;
+  spa_hook proxyListener{};
   spa_hook listener{};
-  bool isBound = false;
+  bool isStanding = false;
   bool isGone = false;
 
+  void fail(int result, const char* message) {
+    if (!isGone) owner->log_.error(logText("a tap can't be linked to its output (%d): %s", result, message));
+    isGone = true;
+    owner->changed_();
+  }
+  void become(pw_link_state state, const char* error) {
+    if (state == PW_LINK_STATE_ERROR) return fail(-EIO, error != nullptr ? error : "no reason given");
+    isStanding = state >= PW_LINK_STATE_PAUSED;
+    owner->changed_();
+  }
   ~Link() {
     if (proxy == nullptr) return;
+    spa_hook_remove(&proxyListener);
     spa_hook_remove(&listener);
     pw_proxy_destroy(proxy);
   }
@@ -74,8 +88,21 @@ bool TapLinks::wantMono() const { return channels().size() == 1; }
 
 bool TapLinks::isComplete() const {
   return !links_.empty() && !hasFailed_ && std::all_of(links_.begin(), links_.end(), [](const auto& entry) {
-    return entry.second->isBound && !entry.second->isGone;
+    return entry.second->isStanding && !entry.second->isGone;
   });
+}
+
+std::map<TapLinks::Ends, PortPair> TapLinks::wantedLinks(GlobalID node, GlobalID device) const {
+  const auto ours = model_.portsOf(node);
+  const auto theirs = model_.portsOf(device);
+  const auto serialOf = [](const std::vector<PortRecord>& ports, GlobalID id) {
+    return std::find_if(ports.begin(), ports.end(), [id](const auto& port) { return port.id == id; })->serial;
+  };
+  std::map<Ends, PortPair> wanted;
+  for (const auto& pair : outputLinks(ours, theirs)) {
+    wanted.emplace(Ends{serialOf(ours, pair.first), serialOf(theirs, pair.second)}, pair);
+  }
+  return wanted;
 }
 
 void TapLinks::update(GlobalID node) {
@@ -85,45 +112,45 @@ void TapLinks::update(GlobalID node) {
     links_.clear();
     return;
   }
-  const auto wanted = outputLinks(model_.portsOf(node), model_.portsOf(*device));
-  // Ports that are configured anew come with ids of their own.
+  const auto wanted = wantedLinks(node, *device);
   std::erase_if(links_, [&](const auto& entry) {
-    const bool isWanted = std::find(wanted.begin(), wanted.end(), entry.first) != wanted.end();
+    const bool isWanted = wanted.contains(entry.first);
     if (isWanted && entry.second->isGone) hasFailed_ = true;
     return !isWanted;
   });
-  if (hasFailed_) return;
-  for (const auto& ends : wanted) {
-    if (!links_.contains(ends)) make(node, *device, ends);
+  for (const auto& [ends, ports] : wanted) {
+    if (hasFailed_) return;
+    if (!links_.contains(ends)) links_.emplace(ends, make(node, *device, ports));
   }
 }
 
-void TapLinks::make(GlobalID node, GlobalID device, const PortPair& ends) {
-  static const auto events = [] {
+std::unique_ptr<TapLinks::Link> TapLinks::make(GlobalID node, GlobalID device, const PortPair& ports) {
+  static const auto proxyEvents = [] {
     pw_proxy_events made{};
     made.version = PW_VERSION_PROXY_EVENTS;
-    made.bound = [](void* data, std::uint32_t) {
-      static_cast<Link*>(data)->isBound = true;
-      static_cast<Link*>(data)->owner->changed_();
-    };
     made.removed = [](void* data) {
       static_cast<Link*>(data)->isGone = true;
       static_cast<Link*>(data)->owner->changed_();
     };
     made.error = [](void* data, int, int result, const char* message) {
-      auto* link = static_cast<Link*>(data);
-      link->owner->log_.error(logText("a tap can't be linked to its output (%d): %s", result, message));
-      link->isGone = true;
-      link->owner->changed_();
+      static_cast<Link*>(data)->fail(result, message);
+    };
+    return made;
+  }();
+  static const auto events = [] {
+    pw_link_events made{};
+    made.version = PW_VERSION_LINK_EVENTS;
+    made.info = [](void* data, const pw_link_info* info) {
+      static_cast<Link*>(data)->become(info->state, info->error);
     };
     return made;
   }();
   const auto text = [](GlobalID id) { return std::to_string(id); };
   auto* properties = pw_properties_new(nullptr, nullptr);
   pw_properties_set(properties, PW_KEY_LINK_OUTPUT_NODE, text(node).c_str());
-  pw_properties_set(properties, PW_KEY_LINK_OUTPUT_PORT, text(ends.first).c_str());
+  pw_properties_set(properties, PW_KEY_LINK_OUTPUT_PORT, text(ports.first).c_str());
   pw_properties_set(properties, PW_KEY_LINK_INPUT_NODE, text(device).c_str());
-  pw_properties_set(properties, PW_KEY_LINK_INPUT_PORT, text(ends.second).c_str());
+  pw_properties_set(properties, PW_KEY_LINK_INPUT_PORT, text(ports.second).c_str());
   // The device sleeps while the application is silent.
   pw_properties_set(properties, PW_KEY_LINK_PASSIVE, "true");
   pw_properties_set(properties, PW_KEY_OBJECT_LINGER, "false");
@@ -135,10 +162,11 @@ void TapLinks::make(GlobalID node, GlobalID device, const PortPair& ends) {
   if (link->proxy == nullptr) {
     log_.error("a tap's link could not be asked for");
     hasFailed_ = true;
-    return;
+    return link;
   }
-  pw_proxy_add_listener(link->proxy, &link->listener, &events, link.get());
-  links_.emplace(ends, std::move(link));
+  pw_proxy_add_listener(link->proxy, &link->proxyListener, &proxyEvents, link.get());
+  pw_link_add_listener(reinterpret_cast<pw_link*>(link->proxy), &link->listener, &events, link.get());
+  return link;
 }
 
 }  // namespace quillmere::pipewire

@@ -44,21 +44,24 @@ class TapLinks {
   [[nodiscard]] std::vector<std::string> channels() const;
   /// The device has a single channel: the tap is to have an output for that.
   [[nodiscard]] bool wantMono() const;
-  /// Every link stands.
+  /// Every link stands, with its format and its buffers settled.
   [[nodiscard]] bool isComplete() const;
   /// The output has gone, or somebody took a link away.
   [[nodiscard]] bool haveFailed() const { return hasFailed_; }
 
  private:
   struct Link;
-  void make(GlobalID node, GlobalID device, const PortPair& ends);
+  /// Serials of a link's two ports: ids are given again at once.
+  using Ends = std::pair<std::string, std::string>;
+  [[nodiscard]] std::map<Ends, PortPair> wantedLinks(GlobalID node, GlobalID device) const;
+  [[nodiscard]] std::unique_ptr<Link> make(GlobalID node, GlobalID device, const PortPair& ports);
 
   pw_core* core_;
   const GraphModel& model_;
   std::string serial_;
   Logger log_;
   std::function<void()> changed_;
-  std::map<PortPair, std::unique_ptr<Link>> links_;
+  std::map<Ends, std::unique_ptr<Link>> links_;
   bool hasFailed_ = false;
 };
 

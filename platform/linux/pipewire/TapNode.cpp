@@ -52,6 +52,8 @@ TapNode::TapNode(pw_core* core, const GraphModel& model, const std::string& name
     };
     made.removed = [](void* data) {
       static_cast<TapNode*>(data)->failed_ = true;
+      // It is given to the next that comes.
+      static_cast<TapNode*>(data)->id_ = SPA_ID_INVALID;
       static_cast<TapNode*>(data)->changed_();
     };
     made.error = [](void* data, int, int result, const char* message) {

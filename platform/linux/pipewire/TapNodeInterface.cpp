@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <thread>
 #include <utility>
 
 #include "ChannelShares.h"
@@ -88,8 +89,9 @@ struct TapNodeInterface::Methods {
     if (id == SPA_PARAM_PortConfig) {
       if (const auto positions = params::wantedInputs(param)) self(object).configureInputs(*positions);
     }
-    // The session manager chooses a format for the node as well; the ports have the only one there is.
-    return id == SPA_PARAM_PortConfig || id == SPA_PARAM_Format ? 0 : -ENOENT;
+    // Of all else nothing is taken: the session manager's format for the node, since the ports have the only one there
+    // is, and whatever other programs set. A refusal would count as a fault of the node.
+    return 0;
   }
   static int setIO(void* object, std::uint32_t id, void* area, std::size_t size) {
     if (id != SPA_IO_Position) return 0;
@@ -102,7 +104,7 @@ struct TapNodeInterface::Methods {
     switch (SPA_NODE_COMMAND_ID(command)) {
       case SPA_NODE_COMMAND_Start:
         node.isStarted_ = true;
-        if (node.position_ != nullptr) node.realtime_.setRate(node.position_->clock.rate.denom);
+        node.takeRate();
         break;
       case SPA_NODE_COMMAND_Suspend:
       case SPA_NODE_COMMAND_Pause:
@@ -118,7 +120,8 @@ struct TapNodeInterface::Methods {
                        std::size_t size) {
     auto& node = self(object);
     auto* port = node.port(direction, id);
-    if (port == nullptr) return -EINVAL;
+    // One that is on its way out is still asked to give up what it had.
+    if (port == nullptr) return area == nullptr ? 0 : -EINVAL;
     if (what != SPA_IO_Buffers) return -ENOENT;
     auto* io = area != nullptr && size >= sizeof(spa_io_buffers) ? static_cast<spa_io_buffers*>(area) : nullptr;
     node.onAudio([&] { node.realtimePort(*port)->io = io; });
@@ -158,7 +161,7 @@ struct TapNodeInterface::Methods {
                           const spa_pod* param) {
     auto& node = self(object);
     auto* port = node.port(direction, id);
-    if (port == nullptr) return -EINVAL;
+    if (port == nullptr) return param == nullptr ? 0 : -EINVAL;
     if (what == SPA_PARAM_Format) return node.setFormat(*port, param);
     if (what == SPA_PARAM_Latency) return node.setLatency(*port, param);
     return -ENOENT;
@@ -167,7 +170,7 @@ struct TapNodeInterface::Methods {
                             spa_buffer** buffers, std::uint32_t count) {
     auto& node = self(object);
     auto* port = node.port(direction, id);
-    if (port == nullptr) return -EINVAL;
+    if (port == nullptr) return count == 0 ? 0 : -EINVAL;
     if (count > TapPort::mostBuffers) return -ENOSPC;
     if (count > 0 && port->chosenFormat.empty()) return -EIO;
     for (std::uint32_t place = 0; place < count; ++place) {
@@ -353,19 +356,25 @@ int TapNodeInterface::setLatency(const Port& port, const spa_pod* param) {
   return 0;
 }
 
+void TapNodeInterface::takeRate() {
+  if (position_ != nullptr && position_->clock.rate.denom > 0) realtime_.setRate(position_->clock.rate.denom);
+}
+
 void TapNodeInterface::setPosition(const spa_io_position* position) {
   position_ = position;
+  takeRate();
   onAudio([&] { realtime_.setPosition(position); });
 }
 
 void TapNodeInterface::onAudio(const std::function<void()>& change) {
-  pw_loop_invoke(
-      audioLoop_,
-      [](spa_loop*, bool, std::uint32_t, const void*, std::size_t, void* data) {
-        (*static_cast<const std::function<void()>*>(data))();
-        return 0;
-      },
-      0, nullptr, 0, true, const_cast<std::function<void()>*>(&change));
+  const auto run = [](spa_loop*, bool, std::uint32_t, const void*, std::size_t, void* data) {
+    (*static_cast<const std::function<void()>*>(data))();
+    return 0;
+  };
+  // Refused only while that loop's queue is full, which it empties in its next turn.
+  while (pw_loop_invoke(audioLoop_, run, 0, nullptr, 0, true, const_cast<std::function<void()>*>(&change)) == -EPIPE) {
+    std::this_thread::yield();
+  }
 }
 
 }  // namespace quillmere::pipewire

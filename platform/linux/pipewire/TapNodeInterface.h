@@ -75,6 +75,7 @@ class TapNodeInterface {
   int setFormat(Port& port, const spa_pod* format);
   int setLatency(const Port& port, const spa_pod* param);
   void setPosition(const spa_io_position* position);
+  void takeRate();
   /// Runs between two cycles; returns when it has run.
   void onAudio(const std::function<void()>& change);
 

@@ -20,9 +20,10 @@ constexpr std::uint32_t bytesPerFrame = channels * sizeof(float);
 /// The samples that were handed over at an input; null where there are fewer than wanted, or only silence.
 QUILLMERE_REALTIME const float* takeSamples(TapPort& port, std::size_t frames) {
   auto* io = port.io;
-  if (io == nullptr || io->status != SPA_STATUS_HAVE_DATA || io->buffer_id >= port.bufferCount) return nullptr;
+  if (io == nullptr || io->status != SPA_STATUS_HAVE_DATA) return nullptr;
   // Given back at once: nobody writes there before the next cycle.
   io->status = SPA_STATUS_NEED_DATA;
+  if (io->buffer_id >= port.bufferCount) return nullptr;
   const auto& data = port.buffers[io->buffer_id]->datas[0];
   if ((static_cast<std::uint32_t>(data.chunk->flags) & SPA_CHUNK_FLAG_EMPTY) != 0) return nullptr;
   const auto offset = std::min(data.chunk->offset, data.maxsize);

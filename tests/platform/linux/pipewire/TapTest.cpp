@@ -171,6 +171,24 @@ TEST_F(Tap, AnApplicationWithTheChannelsOfItsOldDeviceIsHeardOnTheNewOne) {
   session::removeSink("test_mono");
 }
 
+TEST_F(Tap, AStereoApplicationIsHeardOnASurroundDevice) {
+  session::addSink("test_surround", "audio.position=[FL FR FC LFE RL RR]");
+  const auto player = playSignal({"--app-id", "test.player"});
+  Machine machine;
+  const MonitorRecorder monitor(session::sinkA);
+  const MonitorRecorder surround("test_surround");
+  ASSERT_TRUE(machine.waitForSound("test.player"));
+  ASSERT_TRUE(levelIs(monitor, 1.0F));
+  {
+    const TapUnderTest tap(machine, "test.player", 0.5F, "test_surround");
+    EXPECT_TRUE(levelIs(monitor, 0.0F));
+    EXPECT_TRUE(eventually([&] { return surround.nextPeak() > 0.1F; })) << machine.log.all();
+    EXPECT_FALSE(machine.log.contains("cut off")) << machine.log.all();
+  }
+  EXPECT_TRUE(levelIs(monitor, 1.0F));
+  session::removeSink("test_surround");
+}
+
 TEST_F(Tap, WithoutARouteTheSoundFollowsTheDefault) {
   const auto player = playSignal({"--app-id", "test.player"});
   Machine machine;

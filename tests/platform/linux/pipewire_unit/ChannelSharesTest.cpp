@@ -48,7 +48,7 @@ TEST(ChannelShares, PositionsAreFoundByTheirNames) {
   EXPECT_EQ(channelPositions(Names{"MONO"}), (Positions{SPA_AUDIO_CHANNEL_MONO}));
   EXPECT_EQ(channelPositions(Names{"FR", "FL", "LFE"}),
             (Positions{SPA_AUDIO_CHANNEL_FR, SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_LFE}));
-  for (const auto& names : {Names{}, Names{"FL", ""}, Names{"FL", "nowhere"}, Names(100, "FL")}) {
+  for (const auto& names : {Names{}, Names{"FL"}, Names{"FL", ""}, Names{"FL", "nowhere"}, Names(100, "FL")}) {
     EXPECT_EQ(channelPositions(names), (Positions{SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_FR}));
   }
 }

@@ -240,6 +240,12 @@ TEST_F(TapDirectorTest, ANodeThatIsCutOffFromAnOutputThatStandsIsMadeAgainMoreAn
     EXPECT_EQ(outputs.back(), "1001");
   }
   EXPECT_EQ(std::ranges::count(graph.log.lines, "a tap was cut off from its output; it is made again"), 1);
+  paths.back()->count = 2000;
+  paths.back()->failed = true;
+  director.graphChanged();
+  const auto played = paths.size();
+  tick(20);
+  EXPECT_EQ(paths.size(), played + 1) << "one that has played for long is made again soon";
   graph.sink(2, "desk");
   makeDefault("desk");
   director.graphChanged();

@@ -7,10 +7,15 @@ namespace quillmere::pipewire::test {
 namespace {
 
 PortRecord input(GlobalID id, std::uint32_t index, std::string channel) {
-  return {.id = id, .node = 1, .index = index, .isInput = true, .channel = std::move(channel)};
+  return {.id = id,
+          .serial = std::to_string(1000 + id),
+          .node = 1,
+          .index = index,
+          .isInput = true,
+          .channel = std::move(channel)};
 }
 PortRecord output(GlobalID id, std::uint32_t index, std::string channel) {
-  return {.id = id, .node = 2, .index = index, .channel = std::move(channel)};
+  return {.id = id, .serial = std::to_string(1000 + id), .node = 2, .index = index, .channel = std::move(channel)};
 }
 
 const std::vector<PortRecord> tap{output(52, 2, "MONO"), output(51, 1, "FR"), output(50, 0, "FL"), input(40, 0, "FL"),
