@@ -55,8 +55,15 @@ def close_windows(process):
         return found
 
     wait_for(windows, "the first window is there", 20)
-    for window in windows():
-        subprocess.run(["xdotool", "windowactivate", "--sync", window, "key", "alt+F4"], check=False, stdin=subprocess.DEVNULL)
+
+    def closed():
+        # A key that comes before the window takes it is lost, so it is pressed until the window has gone.
+        for window in windows():
+            subprocess.run(["xdotool", "windowactivate", "--sync", window, "key", "alt+F4"], check=False,
+                           stdin=subprocess.DEVNULL)
+        return not windows()
+
+    wait_for(closed, "the first window is closed", 20)
     wait_for(lambda: family(process.pid) == [process.pid], "what drew the window has gone", 60)
 
 
