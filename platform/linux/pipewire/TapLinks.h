@@ -25,9 +25,9 @@ inline constexpr auto leftOutput = "FL";
 inline constexpr auto rightOutput = "FR";
 inline constexpr auto monoOutput = "MONO";
 
-/// What of a tap's outputs goes where: left and right to the device's front,
-/// whatever else it has stays silent; a device of one channel gets both in one; one without front channels gets its
-/// first two. Empty while either side's ports are not known.
+/// What of a tap's outputs goes where: left and right to the device's front, whatever else it has stays silent; a
+/// device of one channel gets both in one; one without front channels gets its first two. Empty while either side's
+/// ports are not known.
 [[nodiscard]] std::vector<PortPair> outputLinks(std::span<const PortRecord> tap, std::span<const PortRecord> device);
 
 class TapLinks {

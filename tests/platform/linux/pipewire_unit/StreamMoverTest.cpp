@@ -21,6 +21,15 @@ struct StreamMoverTest : ::testing::Test {
   void echo() {
     for (const auto& [stream, target] : metadata.echo()) mover.onTargetChanged(stream, target);
   }
+  /// The stream is linked to the tap that it was sent to.
+  void arrive() {
+    graph.sink(1, "speakers");
+    graph.node(55, "Stream/Input/Audio/Internal", 0);
+    mover.claim("test.player", "1055");
+    echo();
+    graph.link(700, 20, 55);
+    mover.settle();
+  }
   void another(GlobalID stream, const std::optional<std::string>& target) {
     graph.model.setMetadata(stream, "target.object", target);
     mover.onTargetChanged(stream, target);
@@ -41,12 +50,7 @@ TEST_F(StreamMoverTest, SettlingAgainWritesNothing) {
 }
 
 TEST_F(StreamMoverTest, AStreamThatHasLeftForAnotherDeviceStaysThereThoughNobodyToldOfItsMove) {
-  graph.sink(1, "speakers");
-  graph.node(55, "Stream/Input/Audio/Internal", 0);
-  mover.claim("test.player", "1055");
-  echo();
-  graph.link(700, 20, 55);
-  mover.settle();
+  arrive();
   graph.model.remove(700);
   graph.link(701, 20, 1);
   metadata.take();
@@ -67,12 +71,7 @@ TEST_F(StreamMoverTest, AStreamThatHasNotArrivedYetIsGivenBack) {
 }
 
 TEST_F(StreamMoverTest, AStreamWhoseTapHasGoneIsGivenBack) {
-  graph.sink(1, "speakers");
-  graph.node(55, "Stream/Input/Audio/Internal", 0);
-  mover.claim("test.player", "1055");
-  echo();
-  graph.link(700, 20, 55);
-  mover.settle();
+  arrive();
   graph.model.remove(700);
   graph.model.remove(55);
   graph.link(701, 20, 1);
