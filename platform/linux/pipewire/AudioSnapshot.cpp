@@ -5,6 +5,7 @@
 
 #include "CubicScale.h"
 #include "MetadataValue.h"
+#include "Microphone.h"
 #include "TransportType.h"
 
 namespace quillmere::pipewire {
@@ -73,6 +74,7 @@ std::vector<ProcessSnapshot> takeProcesses(const GraphModel& model, ObjectIDs& i
     } else if (processes[place->second].pid == 0) {
       processes[place->second].pid = client->facts.pid;
     }
+    if (client->hasPlayed) processes[place->second].hasPlayed = true;
   }
   for (const auto& [nodeID, node] : model.nodes()) {
     if (!node.isRunning || !model.countsAsStream(node)) continue;
@@ -80,7 +82,9 @@ std::vector<ProcessSnapshot> takeProcesses(const GraphModel& model, ObjectIDs& i
     if (place == places.end()) continue;
     auto& process = processes[place->second];
     if (node.kind == NodeKind::playback) process.isRunningOutput = true;
-    if (node.kind == NodeKind::recording && model.recordsARealInput(nodeID, node)) process.isRunningInput = true;
+    if (node.kind == NodeKind::recording && !process.isRunningInput) {
+      process.isRunningInput = recordsAMicrophone(model, nodeID);
+    }
   }
   return processes;
 }
