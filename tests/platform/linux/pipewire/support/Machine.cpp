@@ -107,6 +107,7 @@ TapUnderTest::TapUnderTest(Machine& machine, const std::string& identifier, floa
   device.tapAutoStart = true;
   device.subDeviceUIDs = {device.mainDeviceUID};
   device.taps = {{tap.uuid.text(), true}};
+  device.targetGain = {state_, &state_->target};
   need(machine.audio.createAggregateDevice(device, device_) == noErr, "no aggregate device");
   need(eventually([&] { return machine.number(device_, audio::deviceIsAlive) == 1; }, std::chrono::seconds(2)),
        "the aggregate device does not come alive");
@@ -128,6 +129,12 @@ TapUnderTest::TapUnderTest(Machine& machine, const std::string& identifier, floa
   };
   need(machine.audio.createIOProc(device_, "test", block, proc_) == noErr, "no IO block");
   need(machine.audio.startDevice(device_, proc_) == noErr, "not started");
+}
+
+double TapUnderTest::rate() const {
+  AudioStreamBasicDescription format;
+  machine_.audio.readFormat(tap_, {audio::tapFormat}, format);
+  return format.sampleRate;
 }
 
 TapUnderTest::~TapUnderTest() { end(); }

@@ -70,6 +70,8 @@ class TapUnderTest {
   void setGain(float gain) { state_->target = gain; }
   [[nodiscard]] float appliedGain() const { return state_->current; }
   [[nodiscard]] std::uint64_t calls() const { return state_->calls; }
+  /// As the tap tells its format, in Hz.
+  [[nodiscard]] double rate() const;
   void end();
 
  private:
