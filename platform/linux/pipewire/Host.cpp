@@ -186,6 +186,7 @@ void Host::deleteStaleTargets() {
 }
 
 void Host::flush() {
+  volume_.graphChanged();
   director_.graphChanged();
   armTicks();
   publish();
