@@ -190,6 +190,7 @@ void Host::deleteStaleTargets() {
 
 void Host::flush() {
   scouts_.graphChanged();
+  volume_.graphChanged();
   director_.graphChanged();
   armTicks();
   publish();
