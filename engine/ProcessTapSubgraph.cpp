@@ -126,6 +126,7 @@ bool ProcessTapSubgraph::createAggregate(const std::string& outputUID, bool foll
   description.subDeviceUIDs = {outputUID};
   description.taps = {{.uid = tapUUID_.text(), .driftCompensation = true}};
   description.followsDefaultOutput = followsDefaultOutput;
+  description.targetGain = {io_, &io_->words.targetGain};
   const Status status = hardware_.createAggregateDevice(description, aggregateID_);
   if (status == noErr && aggregateID_ != 0) return true;
   log_.error(logText("[%s] AudioHardwareCreateAggregateDevice failed (%d)", bundleID_.c_str(), status));

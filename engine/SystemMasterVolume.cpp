@@ -23,7 +23,8 @@ SystemMasterVolume::SystemMasterVolume(AudioHardware& hardware, Executor& main, 
     : hardware_(hardware),
       main_(main),
       log_(log, "SystemMasterVolume"),
-      self_(std::make_shared<SystemMasterVolume*>(this)) {
+      self_(std::make_shared<SystemMasterVolume*>(this)),
+      listener_(makeListener()) {
   attachToDefaultOutput();
 }
 
@@ -83,9 +84,7 @@ void SystemMasterVolume::attachToDefaultOutput() {
   listenedSelectors_ = {audio::volumeScalar};
 }
 
-void SystemMasterVolume::attachListener(std::uint32_t selector, std::uint32_t channel) {
-  const auto address = outputAddress(selector, channel);
-  if (!hardware_.hasProperty(listenedDeviceID_, address)) return;
+PropertyListener SystemMasterVolume::makeListener() {
   const std::weak_ptr<SystemMasterVolume*> weakSelf = self_;
   auto tellVolume = [weakSelf] {
     const auto self = weakSelf.lock();
@@ -95,11 +94,16 @@ void SystemMasterVolume::attachListener(std::uint32_t selector, std::uint32_t ch
     if (volume && (*self)->onSystemChange) (*self)->onSystemChange(*volume);
   };
   // A second step through the main queue, so that a burst of notifications is over before the volume is read.
-  hardware_.addPropertyListener(
-      listenedDeviceID_, address,
-      std::make_shared<const std::function<void()>>([weakSelf, tellVolume = std::move(tellVolume)] {
-        if (const auto self = weakSelf.lock()) (*self)->main_.post(tellVolume);
-      }));
+  return std::make_shared<const std::function<void()>>([weakSelf, tellVolume = std::move(tellVolume)] {
+    if (const auto self = weakSelf.lock()) (*self)->main_.post(tellVolume);
+  });
+}
+
+void SystemMasterVolume::attachListener(std::uint32_t selector, std::uint32_t channel) {
+  const auto address = outputAddress(selector, channel);
+  if (hardware_.hasProperty(listenedDeviceID_, address)) {
+    hardware_.addPropertyListener(listenedDeviceID_, address, listener_);
+  }
 }
 
 void SystemMasterVolume::dropListeners() {

@@ -39,6 +39,7 @@ class SystemMasterVolume {
  private:
   [[nodiscard]] std::optional<float> readScalar(AudioObjectID device, std::uint32_t channel) const;
   bool writeScalar(float value, AudioObjectID device, std::uint32_t channel);
+  [[nodiscard]] PropertyListener makeListener();
   void attachListener(std::uint32_t selector, std::uint32_t channel);
   void attachToDefaultOutput();
   void dropListeners();
@@ -50,6 +51,9 @@ class SystemMasterVolume {
   std::vector<std::uint32_t> listenedSelectors_;
   /// What listeners hold weakly: gone with this object.
   std::shared_ptr<SystemMasterVolume*> self_;
+  /// The one for every device and element. Where it still stands from an earlier stay of the default output, adding it
+  /// again makes no second one, so that their number doesn't grow with the changes.
+  PropertyListener listener_;
 };
 
 }  // namespace quillmere

@@ -41,10 +41,11 @@ class AudioHardware {
   virtual Status writeUInt32(AudioObjectID object, const PropertyAddress& address, std::uint32_t value) = 0;
   virtual Status writeFloat32(AudioObjectID object, const PropertyAddress& address, float value) = 0;
 
-  /// The listener is called on [main] after a change; several changes may be told once.
+  /// The listener is called on [main] after a change; several changes may be told once. One that is added again for the
+  /// same property stays one listener, which a host may call once or once for each addition.
   virtual Status addPropertyListener(AudioObjectID object, const PropertyAddress& address,
                                      PropertyListener listener) = 0;
-  /// Removing one that was never added does nothing.
+  /// Takes the listener away, however often it was added. Removing one that was never added does nothing.
   virtual Status removePropertyListener(AudioObjectID object, const PropertyAddress& address,
                                         const PropertyListener& listener) = 0;
 

@@ -1,8 +1,10 @@
 // Value types of the audio object model: ids, property addresses, buffer lists, formats, descriptions.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -117,6 +119,10 @@ struct AggregateDescription {
   /// True when the output is the default of the moment and not a choice of the user's: a host whose graph can follow
   /// the default by itself does so. A host that cannot ignores it and is rebuilt by the engine.
   bool followsDefaultOutput = false;
+  /// The linear gain, 0 to 1, that the IO block glides to. A host where streams of one application may play on several
+  /// outputs at once applies it to those that the block, which has one caller at a time, doesn't see. A host that
+  /// mixes them all into the tap ignores it. May be null.
+  std::shared_ptr<const std::atomic<float>> targetGain;
 };
 
 /// One IO cycle: reads `input`, writes `output`. [audio]

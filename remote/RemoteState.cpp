@@ -75,7 +75,7 @@ void RemoteState::call(const char* name, const Arguments&... arguments) {
   send_({{wire::type, wire::call}, {"name", name}, {"arguments", std::move(list)}});
 }
 
-void RemoteState::setGain(float gain, const std::string& bundleID) {
+void RemoteState::setGain(float gain, std::string bundleID) {
   call("setGain", gain, bundleID);
   lastLevelCall_ = sent_;
   apps_.modify([&](std::vector<AudioApp>& apps) {
@@ -91,14 +91,12 @@ void RemoteState::setMasterGain(float gain) {
   masterGain_.set(gain);
 }
 
-void RemoteState::toggleMute(const std::string& bundleID) { call("toggleMute", bundleID); }
-void RemoteState::setRouting(const std::optional<std::string>& deviceUID, const std::string& bundleID) {
+void RemoteState::toggleMute(std::string bundleID) { call("toggleMute", bundleID); }
+void RemoteState::setRouting(std::optional<std::string> deviceUID, std::string bundleID) {
   call("setRouting", deviceUID, bundleID);
 }
 void RemoteState::completeOnboarding() { call("completeOnboarding"); }
-void RemoteState::setOutputDeviceUID(const std::optional<std::string>& deviceUID) {
-  call("setOutputDeviceUID", deviceUID);
-}
+void RemoteState::setOutputDeviceUID(std::optional<std::string> deviceUID) { call("setOutputDeviceUID", deviceUID); }
 void RemoteState::setDuckRule(DuckRule rule) { call("setDuckRule", rule); }
 void RemoteState::setFocusCandidateBundleIDs(std::set<std::string> bundleIDs) {
   call("setFocusCandidateBundleIDs", bundleIDs);
@@ -109,11 +107,11 @@ void RemoteState::setPomodoroBreakMinutes(int minutes) { call("setPomodoroBreakM
 void RemoteState::setPomodoroFocusBundleID(std::optional<std::string> bundleID) {
   call("setPomodoroFocusBundleID", bundleID);
 }
-void RemoteState::addProfile(const std::string& name) { call("addProfile", name); }
-void RemoteState::deleteProfile(const Uuid& id) { call("deleteProfile", id); }
+void RemoteState::addProfile(std::string name) { call("addProfile", name); }
+void RemoteState::deleteProfile(Uuid id) { call("deleteProfile", id); }
 void RemoteState::updateProfile(Profile profile) { call("updateProfile", profile); }
-void RemoteState::duplicateProfile(const Uuid& id) { call("duplicateProfile", id); }
-void RemoteState::applyProfile(const Uuid& id) { call("applyProfile", id); }
+void RemoteState::duplicateProfile(Uuid id) { call("duplicateProfile", id); }
+void RemoteState::applyProfile(Uuid id) { call("applyProfile", id); }
 void RemoteState::toggleWhisperMode() { call("toggleWhisperMode"); }
 void RemoteState::startSleepTimer(int minutes) { call("startSleepTimer", minutes); }
 void RemoteState::cancelSleepTimer() { call("cancelSleepTimer"); }

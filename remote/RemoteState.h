@@ -23,23 +23,23 @@ class RemoteState final : public MixerState {
   /// True if the message was for it; what can't be read is logged and ignored.
   bool take(const nlohmann::json& message);
 
-  void setGain(float gain, const std::string& bundleID) override;
-  void toggleMute(const std::string& bundleID) override;
-  void setRouting(const std::optional<std::string>& deviceUID, const std::string& bundleID) override;
+  void setGain(float gain, std::string bundleID) override;
+  void toggleMute(std::string bundleID) override;
+  void setRouting(std::optional<std::string> deviceUID, std::string bundleID) override;
   void setMasterGain(float gain) override;
   void completeOnboarding() override;
-  void setOutputDeviceUID(const std::optional<std::string>& deviceUID) override;
+  void setOutputDeviceUID(std::optional<std::string> deviceUID) override;
   void setDuckRule(DuckRule rule) override;
   void setFocusCandidateBundleIDs(std::set<std::string> bundleIDs) override;
   void setPauseOnHeadphoneDisconnect(bool pauses) override;
   void setPomodoroFocusMinutes(int minutes) override;
   void setPomodoroBreakMinutes(int minutes) override;
   void setPomodoroFocusBundleID(std::optional<std::string> bundleID) override;
-  void addProfile(const std::string& name) override;
-  void deleteProfile(const Uuid& id) override;
+  void addProfile(std::string name) override;
+  void deleteProfile(Uuid id) override;
   void updateProfile(Profile profile) override;
-  void duplicateProfile(const Uuid& id) override;
-  void applyProfile(const Uuid& id) override;
+  void duplicateProfile(Uuid id) override;
+  void applyProfile(Uuid id) override;
   void toggleWhisperMode() override;
   void startSleepTimer(int minutes) override;
   void cancelSleepTimer() override;

@@ -1,7 +1,7 @@
 // A field that tells its observers, on the main thread, when its value has changed. Equal values are not told.
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -53,15 +53,24 @@ class Observable {
 
   /// Called after each change, not for the present value, until the subscription ends.
   [[nodiscard]] Subscription observe(Observer observer) const {
+    // Here too: a field that never changes may be observed again and again.
+    forgetEnded();
     auto entry = std::make_shared<Observer>(std::move(observer));
     observers_.push_back(entry);
     return Subscription(entry);
   }
+  /// Observers that a place is held for: all whose subscription lasts, and those that ended since somebody last
+  /// observed or was told.
+  [[nodiscard]] std::size_t heldObservers() const { return observers_.size(); }
 
  private:
+  void forgetEnded() const {
+    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
+  }
+
   void notify() {
     // An observer may subscribe or end subscriptions while it is told; those it ends before their turn are not told.
-    std::erase_if(observers_, [](const auto& weak) { return weak.expired(); });
+    forgetEnded();
     const auto snapshot = observers_;
     for (const auto& weak : snapshot) {
       if (const auto observer = weak.lock()) (*observer)(value_);

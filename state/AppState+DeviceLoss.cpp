@@ -40,7 +40,7 @@ void AppState::pauseForDeviceRemoval(const std::optional<std::string>& deviceUID
     // No player is known: something must sound that is not just a call.
     return;
   }
-  machine_.mediaKeys->press(mediakey::play);
+  machine_.mediaKeys->press(mediakey::play, mediakey::Purpose::pause);
   pendingResumeDeviceUID_ = deviceUID;
 }
 
@@ -52,7 +52,9 @@ void AppState::deviceAdded(const std::string& deviceUID) {
     co_await task.sleep(resumeDelay);
     // The key is a toggle: what has meanwhile started by itself must not be stopped.
     const auto& track = *self->nowPlaying_;
-    if (!track || !track->isPlaying) self->machine_.mediaKeys->press(mediakey::play);
+    if (!track || !track->isPlaying) {
+      self->machine_.mediaKeys->press(mediakey::play, mediakey::Purpose::resume);
+    }
   });
 }
 

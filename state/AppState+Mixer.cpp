@@ -13,14 +13,14 @@
 
 namespace quillmere {
 
-void AppState::setGain(float gain, const std::string& bundleID) {
+void AppState::setGain(float gain, std::string bundleID) {
   QUILLMERE_CHECK_ON(runtime_.main, "setGain off the main thread");
   if (!changeApp(bundleID, [gain](AudioApp& app) { app.gain = gain; })) return;
   store_->persistAppsState(*apps_);
   sendGain(gain, bundleID);
 }
 
-void AppState::toggleMute(const std::string& bundleID) {
+void AppState::toggleMute(std::string bundleID) {
   QUILLMERE_CHECK_ON(runtime_.main, "toggleMute off the main thread");
   bool muted = false;
   if (!changeApp(bundleID, [&muted](AudioApp& app) { muted = app.muted = !app.muted; })) return;
@@ -28,11 +28,13 @@ void AppState::toggleMute(const std::string& bundleID) {
   sendGain(muted ? 0.0F : 1.0F, bundleID);
 }
 
-void AppState::setRouting(const std::optional<std::string>& deviceUID, const std::string& bundleID) {
+void AppState::setRouting(std::optional<std::string> deviceUID, std::string bundleID) {
   QUILLMERE_CHECK_ON(runtime_.main, "setRouting off the main thread");
   if (!changeApp(bundleID, [&deviceUID](AudioApp& app) { app.routedDeviceUID = deviceUID; })) return;
   store_->persistAppsState(*apps_);
-  engineTasks_->post([engine = engine_, deviceUID, bundleID] { engine->applyRouting(deviceUID, bundleID); });
+  engineTasks_->post([engine = engine_, deviceUID = std::move(deviceUID), bundleID = std::move(bundleID)] {
+    engine->applyRouting(deviceUID, bundleID);
+  });
 }
 
 void AppState::setMasterGain(float gain) {
@@ -48,7 +50,7 @@ void AppState::completeOnboarding() {
   machine_.defaults->set(SettingsStore::Keys::onboardingCompleted, true);
 }
 
-void AppState::setOutputDeviceUID(const std::optional<std::string>& deviceUID) {
+void AppState::setOutputDeviceUID(std::optional<std::string> deviceUID) {
   QUILLMERE_CHECK_ON(runtime_.main, "setOutputDeviceUID off the main thread");
   if (!outputDeviceUID_.set(deviceUID)) return;
   store_->persistOutputDevice(deviceUID);

@@ -9,19 +9,18 @@
 
 namespace quillmere {
 
-void AppState::addProfile(const std::string& name) {
+void AppState::addProfile(std::string name) {
   QUILLMERE_CHECK_ON(runtime_.main, "addProfile off the main thread");
-  profiles_.modify(
-      [&](auto& profiles) { profiles.push_back({Uuid::random(), name, *apps_, std::nullopt, runtime_.clocks.now()}); });
+  profiles_.modify([&](auto& profiles) {
+    profiles.push_back({Uuid::random(), std::move(name), *apps_, std::nullopt, runtime_.clocks.now()});
+  });
   store_->persistProfiles(*profiles_);
 }
 
-void AppState::deleteProfile(const Uuid& id) {
+void AppState::deleteProfile(Uuid id) {
   QUILLMERE_CHECK_ON(runtime_.main, "deleteProfile off the main thread");
-  // The caller may name the id of the very entry that goes.
-  const auto gone = id;
-  profiles_.modify([&](auto& profiles) { std::erase_if(profiles, [&](const auto& each) { return each.id == gone; }); });
-  if (*activeProfileID_ == gone) activeProfileID_.set(std::nullopt);
+  profiles_.modify([&](auto& profiles) { std::erase_if(profiles, [&](const auto& each) { return each.id == id; }); });
+  if (*activeProfileID_ == id) activeProfileID_.set(std::nullopt);
   store_->persistProfiles(*profiles_);
   store_->persistActiveProfile(*activeProfileID_);
 }
@@ -37,7 +36,7 @@ void AppState::updateProfile(Profile profile) {
   store_->persistProfiles(*profiles_);
 }
 
-void AppState::duplicateProfile(const Uuid& id) {
+void AppState::duplicateProfile(Uuid id) {
   QUILLMERE_CHECK_ON(runtime_.main, "duplicateProfile off the main thread");
   auto profiles = profiles_.get();
   const auto source = std::ranges::find(profiles, id, &Profile::id);
@@ -51,13 +50,12 @@ void AppState::duplicateProfile(const Uuid& id) {
   store_->persistProfiles(*profiles_);
 }
 
-void AppState::applyProfile(const Uuid& id) {
+void AppState::applyProfile(Uuid id) {
   QUILLMERE_CHECK_ON(runtime_.main, "applyProfile off the main thread");
   const auto profile = std::ranges::find(*profiles_, id, &Profile::id);
   if (profile == profiles_->end()) return;
-  const auto applied = profile->id;
   apps_.set(Mixer().apply(*profile, *apps_));
-  activeProfileID_.set(applied);
+  activeProfileID_.set(id);
   store_->persistProfiles(*profiles_);
   store_->persistActiveProfile(*activeProfileID_);
   store_->persistAppsState(*apps_);

@@ -22,7 +22,8 @@
 namespace quillmere {
 
 /// [main] throughout. Gains are linear, 0 to 1 by convention; nothing is clamped here, the engine clamps. Operations
-/// return nothing and fail silently: an unknown identifier is ignored.
+/// return nothing and fail silently: an unknown identifier is ignored. They take texts and ids by value, because what
+/// names an application may be the very element of a field that goes while the operation changes the field.
 class MixerState {
  public:
   virtual ~MixerState() = default;
@@ -82,11 +83,11 @@ class MixerState {
   // Mixer. ---------------------------------------------------------------------------------------------------------
 
   /// Leaves the mute flag alone: moving the level of a muted application makes it audible at once.
-  virtual void setGain(float gain, const std::string& bundleID) = 0;
+  virtual void setGain(float gain, std::string bundleID) = 0;
   /// Unmuting sends exactly 1.0 to the engine, whatever the application's gain.
-  virtual void toggleMute(const std::string& bundleID) = 0;
+  virtual void toggleMute(std::string bundleID) = 0;
   /// An absent device follows the system default.
-  virtual void setRouting(const std::optional<std::string>& deviceUID, const std::string& bundleID) = 0;
+  virtual void setRouting(std::optional<std::string> deviceUID, std::string bundleID) = 0;
   /// Also sets the hardware volume, at once.
   virtual void setMasterGain(float gain) = 0;
   virtual void completeOnboarding() = 0;
@@ -94,7 +95,7 @@ class MixerState {
   // Fields that views assign. -------------------------------------------------------------------------------------
 
   /// A present UID makes that device the system default; an absent one only forgets the choice.
-  virtual void setOutputDeviceUID(const std::optional<std::string>& deviceUID) = 0;
+  virtual void setOutputDeviceUID(std::optional<std::string> deviceUID) = 0;
   /// Takes effect at the next change of the applications on the microphone.
   virtual void setDuckRule(DuckRule rule) = 0;
   virtual void setFocusCandidateBundleIDs(std::set<std::string> bundleIDs) = 0;
@@ -106,13 +107,13 @@ class MixerState {
   // Profiles. ------------------------------------------------------------------------------------------------------
 
   /// Saves the present list under a name; does not make it active.
-  virtual void addProfile(const std::string& name) = 0;
-  virtual void deleteProfile(const Uuid& id) = 0;
+  virtual void addProfile(std::string name) = 0;
+  virtual void deleteProfile(Uuid id) = 0;
   /// Replaces the profile of the same id; its `updatedAt` becomes now.
   virtual void updateProfile(Profile profile) = 0;
-  virtual void duplicateProfile(const Uuid& id) = 0;
+  virtual void duplicateProfile(Uuid id) = 0;
   /// Only the gains reach the engine; mutes and routes change in the list alone.
-  virtual void applyProfile(const Uuid& id) = 0;
+  virtual void applyProfile(Uuid id) = 0;
 
   // Automations. ---------------------------------------------------------------------------------------------------
 

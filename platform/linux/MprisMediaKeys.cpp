@@ -9,6 +9,6 @@ namespace quillmere {
 
 MprisMediaKeys::MprisMediaKeys(std::shared_ptr<mpris::PlayerWatcher> players) : players_(std::move(players)) {}
 
-void MprisMediaKeys::press(std::int32_t key) { players_->press(key); }
+void MprisMediaKeys::press(std::int32_t key, mediakey::Purpose purpose) { players_->press(key, purpose); }
 
 }  // namespace quillmere

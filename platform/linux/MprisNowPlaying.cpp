@@ -29,9 +29,9 @@ NowPlayingInfo infoOf(const mpris::Player& player, MonotonicTime now) {
   return info;
 }
 
-std::optional<mpris::ToldState> toldOf(const std::optional<mpris::Player>& player) {
-  if (!player || !player->track.title || player->track.title->empty()) return std::nullopt;
-  return mpris::ToldState{player->busName, player->isPlaying()};
+/// A track without a title is none, so nobody sees it.
+std::string shownOf(const std::optional<mpris::Player>& player) {
+  return player && player->track.title && !player->track.title->empty() ? player->busName : std::string();
 }
 
 }  // namespace
@@ -48,8 +48,8 @@ void MprisNowPlaying::nowPlayingInfo(InfoReply reply) {
   auto player = players_->current();
   std::optional<NowPlayingInfo> info;
   if (player) info = infoOf(*player, clocks_.monotonicNow());
-  main_.post([players = players_, told = toldOf(player), info = std::move(info), reply = std::move(reply)] {
-    players->setTold(told);
+  main_.post([players = players_, shown = shownOf(player), info = std::move(info), reply = std::move(reply)] {
+    players->setShown(shown);
     reply(info);
   });
 }

@@ -31,10 +31,11 @@ constexpr auto longestRetry = std::chrono::seconds(30);
 class SqliteUserDefaults::Writer {
  public:
   Writer(std::filesystem::path file, const Clocks& clocks, LogSink& log)
-      : database_(std::move(file), clocks, log),
-        log_(log, "SqliteUserDefaults"),
-        values_(database_.open()),
-        isWritable_(database_.isWritable()) {
+      : database_(std::move(file), clocks, log), log_(log, "SqliteUserDefaults") {
+    auto opened = database_.open();
+    values_ = std::move(opened.values);
+    isWritable_ = opened.storage != SettingsDatabase::Storage::none;
+    mustRewrite_ = opened.storage == SettingsDatabase::Storage::owed;
     if (isWritable_) thread_ = std::thread([this] { run(); });
   }
 
@@ -97,13 +98,22 @@ class SqliteUserDefaults::Writer {
       if (writeOnce(lock)) {
         retry = firstRetry;
         isUnsettled_ = true;
+        committed_.notify_all();
         continue;
       }
-      if (closing_) {
+      const bool isLost = closing_;
+      // A log may be slow, and the main thread wants the lock with every read.
+      lock.unlock();
+      if (isLost) {
         log_.error("the last changes of the settings are lost: " + database_.lastError());
-        return;
+      } else if (retry == firstRetry) {
+        log_.error("settings can't be stored now, trying again: " + database_.lastError());
       }
-      if (retry == firstRetry) log_.error("settings can't be stored now, trying again: " + database_.lastError());
+      lock.lock();
+      // Whoever waits learns of the failure once it is in the log.
+      ++failures_;
+      committed_.notify_all();
+      if (isLost) return;
       changed_.wait_for(lock, retry, [this] { return closing_; });
       retry = std::min<std::chrono::milliseconds>(retry * 2, longestRetry);
     }
@@ -131,8 +141,6 @@ class SqliteUserDefaults::Writer {
     }
     pending_.merge(outcome == Outcome::done ? SettingsChanges{} : std::move(batch));
     writing_ = false;
-    if (outcome != Outcome::done) ++failures_;
-    committed_.notify_all();
     return outcome == Outcome::done;
   }
 
@@ -144,7 +152,8 @@ class SqliteUserDefaults::Writer {
   std::condition_variable changed_;
   std::condition_variable committed_;
   SettingsValues values_;
-  const bool isWritable_;
+  /// Fixed once the thread runs.
+  bool isWritable_ = false;
   SettingsChanges pending_;
   bool writing_ = false;
   bool mustRewrite_ = false;

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
+#include <tuple>
 #include <utility>
 
 namespace quillmere {
@@ -708,6 +710,13 @@ std::size_t MemoryAudioHardware::listenerCount(AudioObjectID object, const Prope
   return static_cast<std::size_t>(std::count_if(
       world_->listeners.begin(), world_->listeners.end(),
       [&](const Listener& listener) { return listener.object == object && listener.address == address; }));
+}
+
+std::size_t MemoryAudioHardware::differentListenerCount() const {
+  const std::lock_guard lock(world_->mutex);
+  std::set<std::tuple<AudioObjectID, PropertyAddress, PropertyListener>> different;
+  for (const auto& listener : world_->listeners) different.emplace(listener.object, listener.address, listener.block);
+  return different.size();
 }
 
 const char* nameOf(MemoryAudioHardware::Method method) {

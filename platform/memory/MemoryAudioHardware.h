@@ -174,7 +174,10 @@ class MemoryAudioHardware final : public AudioHardware {
   /// The methods of all recorded calls that create, destroy, start or stop something.
   [[nodiscard]] std::vector<Method> lifeCalls() const;
   void clearCalls();
+  /// Additions that no removal has taken away, of one listener or of several.
   [[nodiscard]] std::size_t listenerCount(AudioObjectID object, const PropertyAddress& address) const;
+  /// Different listeners on all properties.
+  [[nodiscard]] std::size_t differentListenerCount() const;
 
  private:
   struct World;

@@ -1,6 +1,7 @@
 // The program without its face: the real machine and state on a plain main loop, for the end-to-end tests.
 // Reads one command a line (fields parted by tabs, or by blanks where there is no tab), answers each with one JSON
 // line.
+#include <atomic>
 #include <cstdlib>
 #include <ctime>
 #include <functional>
@@ -39,6 +40,21 @@ std::int64_t monotonicNanos() {
   clock_gettime(CLOCK_MONOTONIC, &now);
   return static_cast<std::int64_t>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
 }
+
+/// The machine's own clocks, with a wall clock that can be put ahead: as after a sleep of the machine, or when somebody
+/// sets the clock. Nothing waits less for it.
+class JumpingClocks final : public Clocks {
+ public:
+  [[nodiscard]] Date now() const override { return system_.now().advancedBy(ahead_); }
+  [[nodiscard]] MonotonicTime monotonicNow() const override { return system_.monotonicNow(); }
+  void sleepThread(Duration duration) override { system_.sleepThread(duration); }
+  /// [any]
+  void jump(double seconds) { ahead_ += seconds; }
+
+ private:
+  SystemClocks system_;
+  std::atomic<double> ahead_ = 0.0;
+};
 
 Fields split(const std::string& line) {
   const char separator = line.find('\t') == std::string::npos ? ' ' : '\t';
@@ -86,7 +102,7 @@ std::string_view phaseName(PomodoroPhase::Kind kind) {
 /// The commands. Each fills the answer, or gives false when its fields make no sense. [main]
 class Commands {
  public:
-  explicit Commands(AppState& state) : state_(state) {
+  Commands(AppState& state, JumpingClocks& clocks) : state_(state), clocks_(clocks) {
     table_ = {
         {"list", [this](const Fields&, Answer& answer) { return list(answer); }},
         {"gain", [this](const Fields& fields, Answer&) { return gain(fields); }},
@@ -100,6 +116,7 @@ class Commands {
         {"profile", [this](const Fields& fields, Answer& answer) { return profile(fields, answer); }},
         {"rule", [this](const Fields& fields, Answer&) { return rule(fields); }},
         {"pause", [this](const Fields& fields, Answer&) { return pause(fields); }},
+        {"clock", [this](const Fields& fields, Answer&) { return clock(fields); }},
     };
   }
 
@@ -257,6 +274,14 @@ class Commands {
     return true;
   }
 
+  /// clock SECONDS: puts the wall clock ahead.
+  bool clock(const Fields& fields) {
+    const auto seconds = fields.size() == 2 ? number(fields[1]) : std::nullopt;
+    if (!seconds) return false;
+    clocks_.jump(static_cast<double>(*seconds));
+    return true;
+  }
+
   static std::set<std::string> identifiers(const std::string& text) {
     std::set<std::string> found;
     std::string::size_type start = 0;
@@ -269,11 +294,12 @@ class Commands {
   }
 
   AppState& state_;
+  JumpingClocks& clocks_;
   std::map<std::string, std::function<bool(const Fields&, Answer&)>, std::less<>> table_;
 };
 
 int runAgent() {
-  SystemClocks clocks;
+  JumpingClocks clocks;
   StandardErrorLogSink log;
   LoopExecutor main;
   ThreadPoolExecutor background(2);
@@ -282,7 +308,7 @@ int runAgent() {
   ProcessTapEngine engine(*machine.audio, runtime);
   DriverClient driver(engine, background);
   const auto state = AppState::create(machine, runtime, driver);
-  Commands commands(*state);
+  Commands commands(*state, clocks);
 
   std::thread reader([&] {
     std::string line;

@@ -1,7 +1,9 @@
 """The automations on real sound: ducking, whisper, focus, the master, and a player paused by a device that goes."""
 
+import contextlib
 import math
 import os
+import sqlite3
 import statistics
 import subprocess
 import time
@@ -14,7 +16,7 @@ from quillmere_e2e import graph
 from quillmere_e2e.case import AMPLITUDE, DESK, PHONES, MixerTest
 from quillmere_e2e.players import copied_executable
 from quillmere_e2e.recording import Monitor
-from quillmere_e2e.tones import RATE, tone_file
+from quillmere_e2e.tones import RATE, tone_file, tone_level
 from quillmere_e2e.waiting import wait_for
 
 HEADSET = "quillmere_usb_headset"
@@ -150,6 +152,113 @@ class WhisperAndFocus(AutomationTest):
         self.agent.ask("focus", "cancel")
         self.assert_level(self.desk, others, 1)
         self.assertEqual(self.agent.state()["phase"], "idle")
+
+
+class Clocks(AutomationTest):
+    """What ends by the wall clock. A minute is the shortest that can be asked for; the clock is put ahead, as it is when
+    the machine wakes from a sleep, and the next tick, within a second, has to find that out."""
+
+    GLASS_HZ = 1567.98
+    HERO_HZ = 698.46
+
+    def wait_until_heard(self, monitor, first, hz):
+        """That a tone is heard for a tenth of a second, anywhere in the recording from a frame on."""
+        step, length = RATE // 20, RATE // 10
+        looked = first
+
+        def is_heard():
+            nonlocal looked
+            while looked + length <= monitor.frames():
+                if tone_level(monitor.read(looked, length), hz) > -30:
+                    return True
+                looked += step
+            return False
+
+        wait_for(is_heard, f"{hz} Hz is heard", 5)
+
+    def stored_master(self):
+        file = Path(os.environ["XDG_CONFIG_HOME"]) / "quillmere" / "defaults.sqlite"
+        with contextlib.closing(sqlite3.connect(f"file:{file}?mode=ro", uri=True)) as settings:
+            row = settings.execute("SELECT value FROM defaults WHERE key = 'quillmere.masterGain'").fetchone()
+        return row[0] if row else None
+
+    def test_a_sleep_timer_walks_the_master_down_and_ends_at_nothing(self):
+        set_volume = lambda volume: graph.tool("wpctl", "set-volume", str(graph.Graph().node(DESK)["id"]), str(volume))
+        self.addCleanup(set_volume, 1.0)
+        player = self.play("pw-play", "Lullaby", 500)
+        app = self.agent.wait_until_live(player)
+        self.agent.gain(app, 0.5)
+        self.agent.ask("master", 0.8)
+        # Sliders are cubic.
+        heard = 0.5 * 0.8 ** 3
+        self.assert_level(self.desk, player, heard)
+        began = time.monotonic()
+        self.agent.ask("sleep", 1)
+        self.assertTrue(self.agent.state()["sleeping"])
+        wait_for(lambda: self.agent.state()["master"] < 0.8 - 0.8 * 2 / 60, "two steps by itself", 10)
+
+        self.agent.ask("clock", 30)
+        wait_for(lambda: self.agent.state()["master"] <= 0.8 * 30 / 60, "half of the way at half of the time", 5)
+        self.assertGreaterEqual(self.agent.state()["master"], 0.8 * (30 - (time.monotonic() - began) - 1) / 60)
+        self.assertTrue(self.agent.state()["sleeping"])
+        self.assertNotEqual(self.stored_master(), 0)
+
+        self.agent.ask("clock", 30)
+        wait_for(lambda: not self.agent.state()["sleeping"], "the timer has ended", 5)
+        self.assertEqual(self.agent.state()["master"], 0)
+        wait_for(lambda: self.stored_master() == 0, "the end is stored", 5)
+        # The timer moves the fader. The device's own volume, and the gains, are not its own to move.
+        self.assert_level(self.desk, player, heard)
+        self.agent.ask("master", 0.5)
+        self.assert_level(self.desk, player, 0.5 * 0.5 ** 3)
+        self.assertEqual(self.agent.state()["master"], 0.5)
+
+    def test_a_sleep_timer_that_is_cancelled_leaves_the_master_on_its_way(self):
+        self.agent.ask("master", 1)
+        self.agent.ask("sleep", 1)
+        self.agent.ask("clock", 24)
+        wait_for(lambda: self.agent.state()["master"] <= 0.6, "the way so far", 5)
+        self.agent.ask("sleep", "-")
+        left = self.agent.state()
+        self.assertFalse(left["sleeping"])
+        self.assertGreater(left["master"], 0.4)
+        # Another clockwork with the same tick ends after the timer would have.
+        self.agent.ask("focus", "minutes", 1, 1)
+        self.agent.ask("focus", "start")
+        self.agent.ask("clock", 60)
+        wait_for(lambda: self.agent.state()["phase"] == "break", "the next tick", 5)
+        self.assertEqual(self.agent.state()["master"], left["master"])
+
+    def test_a_focus_block_goes_through_its_break_to_its_end_and_both_are_rung(self):
+        kept, others = self.play("pw-play", "Kept", 200), self.play("paplay", "Silenced", 3000)
+        app = self.agent.wait_until_live(others)
+        self.agent.gain(app, 0.5)
+        self.assert_level(self.desk, others, 0.5)
+        self.agent.ask("focus", "app", self.agent.wait_until_live(kept))
+        self.agent.ask("focus", "minutes", 1, 1)
+        self.agent.ask("focus", "start")
+        self.assertEqual(self.agent.state()["phase"], "focus")
+        self.assert_level(self.desk, kept, 1)
+        self.assert_level(self.desk, others, 0)
+
+        first = self.desk.frames()
+        self.agent.ask("clock", 50)
+        self.assert_level(self.desk, others, 0)
+        self.assertEqual(self.agent.state()["phase"], "focus")
+        self.agent.ask("clock", 10)
+        wait_for(lambda: self.agent.state()["phase"] == "break", "the break", 5)
+        self.wait_until_heard(self.desk, first, self.GLASS_HZ)
+        self.assert_level(self.desk, kept, 1)
+        self.assert_level(self.desk, others, 0.5)
+
+        first = self.desk.frames()
+        self.agent.ask("clock", 60)
+        wait_for(lambda: self.agent.state()["phase"] == "idle", "the end", 5)
+        self.wait_until_heard(self.desk, first, self.HERO_HZ)
+        self.assert_level(self.desk, kept, 1)
+        self.assert_level(self.desk, others, 0.5)
+        apps = {each["bundleID"] for each in self.agent.state()["apps"]}
+        self.assertFalse([each for each in apps if "quillmere" in each], "our own sounds are no application")
 
 
 class Master(AutomationTest):

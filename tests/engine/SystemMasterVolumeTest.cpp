@@ -221,6 +221,17 @@ TEST_F(SystemMasterVolumeTest, TheOldDevicesListenersStayAndTellTheNewDevicesVol
   EXPECT_THAT(told, ElementsAre(0.3F));
 }
 
+TEST_F(SystemMasterVolumeTest, ADefaultThatGoesToAndFroForEverNeedsNoMoreListeners) {
+  useVolumes({{0, {}}, {1, {}}, {2, {}}});
+  const auto headphones = addHeadphones({{0, {.value = 0.3F}}});
+  for (int change = 0; change < 1000; ++change) {
+    hardware.setDefaultOutput(change % 2 == 0 ? headphones : speakers);
+    master->followDefaultOutput();
+    hardware.clearCalls();
+  }
+  EXPECT_EQ(hardware.differentListenerCount(), 3U + 1U);
+}
+
 TEST_F(SystemMasterVolumeTest, FollowingToNoDefaultLeavesNothingListenedTo) {
   useVolumes({{0, {}}});
   hardware.setDefaultOutput(0);

@@ -126,6 +126,22 @@ TEST_F(Remote, NothingIsSentWhileNothingChanges) {
   EXPECT_TRUE(toRemote.empty());
 }
 
+TEST_F(Remote, ProcessesThatHaveComeAndGoneLeaveNothingBehind) {
+  startWithThree();
+  connect();
+  const auto held = [this] {
+    std::size_t count = 0;
+    state().visitFields([&](const char*, const auto& field) { count += field.heldObservers(); });
+    return count;
+  };
+  const auto heldByOne = held();
+  for (int process = 0; process < 100; ++process) {
+    host.reset();
+    connect();
+  }
+  EXPECT_EQ(held(), heldByOne);
+}
+
 TEST_F(Remote, EveryOperationReachesTheMixer) {
   startWithThree();
   const auto profilesBefore = state().profiles()->size();

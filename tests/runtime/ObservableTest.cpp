@@ -30,6 +30,14 @@ TEST(Observable, EndedSubscriptionsHearNothing) {
   EXPECT_EQ(told, 0);
 }
 
+TEST(Observable, AFieldThatNeverChangesForgetsThoseWhoLeft) {
+  const Observable<int> field;
+  const auto stays = field.observe([](int) {});
+  for (int visitor = 0; visitor < 1000; ++visitor) field.observe([](int) {}).cancel();
+  // The last to leave may still have a place.
+  EXPECT_LE(field.heldObservers(), 2U);
+}
+
 TEST(Observable, SubscriptionMayOutliveTheField) {
   Subscription subscription;
   {

@@ -55,6 +55,29 @@ TEST_F(DeviceLoss, UnpluggingTheHeadsetPausesAndPluggingItInResumes) {
   EXPECT_TRUE(playing);
 }
 
+TEST_F(DeviceLoss, ThePressesSayWhatTheyAreFor) {
+  using enum mediakey::Purpose;
+  play();
+  unplug();
+  EXPECT_THAT(box->keys.purposes(), ElementsAre(pause));
+  box->advanceSeconds(5);
+  plug();
+  box->advanceSeconds(1);
+  EXPECT_THAT(box->keys.purposes(), ElementsAre(pause, resume));
+}
+
+TEST_F(DeviceLoss, APauseIsResumedThoughTheTitleGoesMeanwhile) {
+  using enum mediakey::Purpose;
+  play();
+  unplug();
+  box->player.setInfo(std::nullopt);
+  box->advanceSeconds(5);
+  ASSERT_FALSE(*state().nowPlaying());
+  plug();
+  box->advanceSeconds(1);
+  EXPECT_THAT(box->keys.purposes(), ElementsAre(pause, resume));
+}
+
 TEST_F(DeviceLoss, AnotherReturnOfTheDeviceDoesNothing) {
   play();
   unplug();

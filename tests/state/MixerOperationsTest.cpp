@@ -1,4 +1,6 @@
 // The plain operations: memory, then the store, then the engine.
+#include <algorithm>
+
 #include "StateFixture.h"
 
 namespace quillmere {
@@ -100,6 +102,38 @@ TEST_F(MixerOperations, AnAbsentRouteIsStoredAndStillSent) {
   EXPECT_EQ(box->app(spotify)->routedDeviceUID, std::nullopt);
   EXPECT_THAT(disk.written(), ElementsAre("quillmere.appsState"));
   EXPECT_THAT(engineCalls(), ElementsAre(routingCall(spotify, std::nullopt)));
+}
+
+TEST_F(MixerOperations, TheListsOwnElementsMayNameTheApplication) {
+  // The list that the name is in goes while the operation changes it.
+  startWithThree();
+  const auto first = [this]() -> const AudioApp& { return state().apps()->front(); };
+  const std::string bundleID = first().bundleID;
+  state().setRouting("a device with a name of some length", first().bundleID);
+  state().setGain(0.5F, first().bundleID);
+  state().toggleMute(first().bundleID);
+  state().toggleMute(first().bundleID);
+  state().setRouting(first().routedDeviceUID, first().bundleID);
+  settle();
+  EXPECT_THAT(engineCalls(), ElementsAre(routingCall(bundleID, "a device with a name of some length"),
+                                         gainCall(bundleID, 0.5F), gainCall(bundleID, 0.0F), gainCall(bundleID, 1.0F),
+                                         routingCall(bundleID, "a device with a name of some length")));
+}
+
+TEST_F(MixerOperations, TheRouteOfOneApplicationMayBeGivenToAnother) {
+  startWithThree();
+  state().setRouting("a device with a name of some length", spotify);
+  settle();
+  forget();
+  for (const auto& app : std::vector<AudioApp>(*state().apps())) {
+    if (app.bundleID == spotify) continue;
+    const auto& list = *state().apps();
+    const auto routed = std::ranges::find(list, spotify, &AudioApp::bundleID);
+    state().setRouting(routed->routedDeviceUID, app.bundleID);
+  }
+  settle();
+  EXPECT_THAT(engineCalls(), testing::UnorderedElementsAre(routingCall(zoom, "a device with a name of some length"),
+                                                           routingCall(editor, "a device with a name of some length")));
 }
 
 TEST_F(MixerOperations, TheMasterGoesToTheHardwareAtOnceAndNeverToTheEngine) {
@@ -217,6 +251,16 @@ TEST_F(OutputDeviceChoice, AssigningThePresentValueDoesNothingAndDoesNotSuppress
   box->audio.removeDevice(headset);
   settle();
   EXPECT_THAT(box->keys.pressed(), ElementsAre(mediakey::play)) << "the loss counts";
+}
+
+TEST_F(OutputDeviceChoice, AnApplicationsRouteMayBeTheChoiceThoughItGoesMeanwhile) {
+  state().setRouting("headset", spotify);
+  const auto watch =
+      state().outputDeviceUID().observe([this](const auto&) { state().setRouting(std::nullopt, spotify); });
+  const auto& list = *state().apps();
+  state().setOutputDeviceUID(std::ranges::find(list, spotify, &AudioApp::bundleID)->routedDeviceUID);
+  EXPECT_EQ(*state().outputDeviceUID(), "headset");
+  EXPECT_EQ(box->audio.defaultOutput(), headset);
 }
 
 TEST_F(OutputDeviceChoice, AssigningNothingToNothingDoesNothing) {

@@ -198,6 +198,37 @@ TEST_F(Profiles, ANameAlwaysComesFromTheListAndNeverFromTheProfile) {
   EXPECT_EQ(box->app(spotify)->name, "Spotify Premium");
 }
 
+TEST_F(Profiles, TheListsOwnElementsMayNameTheProfile) {
+  // The list that the id or the name is in goes while the operation changes it.
+  static_cast<void>(add("A name that is too long to be kept in place"));
+  const auto id = add("Another");
+  const auto kept = state().profiles()->at(1).name;
+  state().addProfile(state().profiles()->at(1).name);
+  EXPECT_EQ(state().profiles()->back().name, kept);
+  state().duplicateProfile(state().profiles()->at(2).id);
+  EXPECT_EQ(state().profiles()->back().name, "Another Copy");
+  state().applyProfile(state().profiles()->at(2).id);
+  EXPECT_EQ(*state().activeProfileID(), id);
+  state().applyProfile(**state().activeProfileID());
+  EXPECT_EQ(*state().activeProfileID(), id);
+  state().deleteProfile(**state().activeProfileID());
+  EXPECT_EQ(*state().activeProfileID(), std::nullopt);
+  EXPECT_EQ(state().profiles()->size(), 4U);
+  state().deleteProfile(state().profiles()->front().id);
+  EXPECT_EQ(state().profiles()->size(), 3U);
+  EXPECT_EQ(state().profiles()->front().name, kept);
+}
+
+TEST_F(Profiles, AnObserverMayDeleteTheProfileThatIsBeingApplied) {
+  const auto id = add("Evening");
+  state().setGain(0.5F, spotify);
+  const auto watch = state().apps().observe([this](const auto&) {
+    if (state().profiles()->size() > 1) state().deleteProfile(state().profiles()->back().id);
+  });
+  state().applyProfile(state().profiles()->back().id);
+  EXPECT_EQ(*state().activeProfileID(), id);
+}
+
 TEST_F(Profiles, TheActiveProfileStaysSetWhenTheLayoutNoLongerMatchesIt) {
   const auto id = add("Evening");
   state().applyProfile(id);

@@ -1,57 +1,56 @@
 // Media keys to calls of players.
 #include "mpris/KeyDecision.h"
 
-#include "platform/MediaKeys.h"
+#include <algorithm>
+#include <utility>
 
 namespace quillmere::mpris {
 namespace {
 
-const Player* find(const Players& players, const std::string& busName) {
-  const auto found = players.find(busName);
-  return found == players.end() ? nullptr : &found->second;
+/// Where nothing plays there is nothing to do, and what an earlier press has stopped is still to be resumed.
+std::optional<PlayerCall> pause(const Players& players, std::uint64_t& pausedRun) {
+  const auto* counting = countingPlayer(players);
+  if (counting == nullptr || !counting->isPlaying()) return std::nullopt;
+  pausedRun = counting->lastPlayed;
+  return PlayerCall{counting->busName, "Pause"};
 }
 
-/// The program saw a track that played: it means "pause". Pausing what is paused already does nothing.
-std::optional<PlayerCall> pause(const Player* told, const Player* counting) {
-  if (told != nullptr && told->isPlaying()) return PlayerCall{told->busName, "Pause"};
-  if (counting != nullptr && counting->isPlaying()) return PlayerCall{counting->busName, "Pause"};
-  if (told != nullptr) return PlayerCall{told->busName, "Pause"};
-  return std::nullopt;
+/// A player that has played since was paused by somebody else, and one that has come again never played for us: both
+/// have another run.
+std::optional<PlayerCall> resume(const Players& players, std::uint64_t& pausedRun) {
+  const auto run = std::exchange(pausedRun, 0);
+  const auto* counting = countingPlayer(players);
+  if (run == 0 || (counting != nullptr && counting->isPlaying())) return std::nullopt;
+  const auto paused =
+      std::ranges::find_if(players, [run](const auto& entry) { return entry.second.lastPlayed == run; });
+  if (paused == players.end()) return std::nullopt;
+  return PlayerCall{paused->first, "Play"};
 }
 
-/// The program saw a track that did not play: it means "play", unless something has begun to by itself.
-std::optional<PlayerCall> resume(const Player* told, const Player* counting) {
-  if (told == nullptr || (counting != nullptr && counting->isPlaying())) return std::nullopt;
-  return PlayerCall{told->busName, "Play"};
-}
-
-/// The program knows of no track, so what it means is not known: only a pause of our own making is undone.
-std::optional<PlayerCall> toggleUntold(const Player* counting, const Players& players, std::string& pausedByKey) {
-  if (counting != nullptr && counting->isPlaying()) {
-    pausedByKey = counting->busName;
-    return PlayerCall{counting->busName, "Pause"};
+const char* methodOf(std::int32_t key) {
+  switch (key) {
+    case mediakey::play:
+      return "PlayPause";
+    case mediakey::next:
+      return "Next";
+    case mediakey::previous:
+      return "Previous";
+    default:
+      return nullptr;
   }
-  const auto* paused = find(players, pausedByKey);
-  pausedByKey.clear();
-  if (paused == nullptr) return std::nullopt;
-  return PlayerCall{paused->busName, "Play"};
 }
 
 }  // namespace
 
-std::optional<PlayerCall> decideKey(std::int32_t key, const std::optional<ToldState>& told, const Players& players,
-                                    std::string& pausedByKey) {
+std::optional<PlayerCall> decideKey(std::int32_t key, mediakey::Purpose purpose, const std::string& shown,
+                                    const Players& players, std::uint64_t& pausedRun) {
+  if (key == mediakey::play && purpose == mediakey::Purpose::pause) return pause(players, pausedRun);
+  if (key == mediakey::play && purpose == mediakey::Purpose::resume) return resume(players, pausedRun);
+  const auto* const method = methodOf(key);
+  if (method == nullptr) return std::nullopt;
+  if (players.contains(shown)) return PlayerCall{shown, method};
   const auto* counting = countingPlayer(players);
-  const auto* toldPlayer = told ? find(players, told->busName) : nullptr;
-  if (key == mediakey::next || key == mediakey::previous) {
-    const auto* target = toldPlayer != nullptr ? toldPlayer : counting;
-    if (target == nullptr) return std::nullopt;
-    return PlayerCall{target->busName, key == mediakey::next ? "Next" : "Previous"};
-  }
-  if (key != mediakey::play) return std::nullopt;
-  if (!told) return toggleUntold(counting, players, pausedByKey);
-  pausedByKey.clear();
-  return told->isPlaying ? pause(toldPlayer, counting) : resume(toldPlayer, counting);
+  return counting == nullptr ? std::nullopt : std::optional(PlayerCall{counting->busName, method});
 }
 
 }  // namespace quillmere::mpris

@@ -1,6 +1,4 @@
-// What a press of a media key means for the players there are.
-// The program presses the toggle for what it was last told; the answer is a call that stays right if that is out of
-// date.
+// What a press of a media key is for the players there are: a call that stays right if it comes late.
 #pragma once
 
 #include <cstdint>
@@ -8,14 +6,9 @@
 #include <string>
 
 #include "Player.h"
+#include "platform/MediaKeys.h"
 
 namespace quillmere::mpris {
-
-/// The track that the program was last told of.
-struct ToldState {
-  std::string busName;
-  bool isPlaying = false;
-};
 
 struct PlayerCall {
   std::string busName;
@@ -24,9 +17,12 @@ struct PlayerCall {
 };
 
 /// Absent if nothing is to be done.
-/// @param told         absent if no track was told
-/// @param pausedByKey  bus name of the player without track that a key has paused; kept up to date
-[[nodiscard]] std::optional<PlayerCall> decideKey(std::int32_t key, const std::optional<ToldState>& told,
-                                                  const Players& players, std::string& pausedByKey);
+/// @param shown      bus name of the player whose track the program shows: a person's press is for that one; empty if
+/// it
+///                   shows none
+/// @param pausedRun  the run of playing (`Player::lastPlayed`) that a press has ended and none has resumed; 0 if there
+///                   is none; kept up to date
+[[nodiscard]] std::optional<PlayerCall> decideKey(std::int32_t key, mediakey::Purpose purpose, const std::string& shown,
+                                                  const Players& players, std::uint64_t& pausedRun);
 
 }  // namespace quillmere::mpris

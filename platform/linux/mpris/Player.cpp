@@ -118,6 +118,10 @@ Track trackOf(GVariant* metadata) {
   return track;
 }
 
+std::string desktopEntryOf(GVariant* value) {
+  return isText(value) ? cleanText(textIn(value), maxIdentifierBytes) : std::string();
+}
+
 void applyPosition(Player& player, std::int64_t micros, MonotonicTime now) {
   player.positionSeconds = secondsOf(static_cast<double>(micros));
   player.positionAt = now;

@@ -55,6 +55,9 @@ bool applyProperties(Player& player, GVariant* properties, MonotonicTime now, st
 /// The track in a Metadata dictionary; empty if it is none.
 [[nodiscard]] Track trackOf(GVariant* metadata);
 
+/// The DesktopEntry property, made fit to be looked up; empty if it is no text.
+[[nodiscard]] std::string desktopEntryOf(GVariant* value);
+
 /// Takes a position in microseconds; negative ones count as unknown.
 void applyPosition(Player& player, std::int64_t micros, MonotonicTime now);
 

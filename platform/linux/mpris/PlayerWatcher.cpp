@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "bus/BusThread.h"
+#include "mpris/KeyDecision.h"
 
 namespace quillmere::mpris {
 namespace {
@@ -61,9 +62,9 @@ class PlayerWatcher::Thread {
   }
 
   /// [any]
-  void press(std::int32_t key, std::optional<ToldState> told) {
-    bus_.invoke([this, key, told = std::move(told)] {
-      const auto call = decideKey(key, told, players_, pausedByKey_);
+  void press(std::int32_t key, mediakey::Purpose purpose, const std::string& shown) {
+    bus_.invoke([this, key, purpose, shown] {
+      const auto call = decideKey(key, purpose, shown, players_, pausedRun_);
       if (!call || bus_.connection() == nullptr) return;
       this->call(call->busName, playerPath, playerInterface, call->method, nullptr, [](GVariant*) {});
     });
@@ -183,8 +184,7 @@ class PlayerWatcher::Thread {
            if (player == nullptr || !isOfType(reply, "(v)")) return;
            const Variant boxed(g_variant_get_child_value(reply, 0));
            const Variant value(g_variant_get_variant(boxed.get()));
-           if (!isOfType(value.get(), "s")) return;
-           player->desktopEntry = g_variant_get_string(value.get(), nullptr);
+           player->desktopEntry = desktopEntryOf(value.get());
            publish();
          });
   }
@@ -307,7 +307,8 @@ class PlayerWatcher::Thread {
   std::map<std::string, Questions> questions_;
   std::uint64_t playSequence_ = 0;
   std::uint64_t discovered_ = 0;
-  std::string pausedByKey_;
+  /// The run of playing that a key has ended; 0 if there is none.
+  std::uint64_t pausedRun_ = 0;
 
   std::atomic<bool> attentionIsPosted_ = false;
   std::atomic<bool> wantsAttention_ = false;
@@ -326,18 +327,8 @@ PlayerWatcher::~PlayerWatcher() = default;
 
 std::optional<Player> PlayerWatcher::current() { return thread_->current(); }
 
-void PlayerWatcher::setTold(std::optional<ToldState> told) {
-  const std::lock_guard lock(toldMutex_);
-  told_ = std::move(told);
-}
+void PlayerWatcher::setShown(std::string busName) { shown_ = std::move(busName); }
 
-void PlayerWatcher::press(std::int32_t key) {
-  std::optional<ToldState> told;
-  {
-    const std::lock_guard lock(toldMutex_);
-    told = told_;
-  }
-  thread_->press(key, std::move(told));
-}
+void PlayerWatcher::press(std::int32_t key, mediakey::Purpose purpose) { thread_->press(key, purpose, shown_); }
 
 }  // namespace quillmere::mpris

@@ -4,12 +4,11 @@
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 
-#include "KeyDecision.h"
 #include "Player.h"
+#include "platform/MediaKeys.h"
 #include "runtime/Clocks.h"
 #include "runtime/Logger.h"
 
@@ -36,16 +35,16 @@ class PlayerWatcher {
   /// again now and then. [any]
   [[nodiscard]] std::optional<Player> current();
 
-  /// What the program has just been told; absent if it was no track. [main]
-  void setTold(std::optional<ToldState> told);
-  /// Presses a key in the sense of what was told last. [main]
-  void press(std::int32_t key);
+  /// The bus name of the player whose track the program has just been told; empty if it was no track. [main]
+  void setShown(std::string busName);
+  /// Presses a key; one that a person pressed is for the player shown. [main]
+  void press(std::int32_t key, mediakey::Purpose purpose);
 
  private:
   class Thread;
   std::unique_ptr<Thread> thread_;
-  std::mutex toldMutex_;
-  std::optional<ToldState> told_;
+  /// [main]
+  std::string shown_;
 };
 
 }  // namespace quillmere::mpris

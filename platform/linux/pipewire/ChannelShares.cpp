@@ -70,17 +70,4 @@ std::string channelName(std::uint32_t position) {
   return "UNK";
 }
 
-std::vector<std::uint32_t> channelPositions(std::span<const std::string> names) {
-  std::vector<std::uint32_t> positions;
-  for (const auto& name : names) {
-    for (const auto* entry = spa_type_audio_channel; entry->name != nullptr; ++entry) {
-      if (std::string_view(entry->name).ends_with(":" + name)) positions.push_back(entry->type);
-    }
-  }
-  // A side alone is a device of which only a part is known so far.
-  const bool isWhole = !names.empty() && positions.size() == names.size() && names.size() <= mostChannels &&
-                       (names.size() > 1 || positions.front() == SPA_AUDIO_CHANNEL_MONO);
-  return isWhole ? positions : std::vector<std::uint32_t>{SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_FR};
-}
-
 }  // namespace quillmere::pipewire

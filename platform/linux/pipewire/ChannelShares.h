@@ -30,7 +30,5 @@ inline constexpr std::size_t mostChannels = 64;
 
 /// As the daemon and the session manager spell it in `audio.channel`, for instance "FL".
 [[nodiscard]] std::string channelName(std::uint32_t position);
-/// The positions of channels by their names; stereo where there are none, too many, or one has no position.
-[[nodiscard]] std::vector<std::uint32_t> channelPositions(std::span<const std::string> names);
 
 }  // namespace quillmere::pipewire

@@ -259,6 +259,13 @@ bool GraphModel::areLinked(GlobalID outputNode, GlobalID inputNode) const {
   return std::any_of(links.begin(), links.end(), [&](const auto& link) { return link.outputNode == outputNode; });
 }
 
+std::optional<GlobalID> GraphModel::linkedInput(GlobalID outputNode) const {
+  const auto found = std::find_if(links_.begin(), links_.end(),
+                                  [&](const auto& entry) { return entry.second.outputNode == outputNode; });
+  if (found == links_.end()) return std::nullopt;
+  return found->second.inputNode;
+}
+
 std::string GraphModel::outputSerial(const std::optional<std::string>& name) const {
   auto wanted = name;
   if (!wanted) {

@@ -135,6 +135,8 @@ class GraphModel {
   [[nodiscard]] bool hasLinkInto(GlobalID inputNode) const;
   [[nodiscard]] bool hasLinkFrom(GlobalID outputNode) const;
   [[nodiscard]] bool areLinked(GlobalID outputNode, GlobalID inputNode) const;
+  /// The node that this one plays into; of several, any.
+  [[nodiscard]] std::optional<GlobalID> linkedInput(GlobalID outputNode) const;
   [[nodiscard]] std::vector<PortRecord> portsOf(GlobalID node) const;
   /// Serial of the output of this node.name, absent: of the default output; empty where there is none.
   [[nodiscard]] std::string outputSerial(const std::optional<std::string>& name) const;

@@ -68,8 +68,10 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
           loop_, options_.remote, log_,
           {[this](pw_core* core) { onConnected(core); }, [this](std::uint32_t client) { model_.setOwnClient(client); },
            [this] { onLost(); }, [this](int sequence) { onDone(sequence); }}),
+      scouts_(
+          loop_, model_, [this] { return connection_.core(); }, log_, [this] { changed_.raise(); }),
       director_(
-          model_, mover_, ids_,
+          model_, mover_, scouts_, ids_,
           [this](const std::optional<std::string>& output, const std::function<void()>&) -> std::unique_ptr<TapPath> {
             auto* core = connection_.core();
             if (core == nullptr) return nullptr;
@@ -143,6 +145,7 @@ void Host::onDone(int sequence) {
 
 void Host::onMetadata(GlobalID subject, const std::string& key, const std::optional<std::string>& value) {
   if (key == "target.object") mover_.onTargetChanged(subject, value);
+  if (key == "target.node") mover_.onNodeTargetChanged(subject, value);
   if (subject != 0 || key != "default.audio.sink" || !value) return;
   // A session manager that knows the default has seen the whole graph. One that starts and meets a node of ours
   // half-way would never link anything.
@@ -186,6 +189,8 @@ void Host::deleteStaleTargets() {
 }
 
 void Host::flush() {
+  scouts_.graphChanged();
+  volume_.graphChanged();
   director_.graphChanged();
   armTicks();
   publish();
@@ -206,7 +211,11 @@ void Host::publish() {
     const std::lock_guard lock(shared_.mutex);
     changes = differences(*shared_.snapshot, *fresh);
     shared_.snapshot = fresh;
-    shared_.rate = model_.graphRate();
+    shared_.graphRate = model_.graphRate();
+    for (auto& [tap, rate] : shared_.tapRates) {
+      const double now = director_.rate(tap);
+      if (std::exchange(rate, now) != now) changes.push_back({tap, audio::tapFormat});
+    }
     for (const auto device : shared_.tapDevices) {
       const bool isAlive = director_.isAlive(device);
       if (isAlive != shared_.aliveDevices.contains(device)) changes.push_back({device, audio::deviceIsAlive});

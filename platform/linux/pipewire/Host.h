@@ -2,6 +2,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -15,6 +16,7 @@
 #include "Listeners.h"
 #include "Loop.h"
 #include "ObjectIDs.h"
+#include "OutputScouts.h"
 #include "RegistryWatcher.h"
 #include "StreamMover.h"
 #include "TapDirector.h"
@@ -39,13 +41,12 @@ class Host {
     const std::lock_guard lock(shared_.mutex);
     return shared_.tapDevices.contains(device);
   }
-  [[nodiscard]] bool isTap(AudioObjectID tap) const {
+  /// The rate of a tap in Hz; absent for what is none.
+  [[nodiscard]] std::optional<double> tapRate(AudioObjectID tap) const {
     const std::lock_guard lock(shared_.mutex);
-    return shared_.taps.contains(tap);
-  }
-  [[nodiscard]] double rate() const {
-    const std::lock_guard lock(shared_.mutex);
-    return shared_.rate;
+    const auto found = shared_.tapRates.find(tap);
+    if (found == shared_.tapRates.end()) return std::nullopt;
+    return found->second;
   }
 
   Status writeDefaultOutput(AudioObjectID device);
@@ -62,7 +63,11 @@ class Host {
   // What the object ids of taps and aggregate devices are known by on other threads.
   void noteTap(AudioObjectID tap, bool isThere) {
     const std::lock_guard lock(shared_.mutex);
-    isThere ? static_cast<void>(shared_.taps.insert(tap)) : static_cast<void>(shared_.taps.erase(tap));
+    if (isThere) {
+      shared_.tapRates.emplace(tap, shared_.graphRate);
+    } else {
+      shared_.tapRates.erase(tap);
+    }
   }
   void noteDevice(AudioObjectID device, bool isThere) {
     const std::lock_guard lock(shared_.mutex);
@@ -97,11 +102,12 @@ class Host {
     bool isComplete = false;
     bool hasSaidFarewell = false;
     std::shared_ptr<const AudioSnapshot> snapshot = std::make_shared<AudioSnapshot>();
-    std::set<AudioObjectID> taps;
+    /// In Hz.
+    std::map<AudioObjectID, double> tapRates;
     std::set<AudioObjectID> tapDevices;
     std::set<AudioObjectID> aliveDevices;
-    /// Of the graph, in Hz.
-    double rate = 48000.0;
+    /// In Hz.
+    double graphRate = 48000.0;
   } shared_;
 
   // All below: loop only.
@@ -128,6 +134,7 @@ class Host {
   DeviceVolume volume_;
   StreamMover mover_;
   Connection connection_;
+  OutputScouts scouts_;
   TapDirector director_;
 };
 

@@ -1,39 +1,62 @@
 #include "Listeners.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <map>
+#include <mutex>
 #include <set>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 namespace quillmere::pipewire {
 
+namespace {
+
+/// Sorted by property, so that the listeners of one stand side by side.
+struct Key {
+  PropertyChange property;
+  PropertyAddress address;
+  PropertyListener listener;
+
+  friend auto operator<=>(const Key&, const Key&) = default;
+};
+
+/// Finds a property's listeners among the keys.
+struct ByProperty {
+  using is_transparent = void;
+  bool operator()(const Key& left, const Key& right) const { return left < right; }
+  bool operator()(const Key& left, const PropertyChange& right) const { return left.property < right; }
+  bool operator()(const PropertyChange& left, const Key& right) const { return left < right.property; }
+};
+
+}  // namespace
+
 struct Listeners::State {
-  struct Entry {
-    AudioObjectID object;
-    PropertyAddress address;
-    PropertyListener listener;
-  };
-  std::mutex mutex;
-  std::vector<Entry> entries;
+  mutable std::mutex mutex;
+  /// With the number of the addition: whoever goes and comes again is another one.
+  std::map<Key, std::uint64_t, ByProperty> entries;
+  std::uint64_t additions = 0;
   std::set<PropertyChange> waiting;
 
   void deliver() {
-    std::vector<Entry> due;
+    std::vector<std::pair<std::uint64_t, Key>> due;
     {
       const std::lock_guard lock(mutex);
-      for (const auto& entry : entries) {
-        if (waiting.contains({entry.object, entry.address.selector})) due.push_back(entry);
+      for (const auto& change : std::exchange(waiting, {})) {
+        const auto [first, last] = entries.equal_range(change);
+        for (auto entry = first; entry != last; ++entry) due.emplace_back(entry->second, entry->first);
       }
-      waiting.clear();
     }
-    for (const auto& entry : due) {
-      if (isThere(entry)) (*entry.listener)();
+    std::ranges::sort(due, {}, [](const auto& each) { return each.first; });
+    for (const auto& [number, key] : due) {
+      if (isThere(key, number)) (*key.listener)();
     }
   }
-  bool isThere(const Entry& wanted) {
+  bool isThere(const Key& key, std::uint64_t number) const {
     const std::lock_guard lock(mutex);
-    return std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) {
-      return entry.listener == wanted.listener && entry.object == wanted.object && entry.address == wanted.address;
-    });
+    const auto found = entries.find(key);
+    return found != entries.end() && found->second == number;
   }
 };
 
@@ -47,15 +70,13 @@ Listeners::~Listeners() {
 void Listeners::add(AudioObjectID object, const PropertyAddress& address, PropertyListener listener) {
   if (!listener || !*listener) return;
   const std::lock_guard lock(state_->mutex);
-  state_->entries.push_back({object, address, std::move(listener)});
+  const auto [entry, isNew] = state_->entries.try_emplace({{object, address.selector}, address, std::move(listener)});
+  if (isNew) entry->second = ++state_->additions;
 }
 
 void Listeners::remove(AudioObjectID object, const PropertyAddress& address, const PropertyListener& listener) {
   const std::lock_guard lock(state_->mutex);
-  const auto found = std::find_if(state_->entries.begin(), state_->entries.end(), [&](const auto& entry) {
-    return entry.listener == listener && entry.object == object && entry.address == address;
-  });
-  if (found != state_->entries.end()) state_->entries.erase(found);
+  state_->entries.erase(Key{{object, address.selector}, address, listener});
 }
 
 void Listeners::tell(std::span<const PropertyChange> changes) {
@@ -63,14 +84,16 @@ void Listeners::tell(std::span<const PropertyChange> changes) {
     const std::lock_guard lock(state_->mutex);
     bool isNews = false;
     for (const auto& change : changes) {
-      const bool isAwaited = std::any_of(state_->entries.begin(), state_->entries.end(), [&](const auto& entry) {
-        return entry.object == change.object && entry.address.selector == change.selector;
-      });
-      if (isAwaited) isNews = state_->waiting.insert(change).second || isNews;
+      if (state_->entries.contains(change)) isNews = state_->waiting.insert(change).second || isNews;
     }
     if (!isNews) return;
   }
   main_.post([state = state_] { state->deliver(); });
+}
+
+std::size_t Listeners::count() const {
+  const std::lock_guard lock(state_->mutex);
+  return state_->entries.size();
 }
 
 }  // namespace quillmere::pipewire

@@ -1,11 +1,9 @@
 // Property listeners and their delivery on the main executor, several changes as one call.
 #pragma once
 
-#include <map>
+#include <cstddef>
 #include <memory>
-#include <mutex>
 #include <span>
-#include <vector>
 
 #include "AudioSnapshot.h"
 #include "platform/AudioHardware.h"
@@ -13,6 +11,9 @@
 
 namespace quillmere::pipewire {
 
+/// Ids of devices come back with the devices, so whoever follows the default output adds to the same properties for as
+/// long as the program runs. A listener that is there already therefore takes no further place, and a delivery looks at
+/// those alone that it is for.
 class Listeners {
  public:
   explicit Listeners(Executor& main);
@@ -23,8 +24,11 @@ class Listeners {
   // [any]
   void add(AudioObjectID object, const PropertyAddress& address, PropertyListener listener);
   void remove(AudioObjectID object, const PropertyAddress& address, const PropertyListener& listener);
-  /// A listener that is still there when its turn comes is called once, however often its property changed.
+  /// A listener that is still there when its turn comes is called once, however often its property changed; those of
+  /// one delivery in the order in which they were added.
   void tell(std::span<const PropertyChange> changes);
+  /// How many there are.
+  [[nodiscard]] std::size_t count() const;
 
  private:
   struct State;

@@ -8,27 +8,45 @@ namespace {
 const std::string targetObject = "target.object";
 const std::string targetNode = "target.node";
 const std::string idType = "Spa:Id";
+/// In place of a target: the default output, whatever the stream itself asks for.
 constexpr std::string_view automatic = "-1";
+/// A person doesn't say the same so often; a program that sends the stream back each time would go on for ever.
+constexpr int mostRepeats = 20;
 
 }  // namespace
 
 StreamMover::StreamMover(const GraphModel& model, MetadataWriter& metadata, Logger log)
     : model_(model), metadata_(metadata), log_(std::move(log)) {}
 
-void StreamMover::claim(const std::string& application, const std::string& serial) {
-  claims_[application] = serial;
+void StreamMover::claim(const std::string& application, const Destination& route, const Destination& destination,
+                        const std::string& serial) {
+  auto& claim = claims_[application];
+  claim.route = route;
+  claim.taps[destination] = serial;
   ownSerials_.insert(serial);
   settle();
 }
 
-void StreamMover::release(const std::string& application) {
-  claims_.erase(application);
+void StreamMover::release(const std::string& application, const Destination& destination) {
+  const auto claim = claims_.find(application);
+  if (claim == claims_.end()) return;
+  const auto tap = claim->second.taps.find(destination);
+  if (tap == claim->second.taps.end()) return;
+  const auto serial = tap->second;
+  claim->second.taps.erase(tap);
+  if (claim->second.taps.empty()) claims_.erase(claim);
   forgetGone();
   std::erase_if(moved_, [&](const auto& entry) {
-    if (entry.second.application != application) return false;
+    if (entry.second.application != application || entry.second.serial != serial) return false;
     if (!entry.second.isLeftAlone && !hasLeft(entry.first, entry.second)) restore(entry.first, entry.second);
     return true;
   });
+}
+
+void StreamMover::forgetWishes(const std::string& application) {
+  for (auto& [id, moved] : moved_) {
+    if (moved.application == application) moved.isWish = moved.isLeftAlone = false;
+  }
 }
 
 void StreamMover::forget() {
@@ -38,6 +56,14 @@ void StreamMover::forget() {
   toldUnmovable_.clear();
   // A daemon that starts anew gives serials anew, and the metadata that may name the old ones is gone.
   ownSerials_.clear();
+}
+
+std::set<Destination> StreamMover::destinations(const std::string& application, const Destination& route) const {
+  std::set<Destination> found;
+  for (const auto& [id, node] : model_.nodes()) {
+    if (belongs(node, application)) found.insert(bound(id, node, route));
+  }
+  return found;
 }
 
 void StreamMover::settle() {
@@ -55,21 +81,24 @@ void StreamMover::settle() {
       }
       continue;
     }
+    const auto tap = claim->second.taps.find(bound(id, node, claim->second.route));
+    if (tap == claim->second.taps.end()) continue;
     const auto found = moved_.find(id);
     if (found == moved_.end()) {
       Moved moved;
       moved.stream = node.serial;
       moved.application = application;
+      moved.asked = askedBy(id, node);
       moved.originalObject = currentTarget(id);
       if (moved.originalObject && ownSerials_.contains(*moved.originalObject)) moved.originalObject.reset();
       moved.originalNode = model_.metadataValue(id, targetNode);
       if (moved.originalNode == automatic) moved.originalNode.reset();
-      send(id, moved_[id] = std::move(moved), claim->second);
-    } else if (!found->second.isLeftAlone && found->second.serial != claim->second) {
-      send(id, found->second, claim->second);
+      send(id, moved_[id] = std::move(moved), tap->second);
+    } else if (!found->second.isLeftAlone && found->second.serial != tap->second) {
+      send(id, found->second, tap->second);
     } else if (!found->second.hasArrived) {
-      const auto tap = model_.nodeIDBySerial(claim->second);
-      found->second.hasArrived = tap && model_.areLinked(id, *tap);
+      const auto tapNode = model_.nodeIDBySerial(tap->second);
+      found->second.hasArrived = tapNode && model_.areLinked(id, *tapNode);
     }
   }
 }
@@ -103,25 +132,71 @@ void StreamMover::onTargetChanged(GlobalID stream, const std::optional<std::stri
   const auto found = moved_.find(stream);
   if (found == moved_.end()) return;
   auto& moved = found->second;
-  if (target && *target != automatic) {
-    if (ownSerials_.contains(*target)) return;
-    if (!moved.isLeftAlone) {
-      log_.info(logText("a stream of %s was moved by another program and is left alone", moved.application.c_str()));
+  if (target && ownSerials_.contains(*target)) return;
+  const auto* node = model_.node(stream);
+  if (target) {
+    const Destination wish = *target == automatic ? std::nullopt : Destination(*target);
+    if (!moved.hasArrived) {
+      // Too early for a person: the session manager restores what it has stored for this kind of stream.
+      moved.originalObject = target;
+      moved.asked = wish;
+      bringBack(stream, moved);
+      return;
     }
-    moved.isLeftAlone = true;
-    return;
+    moved.repeats = moved.isWish && moved.asked == wish ? moved.repeats + 1 : 0;
+    if (moved.repeats == 0) {
+      log_.info(logText("a stream of %s was moved by another program; its tap follows", moved.application.c_str()));
+    } else if (moved.repeats == mostRepeats) {
+      log_.standard(logText("another program insists on where a stream of %s plays; it is left there untapped",
+                            moved.application.c_str()));
+    }
+    moved.isLeftAlone = moved.repeats >= mostRepeats;
+    moved.isWish = true;
+    moved.originalObject = target;
+    moved.asked = wish;
+  } else {
+    // Taken back: it belongs where it would be without anybody's word.
+    moved.isWish = moved.isLeftAlone = false;
+    moved.originalObject.reset();
+    moved.asked = askedBy(stream, *node);
   }
-  // Sent back to wherever it belongs: that is the tap, as long as there is one.
-  moved.isLeftAlone = false;
-  moved.originalObject.reset();
-  if (const auto claim = claims_.find(moved.application); claim != claims_.end()) send(stream, moved, claim->second);
+  if (!moved.isLeftAlone) bringBack(stream, moved);
 }
 
-bool StreamMover::hasRunningStream(const std::string& application) const {
+void StreamMover::onNodeTargetChanged(GlobalID stream, const std::optional<std::string>& target) {
+  forgetGone();
+  const auto found = moved_.find(stream);
+  if (found == moved_.end() || !target || *target == automatic) return;
+  auto& moved = found->second;
+  // What we write there ourselves is one of these.
+  const auto original = moved.originalObject ? model_.nodeIDBySerial(*moved.originalObject) : std::nullopt;
+  if (target == moved.originalNode || (original && *target == std::to_string(*original))) return;
+  moved.originalNode = target;
+  if (!moved.isWish && !moved.originalObject) moved.asked = serialOf(*target);
+}
+
+void StreamMover::bringBack(GlobalID stream, Moved& moved) {
+  const auto claim = claims_.find(moved.application);
+  const auto* node = model_.node(stream);
+  if (claim == claims_.end() || node == nullptr) return;
+  const auto tap = claim->second.taps.find(bound(stream, *node, claim->second.route));
+  send(stream, moved, tap != claim->second.taps.end() ? tap->second : moved.serial);
+}
+
+bool StreamMover::hasRunningStream(const std::string& application, const Destination& route,
+                                   const Destination& destination) const {
   return std::any_of(model_.nodes().begin(), model_.nodes().end(), [&](const auto& entry) {
     const auto& node = entry.second;
-    return node.kind == NodeKind::playback && node.isRunning && model_.countsAsStream(node) && isComplete(node) &&
-           isMovable(node) && model_.identifierOf(node) == application;
+    return node.isRunning && belongs(node, application) && bound(entry.first, node, route) == destination;
+  });
+}
+
+bool StreamMover::hasTappedStream(const std::string& application, const Destination& route,
+                                  const Destination& destination) const {
+  return std::any_of(moved_.begin(), moved_.end(), [&](const auto& entry) {
+    const auto* node = model_.node(entry.first);
+    return entry.second.application == application && entry.second.hasArrived && node != nullptr && node->isRunning &&
+           bound(entry.first, *node, route) == destination;
   });
 }
 
@@ -129,8 +204,50 @@ bool StreamMover::isComplete(const NodeRecord& node) {
   return text(node.properties, "client.api") != "pipewire-pulse" || node.properties.contains("pulse.attr.tlength");
 }
 
-bool StreamMover::isMovable(const NodeRecord& node) const {
+bool StreamMover::isMovable(const NodeRecord& node) {
   return !flag(node.properties, "node.dont-reconnect") && !flag(node.properties, "node.dont-move");
+}
+
+bool StreamMover::belongs(const NodeRecord& node, const std::string& application) const {
+  return node.kind == NodeKind::playback && model_.countsAsStream(node) && isComplete(node) && isMovable(node) &&
+         model_.identifierOf(node) == application;
+}
+
+Destination StreamMover::serialOf(std::string_view id) const {
+  const auto number = wholeNumber(id);
+  const auto* node = number ? model_.node(*number) : nullptr;
+  return node != nullptr && !node->serial.empty() ? Destination(node->serial) : std::nullopt;
+}
+
+Destination StreamMover::askedBy(GlobalID stream, const NodeRecord& node) const {
+  // The session manager's own order: metadata before properties, serials and names before ids.
+  if (const auto object = model_.metadataValue(stream, targetObject); object && !ownSerials_.contains(*object)) {
+    return *object == automatic ? std::nullopt : object;
+  }
+  if (const auto id = model_.metadataValue(stream, targetNode)) {
+    return *id == automatic ? std::nullopt : serialOf(*id);
+  }
+  if (const auto own = text(node.properties, "target.object"); !own.empty() && own != automatic) {
+    return std::string(own);
+  }
+  if (const auto own = std::string(text(node.properties, "node.target")); !own.empty() && own != automatic) {
+    const auto serial = serialOf(own);
+    return serial ? serial : Destination(own);
+  }
+  return std::nullopt;
+}
+
+Destination StreamMover::bound(GlobalID stream, const NodeRecord& node, const Destination& route) const {
+  const auto found = moved_.find(stream);
+  const bool isMoved = found != moved_.end() && found->second.stream == node.serial;
+  if (isMoved && found->second.isWish) return alike(found->second.asked, route);
+  if (route) return route;
+  return isMoved ? found->second.asked : askedBy(stream, node);
+}
+
+Destination StreamMover::alike(const Destination& asked, const Destination& route) const {
+  const auto* output = asked ? model_.nodeBySerial(*asked) : nullptr;
+  return output != nullptr && route == output->name ? route : asked;
 }
 
 std::optional<std::string> StreamMover::currentTarget(GlobalID stream) const {
@@ -151,8 +268,8 @@ void StreamMover::writeTarget(GlobalID stream, const std::optional<std::string>&
 }
 
 void StreamMover::send(GlobalID stream, Moved& moved, const std::string& serial) {
+  if (moved.serial != serial) moved.hasArrived = false;
   moved.serial = serial;
-  moved.hasArrived = false;
   writeTarget(stream, serial);
   // The session manager stores whatever target was written last, by name, for the next stream of this kind. Ours must
   // not stay there: the older key overwrites it with nothing, or with the choice that the user had made.

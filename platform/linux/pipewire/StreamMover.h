@@ -1,5 +1,6 @@
-// Moves applications' streams to a tap and back through the session manager's metadata, and respects other movers.
+// Moves applications' streams to their taps and back through the session manager's metadata, and follows other movers.
 // Pure decisions: the graph comes in as a model, what is to be written goes out through MetadataWriter.
+// All calls on the loop.
 #pragma once
 
 #include <deque>
@@ -8,6 +9,7 @@
 #include <set>
 #include <string>
 
+#include "Destination.h"
 #include "GraphModel.h"
 #include "MetadataWriter.h"
 #include "runtime/Logger.h"
@@ -18,22 +20,41 @@ class StreamMover {
  public:
   StreamMover(const GraphModel& model, MetadataWriter& metadata, Logger log);
 
-  /// From now on the application's playback streams, present and future, belong on the node of this serial.
-  void claim(const std::string& application, const std::string& serial);
-  /// Its streams go back to where they were.
-  void release(const std::string& application);
+  /// From now on those of the application's playback streams, present and future, that are bound for `destination`
+  /// belong on the node of this serial. `route` is where all of them are bound unless another mixer says otherwise;
+  /// absent: each for where it asks to be.
+  void claim(const std::string& application, const Destination& route, const Destination& destination,
+             const std::string& serial);
+  /// The streams on the node that had been claimed for that destination go back to where they were.
+  void release(const std::string& application, const Destination& destination);
+  /// Where the user has had streams of the application moved by another mixer counts no longer: they are routed anew.
+  void forgetWishes(const std::string& application);
   /// Drops everything without a write: the session manager is gone and its metadata with it.
   void forget();
 
+  /// Where the application's streams are bound for: those that are there and may be moved.
+  [[nodiscard]] std::set<Destination> destinations(const std::string& application, const Destination& route) const;
+
   /// Brings every stream where it belongs. To be called after any change of the graph.
   void settle();
-  /// A target in the metadata has changed; absent: it was deleted.
+  /// A `target.object` in the metadata has changed; absent: it was deleted.
   void onTargetChanged(GlobalID stream, const std::optional<std::string>& target);
+  /// A `target.node` has: 0.4 restores what it has stored for a new stream by this key alone.
+  void onNodeTargetChanged(GlobalID stream, const std::optional<std::string>& target);
 
-  /// Whether a stream of the application that would be moved is playing now.
-  [[nodiscard]] bool hasRunningStream(const std::string& application) const;
+  /// Whether a stream of the application that is bound there, and would be moved, is playing now.
+  [[nodiscard]] bool hasRunningStream(const std::string& application, const Destination& route,
+                                      const Destination& destination) const;
+  /// Whether one of these plays through a tap already.
+  [[nodiscard]] bool hasTappedStream(const std::string& application, const Destination& route,
+                                     const Destination& destination) const;
 
  private:
+  struct Claim {
+    Destination route;
+    /// Serials of the nodes by what they play for.
+    std::map<Destination, std::string> taps;
+  };
   /// The daemon gives ids again, to a stream that starts as another ends too; a serial it gives once.
   struct Moved {
     /// The stream's own serial.
@@ -43,7 +64,13 @@ class StreamMover {
     std::string serial;
     std::optional<std::string> originalObject;
     std::optional<std::string> originalNode;
-    /// Another program has moved it since: the user's wish for this stream.
+    /// Where it asks to be, by itself or through another mixer.
+    Destination asked;
+    /// Another mixer has moved it since: the user's wish for this stream, before any route.
+    bool isWish = false;
+    /// How often the same wish was repeated.
+    int repeats = 0;
+    /// Another program moves it back whenever we move it.
     bool isLeftAlone = false;
     /// Was seen linked to that tap.
     bool hasArrived = false;
@@ -57,12 +84,22 @@ class StreamMover {
   /// before, it waits for ever. The server writes its buffer sizes just before it answers, and nothing has sounded by
   /// then.
   [[nodiscard]] static bool isComplete(const NodeRecord& node);
-  [[nodiscard]] bool isMovable(const NodeRecord& node) const;
+  [[nodiscard]] static bool isMovable(const NodeRecord& node);
+  /// A stream that is, or is to be, moved for this application.
+  [[nodiscard]] bool belongs(const NodeRecord& node, const std::string& application) const;
   /// Drops what was said of streams that are gone, whoever has their ids now.
   void forgetGone();
+  /// Serial of the node of this id.
+  [[nodiscard]] Destination serialOf(std::string_view id) const;
+  [[nodiscard]] Destination askedBy(GlobalID stream, const NodeRecord& node) const;
+  [[nodiscard]] Destination bound(GlobalID stream, const NodeRecord& node, const Destination& route) const;
+  /// Drops the difference between a device's serial and its name where the route names the device too.
+  [[nodiscard]] Destination alike(const Destination& asked, const Destination& route) const;
   [[nodiscard]] std::optional<std::string> currentTarget(GlobalID stream) const;
   void writeTarget(GlobalID stream, const std::optional<std::string>& target);
   void send(GlobalID stream, Moved& moved, const std::string& serial);
+  /// Back to the tap that stands, until the one for its wish does: never at its full level on the way.
+  void bringBack(GlobalID stream, Moved& moved);
   /// Plays somewhere else while the tap stands that it had been sent to: another program has moved it, and its word was
   /// missed.
   [[nodiscard]] bool hasLeft(GlobalID stream, const Moved& moved) const;
@@ -71,7 +108,7 @@ class StreamMover {
   const GraphModel& model_;
   MetadataWriter& metadata_;
   Logger log_;
-  std::map<std::string, std::string> claims_;
+  std::map<std::string, Claim> claims_;
   std::map<GlobalID, Moved> moved_;
   /// Targets written by us whose echo has not come back yet.
   std::map<GlobalID, Echoes> echoes_;

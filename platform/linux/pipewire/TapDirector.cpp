@@ -24,7 +24,8 @@ constexpr std::uint64_t calmCycles = 1400;
 
 struct TapDirector::Session {
   std::set<std::string> applications;
-  std::optional<std::string> target;
+  Destination route;
+  Destination destination;
   std::unique_ptr<TapPath> path;
   Phase phase = Phase::opening;
   std::string serial;
@@ -46,10 +47,11 @@ struct TapDirector::Session {
   int lostTicks = 0;
 };
 
-TapDirector::TapDirector(const GraphModel& model, StreamMover& mover, ObjectIDs& ids, PathFactory makePath,
-                         WakeAt wakeAt, Logger log)
+TapDirector::TapDirector(const GraphModel& model, StreamMover& mover, OutputFinder& outputs, ObjectIDs& ids,
+                         PathFactory makePath, WakeAt wakeAt, Logger log)
     : model_(model),
       mover_(mover),
+      outputs_(outputs),
       ids_(ids),
       makePath_(std::move(makePath)),
       wakeAt_(std::move(wakeAt)),
@@ -83,11 +85,20 @@ Status TapDirector::createDevice(const AggregateDescription& description, AudioO
                                 [&](const auto& entry) { return entry.second.uid == description.taps.front().uid; });
   if (tap == taps_.end()) return badObjectError;
   Device made;
+  made.tap = tap->first;
   made.applications = tap->second.applications;
-  if (!description.followsDefaultOutput && !description.mainDeviceUID.empty()) made.target = description.mainDeviceUID;
-  if (isRunning_) attach(made);
+  made.targetGain = description.targetGain;
+  if (!description.followsDefaultOutput && !description.mainDeviceUID.empty()) made.route = description.mainDeviceUID;
+  if (made.route) {
+    for (const auto& application : made.applications) mover_.forgetWishes(application);
+  }
+  made.lanes.try_emplace(made.route);
   device = ids_.fresh();
-  devices_.emplace(device, std::move(made));
+  auto& added = devices_.emplace(device, std::move(made)).first->second;
+  if (isRunning_) {
+    askForOutputs();
+    attach(added, added.route, added.lanes.at(added.route));
+  }
   graphChanged();
   return noErr;
 }
@@ -97,6 +108,7 @@ Status TapDirector::destroyDevice(AudioObjectID device) {
   if (found == devices_.end()) return badObjectError;
   detach(found->second, 1.0F);
   devices_.erase(found);
+  askForOutputs();
   return noErr;
 }
 
@@ -124,7 +136,8 @@ Status TapDirector::start(AudioObjectID device, IOProcID proc) {
   if (starting.running == proc) return noErr;
   if (starting.running != 0) return illegalOperationError;
   starting.running = proc;
-  if (!starting.session && isRunning_) attach(starting);
+  auto& own = starting.lanes.at(starting.route);
+  if (!own.session && isRunning_) attach(starting, starting.route, own);
   graphChanged();
   return noErr;
 }
@@ -139,16 +152,30 @@ Status TapDirector::stop(AudioObjectID device, IOProcID proc, float appliedGain)
 
 bool TapDirector::isAlive(AudioObjectID device) const {
   const auto found = devices_.find(device);
-  if (found == devices_.end() || !found->second.session) return false;
-  return found->second.session->phase != Phase::opening || found->second.predecessor;
+  if (found == devices_.end()) return false;
+  const auto& own = found->second.lanes.at(found->second.route);
+  return own.session && (own.session->phase != Phase::opening || own.predecessor);
+}
+
+double TapDirector::rate(AudioObjectID tap) const {
+  for (const auto& [id, device] : devices_) {
+    if (device.tap != tap) continue;
+    const auto& own = device.lanes.at(device.route);
+    const auto played = own.session ? own.session->path->rate() : 0;
+    if (played > 0) return played;
+  }
+  return model_.graphRate();
 }
 
 // --- the session manager's comings and goings ------------------------------------------------------------------------
 
 void TapDirector::resume() {
   isRunning_ = true;
+  askForOutputs();
   for (auto& [id, device] : devices_) {
-    if (!device.session) attach(device);
+    for (auto& [destination, lane] : device.lanes) {
+      if (!lane.session) attach(device, destination, lane);
+    }
   }
   graphChanged();
 }
@@ -159,35 +186,47 @@ void TapDirector::suspend() {
   inCharge_.clear();
   leaving_.clear();
   for (auto& [id, device] : devices_) {
-    device.session.reset();
-    device.predecessor.reset();
-    device.cuts = 0;
+    std::erase_if(device.lanes, [&](const auto& entry) { return entry.first != device.route; });
+    auto& own = device.lanes.at(device.route);
+    own.session.reset();
+    own.predecessor.reset();
+    own.cuts = 0;
   }
+  outputs_.need({});
 }
 
 void TapDirector::giveEverythingBack() {
   isRunning_ = false;
-  for (const auto& [application, session] : std::exchange(inCharge_, {})) mover_.release(application);
+  for (const auto& [charge, session] : std::exchange(inCharge_, {})) mover_.release(charge.first, charge.second);
 }
 
 // --- sessions --------------------------------------------------------------------------------------------------------
 
-void TapDirector::attach(Device& device) {
+void TapDirector::askForOutputs() {
+  std::set<Destination> needed;
+  for (const auto& [id, device] : devices_) {
+    for (const auto& [destination, lane] : device.lanes) needed.insert(destination);
+  }
+  outputs_.need(needed);
+}
+
+void TapDirector::attach(Device& device, const Destination& destination, Lane& lane) {
   // One that still releases the same applications to the same output is taken up where it stands.
   const auto adopted = std::find_if(leaving_.begin(), leaving_.end(), [&](const auto& session) {
     return session->phase == Phase::releasing && session->applications == device.applications &&
-           session->target == device.target && !session->path->hasFailed();
+           session->destination == destination && !session->path->hasFailed();
   });
   if (adopted != leaving_.end()) {
-    device.session = *adopted;
-    device.session->isAdopted = true;
-    device.session->isHeld = false;
-    device.session->phase = Phase::ready;
+    lane.session = *adopted;
+    lane.session->route = device.route;
+    lane.session->isAdopted = true;
+    lane.session->isHeld = false;
+    lane.session->phase = Phase::ready;
     leaving_.erase(adopted);
     return;
   }
-  if (auto session = openSession(device)) {
-    device.session = std::move(session);
+  if (auto session = openSession(device, destination)) {
+    lane.session = std::move(session);
     // On its way to another output the sound must not grow loud on the old one.
     for (const auto& other : leaving_) {
       const bool isTakenOver =
@@ -201,16 +240,12 @@ void TapDirector::attach(Device& device) {
   }
 }
 
-std::string TapDirector::wantedOutput(const Device& device) const {
-  auto wanted = model_.outputSerial(device.target);
-  return wanted.empty() && device.target ? model_.outputSerial(std::nullopt) : wanted;
-}
-
-std::shared_ptr<TapDirector::Session> TapDirector::openSession(const Device& device) {
+std::shared_ptr<TapDirector::Session> TapDirector::openSession(const Device& device, const Destination& destination) {
   auto session = std::make_shared<Session>();
   session->applications = device.applications;
-  session->target = device.target;
-  session->output = wantedOutput(device);
+  session->route = device.route;
+  session->destination = destination;
+  session->output = outputs_.find(destination).output;
   session->path =
       makePath_(session->output.empty() ? std::nullopt : std::optional(session->output), [this] { graphChanged(); });
   if (session->path && !session->path->hasFailed()) return session;
@@ -218,32 +253,69 @@ std::shared_ptr<TapDirector::Session> TapDirector::openSession(const Device& dev
   return nullptr;
 }
 
-int TapDirector::patience(const Device& device) { return lossPatience << device.cuts; }
+int TapDirector::patience(const Lane& lane) { return lossPatience << lane.cuts; }
 
-void TapDirector::followOutput(Device& device) {
-  auto& session = *device.session;
-  const auto wanted = wantedOutput(device);
+void TapDirector::followOutput(Device& device, const Destination& destination, Lane& lane) {
+  auto& session = *lane.session;
+  const auto [isKnown, wanted] = outputs_.find(destination);
   const bool isLost = session.path->hasFailed();
+  // It was opened by a guess, and nobody plays there but somebody else.
+  const bool isRefused = isKnown && wanted.empty() && session.phase == Phase::opening && !session.output.empty();
+  if (isRefused) {
+    lane.session = openSession(device, destination);
+    return;
+  }
   // An adopted path still holds the streams; it is renewed once it is live.
   if (wanted.empty() || session.isAdopted || (wanted == session.output && !isLost)) return;
   if (wanted == session.output) {
-    // Mostly the output's own end, and the default that takes its place hasn't been told yet.
-    if (session.path->cycles() > calmCycles) device.cuts = 0;
-    if (session.lostTicks < patience(device)) return;
-    if (device.cuts == 0) log_.standard("a tap was cut off from its output; it is made again");
-    device.cuts = std::min(device.cuts + 1, mostCuts);
+    // Mostly the output's own end, and what takes its place hasn't been told yet.
+    if (session.path->cycles() > calmCycles) lane.cuts = 0;
+    if (session.lostTicks < patience(lane)) return;
+    if (lane.cuts == 0) log_.standard("a tap was cut off from its output; it is made again");
+    lane.cuts = std::min(lane.cuts + 1, mostCuts);
   } else {
-    device.cuts = 0;
+    // A guess is no reason to leave an output that plays.
+    if (!isKnown && !isLost) return;
+    lane.cuts = 0;
   }
-  auto fresh = openSession(device);
+  auto fresh = openSession(device, destination);
   if (!fresh) return;
-  auto old = std::exchange(device.session, std::move(fresh));
+  auto old = std::exchange(lane.session, std::move(fresh));
   // The old one plays until the new one is ready.
-  if (old->phase == Phase::live) device.predecessor = std::move(old);
+  if (old->phase == Phase::live) lane.predecessor = std::move(old);
 }
 
-void TapDirector::dismiss(Device& device, float appliedGain) {
-  const auto session = std::exchange(device.predecessor, nullptr);
+void TapDirector::followStreams(Device& device) {
+  const auto& own = device.lanes.at(device.route);
+  // Without a gain to follow all streams play through the one IO block, wherever that is.
+  if (device.running == 0 || device.targetGain == nullptr || !own.session || own.session->phase != Phase::live) return;
+  std::set<Destination> bound{device.route};
+  for (const auto& application : device.applications) bound.merge(mover_.destinations(application, device.route));
+  bool hasChanged = false;
+  for (auto lane = device.lanes.begin(); lane != device.lanes.end();) {
+    const auto& session = lane->second.session;
+    const bool isUsed = session && session->phase == Phase::live && model_.hasLinkInto(session->path->node());
+    if (isUsed || bound.contains(lane->first)) {
+      ++lane;
+      continue;
+    }
+    leave(lane->second, lane->second.follower->gain());
+    lane = device.lanes.erase(lane);
+    hasChanged = true;
+  }
+  for (const auto& destination : bound) {
+    const auto [lane, isNew] = device.lanes.try_emplace(destination);
+    if (!isNew) continue;
+    lane->second.follower = std::make_unique<TapFollower>(device.targetGain, rate(device.tap));
+    askForOutputs();
+    attach(device, destination, lane->second);
+    hasChanged = true;
+  }
+  if (hasChanged) askForOutputs();
+}
+
+void TapDirector::dismiss(Lane& lane, float appliedGain) {
+  const auto session = std::exchange(lane.predecessor, nullptr);
   if (!session) return;
   session->path->stop(appliedGain);
   session->gliding = nullptr;
@@ -254,11 +326,10 @@ void TapDirector::dismiss(Device& device, float appliedGain) {
   leaving_.push_back(session);
 }
 
-void TapDirector::detach(Device& device, float appliedGain) {
-  device.running = 0;
-  dismiss(device, appliedGain);
-  if (!device.session) return;
-  const auto session = std::exchange(device.session, nullptr);
+void TapDirector::leave(Lane& lane, float appliedGain) {
+  dismiss(lane, appliedGain);
+  if (!lane.session) return;
+  const auto session = std::exchange(lane.session, nullptr);
   session->gliding = nullptr;
   session->ticks = 0;
   session->wait = Session::Wait::none;
@@ -273,20 +344,43 @@ void TapDirector::detach(Device& device, float appliedGain) {
     session->phase = Phase::returning;
   }
   leaving_.push_back(session);
+}
+
+void TapDirector::detach(Device& device, float appliedGain) {
+  device.running = 0;
+  for (auto& [destination, lane] : device.lanes) leave(lane, lane.follower ? lane.follower->gain() : appliedGain);
+  // The followers' blocks are called no more.
+  std::erase_if(device.lanes, [&](const auto& entry) { return entry.first != device.route; });
   dropReturned();
 }
 
-void TapDirector::goLive(Device& device) {
-  auto& session = *device.session;
-  const auto* block = device.procs.at(device.running).get();
+const IOBlock* TapDirector::blockOf(const Device& device, const Lane& lane) {
+  return lane.follower ? lane.follower->block() : device.procs.at(device.running).get();
+}
+
+bool TapDirector::isHeard(const Session& session) const {
+  return std::any_of(session.applications.begin(), session.applications.end(), [&](const auto& application) {
+    return mover_.hasRunningStream(application, session.route, session.destination);
+  });
+}
+
+bool TapDirector::isTapped(const Session& session) const {
+  return std::any_of(session.applications.begin(), session.applications.end(), [&](const auto& application) {
+    return mover_.hasTappedStream(application, session.route, session.destination);
+  });
+}
+
+void TapDirector::goLive(Device& device, Lane& lane) {
+  auto& session = *lane.session;
+  const auto* block = blockOf(device, lane);
   session.phase = Phase::live;
   session.ticks = 0;
   session.cyclesSeen = session.path->cycles();
   session.gliding = nullptr;
-  if (device.predecessor) {
+  if (lane.predecessor) {
     // The block has one caller at a time; what the old streams still get of the sound stays silent until it has moved.
-    auto* predecessor = device.predecessor.get();
-    dismiss(device, 0.0F);
+    auto* predecessor = lane.predecessor.get();
+    dismiss(lane, 0.0F);
     predecessor->path->hold();
     session.path->startPlain(block);
     handOver(session);
@@ -294,14 +388,15 @@ void TapDirector::goLive(Device& device) {
   }
 
   const Session* before = nullptr;
-  bool isHeard = false;
-  for (const auto& application : session.applications) {
-    if (auto* other = sessionInCharge(application); other != nullptr && other != &session) before = other;
-    isHeard = isHeard || mover_.hasRunningStream(application);
+  for (const auto& [charge, other] : inCharge_) {
+    if (session.applications.contains(charge.first) && other->phase == Phase::releasing) before = other;
   }
   if (std::exchange(session.isAdopted, false)) {
     session.path->startFromRelease(block);
-  } else if (isHeard) {
+  } else if (before == nullptr && isTapped(session)) {
+    // It comes from another tap of its application, at the gain that it has here.
+    session.path->startPlain(block);
+  } else if (isHeard(session)) {
     session.path->startFrom(block, before != nullptr ? before->path->releaseGain() : 1.0F);
     session.gliding = block;
   } else {
@@ -332,7 +427,9 @@ void TapDirector::moment() {
     return true;
   };
   for (auto& [id, device] : devices_) {
-    if (device.session) isOver(*device.session);
+    for (auto& [destination, lane] : device.lanes) {
+      if (lane.session) isOver(*lane.session);
+    }
   }
   for (const auto& session : leaving_) {
     if (isOver(*session) && session->phase == Phase::releasing) beginReturn(*session);
@@ -342,14 +439,25 @@ void TapDirector::moment() {
 
 void TapDirector::handOver(Session& session) {
   for (const auto& application : session.applications) {
-    inCharge_[application] = &session;
-    mover_.claim(application, session.serial);
+    inCharge_[{application, session.destination}] = &session;
+    mover_.claim(application, session.route, session.destination, session.serial);
   }
-  // Whoever has no application left only waits for the last link to go.
+  // Whoever has no stream left only waits for the last link to go.
   for (const auto& other : leaving_) {
-    const bool isInCharge =
-        std::any_of(inCharge_.begin(), inCharge_.end(), [&](const auto& entry) { return entry.second == other.get(); });
-    if (isInCharge || other->phase != Phase::releasing) continue;
+    if (other->phase != Phase::releasing) continue;
+    bool isInCharge = false;
+    for (const auto& application : other->applications) {
+      const Charge charge{application, other->destination};
+      if (sessionInCharge(charge) != other.get()) continue;
+      if (session.applications.contains(application) &&
+          !mover_.destinations(application, session.route).contains(other->destination)) {
+        inCharge_.erase(charge);
+        mover_.release(application, other->destination);
+      } else {
+        isInCharge = true;
+      }
+    }
+    if (isInCharge) continue;
     other->phase = Phase::returning;
     other->ticks = 0;
   }
@@ -357,9 +465,10 @@ void TapDirector::handOver(Session& session) {
 
 void TapDirector::beginReturn(Session& session) {
   for (const auto& application : session.applications) {
-    if (sessionInCharge(application) != &session) continue;
-    inCharge_.erase(application);
-    mover_.release(application);
+    const Charge charge{application, session.destination};
+    if (sessionInCharge(charge) != &session) continue;
+    inCharge_.erase(charge);
+    mover_.release(application, session.destination);
   }
   session.phase = Phase::returning;
   session.ticks = 0;
@@ -372,39 +481,45 @@ void TapDirector::dropReturned() {
   });
 }
 
-TapDirector::Session* TapDirector::sessionInCharge(const std::string& application) const {
-  const auto found = inCharge_.find(application);
+TapDirector::Session* TapDirector::sessionInCharge(const Charge& charge) const {
+  const auto found = inCharge_.find(charge);
   return found == inCharge_.end() ? nullptr : found->second;
 }
 
 // --- progress --------------------------------------------------------------------------------------------------------
 
+void TapDirector::progress(Device& device, const Destination& destination, Lane& lane) {
+  if (lane.predecessor) lane.predecessor->path->graphChanged();
+  if (!lane.session) return;
+  lane.session->path->graphChanged();
+  followOutput(device, destination, lane);
+  if (!lane.session) return;
+  auto& session = *lane.session;
+  if (session.phase == Phase::opening && session.path->isConnected() && outputs_.find(destination).isKnown) {
+    const auto* node = model_.node(session.path->node());
+    if (node != nullptr && !node->serial.empty()) {
+      session.serial = node->serial;
+      session.phase = Phase::ready;
+      session.ticks = 0;
+      // Where something sounds, the streams must run before it is moved to them, or the first cycle finds nobody
+      // home. Not before they are linked: until then they would run on any other driver, and be moved.
+      session.isEager = isHeard(session);
+      if (session.isEager) session.path->wakeUp();
+    }
+  }
+  if (session.phase == Phase::ready && device.running != 0 && (session.isAdopted || !mustWait(session))) {
+    goLive(device, lane);
+    // What was adopted may still play on the output of before.
+    followOutput(device, destination, lane);
+  }
+  if (lane.follower && session.path->rate() > 0) lane.follower->setRate(session.path->rate());
+}
+
 void TapDirector::graphChanged() {
   for (const auto& session : leaving_) session->path->graphChanged();
   for (auto& [id, device] : devices_) {
-    if (device.predecessor) device.predecessor->path->graphChanged();
-    if (!device.session) continue;
-    device.session->path->graphChanged();
-    followOutput(device);
-    auto& session = *device.session;
-    if (session.phase == Phase::opening && session.path->isConnected()) {
-      const auto* node = model_.node(session.path->node());
-      if (node != nullptr && !node->serial.empty()) {
-        session.serial = node->serial;
-        session.phase = Phase::ready;
-        session.ticks = 0;
-        // Where something sounds, the streams must run before it is moved to them, or the first cycle finds nobody
-        // home. Not before they are linked: until then they would run on any other driver, and be moved.
-        session.isEager = std::any_of(session.applications.begin(), session.applications.end(),
-                                      [&](const auto& application) { return mover_.hasRunningStream(application); });
-        if (session.isEager) session.path->wakeUp();
-      }
-    }
-    if (session.phase == Phase::ready && device.running != 0 && (session.isAdopted || !mustWait(session))) {
-      goLive(device);
-      // What was adopted may still play on the output of before.
-      followOutput(device);
-    }
+    for (auto& [destination, lane] : device.lanes) progress(device, destination, lane);
+    if (isRunning_) followStreams(device);
   }
   mover_.settle();
   dropReturned();
@@ -412,18 +527,22 @@ void TapDirector::graphChanged() {
 
 void TapDirector::tick() {
   bool isLate = false;
-  for (auto& [id, device] : devices_) {
-    if (!device.session) continue;
-    auto& session = *device.session;
+  const auto tickLane = [&](const Device& device, Lane& lane) {
+    auto& session = *lane.session;
     ++session.ticks;
-    if (session.path->hasFailed() && ++session.lostTicks == patience(device)) isLate = true;
+    if (session.path->hasFailed() && ++session.lostTicks == patience(lane)) isLate = true;
     if (session.phase == Phase::ready && device.running != 0 && session.ticks > glidePatience) isLate = true;
-    if (session.phase != Phase::live) continue;
+    if (session.phase != Phase::live) return;
     if (session.path->cycles() != session.cyclesSeen) session.gliding = nullptr;
-    if (session.ticks <= glidePatience) continue;
+    if (session.ticks <= glidePatience) return;
     if (std::exchange(session.isEager, false)) session.path->calmDown();
     // What played has stopped meanwhile. When it plays again, there is nothing to glide from.
     if (session.gliding != nullptr) session.path->startPlain(std::exchange(session.gliding, nullptr));
+  };
+  for (auto& [id, device] : devices_) {
+    for (auto& [destination, lane] : device.lanes) {
+      if (lane.session) tickLane(device, lane);
+    }
   }
   if (isLate) graphChanged();
   const auto leaving = leaving_;
@@ -444,11 +563,15 @@ void TapDirector::tick() {
 
 bool TapDirector::wantsTicks() const {
   if (!leaving_.empty()) return true;
-  return std::any_of(devices_.begin(), devices_.end(), [](const auto& entry) {
-    const auto& session = entry.second.session;
+  const auto isWaited = [](const Device& device, const Lane& lane) {
+    const auto& session = lane.session;
     return session && (session->gliding != nullptr || session->isEager ||
-                       (session->path->hasFailed() && session->lostTicks < patience(entry.second)) ||
-                       (session->phase == Phase::ready && entry.second.running != 0));
+                       (session->path->hasFailed() && session->lostTicks < patience(lane)) ||
+                       (session->phase == Phase::ready && device.running != 0));
+  };
+  return std::any_of(devices_.begin(), devices_.end(), [&](const auto& entry) {
+    return std::any_of(entry.second.lanes.begin(), entry.second.lanes.end(),
+                       [&](const auto& lane) { return isWaited(entry.second, lane.second); });
   });
 }
 

@@ -2,17 +2,21 @@
 // Knows no daemon: paths come from a factory, time comes as ticks.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "Destination.h"
 #include "GraphModel.h"
 #include "ObjectIDs.h"
 #include "StreamMover.h"
+#include "TapFollower.h"
 #include "TapPath.h"
 #include "platform/AudioTypes.h"
 #include "runtime/Clocks.h"
@@ -32,8 +36,8 @@ class TapDirector {
   /// tick() is to be called this often for as long as wantsTicks().
   static constexpr Duration tickInterval = std::chrono::milliseconds(10);
 
-  TapDirector(const GraphModel& model, StreamMover& mover, ObjectIDs& ids, PathFactory makePath, WakeAt wakeAt,
-              Logger log);
+  TapDirector(const GraphModel& model, StreamMover& mover, OutputFinder& outputs, ObjectIDs& ids, PathFactory makePath,
+              WakeAt wakeAt, Logger log);
   ~TapDirector();
 
   Status createTap(const TapDescription& description, AudioObjectID& tap);
@@ -48,6 +52,8 @@ class TapDirector {
   [[nodiscard]] bool hasTap(AudioObjectID tap) const { return taps_.contains(tap); }
   [[nodiscard]] bool hasDevice(AudioObjectID device) const { return devices_.contains(device); }
   [[nodiscard]] bool isAlive(AudioObjectID device) const;
+  /// The rate at which a tap's application is played, in Hz; the graph's where it isn't.
+  [[nodiscard]] double rate(AudioObjectID tap) const;
 
   /// The session manager has come: everything that was built is built (again).
   void resume();
@@ -70,35 +76,55 @@ class TapDirector {
     std::set<std::string> applications;
     std::string uid;
   };
-  struct Device {
-    std::set<std::string> applications;
-    std::optional<std::string> target;
+  /// What an application plays on one output: a device has one for its own destination, and one more for each other
+  /// that streams are bound for.
+  struct Lane {
     /// How often it was cut off from an output that stands.
     int cuts = 0;
     std::shared_ptr<Session> session;
     /// Still runs the block until the session that takes its place is ready.
     std::shared_ptr<Session> predecessor;
+    /// Stands in for the IO block in all lanes but the device's own.
+    std::unique_ptr<TapFollower> follower;
+  };
+  struct Device {
+    AudioObjectID tap = 0;
+    std::set<std::string> applications;
+    /// Where the application is routed to; absent: its streams play where they ask to.
+    Destination route;
+    std::shared_ptr<const std::atomic<float>> targetGain;
+    std::map<Destination, Lane> lanes;
     std::map<IOProcID, std::unique_ptr<IOBlock>> procs;
     IOProcID running = 0;
   };
 
-  void attach(Device& device);
-  [[nodiscard]] std::string wantedOutput(const Device& device) const;
-  [[nodiscard]] std::shared_ptr<Session> openSession(const Device& device);
-  void followOutput(Device& device);
+  void attach(Device& device, const Destination& destination, Lane& lane);
+  [[nodiscard]] std::shared_ptr<Session> openSession(const Device& device, const Destination& destination);
+  void followOutput(Device& device, const Destination& destination, Lane& lane);
+  /// Opens and closes lanes as streams are bound for other outputs.
+  void followStreams(Device& device);
+  void askForOutputs();
   /// How long a node that was cut off is left as it is, in ticks.
-  [[nodiscard]] static int patience(const Device& device);
-  void dismiss(Device& device, float appliedGain);
+  [[nodiscard]] static int patience(const Lane& lane);
+  void dismiss(Lane& lane, float appliedGain);
+  void leave(Lane& lane, float appliedGain);
   void detach(Device& device, float appliedGain);
-  void goLive(Device& device);
+  [[nodiscard]] static const IOBlock* blockOf(const Device& device, const Lane& lane);
+  void goLive(Device& device, Lane& lane);
+  void progress(Device& device, const Destination& destination, Lane& lane);
   [[nodiscard]] bool mustWait(Session& session);
+  [[nodiscard]] bool isHeard(const Session& session) const;
+  [[nodiscard]] bool isTapped(const Session& session) const;
   void beginReturn(Session& session);
   void handOver(Session& session);
   void dropReturned();
-  [[nodiscard]] Session* sessionInCharge(const std::string& application) const;
+  /// An application and where its streams are bound for.
+  using Charge = std::pair<std::string, Destination>;
+  [[nodiscard]] Session* sessionInCharge(const Charge& charge) const;
 
   const GraphModel& model_;
   StreamMover& mover_;
+  OutputFinder& outputs_;
   ObjectIDs& ids_;
   PathFactory makePath_;
   WakeAt wakeAt_;
@@ -109,8 +135,8 @@ class TapDirector {
   std::map<AudioObjectID, Device> devices_;
   /// Sessions without a device: gliding to unity, or waiting for the streams to leave.
   std::vector<std::shared_ptr<Session>> leaving_;
-  /// Whose streams each application's are.
-  std::map<std::string, Session*> inCharge_;
+  /// Whose streams those of each application are.
+  std::map<Charge, Session*> inCharge_;
 };
 
 }  // namespace quillmere::pipewire

@@ -76,15 +76,10 @@ TapLinks::TapLinks(pw_core* core, const GraphModel& model, std::string serial, L
 
 TapLinks::~TapLinks() = default;
 
-std::vector<std::string> TapLinks::channels() const {
-  std::vector<std::string> names;
-  if (const auto device = model_.nodeIDBySerial(serial_)) {
-    for (const auto& port : placesToPlay(model_.portsOf(*device))) names.push_back(port.channel);
-  }
-  return names;
+bool TapLinks::wantMono() const {
+  const auto device = model_.nodeIDBySerial(serial_);
+  return device && placesToPlay(model_.portsOf(*device)).size() == 1;
 }
-
-bool TapLinks::wantMono() const { return channels().size() == 1; }
 
 bool TapLinks::isComplete() const {
   return !links_.empty() && !hasFailed_ && std::all_of(links_.begin(), links_.end(), [](const auto& entry) {

@@ -40,8 +40,6 @@ class TapLinks {
 
   /// Makes what is missing, once the graph knows both ends. `node` is the tap's.
   void update(GlobalID node);
-  /// Names of the device's channels in its order; empty while its ports are not known.
-  [[nodiscard]] std::vector<std::string> channels() const;
   /// The device has a single channel: the tap is to have an output for that.
   [[nodiscard]] bool wantMono() const;
   /// Every link stands, with its format and its buffers settled.

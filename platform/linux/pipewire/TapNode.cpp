@@ -5,8 +5,6 @@
 
 #include <algorithm>
 
-#include "ChannelShares.h"
-
 namespace quillmere::pipewire {
 namespace {
 
@@ -17,7 +15,7 @@ constexpr std::uint64_t mostWorkNanos = 1'000'000;
 
 TapNode::TapNode(pw_core* core, const GraphModel& model, const std::string& name,
                  const std::optional<std::string>& output, Logger log, std::function<void()> changed)
-    : log_(std::move(log)), changed_(std::move(changed)), id_(SPA_ID_INVALID) {
+    : context_(pw_core_get_context(core)), log_(std::move(log)), changed_(std::move(changed)), id_(SPA_ID_INVALID) {
   if (output) links_.emplace(core, model, *output, log_, changed_);
 
   auto* properties = pw_properties_new(nullptr, nullptr);
@@ -37,10 +35,12 @@ TapNode::TapNode(pw_core* core, const GraphModel& model, const std::string& name
   set("state.restore-props", "false");
   set("state.restore-target", "false");
 
-  // Streams that play on the device have its channels already: alike, none has to be configured anew.
-  auto positions = channelPositions(links_ ? links_->channels() : std::vector<std::string>{});
-  auto* audioLoop = pw_data_loop_get_loop(pw_context_get_data_loop(pw_core_get_context(core)));
-  interface_.emplace(realtime_, audioLoop, properties, std::move(positions), changed_);
+  // Its ports are made once. Without this they would be made anew, and all links with them, for every stream whose
+  // layout is another.
+  set("stream.dont-remix", "true");
+
+  acquireAudioLoop(properties);
+  interface_.emplace(realtime_, audioLoop_, properties, changed_);
   if (links_) interface_->setMono(links_->wantMono());
 
   static const auto proxyEvents = [] {
@@ -75,10 +75,31 @@ TapNode::TapNode(pw_core* core, const GraphModel& model, const std::string& name
 
 TapNode::~TapNode() {
   links_.reset();
-  if (proxy_ == nullptr) return;
-  spa_hook_remove(&proxyListener_);
-  // From here on it is off the audio thread.
-  pw_proxy_destroy(proxy_);
+  if (proxy_ != nullptr) {
+    spa_hook_remove(&proxyListener_);
+    // From here on it is off the audio thread.
+    pw_proxy_destroy(proxy_);
+  }
+  releaseAudioLoop();
+}
+
+void TapNode::acquireAudioLoop(pw_properties* properties) {
+#if PW_CHECK_VERSION(1, 2, 0)
+  // A context may have several; by its name the library takes the same one for the node.
+  auto* loop = pw_context_acquire_loop(context_, &properties->dict);
+  pw_properties_set(properties, PW_KEY_NODE_LOOP_NAME, loop->name);
+  // One without any runs its nodes where it runs everything.
+  audioLoop_ = loop == pw_context_get_main_loop(context_) ? nullptr : loop;
+#else
+  static_cast<void>(properties);
+  audioLoop_ = pw_data_loop_get_loop(pw_context_get_data_loop(context_));
+#endif
+}
+
+void TapNode::releaseAudioLoop() {
+#if PW_CHECK_VERSION(1, 2, 0)
+  if (audioLoop_ != nullptr) pw_context_release_loop(context_, audioLoop_);
+#endif
 }
 
 bool TapNode::isConnected() const {

@@ -15,7 +15,10 @@
 #include "TapRealtime.h"
 #include "runtime/Logger.h"
 
+struct pw_context;
 struct pw_core;
+struct pw_loop;
+struct pw_properties;
 struct pw_proxy;
 
 namespace quillmere::pipewire {
@@ -44,13 +47,20 @@ class TapNode final : public TapPath {
   [[nodiscard]] std::uint64_t quietMoment() const override;
   void wakeUp() override { setAlwaysProcess(true); }
   void calmDown() override { setAlwaysProcess(false); }
+  [[nodiscard]] double rate() const override { return interface_->rate(); }
   [[nodiscard]] std::uint64_t cycles() const override { return realtime_.cycles(); }
   [[nodiscard]] bool isAtUnity() const override { return realtime_.isAtUnity(); }
   [[nodiscard]] float releaseGain() const override { return realtime_.releaseGain(); }
 
  private:
   void setAlwaysProcess(bool isOn);
+  /// The loop that the library will run the node on, named in its properties.
+  void acquireAudioLoop(pw_properties* properties);
+  void releaseAudioLoop();
 
+  pw_context* context_;
+  /// Null: the context's main loop.
+  pw_loop* audioLoop_ = nullptr;
   Logger log_;
   std::function<void()> changed_;
   pw_proxy* proxy_ = nullptr;

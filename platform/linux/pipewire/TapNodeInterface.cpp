@@ -3,6 +3,7 @@
 #include <pipewire/pipewire.h>
 #include <spa/node/io.h>
 #include <spa/node/utils.h>
+#include <spa/param/audio/raw.h>
 #include <spa/pod/builder.h>
 #include <spa/pod/filter.h>
 
@@ -19,6 +20,11 @@ namespace quillmere::pipewire {
 namespace {
 
 constexpr std::size_t paramMemory = 2048;
+/// One input for each channel of the usual layouts, so that streams of different ones are linked side by side: each to
+/// the inputs of its own channels. Left and right come first, since channels without a position are given out in order.
+constexpr std::array<std::uint32_t, 9> inputPositions{
+    SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_FR, SPA_AUDIO_CHANNEL_MONO, SPA_AUDIO_CHANNEL_FC, SPA_AUDIO_CHANNEL_LFE,
+    SPA_AUDIO_CHANNEL_RL, SPA_AUDIO_CHANNEL_RR, SPA_AUDIO_CHANNEL_SL,   SPA_AUDIO_CHANNEL_SR};
 constexpr std::uint64_t wholePort =
     SPA_PORT_CHANGE_MASK_FLAGS | SPA_PORT_CHANGE_MASK_PROPS | SPA_PORT_CHANGE_MASK_PARAMS;
 
@@ -79,16 +85,13 @@ struct TapNodeInterface::Methods {
   static int enumParams(void* object, int sequence, std::uint32_t id, std::uint32_t start, std::uint32_t count,
                         const spa_pod* filter) {
     if (id != SPA_PARAM_EnumFormat) return -ENOENT;
-    const auto& node = self(object);
     return tellParams(self(object).hooks_, sequence, id, start, count, filter,
-                      [&](spa_pod_builder& builder, std::uint32_t place) {
-                        return place == 0 ? params::nodeFormat(builder, node.positions_) : nullptr;
+                      [](spa_pod_builder& builder, std::uint32_t place) {
+                        return place == 0 ? params::nodeFormat(builder) : nullptr;
                       });
   }
   static int setParam(void* object, std::uint32_t id, std::uint32_t, const spa_pod* param) {
-    if (id == SPA_PARAM_PortConfig) {
-      if (const auto positions = params::wantedInputs(param)) self(object).configureInputs(*positions);
-    }
+    if (id == SPA_PARAM_PortConfig && params::configuresInputs(param)) self(object).makePorts();
     // Of all else nothing is taken: the session manager's format for the node, since the ports have the only one there
     // is, and whatever other programs set. A refusal would count as a fault of the node.
     return 0;
@@ -184,12 +187,8 @@ struct TapNodeInterface::Methods {
 };
 
 TapNodeInterface::TapNodeInterface(TapRealtime& realtime, pw_loop* audioLoop, pw_properties* properties,
-                                   std::vector<std::uint32_t> positions, std::function<void()> changed)
-    : realtime_(realtime),
-      audioLoop_(audioLoop),
-      properties_(properties),
-      positions_(std::move(positions)),
-      changed_(std::move(changed)) {
+                                   std::function<void()> changed)
+    : realtime_(realtime), audioLoop_(audioLoop), properties_(properties), changed_(std::move(changed)) {
   for (const auto direction : {SPA_DIRECTION_INPUT, SPA_DIRECTION_OUTPUT}) {
     latencies_[direction].direction = direction;
   }
@@ -242,13 +241,13 @@ void TapNodeInterface::setProperty(const char* key, const char* value) {
   tellNode(SPA_NODE_CHANGE_MASK_PROPS);
 }
 
-void TapNodeInterface::configureInputs(const std::vector<std::uint32_t>& positions) {
+void TapNodeInterface::makePorts() {
   // Always made anew, even where nothing changes: by the ports that come the session manager knows that it was heard.
   // The outputs go too, or it would take them for these.
   removePorts(inputs_);
   removePorts(outputs_);
-  onAudio([&] { realtime_.setInputs(channelShares(positions)); });
-  for (const auto position : positions) {
+  onAudio([&] { realtime_.setInputs(channelShares(inputPositions)); });
+  for (const auto position : inputPositions) {
     const auto place = inputs_.size();
     inputs_.push_back(makePort(SPA_DIRECTION_INPUT, static_cast<std::uint32_t>(place), place, channelName(position)));
     tellPort(*inputs_.back(), wholePort);
@@ -357,7 +356,10 @@ int TapNodeInterface::setLatency(const Port& port, const spa_pod* param) {
 }
 
 void TapNodeInterface::takeRate() {
-  if (position_ != nullptr && position_->clock.rate.denom > 0) realtime_.setRate(position_->clock.rate.denom);
+  if (position_ == nullptr || position_->clock.rate.denom == 0) return;
+  if (std::exchange(rateHz_, position_->clock.rate.denom) == rateHz_) return;
+  realtime_.setRate(rateHz_);
+  changed_();
 }
 
 void TapNodeInterface::setPosition(const spa_io_position* position) {
@@ -367,6 +369,7 @@ void TapNodeInterface::setPosition(const spa_io_position* position) {
 }
 
 void TapNodeInterface::onAudio(const std::function<void()>& change) {
+  if (audioLoop_ == nullptr) return change();
   const auto run = [](spa_loop*, bool, std::uint32_t, const void*, std::size_t, void* data) {
     (*static_cast<const std::function<void()>*>(data))();
     return 0;

@@ -25,11 +25,10 @@ namespace quillmere::pipewire {
 
 class TapNodeInterface {
  public:
-  /// Takes `properties` over. `positions` (`spa_audio_channel`) are the channels that it asks the session manager for.
-  /// What is shared with the audio thread is changed on `audioLoop`. `changed` is told when isConfigured() or
-  /// isStarted() has changed.
-  TapNodeInterface(TapRealtime& realtime, pw_loop* audioLoop, pw_properties* properties,
-                   std::vector<std::uint32_t> positions, std::function<void()> changed);
+  /// Takes `properties` over. What is shared with the audio thread is changed on `audioLoop`, the one that the library
+  /// runs this node on; null: that is the caller's own thread. `changed` is told when isConfigured(), isStarted() or
+  /// rate() has changed.
+  TapNodeInterface(TapRealtime& realtime, pw_loop* audioLoop, pw_properties* properties, std::function<void()> changed);
   ~TapNodeInterface();
   TapNodeInterface(const TapNodeInterface&) = delete;
   TapNodeInterface& operator=(const TapNodeInterface&) = delete;
@@ -39,6 +38,8 @@ class TapNodeInterface {
   /// The session manager has said what inputs it wants: it knows the node.
   [[nodiscard]] bool isConfigured() const { return isConfigured_; }
   [[nodiscard]] bool isStarted() const { return isStarted_; }
+  /// The rate of the graph that it was started in last, in Hz; 0 before.
+  [[nodiscard]] double rate() const { return rateHz_; }
   /// Where the graph tells the time of its cycles; null before the first and after the last.
   [[nodiscard]] const spa_io_position* position() const { return position_; }
 
@@ -62,7 +63,7 @@ class TapNodeInterface {
     std::vector<std::byte> chosenFormat;
   };
 
-  void configureInputs(const std::vector<std::uint32_t>& positions);
+  void makePorts();
   void addOutputs();
   void removePorts(std::vector<std::unique_ptr<Port>>& ports);
   [[nodiscard]] static std::unique_ptr<Port> makePort(spa_direction direction, std::uint32_t id, std::size_t place,
@@ -82,12 +83,11 @@ class TapNodeInterface {
   TapRealtime& realtime_;
   pw_loop* audioLoop_;
   pw_properties* properties_;
-  /// Channels that it asks for.
-  std::vector<std::uint32_t> positions_;
   std::function<void()> changed_;
   bool isConfigured_ = false;
   bool isStarted_ = false;
   bool isMono_ = false;
+  std::uint32_t rateHz_ = 0;
   const spa_io_position* position_ = nullptr;
 
   spa_node implementation_{};

@@ -8,9 +8,6 @@
 #include <spa/pod/builder.h>
 #include <spa/pod/parser.h>
 
-#include <algorithm>
-
-#include "ChannelShares.h"
 #include "TapRealtime.h"
 
 namespace quillmere::pipewire::params {
@@ -22,12 +19,13 @@ const spa_pod* pod(void* built) { return static_cast<const spa_pod*>(built); }
 
 }  // namespace
 
-const spa_pod* nodeFormat(spa_pod_builder& builder, std::span<const std::uint32_t> positions) {
+const spa_pod* nodeFormat(spa_pod_builder& builder) {
   spa_audio_info_raw info{};
   info.format = SPA_AUDIO_FORMAT_F32P;
   info.rate = 48000;
-  info.channels = static_cast<std::uint32_t>(std::min(positions.size(), std::size(info.position)));
-  std::copy_n(positions.begin(), info.channels, std::begin(info.position));
+  info.channels = 2;
+  info.position[0] = SPA_AUDIO_CHANNEL_FL;
+  info.position[1] = SPA_AUDIO_CHANNEL_FR;
   return spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info);
 }
 
@@ -70,24 +68,12 @@ bool isPortFormat(const spa_pod* format) {
          samples == SPA_AUDIO_FORMAT_DSP_F32;
 }
 
-std::optional<std::vector<std::uint32_t>> wantedInputs(const spa_pod* portConfig) {
+bool configuresInputs(const spa_pod* portConfig) {
   std::uint32_t direction = 0;
-  std::uint32_t mode = 0;
-  const spa_pod* format = nullptr;
-  if (portConfig == nullptr ||
-      spa_pod_parse_object(portConfig, SPA_TYPE_OBJECT_ParamPortConfig, nullptr, SPA_PARAM_PORT_CONFIG_direction,
-                           SPA_POD_Id(&direction), SPA_PARAM_PORT_CONFIG_mode, SPA_POD_Id(&mode),
-                           SPA_PARAM_PORT_CONFIG_format, SPA_POD_OPT_Pod(&format)) < 0 ||
-      direction != SPA_DIRECTION_INPUT) {
-    return std::nullopt;
-  }
-  if (mode == SPA_PARAM_PORT_CONFIG_MODE_none) return std::vector<std::uint32_t>{};
-  spa_audio_info_raw info{};
-  if (format == nullptr || spa_format_audio_raw_parse(format, &info) < 0 || info.channels == 0) {
-    return std::vector<std::uint32_t>{SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_FR};
-  }
-  const auto count = std::min<std::size_t>(info.channels, mostChannels);
-  return std::vector<std::uint32_t>(std::begin(info.position), std::begin(info.position) + static_cast<long>(count));
+  return portConfig != nullptr &&
+         spa_pod_parse_object(portConfig, SPA_TYPE_OBJECT_ParamPortConfig, nullptr, SPA_PARAM_PORT_CONFIG_direction,
+                              SPA_POD_Id(&direction)) >= 0 &&
+         direction == SPA_DIRECTION_INPUT;
 }
 
 }  // namespace quillmere::pipewire::params

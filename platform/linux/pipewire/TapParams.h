@@ -1,11 +1,6 @@
 // What a tap's node tells of itself and its ports in the daemon's parameter format.
 #pragma once
 
-#include <cstdint>
-#include <optional>
-#include <span>
-#include <vector>
-
 struct spa_latency_info;
 struct spa_pod;
 struct spa_pod_builder;
@@ -14,9 +9,9 @@ namespace quillmere::pipewire::params {
 
 // Each builds one parameter in the builder's memory, and returns it.
 
-/// Of the node: these channels (`spa_audio_channel`). By this the session manager knows it as audio; the ports decide
-/// what is really exchanged.
-[[nodiscard]] const spa_pod* nodeFormat(spa_pod_builder& builder, std::span<const std::uint32_t> positions);
+/// Of the node: stereo. By this the session manager knows it as audio, and it is what streams are made that have no
+/// layout yet; the ports decide what is really exchanged.
+[[nodiscard]] const spa_pod* nodeFormat(spa_pod_builder& builder);
 /// Of every port: one channel of 32-bit floats.
 [[nodiscard]] const spa_pod* portFormat(spa_pod_builder& builder);
 [[nodiscard]] const spa_pod* portIO(spa_pod_builder& builder);
@@ -26,8 +21,7 @@ namespace quillmere::pipewire::params {
 
 [[nodiscard]] bool isPortFormat(const spa_pod* format);
 
-/// The channels (`spa_audio_channel`) that the session manager wants the inputs to have; absent where it speaks of the
-/// outputs or can't be read.
-[[nodiscard]] std::optional<std::vector<std::uint32_t>> wantedInputs(const spa_pod* portConfig);
+/// Whether a port configuration speaks of the inputs.
+[[nodiscard]] bool configuresInputs(const spa_pod* portConfig);
 
 }  // namespace quillmere::pipewire::params

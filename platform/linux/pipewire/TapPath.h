@@ -39,6 +39,8 @@ class TapPath {
   /// From now on it runs only while it is used.
   virtual void calmDown() = 0;
 
+  /// The rate that it is played at, in Hz; 0 before the first cycle.
+  [[nodiscard]] virtual double rate() const = 0;
   /// Cycles run so far.
   [[nodiscard]] virtual std::uint64_t cycles() const = 0;
   /// Whether the glide after stop() has arrived.

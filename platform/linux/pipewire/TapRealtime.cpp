@@ -148,26 +148,41 @@ void TapRealtime::process(float* input, float* output, std::uint32_t frames) {
 
 void TapRealtime::takeInputs(std::size_t frames) {
   auto* mixed = input_.data();
-  if (inputCount_ == 2 && shares_[0] == leftShare && shares_[1] == rightShare) {
-    const auto* first = takeSamples(inputs_[0], frames);
-    const auto* second = takeSamples(inputs_[1], frames);
-    if (first != nullptr && second != nullptr) {
-      for (std::size_t frame = 0; frame < frames; ++frame) {
-        mixed[2 * frame] = first[frame];
-        mixed[2 * frame + 1] = second[frame];
-      }
-      return;
-    }
-    std::memset(mixed, 0, frames * bytesPerFrame);
-    for (std::size_t frame = 0; first != nullptr && frame < frames; ++frame) mixed[2 * frame] = first[frame];
-    for (std::size_t frame = 0; second != nullptr && frame < frames; ++frame) mixed[2 * frame + 1] = second[frame];
-    return;
-  }
-  std::memset(mixed, 0, frames * bytesPerFrame);
+  // Nearly always there are a left and a right and nothing else.
+  const float* leftSamples = nullptr;
+  const float* rightSamples = nullptr;
+  std::array<const float*, mostChannels> others;
+  std::array<ChannelShare, mostChannels> shares;
+  std::size_t otherCount = 0;
   for (std::size_t place = 0; place < inputCount_; ++place) {
     const auto* samples = takeSamples(inputs_[place], frames);
     if (samples == nullptr) continue;
-    const auto share = shares_[place];
+    if (leftSamples == nullptr && shares_[place] == leftShare) {
+      leftSamples = samples;
+    } else if (rightSamples == nullptr && shares_[place] == rightShare) {
+      rightSamples = samples;
+    } else {
+      shares[otherCount] = shares_[place];
+      others[otherCount++] = samples;
+    }
+  }
+  if (leftSamples != nullptr && rightSamples != nullptr) {
+    for (std::size_t frame = 0; frame < frames; ++frame) {
+      mixed[2 * frame] = leftSamples[frame];
+      mixed[2 * frame + 1] = rightSamples[frame];
+    }
+  } else {
+    std::memset(mixed, 0, frames * bytesPerFrame);
+    for (std::size_t frame = 0; leftSamples != nullptr && frame < frames; ++frame) {
+      mixed[2 * frame] = leftSamples[frame];
+    }
+    for (std::size_t frame = 0; rightSamples != nullptr && frame < frames; ++frame) {
+      mixed[2 * frame + 1] = rightSamples[frame];
+    }
+  }
+  for (std::size_t place = 0; place < otherCount; ++place) {
+    const auto share = shares[place];
+    const auto* samples = others[place];
     for (std::size_t frame = 0; frame < frames; ++frame) {
       mixed[2 * frame] += share.left * samples[frame];
       mixed[2 * frame + 1] += share.right * samples[frame];

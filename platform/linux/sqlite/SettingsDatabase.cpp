@@ -137,34 +137,43 @@ std::string uriOf(const std::filesystem::path& file, std::string_view query) {
 SettingsDatabase::SettingsDatabase(std::filesystem::path file, const Clocks& clocks, LogSink& log)
     : file_(std::move(file)), clocks_(clocks), log_(log, "SqliteUserDefaults") {}
 
-SettingsValues SettingsDatabase::open() {
+SettingsDatabase::Opened SettingsDatabase::open() {
   if (file_.empty() || !makeDirectories(file_.parent_path())) {
     keepInMemory(file_.empty() ? "there is no home directory" : std::strerror(errno));
-    return {};
+    return {{}, Storage::none};
   }
   const DirectoryLock lock(file_.parent_path());
-  // A second round begins with a fresh file, so that it can't be damaged again; a third one would not help.
-  SettingsValues saved;
-  for (int round = 0; round < 2; ++round) {
-    auto reading = openWritable();
-    if (reading.state == State::usable) {
-      if (saved.empty()) return std::move(reading.values);
-      SettingsChanges changes(saved.begin(), saved.end());
-      if (write(changes) != Outcome::done) log_.error("could not store again what was saved: " + lastError_);
-      return saved;
-    }
-    close();
-    if (reading.state == State::blocked) {
-      const auto reason = lastError_;
-      auto values = openReadOnly();
-      keepInMemory(reason);
-      return values;
-    }
-    if (reading.complete) saved = std::move(reading.values);
-    if (!moveAside(lastError_)) break;
+  auto first = openWritable();
+  if (first.state == State::usable) return {std::move(first.values), Storage::ready};
+  close();
+  if (first.state == State::blocked) {
+    const auto reason = lastError_;
+    auto values = openReadOnly();
+    keepInMemory(reason);
+    return {std::move(values), Storage::none};
   }
-  keepInMemory(lastError_);
-  return saved;
+
+  SettingsValues saved;
+  if (first.complete) saved = std::move(first.values);
+  if (!moveAside(lastError_)) {
+    keepInMemory(lastError_);
+    return {std::move(saved), Storage::none};
+  }
+  // What is begun afresh can't be damaged again, unless by somebody who does it all the time.
+  const auto second = openWritable();
+  if (second.state == State::damaged) {
+    close();
+    moveAside(lastError_);
+    keepInMemory(lastError_);
+    return {std::move(saved), Storage::none};
+  }
+  if (second.state == State::usable && write(SettingsChanges(saved.begin(), saved.end())) == Outcome::done) {
+    return {std::move(saved), Storage::ready};
+  }
+  // There was room to move the old file, so what stands in the way may go: a full disk, another process.
+  if (second.state != State::usable) close();
+  log_.error("what was saved can't be stored again now: " + lastError_);
+  return {std::move(saved), Storage::owed};
 }
 
 SettingsDatabase::Reading SettingsDatabase::openWritable() {
@@ -394,12 +403,12 @@ int SettingsDatabase::writeRow(std::string_view key, const std::optional<Default
 }
 
 SettingsDatabase::Outcome SettingsDatabase::rewrite(const SettingsValues& values) {
-  if ((isDamaged_ || !isWritable() || !isFileInPlace()) && !reopen()) return Outcome::startOver;
+  if ((isDamaged_ || !isOpen() || !isFileInPlace()) && !reopen()) return Outcome::startOver;
   return write(SettingsChanges(values.begin(), values.end()));
 }
 
 bool SettingsDatabase::reopen() {
-  const bool wasOpen = isWritable();
+  const bool wasOpen = isOpen();
   close();
   if (!makeDirectories(file_.parent_path())) {
     lastError_ = std::strerror(errno);
@@ -423,7 +432,7 @@ bool SettingsDatabase::reopen() {
 }
 
 void SettingsDatabase::settle() {
-  if (isWritable()) {
+  if (isOpen()) {
     sqlite3_wal_checkpoint_v2(database_.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
   }
 }

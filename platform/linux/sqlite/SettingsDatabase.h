@@ -32,12 +32,23 @@ class SettingsDatabase {
     startOver,
   };
 
+  enum class Storage {
+    /// The file holds the values and takes changes.
+    ready,
+    /// The values came from a damaged file and are not in the fresh one yet: rewrite() is due.
+    owed,
+    /// Nothing can be stored; settings last as long as the process.
+    none,
+  };
+  struct Opened {
+    SettingsValues values;
+    Storage storage = Storage::ready;
+  };
+
   SettingsDatabase(std::filesystem::path file, const Clocks& clocks, LogSink& log);
 
   /// Reads everything; call once, first. What can't be read is logged and moved aside.
-  SettingsValues open();
-  /// Whether anything can be stored at all.
-  [[nodiscard]] bool isWritable() const { return database_ != nullptr; }
+  Opened open();
   /// One transaction: all of it or nothing. A single value that the database refuses is logged and left out.
   Outcome write(const SettingsChanges& changes);
   /// Begins a fresh file where that is needed, moving a damaged one aside, and writes `values` into it. To be repeated
@@ -65,6 +76,7 @@ class SettingsDatabase {
 
   Reading openWritable();
   SettingsValues openReadOnly();
+  [[nodiscard]] bool isOpen() const { return database_ != nullptr; }
   Reading readAll(sqlite3* database);
   std::optional<DefaultsValue> readValue(sqlite3_stmt* row);
   bool execute(sqlite3* database, const char* sql);

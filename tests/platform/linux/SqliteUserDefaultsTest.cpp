@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
@@ -21,9 +22,11 @@
 #include <functional>
 #include <iterator>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <random>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -122,6 +125,16 @@ int exitCodeOf(pid_t child) {
   int status = 0;
   ::waitpid(child, &status, 0);
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/// What stands in the way has gone: everything is stored with one of the next tries.
+bool storesInTime(SqliteUserDefaults& defaults) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (std::chrono::steady_clock::now() < deadline) {
+    if (defaults.flush()) return true;
+    std::this_thread::yield();
+  }
+  return false;
 }
 
 class SqliteUserDefaultsTest : public testing::Test {
@@ -386,11 +399,16 @@ TEST_F(SqliteUserDefaultsTest, TheLogOfAnUnreadableDatabaseGoesWithIt) {
   EXPECT_EQ(contentOf(aside("-wal")), "its log");
 }
 
-TEST_F(SqliteUserDefaultsTest, AHeaderThatForbidsWritingIsDamageAndWhatCanBeReadIsKept) {
-  store("key", 0.25);
-  auto content = contentOf(file());
+/// A database whose values can be read, and whose header says that it must not be written.
+std::string withHeaderThatForbidsWriting(std::string content) {
   // The "file format write version" (www.sqlite.org/fileformat.html, 1.3.3): from 3 on a file is only to be read.
   content.at(18) = 3;
+  return content;
+}
+
+TEST_F(SqliteUserDefaultsTest, AHeaderThatForbidsWritingIsDamageAndWhatCanBeReadIsKept) {
+  store("key", 0.25);
+  const auto content = withHeaderThatForbidsWriting(contentOf(file()));
   files::remove_all(directory());
   makeFile(content);
   const auto defaults = open();
@@ -530,6 +548,14 @@ TEST_F(SqliteUserDefaultsTest, AReadOnlyPlaceIsStillRead) {
   ::chmod(directory().c_str(), 0700);
 }
 
+/// Makes files longer than `bytes` fail in this process; absent lifts the limit.
+void limitFiles(std::optional<rlim_t> bytes) {
+  rlimit limit{};
+  ::getrlimit(RLIMIT_FSIZE, &limit);
+  limit.rlim_cur = bytes.value_or(limit.rlim_max);
+  ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
 TEST_F(SqliteUserDefaultsTest, AFullDiskKeepsTheChangeUntilThereIsRoom) {
   // A limit on the size of files stands in for the disk; it holds for a process, so the test has one of its own.
   const pid_t child = startChild([&] {
@@ -537,24 +563,137 @@ TEST_F(SqliteUserDefaultsTest, AFullDiskKeepsTheChangeUntilThereIsRoom) {
     SqliteUserDefaults defaults(file(), time, log);
     defaults.set("before", true);
     if (!defaults.flush()) return 10;
-    rlimit limit{};
-    ::getrlimit(RLIMIT_FSIZE, &limit);
-    const auto unlimited = limit.rlim_cur;
-    limit.rlim_cur = 4096;
-    ::setrlimit(RLIMIT_FSIZE, &limit);
+    limitFiles(4096);
     defaults.set("key", std::string(100000, 'x'));
     if (defaults.flush()) return 11;
     if (!defaults.string("key")) return 12;
     if (log.lines().empty() || log.lines()[0].message.find("trying again") == std::string::npos) return 13;
-    limit.rlim_cur = unlimited;
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    while (!defaults.flush()) std::this_thread::yield();
+    limitFiles(std::nullopt);
+    if (!storesInTime(defaults)) return 20;
     return 0;
   });
   EXPECT_EQ(exitCodeOf(child), 0);
   const auto defaults = open();
   EXPECT_EQ(defaults->string("key"), std::string(100000, 'x'));
   EXPECT_EQ(defaults->boolean("before"), true);
+}
+
+TEST_F(SqliteUserDefaultsTest, WhatWasReadOfADamagedFileIsWrittenAgainUntilThereIsRoom) {
+  store("key", std::string(100000, 'x'));
+  const auto content = withHeaderThatForbidsWriting(contentOf(file()));
+  files::remove_all(directory());
+  makeFile(content);
+  const pid_t child = startChild([&] {
+    ::signal(SIGXFSZ, SIG_IGN);
+    // Room for a fresh database and what SQLite keeps beside it, and none for the value.
+    limitFiles(65536);
+    SqliteUserDefaults defaults(file(), time, log);
+    if (!defaults.string("key")) return 10;
+    if (defaults.flush()) return 11;
+    limitFiles(std::nullopt);
+    if (!storesInTime(defaults)) return 20;
+    // The end of the object would store it too: another look, while it lives.
+    return RawDatabase(file()).first("SELECT length(value) FROM defaults") == "100000" ? 0 : 12;
+  });
+  EXPECT_EQ(exitCodeOf(child), 0);
+  EXPECT_EQ(open()->string("key"), std::string(100000, 'x'));
+}
+
+TEST_F(SqliteUserDefaultsTest, WhatWasReadOfADamagedFileWaitsForRoomForAFreshFile) {
+  store("key", std::string("value"));
+  const auto content = withHeaderThatForbidsWriting(contentOf(file()));
+  files::remove_all(directory());
+  makeFile(content);
+  // What SQLite keeps beside a file is there already while another process reads it, so reading needs no room.
+  int ready[2];
+  ASSERT_EQ(::pipe2(ready, O_CLOEXEC), 0);
+  const pid_t reader = startChild([&]() -> int {
+    RawDatabase raw(file());
+    const char done = raw.first("SELECT value FROM defaults") == "value" ? 'y' : 'n';
+    static_cast<void>(::write(ready[1], &done, 1));
+    while (true) ::pause();
+  });
+  char done = 'n';
+  ASSERT_EQ(::read(ready[0], &done, 1), 1);
+  ASSERT_EQ(done, 'y');
+  const pid_t child = startChild([&] {
+    ::signal(SIGXFSZ, SIG_IGN);
+    limitFiles(1024);
+    SqliteUserDefaults defaults(file(), time, log);
+    if (defaults.string("key") != "value") return 10;
+    defaults.set("other", 0.5);
+    if (defaults.flush()) return 11;
+    limitFiles(std::nullopt);
+    return storesInTime(defaults) ? 0 : 20;
+  });
+  EXPECT_EQ(exitCodeOf(child), 0);
+  ::kill(reader, SIGKILL);
+  ::waitpid(reader, nullptr, 0);
+  ::close(ready[0]);
+  ::close(ready[1]);
+  EXPECT_EQ(contentOf(aside()), content);
+  const auto defaults = open();
+  EXPECT_EQ(defaults->string("key"), "value");
+  EXPECT_EQ(defaults->real("other"), 0.5);
+}
+
+/// Doesn't return from the first line that another thread than its maker's writes until it is let go.
+class HoldingLogSink final : public LogSink {
+ public:
+  void write(LogLevel, std::string_view, std::string_view, std::string_view) override {
+    if (std::this_thread::get_id() == maker_) return;
+    std::unique_lock lock(mutex_);
+    isHeld_ = true;
+    changed_.notify_all();
+    // The deadline only lets a test that fails come to an end.
+    wasLetGo_ = changed_.wait_for(lock, std::chrono::seconds(10), [this] { return isLetGo_; });
+    changed_.notify_all();
+  }
+  void waitUntilHeld() {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return isHeld_; });
+  }
+  void letGo() {
+    const std::lock_guard lock(mutex_);
+    isLetGo_ = true;
+    changed_.notify_all();
+  }
+  /// Whether the line was let go before its deadline.
+  bool wasLetGo() {
+    std::unique_lock lock(mutex_);
+    changed_.wait_for(lock, std::chrono::seconds(10), [this] { return wasLetGo_; });
+    return wasLetGo_;
+  }
+
+ private:
+  const std::thread::id maker_ = std::this_thread::get_id();
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  bool isHeld_ = false;
+  bool isLetGo_ = false;
+  bool wasLetGo_ = false;
+};
+
+TEST_F(SqliteUserDefaultsTest, AReadDoesNotWaitForALogThatIsSlow) {
+  const pid_t child = startChild([&] {
+    ::signal(SIGXFSZ, SIG_IGN);
+    HoldingLogSink slow;
+    SqliteUserDefaults defaults(file(), time, slow);
+    defaults.set("before", true);
+    if (!defaults.flush()) return 10;
+    limitFiles(4096);
+    defaults.set("key", std::string(100000, 'x'));
+    slow.waitUntilHeld();
+    if (defaults.boolean("before") != true) return 11;
+    defaults.set("other", 0.5);
+    slow.letGo();
+    if (!slow.wasLetGo()) return 12;
+    limitFiles(std::nullopt);
+    if (!storesInTime(defaults)) return 20;
+    return 0;
+  });
+  EXPECT_EQ(exitCodeOf(child), 0);
+  EXPECT_EQ(open()->real("other"), 0.5);
 }
 
 // Other processes, and meddling while the program runs. ---------------------------------------------------------------
@@ -603,7 +742,7 @@ TEST_F(SqliteUserDefaultsTest, AStartReadsWhileAnotherProcessHoldsTheFileForWrit
   defaults->set("key", 0.75);
   EXPECT_EQ(defaults->real("key"), 0.75);
   other.run("COMMIT");
-  while (!defaults->flush()) std::this_thread::yield();
+  ASSERT_TRUE(storesInTime(*defaults));
   EXPECT_EQ(other.first("SELECT value FROM defaults WHERE key = 'key'"), "0.75");
   EXPECT_EQ(other.first("SELECT value FROM defaults WHERE key = 'theirs'"), "1");
 }

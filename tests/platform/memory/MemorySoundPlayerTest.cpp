@@ -29,9 +29,10 @@ TEST(MemoryMediaKeys, RecordsEveryPressAndLetsAPlayerAnswer) {
   MemoryMediaKeys keys;
   std::int32_t last = 0;
   keys.setOnPress([&](std::int32_t key) { last = key; });
-  keys.press(mediakey::play);
-  keys.press(99);
+  keys.press(mediakey::play, mediakey::Purpose::pause);
+  keys.press(99, mediakey::Purpose::person);
   EXPECT_EQ(keys.pressed(), (std::vector<std::int32_t>{16, 99}));
+  EXPECT_EQ(keys.purposes(), (std::vector{mediakey::Purpose::pause, mediakey::Purpose::person}));
   EXPECT_EQ(last, 99);
 }
 

@@ -89,7 +89,17 @@ class MprisMachine {
     const auto told = info();
     return told ? std::get<double>(told->at(nowplaying::playbackRate)) : -1.0;
   }
-  void press(std::int32_t key) { keys_->press(key); }
+  /// On the main thread, as the program does.
+  void press(std::int32_t key, mediakey::Purpose purpose = mediakey::Purpose::person) {
+    ask<bool>([&](const auto& reply) {
+      main_.post([this, key, purpose, reply] {
+        keys_->press(key, purpose);
+        reply(true);
+      });
+    });
+  }
+  void pause() { press(mediakey::play, mediakey::Purpose::pause); }
+  void resume() { press(mediakey::play, mediakey::Purpose::resume); }
 
   static ::testing::AssertionResult becomes(const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -212,6 +222,25 @@ TEST_F(Mpris, TheResolverHasTheLastWordOnTheProcess) {
     return 4711;
   });
   EXPECT_TRUE(becomes([&] { return pid() == 4711 && sawEntry; }));
+}
+
+TEST_F(Mpris, TheDesktopEntryIsCutAndCleaned) {
+  FakePlayer player(bus_.address(), "one");
+  player.set("PlaybackStatus", "'Playing'");
+  player.set("DesktopEntry", R"(' org.example\n)" + std::string(300000, 'x') + "'");
+  std::mutex mutex;
+  std::string seen;
+  watch(std::nullopt, [&](std::int32_t process, const std::string& entry) {
+    const std::lock_guard lock(mutex);
+    if (!entry.empty()) seen = entry;
+    return process;
+  });
+  const auto entry = [&] {
+    const std::lock_guard lock(mutex);
+    return seen;
+  };
+  EXPECT_TRUE(becomes([&] { return pid().has_value() && !entry().empty(); }));
+  EXPECT_EQ(entry(), "org.example " + std::string(255 - 12, 'x'));
 }
 
 TEST_F(Mpris, PausedMeansRateZero) {
@@ -390,11 +419,25 @@ TEST_F(Mpris, AKeyPausesAndResumes) {
   watch();
   player.setTrack("Song", "Playing");
   ASSERT_TRUE(becomes([&] { return title() == "Song" && rate() == 1.0; }));
-  press(mediakey::play);
+  pause();
   ASSERT_TRUE(becomes([&] { return rate() == 0.0; }));
-  press(mediakey::play);
+  resume();
   EXPECT_TRUE(becomes([&] { return rate() == 1.0; }));
   EXPECT_EQ(player.calls(), (Calls{"Pause", "Play"}));
+}
+
+TEST_F(Mpris, APauseMadeWhileATrackWasToldIsResumedThoughItsTitleGoesMeanwhile) {
+  FakePlayer player(bus_.address(), "one");
+  player.obey();
+  watch();
+  player.setTrack("Song", "Playing");
+  ASSERT_TRUE(becomes([&] { return title() == "Song" && rate() == 1.0; }));
+  pause();
+  ASSERT_TRUE(becomes([&] { return rate() == 0.0; }));
+  player.change("Metadata", "@a{sv} {}");
+  ASSERT_TRUE(becomes([&] { return title().empty(); }));
+  resume();
+  EXPECT_TRUE(becomes([&] { return player.calls() == Calls{"Pause", "Play"}; }));
 }
 
 TEST_F(Mpris, APauseThatSomebodyElseHasMadeIsNotUndone) {
@@ -408,10 +451,44 @@ TEST_F(Mpris, APauseThatSomebodyElseHasMadeIsNotUndone) {
     const auto current = watcher_->current();
     return current && !current->isPlaying();
   })) << "the watcher knows, the program has not been told yet";
-  press(mediakey::play);
+  pause();
+  resume();
+  // The watcher's thread takes one after the other: once this has arrived, nothing of the above is under way.
+  press(mediakey::next);
   ASSERT_TRUE(becomes([&] { return !player.calls().empty(); }));
-  EXPECT_EQ(player.calls(), Calls{"Pause"});
+  EXPECT_EQ(player.calls(), Calls{"Next"});
   EXPECT_EQ(rate(), 0.0);
+}
+
+TEST_F(Mpris, TwoQuickPressesOfAPersonAreTwoPresses) {
+  FakePlayer player(bus_.address(), "one");
+  player.obey();
+  watch();
+  player.setTrack("Song", "Playing");
+  ASSERT_TRUE(becomes([&] { return title() == "Song" && rate() == 1.0; }));
+  press(mediakey::play);
+  press(mediakey::play);
+  EXPECT_TRUE(becomes([&] { return player.calls() == Calls{"PlayPause", "PlayPause"}; }));
+  settle(player);
+  EXPECT_EQ(rate(), 1.0) << "stopped and gone on";
+}
+
+TEST_F(Mpris, APersonsPressIsForTheTrackThatIsShown) {
+  FakePlayer shown(bus_.address(), "one");
+  FakePlayer other(bus_.address(), "two");
+  watch();
+  shown.setTrack("Shown", "Playing");
+  ASSERT_TRUE(becomes([&] { return title() == "Shown"; }));
+  other.setTrack("Other", "Playing");
+  ASSERT_TRUE(becomes([&] {
+    const auto current = watcher_->current();
+    return current && current->track.title == "Other";
+  })) << "the watcher knows, the program has not been told yet";
+  press(mediakey::play);
+  ASSERT_TRUE(becomes([&] { return title() == "Other"; }));
+  press(mediakey::play);
+  EXPECT_TRUE(becomes([&] { return other.calls() == Calls{"PlayPause"}; }));
+  EXPECT_EQ(shown.calls(), Calls{"PlayPause"});
 }
 
 TEST_F(Mpris, NextAndPreviousReachThePlayer) {
@@ -429,7 +506,7 @@ TEST_F(Mpris, AKeyForAHangingPlayerHoldsNobodyUp) {
   ASSERT_TRUE(becomes([&] { return player.questionCount() > 0; }));
   player.setTrack("Song", "Playing");
   ASSERT_TRUE(becomes([&] { return title() == "Song" && rate() == 1.0; }));
-  press(mediakey::play);
+  pause();
   press(mediakey::next);
   EXPECT_TRUE(becomes([&] { return player.calls() == Calls{"Pause", "Next"}; }));
   EXPECT_EQ(title(), "Song");

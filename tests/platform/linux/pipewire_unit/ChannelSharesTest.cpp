@@ -43,16 +43,6 @@ TEST(ChannelShares, ChannelsWithoutAPositionGoLeftAndRightInTurn) {
             (std::vector<ChannelShare>{leftShare, rightShare, leftShare}));
 }
 
-TEST(ChannelShares, PositionsAreFoundByTheirNames) {
-  using Names = std::vector<std::string>;
-  EXPECT_EQ(channelPositions(Names{"MONO"}), (Positions{SPA_AUDIO_CHANNEL_MONO}));
-  EXPECT_EQ(channelPositions(Names{"FR", "FL", "LFE"}),
-            (Positions{SPA_AUDIO_CHANNEL_FR, SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_LFE}));
-  for (const auto& names : {Names{}, Names{"FL"}, Names{"FL", ""}, Names{"FL", "nowhere"}, Names(100, "FL")}) {
-    EXPECT_EQ(channelPositions(names), (Positions{SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_FR}));
-  }
-}
-
 TEST(ChannelShares, NamesAreThoseOfTheDaemon) {
   EXPECT_EQ(channelName(SPA_AUDIO_CHANNEL_FL), "FL");
   EXPECT_EQ(channelName(SPA_AUDIO_CHANNEL_MONO), "MONO");

@@ -30,6 +30,7 @@ struct FakePath final : TapPath {
     orders.push_back("calm");
   }
   std::uint64_t cycles() const override { return count; }
+  double rate() const override { return rateHz; }
   bool isAtUnity() const override { return unity; }
   float releaseGain() const override { return gain; }
 
@@ -41,23 +42,44 @@ struct FakePath final : TapPath {
   bool unity = false;
   float gain = 1.0F;
   std::uint64_t count = 0;
+  double rateHz = 0.0;
   /// The graph has run: quiet moments are known.
   std::uint64_t quiet = 7;
   std::vector<std::string> orders;
+};
+
+/// A session manager that plays everything where it asks to be, and on the default output where that isn't there.
+struct FakeFinder final : OutputFinder {
+  explicit FakeFinder(const GraphModel& graph) : model(graph) {}
+  void need(const std::set<Destination>& destinations) override { needed = destinations; }
+  Answer find(const Destination& destination) const override {
+    if (const auto told = answers.find(destination); told != answers.end()) return told->second;
+    auto output = destination ? model.outputSerial(destination) : std::string();
+    if (output.empty() && destination && model.nodeBySerial(*destination) != nullptr) output = *destination;
+    return {true, output.empty() ? model.outputSerial(std::nullopt) : output};
+  }
+
+  const GraphModel& model;
+  std::set<Destination> needed;
+  /// What it answers otherwise.
+  std::map<Destination, Answer> answers;
 };
 
 struct TapDirectorTest : ::testing::Test {
   Graph graph;
   Metadata metadata{graph.model};
   StreamMover mover{graph.model, metadata, Logger(graph.log, "PipeWire")};
+  FakeFinder finder{graph.model};
   ObjectIDs ids;
   std::vector<FakePath*> paths;
   /// Serials that the paths were opened for.
   std::vector<std::optional<std::string>> outputs;
   std::list<bool> gone;
+  std::shared_ptr<std::atomic<float>> target = std::make_shared<std::atomic<float>>(0.5F);
   std::vector<std::uint64_t> wakes;
   TapDirector director{graph.model,
                        mover,
+                       finder,
                        ids,
                        [this](const std::optional<std::string>& output, std::function<void()>) {
                          outputs.push_back(output);
@@ -113,6 +135,7 @@ struct TapDirectorTest : ::testing::Test {
     AggregateDescription device;
     device.mainDeviceUID = output;
     device.followsDefaultOutput = followsDefault;
+    device.targetGain = target;
     device.taps = {{tap.uuid.text(), true}};
     EXPECT_EQ(director.createDevice(device, built.device), noErr);
     EXPECT_EQ(
@@ -270,6 +293,141 @@ TEST_F(TapDirectorTest, StoppingWhileStreamsAreRenewedEndsTheBlockInTheOldOnesTo
   director.moment();
   follow();
   EXPECT_TRUE(isGone(0));
+}
+
+TEST_F(TapDirectorTest, UntilTheSessionManagerHasDecidedNothingIsMovedToAnOutputThatIsGuessed) {
+  graph.sink(2, "filter");
+  finder.answers[std::nullopt] = {false, "1001"};
+  const auto built = build();
+  EXPECT_EQ(outputs.back(), "1001");
+  connect(0);
+  start(built);
+  EXPECT_FALSE(director.isAlive(built.device));
+  EXPECT_TRUE(metadata.take().empty());
+  finder.answers[std::nullopt] = {true, "1002"};
+  director.graphChanged();
+  EXPECT_EQ(outputs.back(), "1002");
+  EXPECT_TRUE(isGone(0));
+  connect(1);
+  director.moment();
+  EXPECT_EQ(metadata.take().front(), "20 target.object=1110");
+}
+
+TEST_F(TapDirectorTest, AGuessIsNoReasonToLeaveAnOutputThatPlays) {
+  graph.sink(2, "desk");
+  live();
+  finder.answers[std::nullopt] = {false, "1002"};
+  director.graphChanged();
+  EXPECT_EQ(paths.size(), 1U);
+  finder.answers[std::nullopt] = {true, "1002"};
+  director.graphChanged();
+  EXPECT_EQ(paths.size(), 2U);
+}
+
+TEST_F(TapDirectorTest, WhereTheSessionManagerRefusesTheOutputTheTapPlaysNowhereUntilItGivesOne) {
+  finder.answers["usb"] = {false, "1001"};
+  const auto built = build(false, "usb");
+  finder.answers["usb"] = {true, {}};
+  director.graphChanged();
+  ASSERT_EQ(paths.size(), 2U);
+  EXPECT_EQ(outputs.back(), std::nullopt);
+  connect(1);
+  start(built);
+  EXPECT_TRUE(director.isAlive(built.device));
+  tick(500);
+  EXPECT_EQ(paths.size(), 2U) << "it waits";
+  finder.answers["usb"] = {true, "1001"};
+  director.graphChanged();
+  ASSERT_EQ(paths.size(), 3U);
+  EXPECT_EQ(outputs.back(), "1001");
+}
+
+/// A second stream of the application asks for a device of its own.
+struct TwoDestinations : TapDirectorTest {
+  Built both;
+  void begin() {
+    graph.sink(2, "desk");
+    graph.playback(21, 10, {{"target.object", "desk"}});
+    both = live();
+    ASSERT_EQ(outputs, (std::vector<std::optional<std::string>>{"1001", "1002"}));
+    connect(1);
+    director.moment();
+  }
+};
+
+TEST_F(TwoDestinations, AreEachPlayedOnAnOutputOfTheirOwn) {
+  begin();
+  EXPECT_EQ(finder.needed, (std::set<Destination>{std::nullopt, "desk"}));
+  EXPECT_EQ(graph.model.metadataValue(20, "target.object"), "1100");
+  metadata.echo();
+  EXPECT_EQ(graph.model.metadataValue(21, "target.object"), "1110");
+  EXPECT_EQ(paths[1]->orders, std::vector<std::string>{"from 1.00"}) << "it sounded untapped";
+}
+
+TEST_F(TwoDestinations, AreGivenBackBothWhenTheTapEnds) {
+  begin();
+  metadata.echo();
+  end(both, 0.3F);
+  EXPECT_EQ(paths[0]->orders.back(), "stop 0.30");
+  EXPECT_EQ(paths[1]->orders.back(), "stop 0.50") << "at the gain that it follows";
+  for (auto* path : paths) path->unity = true;
+  tick(1);
+  director.moment();
+  metadata.echo();
+  EXPECT_EQ(graph.model.metadataValue(20, "target.object"), std::nullopt);
+  EXPECT_EQ(graph.model.metadataValue(21, "target.object"), std::nullopt);
+  EXPECT_TRUE(finder.needed.empty());
+}
+
+TEST_F(TwoDestinations, AreAdoptedBothByATapThatIsRebuiltAtOnce) {
+  begin();
+  metadata.echo();
+  end(both, 0.3F);
+  metadata.take();
+  const auto again = build();
+  start(again);
+  EXPECT_EQ(paths.size(), 2U);
+  EXPECT_EQ(paths[0]->orders.back(), "adopted");
+  EXPECT_EQ(paths[1]->orders.back(), "adopted");
+  EXPECT_TRUE(metadata.take().empty());
+}
+
+TEST_F(TwoDestinations, AnOutputThatNobodyIsBoundForAnyMoreIsLeft) {
+  begin();
+  metadata.echo();
+  graph.model.remove(21);
+  director.graphChanged();
+  EXPECT_EQ(finder.needed, (std::set<Destination>{std::nullopt}));
+  tick(60);
+  EXPECT_TRUE(isGone(1));
+  EXPECT_FALSE(isGone(0));
+}
+
+TEST_F(TwoDestinations, WithTheSessionManagerGoneNothingOfEitherStays) {
+  begin();
+  director.suspend();
+  EXPECT_TRUE(isGone(0));
+  EXPECT_TRUE(isGone(1));
+  EXPECT_TRUE(finder.needed.empty());
+}
+
+TEST_F(TapDirectorTest, AStreamThatAnotherMixerMovesIsTakenOverThereWithoutAGlide) {
+  graph.sink(2, "desk");
+  live();
+  graph.model.setMetadata(20, "target.object", "1002");
+  mover.onTargetChanged(20, "1002");
+  director.graphChanged();
+  ASSERT_EQ(outputs.back(), "1002");
+  connect(1);
+  director.moment();
+  EXPECT_EQ(paths[1]->orders, std::vector<std::string>{"plain"}) << "it comes from a tap at this very gain";
+}
+
+TEST_F(TapDirectorTest, ATapIsPlayedAtTheRateOfItsGraph) {
+  const auto built = live();
+  EXPECT_EQ(director.rate(built.tap), 48000.0);
+  paths[0]->rateHz = 96000.0;
+  EXPECT_EQ(director.rate(built.tap), 96000.0);
 }
 
 TEST_F(TapDirectorTest, NothingIsMovedBeforeTheStart) {

@@ -92,8 +92,9 @@ void FakePlayer::answer(GDBusMessage* question) {
       }
     } else {
       reply = g_dbus_message_new_method_reply(question);
-      if (obeys_ && member == "Pause") follow = "'Paused'";
-      if (obeys_ && member == "Play") follow = "'Playing'";
+      const bool plays = properties_["PlaybackStatus"] == "'Playing'";
+      if (obeys_ && (member == "Pause" || (member == "PlayPause" && plays))) follow = "'Paused'";
+      if (obeys_ && (member == "Play" || (member == "PlayPause" && !plays))) follow = "'Playing'";
     }
   }
   g_dbus_connection_send_message(bus_.connection(), reply, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);

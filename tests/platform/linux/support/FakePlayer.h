@@ -36,7 +36,7 @@ class FakePlayer {
   void emitRaw(const std::string& body);
   /// Answers what was held back, with what is set now, and from now on at once.
   void release();
-  /// On Pause and Play the status follows, as in a real player.
+  /// On Pause, Play and PlayPause the status follows, as in a real player.
   void obey();
 
   /// Methods of the player interface that were called, in order.

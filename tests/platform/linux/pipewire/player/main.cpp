@@ -1,20 +1,30 @@
 // A plain PipeWire client that plays a known signal: what the tests listen for at the device's monitor.
 //   signal_player [--app-id ID] [--app-name NAME] [--signal dc|sine|counter] [--latency FRAMES/RATE] [--streams N]
-//                 [--prop KEY=VALUE]... [--client-prop KEY=VALUE]... [--record]
-// Reads commands from standard input, a line each: "pause", "play", "add" (one more stream), "drop" (the last one).
+//                 [--layout CHANNEL,...] [--prop KEY=VALUE]... [--client-prop KEY=VALUE]... [--record]
+// The signal is on the channels FL, FR and MONO, the others are silent. Reads commands from standard input, a line each:
+// "pause", "play", "add" (one more stream), "add CHANNEL,..." (of that layout), "drop" (the last one).
 #include <pipewire/pipewire.h>
 #include <spa/param/audio/format-utils.h>
+#include <spa/param/audio/type-info.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <iostream>
 #include <list>
 #include <numbers>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <unistd.h>
+
+#include "platform/linux/pipewire/ClientConfiguration.h"
+
+using quillmere::pipewire::realTimeConfiguration;
 
 namespace {
 
@@ -26,6 +36,7 @@ struct Options {
   Signal signal = Signal::dc;
   std::string latency = "1024/48000";
   int streams = 1;
+  std::string layout = "FL,FR";
   bool isRecording = false;
   std::vector<std::pair<std::string, std::string>> properties;
   std::vector<std::pair<std::string, std::string>> clientProperties;
@@ -38,6 +49,8 @@ struct Stream {
   pw_stream* stream = nullptr;
   spa_hook listener{};
   std::uint64_t frame = 0;
+  /// `spa_audio_channel`
+  std::vector<std::uint32_t> channels;
 };
 
 struct Player {
@@ -68,20 +81,36 @@ void onProcess(void* data) {
   if (buffer == nullptr) return;
   auto& target = buffer->buffer->datas[0];
   if (!self.player->options.isRecording && target.data != nullptr) {
-    std::uint64_t frames = target.maxsize / (2 * sizeof(float));
+    const auto stride = self.channels.size() * sizeof(float);
+    std::uint64_t frames = target.maxsize / stride;
     if (buffer->requested > 0) frames = std::min(frames, buffer->requested);
     auto* samples = static_cast<float*>(target.data);
     for (std::uint64_t i = 0; i < frames; ++i) {
-      samples[2 * i] = samples[2 * i + 1] = sampleAt(self.player->options.signal, self.frame++);
+      const float sample = sampleAt(self.player->options.signal, self.frame++);
+      for (const auto channel : self.channels) {
+        const bool isFront = channel == SPA_AUDIO_CHANNEL_FL || channel == SPA_AUDIO_CHANNEL_FR;
+        *samples++ = isFront || channel == SPA_AUDIO_CHANNEL_MONO ? sample : 0.0F;
+      }
     }
     target.chunk->offset = 0;
-    target.chunk->stride = 2 * sizeof(float);
-    target.chunk->size = static_cast<std::uint32_t>(frames * 2 * sizeof(float));
+    target.chunk->stride = static_cast<std::int32_t>(stride);
+    target.chunk->size = static_cast<std::uint32_t>(frames * stride);
   }
   pw_stream_queue_buffer(self.stream, buffer);
 }
 
-void addStream(Player& player) {
+std::vector<std::uint32_t> channelsOf(const std::string& layout) {
+  std::vector<std::uint32_t> channels;
+  std::istringstream names(layout);
+  for (std::string name; std::getline(names, name, ',');) {
+    for (const auto* entry = spa_type_audio_channel; entry->name != nullptr; ++entry) {
+      if (std::string_view(entry->name).ends_with(":" + name)) channels.push_back(entry->type);
+    }
+  }
+  return channels;
+}
+
+void addStream(Player& player, const std::string& layout) {
   static const auto events = [] {
     pw_stream_events made{};
     made.version = PW_VERSION_STREAM_EVENTS;
@@ -90,6 +119,7 @@ void addStream(Player& player) {
   }();
   auto& stream = player.streams.emplace_back();
   stream.player = &player;
+  stream.channels = channelsOf(layout);
   auto* properties = pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY,
                                        player.options.isRecording ? "Capture" : "Playback", PW_KEY_NODE_LATENCY,
                                        player.options.latency.c_str(), nullptr);
@@ -103,9 +133,8 @@ void addStream(Player& player) {
   spa_audio_info_raw info{};
   info.format = SPA_AUDIO_FORMAT_F32;
   info.rate = 48000;
-  info.channels = 2;
-  info.position[0] = SPA_AUDIO_CHANNEL_FL;
-  info.position[1] = SPA_AUDIO_CHANNEL_FR;
+  info.channels = static_cast<std::uint32_t>(stream.channels.size());
+  std::copy(stream.channels.begin(), stream.channels.end(), std::begin(info.position));
   std::array<std::uint8_t, 1024> memory{};
   spa_pod_builder builder{};
   spa_pod_builder_init(&builder, memory.data(), memory.size());
@@ -128,7 +157,8 @@ void onInput(void* data, int, std::uint32_t) {
   for (auto end = player.line.find('\n'); end != std::string::npos; end = player.line.find('\n')) {
     const auto command = player.line.substr(0, end);
     player.line.erase(0, end + 1);
-    if (command == "add") addStream(player);
+    if (command == "add") addStream(player, player.options.layout);
+    if (command.starts_with("add ")) addStream(player, command.substr(4));
     if (command == "drop" && !player.streams.empty()) {
       pw_stream_destroy(player.streams.back().stream);
       player.streams.pop_back();
@@ -154,6 +184,7 @@ Options parse(int count, char** arguments) {
     if (key == "--app-name") options.appName = value;
     if (key == "--latency") options.latency = value;
     if (key == "--streams") options.streams = std::stoi(value);
+    if (key == "--layout") options.layout = value;
     if (key == "--signal") {
       options.signal = value == "sine" ? Signal::sine : value == "counter" ? Signal::counter : Signal::dc;
     }
@@ -172,7 +203,8 @@ int main(int count, char** arguments) {
   player.options = parse(count, arguments);
   player.loop = pw_main_loop_new(nullptr);
   auto* loop = pw_main_loop_get_loop(player.loop);
-  player.context = pw_context_new(loop, pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0);
+  player.context = pw_context_new(
+      loop, pw_properties_new(PW_KEY_CONFIG_NAME, realTimeConfiguration(pw_get_library_version()), nullptr), 0);
   auto* properties = pw_properties_new(nullptr, nullptr);
   if (!player.options.appID.empty()) pw_properties_set(properties, PW_KEY_APP_ID, player.options.appID.c_str());
   if (!player.options.appName.empty()) pw_properties_set(properties, PW_KEY_APP_NAME, player.options.appName.c_str());
@@ -185,7 +217,7 @@ int main(int count, char** arguments) {
     return 1;
   }
   pw_loop_add_io(loop, STDIN_FILENO, SPA_IO_IN | SPA_IO_HUP, false, onInput, &player);
-  for (int i = 0; i < player.options.streams; ++i) addStream(player);
+  for (int i = 0; i < player.options.streams; ++i) addStream(player, player.options.layout);
   pw_main_loop_run(player.loop);
   return 0;
 }

@@ -1,5 +1,7 @@
 #include "support/Machine.h"
 
+#include <sched.h>
+
 #include <cmath>
 #include <stdexcept>
 
@@ -107,6 +109,7 @@ TapUnderTest::TapUnderTest(Machine& machine, const std::string& identifier, floa
   device.tapAutoStart = true;
   device.subDeviceUIDs = {device.mainDeviceUID};
   device.taps = {{tap.uuid.text(), true}};
+  device.targetGain = {state_, &state_->target};
   need(machine.audio.createAggregateDevice(device, device_) == noErr, "no aggregate device");
   need(eventually([&] { return machine.number(device_, audio::deviceIsAlive) == 1; }, std::chrono::seconds(2)),
        "the aggregate device does not come alive");
@@ -124,10 +127,17 @@ TapUnderTest::TapUnderTest(Machine& machine, const std::string& identifier, floa
       out.data[2 * i + 1] = applied * in.data[2 * i + 1];
     }
     state->current = applied;
+    if (state->schedulingPolicy < 0) state->schedulingPolicy = sched_getscheduler(0);
     ++state->calls;
   };
   need(machine.audio.createIOProc(device_, "test", block, proc_) == noErr, "no IO block");
   need(machine.audio.startDevice(device_, proc_) == noErr, "not started");
+}
+
+double TapUnderTest::rate() const {
+  AudioStreamBasicDescription format;
+  machine_.audio.readFormat(tap_, {audio::tapFormat}, format);
+  return format.sampleRate;
 }
 
 TapUnderTest::~TapUnderTest() { end(); }

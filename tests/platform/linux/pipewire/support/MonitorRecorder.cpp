@@ -9,6 +9,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "platform/linux/pipewire/ClientConfiguration.h"
 #include "support/Session.h"
 
 namespace quillmere::test {
@@ -39,7 +40,7 @@ struct MonitorRecorder::Recording {
   }
 };
 
-MonitorRecorder::MonitorRecorder(const std::string& device, const std::string& latency)
+MonitorRecorder::MonitorRecorder(const std::string& device, const std::string& latency, Linked linked)
     : recording_(std::make_unique<Recording>()) {
   pw_init(nullptr, nullptr);
   recording_->samples.resize(capacity);
@@ -54,9 +55,11 @@ MonitorRecorder::MonitorRecorder(const std::string& device, const std::string& l
   pw_thread_loop_lock(recording_->loop);
   recording_->stream = pw_stream_new_simple(
       pw_thread_loop_get_loop(recording_->loop), "recorder",
-      pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY,
-                        "Capture", PW_KEY_TARGET_OBJECT, device.c_str(), PW_KEY_STREAM_CAPTURE_SINK, "true",
-                        PW_KEY_NODE_LATENCY, latency.c_str(), PW_KEY_NODE_DONT_RECONNECT, "true", nullptr),
+      pw_properties_new(PW_KEY_CONFIG_NAME, pipewire::realTimeConfiguration(pw_get_library_version()),
+                        PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_TARGET_OBJECT,
+                        device.c_str(), PW_KEY_STREAM_CAPTURE_SINK, "true", PW_KEY_NODE_LATENCY, latency.c_str(),
+                        PW_KEY_NODE_DONT_RECONNECT, "true", PW_KEY_NODE_NAME,
+                        linked == Linked::byHand ? "recorder-by-hand" : "recorder", nullptr),
       &events, recording_.get());
   if (recording_->stream == nullptr) throw std::runtime_error("no daemon to record from");
   spa_audio_info_raw info{};
@@ -69,12 +72,16 @@ MonitorRecorder::MonitorRecorder(const std::string& device, const std::string& l
   spa_pod_builder builder{};
   spa_pod_builder_init(&builder, memory.data(), memory.size());
   std::array<const spa_pod*, 1> params{spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info)};
-  pw_stream_connect(
-      recording_->stream, PW_DIRECTION_INPUT, PW_ID_ANY,
-      static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS),
-      params.data(), params.size());
+  const auto flags = static_cast<std::uint32_t>(PW_STREAM_FLAG_MAP_BUFFERS) | PW_STREAM_FLAG_RT_PROCESS |
+                     (linked == Linked::bySessionManager ? PW_STREAM_FLAG_AUTOCONNECT : 0);
+  pw_stream_connect(recording_->stream, PW_DIRECTION_INPUT, PW_ID_ANY, static_cast<pw_stream_flags>(flags),
+                    params.data(), params.size());
   pw_thread_loop_unlock(recording_->loop);
-  if (!eventually([this] { return size() > 0; })) throw std::runtime_error("nothing can be recorded from " + device);
+  const auto hears = [&] {
+    if (linked == Linked::byHand) run({"pw-link", device + ":monitor_FL", "recorder-by-hand:input_FL"});
+    return size() > 0;
+  };
+  if (!eventually(hears)) throw std::runtime_error("nothing can be recorded from " + device);
 }
 
 MonitorRecorder::~MonitorRecorder() {

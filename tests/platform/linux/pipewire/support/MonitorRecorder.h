@@ -10,8 +10,11 @@ namespace quillmere::test {
 
 class MonitorRecorder {
  public:
+  /// By hand it is linked to a device that the session manager gives to nobody else.
+  enum class Linked { bySessionManager, byHand };
   /// Begins at once; `device` is a node.name. `latency` is frames/rate.
-  explicit MonitorRecorder(const std::string& device, const std::string& latency = "1024/48000");
+  explicit MonitorRecorder(const std::string& device, const std::string& latency = "1024/48000",
+                           Linked linked = Linked::bySessionManager);
   ~MonitorRecorder();
   MonitorRecorder(const MonitorRecorder&) = delete;
   MonitorRecorder& operator=(const MonitorRecorder&) = delete;

@@ -189,6 +189,12 @@ std::vector<std::string> ourNodes() {
   return names;
 }
 
+std::vector<std::string> ourTaps() {
+  auto names = ourNodes();
+  std::erase_if(names, [](const std::string& name) { return name.find(".tap-") == std::string::npos; });
+  return names;
+}
+
 bool areLinked(const std::string& output, const std::string& input) {
   std::istringstream listing(run({"pw-link", "-l"}));
   std::string source;

@@ -33,6 +33,8 @@ void removeSink(const std::string& name);
 void restartSessionManager();
 /// Names of the nodes of ours that stand in the graph.
 [[nodiscard]] std::vector<std::string> ourNodes();
+/// Those among them that applications are moved to.
+[[nodiscard]] std::vector<std::string> ourTaps();
 /// Whether a port of the one node is linked to a port of the other.
 [[nodiscard]] bool areLinked(const std::string& output, const std::string& input);
 
