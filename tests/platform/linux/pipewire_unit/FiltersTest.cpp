@@ -96,12 +96,13 @@ TEST_F(Filters, OnlyTheApplicationsOwnStreamIsMoved) {
   graph.playback(22, 10);
   Metadata metadata{graph.model};
   StreamMover mover{graph.model, metadata, Logger(graph.log, "PipeWire")};
-  mover.claim("equaliser", "5000");
-  EXPECT_EQ(metadata.take().front(), "22 target.object=5000");
-  for (const auto& line : metadata.take()) EXPECT_FALSE(line.starts_with("21 ")) << line;
-  EXPECT_TRUE(mover.hasRunningStream("equaliser"));
+  mover.claim("equaliser", {}, {}, "5000");
+  const auto lines = metadata.take();
+  EXPECT_EQ(lines.front(), "22 target.object=5000");
+  for (const auto& line : lines) EXPECT_FALSE(line.starts_with("21 ")) << line;
+  EXPECT_TRUE(mover.hasRunningStream("equaliser", {}, {}));
   graph.model.setNodeInfo(22, false);
-  EXPECT_FALSE(mover.hasRunningStream("equaliser"));
+  EXPECT_FALSE(mover.hasRunningStream("equaliser", {}, {}));
 }
 
 TEST_F(Filters, TheSideThatComesFirstIsNoApplicationMeanwhile) {
