@@ -13,8 +13,8 @@ from . import graph
 from .tones import tone_file
 from .waiting import wait_for
 
-KINDS = ("pw-play", "paplay", "gst-pulse", "gst-pipewire")
-SOURCES = {"pw-play": "/usr/bin/pw-cat", "paplay": "/usr/bin/pacat"}
+KINDS = ("pw-play", "paplay", "gst-pulse", "gst-pipewire", "jack")
+SOURCES = {"pw-play": "/usr/bin/pw-cat", "paplay": "/usr/bin/pacat", "jack": "/usr/bin/mpv"}
 
 
 def copied_executable(source, binary):
@@ -30,7 +30,9 @@ def copied_executable(source, binary):
 
 
 class Player:
-    """One client with one output stream. `binary` and `name` identify it; two players may share them."""
+    """One client with one output stream. `binary` and `name` identify it; two players may share them.
+
+    A "jack" one links itself to a device and stays there; its target is the device's description."""
 
     def __init__(self, kind, name, hz, amplitude=0.25, binary=None, desktop_entry=True, target=None, file=None,
                  extra=()):
@@ -64,6 +66,11 @@ class Player:
             if self.target:
                 command += [f"--device={self.target}"]
             return command + self.extra + [self.file or tone_file(self.hz, self.amplitude)]
+        if self.kind == "jack":
+            return ["pw-jack", self.executable, "--no-config", "--load-scripts=no", "--no-video", "--no-terminal",
+                    "--loop-file=inf", "--ao=jack", f"--jack-name={self.name}",
+                    f"--jack-port={self.target or 'Desk Speakers'}:playback", *self.extra,
+                    self.file or tone_file(self.hz, self.amplitude)]
         source = ["audiotestsrc", "wave=sine", f"freq={self.hz}", f"volume={self.amplitude}", "!",
                   "audio/x-raw,format=F32LE,rate=48000,channels=2", "!"]
         if self.kind == "gst-pulse":
@@ -83,7 +90,9 @@ class Player:
 
     def streams(self):
         """Its output streams in the graph, found by process id."""
-        return [stream for stream in graph.Graph().output_streams() if stream["pid"] == self.process.pid]
+        standing = graph.Graph()
+        streams = standing.jack_clients() if self.kind == "jack" else standing.output_streams()
+        return [stream for stream in streams if stream["pid"] == self.process.pid]
 
     @property
     def pid(self):
