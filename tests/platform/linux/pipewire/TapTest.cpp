@@ -33,12 +33,11 @@ std::string storedByTheSessionManager() {
 /// It writes its files a second after the last change: what another stream has had stored since shows that it has.
 bool hasStoredAllUntilNow(const std::string& marker) {
   const auto player = playSignal({"--app-id", marker});
-  return eventually(
-      [&] {
-        run({"sh", "-c", "pactl set-sink-input-volume " + session::sinkInputOf(marker + "-1") + " 80%"});
-        return storedByTheSessionManager().find(marker) != std::string::npos;
-      },
-      std::chrono::seconds(10));
+  std::string stream;
+  if (!eventually([&] { return !(stream = session::sinkInputOf(marker + "-1")).empty(); })) return false;
+  // Once: every change has it wait for another second.
+  run({"pactl", "set-sink-input-volume", stream, "80%"});
+  return eventually([&] { return storedByTheSessionManager().find(marker) != std::string::npos; });
 }
 
 std::string targetOf(const std::string& stream) {
