@@ -6,6 +6,7 @@
 #include "CubicScale.h"
 #include "MetadataValue.h"
 #include "TransportType.h"
+#include "text/CleanText.h"
 
 namespace quillmere::pipewire {
 namespace {
@@ -15,6 +16,14 @@ constexpr std::string_view processPrefix = "process:";
 bool isDevice(const NodeRecord& node) {
   return (node.kind == NodeKind::sink || node.kind == NodeKind::duplex || node.kind == NodeKind::source) &&
          !node.isOurs && !node.name.empty();
+}
+
+/// For people to read. A headset's name is whatever somebody once gave it.
+std::string shownName(const NodeRecord& node) {
+  for (const auto* key : {"node.description", "node.nick"}) {
+    if (auto name = cleanText(text(node.properties, key), maxDisplayNameBytes); !name.empty()) return name;
+  }
+  return cleanText(node.name, maxDisplayNameBytes);
 }
 
 template <typename Record>
@@ -39,9 +48,7 @@ std::vector<DeviceSnapshot> takeDevices(const GraphModel& model, const PendingWr
     device.id = ids.of("device:" + key);
     device.node = nodeID;
     device.uid = node->name;
-    device.name = text(node->properties, "node.description");
-    if (device.name.empty()) device.name = text(node->properties, "node.nick");
-    if (device.name.empty()) device.name = node->name;
+    device.name = shownName(*node);
     const auto* hardware = model.deviceOf(*node);
     device.transport = transportTypeOf(node->properties, hardware != nullptr ? hardware->properties : none);
     if (node->kind != NodeKind::source) {

@@ -23,6 +23,17 @@ TEST_F(AudioSnapshotTest, ADeviceWithoutADescriptionGoesByItsNickOrName) {
   EXPECT_EQ(snapshot.devices[1].name, "two");
 }
 
+TEST_F(AudioSnapshotTest, ADevicesNameIsCutAndCleanedAndItsUIDIsNot) {
+  graph.sink(1, "one", {{"node.description", "Ann's\n\"Pods\"\x1b" + std::string(5000, 'x')}});
+  graph.sink(2, "two", {{"node.description", " \t "}, {"node.nick", "Two\xff"}});
+  graph.sink(3, std::string(5000, 'y'));
+  const auto snapshot = take();
+  EXPECT_EQ(snapshot.devices[0].name, "Ann's \"Pods\" " + std::string(256 - 13, 'x'));
+  EXPECT_EQ(snapshot.devices[1].name, "Two\xEF\xBF\xBD");
+  EXPECT_EQ(snapshot.devices[2].name, std::string(256, 'y'));
+  EXPECT_EQ(snapshot.devices[2].uid, std::string(5000, 'y'));
+}
+
 TEST_F(AudioSnapshotTest, ADeviceThatReturnsHasItsOldIDUnderAnotherGlobal) {
   graph.sink(1, "one");
   const auto id = take().devices[0].id;
