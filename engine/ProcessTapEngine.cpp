@@ -221,8 +221,12 @@ void ProcessTapEngine::spawnSubgraphLocked(const std::string& bundleID, float in
 void ProcessTapEngine::keepLive(const std::string& bundleID, std::unique_ptr<ProcessTapSubgraph> subgraph) {
   InputActivity activity(subgraph->words());
   subgraphs_[bundleID] = std::move(subgraph);
-  const std::lock_guard lock(activitiesMutex_);
-  activities_.insert_or_assign(bundleID, std::move(activity));
+  {
+    const std::lock_guard lock(activitiesMutex_);
+    activities_.insert_or_assign(bundleID, std::move(activity));
+  }
+  // One after the other, each would have had its time to itself.
+  for (auto& entry : builds_) entry.second.subgraph->waitAnew();
 }
 
 void ProcessTapEngine::logFailure(const std::string& bundleID) const {

@@ -24,7 +24,8 @@ class ProcessTapSubgraph;
 /// Callers get no result; failures end in the log.
 ///
 /// The calls of one application take effect one after the other, each when the one before is through with the path that
-/// it builds. Applications don't wait for one another: any number of paths is built side by side.
+/// it builds. Applications don't wait for one another: any number of paths is built side by side, and a path is given
+/// up when none has come alive for two seconds.
 class ProcessTapEngine {
  public:
   /// Makes the engine's queue. The hardware and the runtime's services outlive this.

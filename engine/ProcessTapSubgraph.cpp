@@ -68,9 +68,11 @@ ProcessTapSubgraph::Progress ProcessTapSubgraph::activate(float initialGain,
     destroyTap();
     return Progress::failed;
   }
-  aliveDeadline_ = clocks_.monotonicNow() + aliveTimeout;
+  waitAnew();
   return proceed();
 }
+
+void ProcessTapSubgraph::waitAnew() { aliveDeadline_ = clocks_.monotonicNow() + aliveTimeout; }
 
 ProcessTapSubgraph::Progress ProcessTapSubgraph::proceed() {
   // Looked at before the clock: where everything comes late, the call does too.

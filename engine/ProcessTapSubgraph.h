@@ -29,7 +29,7 @@ class ProcessTapSubgraph {
     failed,
   };
 
-  /// An aggregate is given up when it is not alive after this time.
+  /// An aggregate is given up when it is not alive after this time, and no other has come alive in it.
   static constexpr Duration aliveTimeout = std::chrono::seconds(2);
   /// proceed() is to be called this often while the path waits.
   static constexpr Duration alivePoll = std::chrono::milliseconds(10);
@@ -48,6 +48,8 @@ class ProcessTapSubgraph {
   /// Looks whether the aggregate has come alive, and builds the rest if so: then audio flows. Called while waiting
   /// only.
   Progress proceed();
+  /// The time in which it must come alive begins anew: the host is busy with others, and gets on with them.
+  void waitAnew();
   /// Tears a live path down; otherwise does nothing.
   void invalidate();
 

@@ -1,5 +1,6 @@
 // Random calls for a few applications, whose paths take their time to come alive, and beside the engine the same story
 // told for each application by itself: one call after the other, each waiting for the path that the one before builds.
+// All they have in common is the time that a path is given: it begins anew whenever any path comes alive.
 // After every step both must have the same paths, on the same devices, at the same gains.
 //
 // A failure prints its seed; QUILLMERE_SEED=<seed> repeats that run alone.
@@ -41,11 +42,13 @@ class Story {
   struct World {
     long long now = 0;
     long long aliveAfter = 0;
+    /// When a path last came alive, anybody's: what waits gets its whole time anew.
+    long long lastAlive = 0;
     /// Empty where there is no default output.
     std::string defaultDevice;
   };
 
-  explicit Story(const World& world) : world_(world) {}
+  explicit Story(World& world) : world_(world) {}
 
   void tell(std::function<void(Story&)> call) {
     calls_.push_back(std::move(call));
@@ -55,9 +58,11 @@ class Story {
   void goOn() {
     while (true) {
       if (isBuilding_) {
-        if (buildEnds_ > world_.now) return;
+        if (*nextEnd() > world_.now) return;
         isBuilding_ = false;
-        if (comesAlive_) path = half_;
+        if (!comesAlive_) continue;
+        path = half_;
+        world_.lastAlive = world_.now;
       } else if (!calls_.empty()) {
         const auto call = std::move(calls_.front());
         calls_.pop_front();
@@ -68,7 +73,8 @@ class Story {
     }
   }
   [[nodiscard]] std::optional<long long> nextEnd() const {
-    return isBuilding_ ? std::optional(buildEnds_) : std::nullopt;
+    if (!isBuilding_) return std::nullopt;
+    return comesAlive_ ? aliveAt_ : std::max(begunAt_, world_.lastAlive) + 2000;
   }
 
   void applyGain(float gain) {
@@ -117,17 +123,19 @@ class Story {
     if (device.empty()) return;
     half_ = {device, gain};
     comesAlive_ = device != "gone" && world_.aliveAfter <= 2000;
-    buildEnds_ = world_.now + (comesAlive_ ? world_.aliveAfter : 2000);
+    begunAt_ = world_.now;
+    aliveAt_ = world_.now + world_.aliveAfter;
     isBuilding_ = true;
   }
 
-  const World& world_;
+  World& world_;
   std::deque<std::function<void(Story&)>> calls_;
   std::optional<std::string> route_;
   bool isBuilding_ = false;
   bool isStopping_ = false;
   bool comesAlive_ = false;
-  long long buildEnds_ = 0;
+  long long begunAt_ = 0;
+  long long aliveAt_ = 0;
   Path half_;
 };
 
