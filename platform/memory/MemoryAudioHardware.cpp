@@ -48,12 +48,25 @@ struct Tap {
 
 struct Aggregate {
   AggregateDescription description;
+  /// What its taps take in.
+  std::vector<AudioObjectID> processes;
   MonotonicTime aliveAt;
   bool exists = true;
   std::map<IOProcID, std::shared_ptr<InstalledProc>> procs;
   std::string queueLabel;
   std::optional<float> appliedGain;
+  std::optional<MonotonicTime> stoppedAt;
 };
+
+/// Constant samples to and from nowhere.
+void playConstant(const IOBlock& block, float sample) {
+  std::array<float, 32> input{};
+  std::array<float, 32> output{};
+  input.fill(sample);
+  AudioBuffer in{2, sizeof input, input.data()};
+  AudioBuffer out{2, sizeof output, output.data()};
+  block({.buffers = {&in, 1}}, {.buffers = {&out, 1}});
+}
 
 }  // namespace
 
@@ -153,6 +166,59 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
     });
   }
 
+  /// What the taps in an aggregate take in; the newest tap is looked at first, being what is asked for.
+  std::vector<AudioObjectID> processesOf(const AggregateDescription& description) const {
+    std::vector<AudioObjectID> found;
+    for (const auto& wanted : description.taps) {
+      const auto tap = std::find_if(taps.rbegin(), taps.rend(), [&](const auto& entry) {
+        return entry.second.exists && entry.second.description.uuid.text() == wanted.uid;
+      });
+      if (tap == taps.rend()) continue;
+      const auto& tapped = tap->second.description.processes;
+      found.insert(found.end(), tapped.begin(), tapped.end());
+    }
+    return found;
+  }
+
+  /// The process through which an aggregate hears sound now; 0 if there is none.
+  AudioObjectID soundingProcess(const Aggregate& aggregate) const {
+    const auto sounds = [this](AudioObjectID object) {
+      const auto found = processes.find(object);
+      return found != processes.end() && found->second.isRunningOutput;
+    };
+    const auto found = std::find_if(aggregate.processes.begin(), aggregate.processes.end(), sounds);
+    return found == aggregate.processes.end() ? 0 : *found;
+  }
+
+  /// Without the mutex.
+  void driveCycles(Duration length, float sample) {
+    std::vector<std::shared_ptr<InstalledProc>> procs;
+    {
+      const std::lock_guard lock(mutex);
+      for (const auto id : started) {
+        const auto* aggregate = findAggregate(id);
+        const auto process = aggregate == nullptr ? 0 : soundingProcess(*aggregate);
+        if (process == 0) continue;
+        cycles.push_back({process, id, clocks.monotonicNow()});
+        for (const auto& entry : aggregate->procs) procs.push_back(entry.second);
+      }
+    }
+    for (const auto& proc : procs) {
+      const std::lock_guard cycle(proc->mutex);
+      if (proc->running) playConstant(proc->block, sample);
+    }
+    listenerExecutor.postAfter(length, [weakWorld = weak_from_this(), length, sample] {
+      if (const auto world = weakWorld.lock()) world->driveCycles(length, sample);
+    });
+  }
+
+  /// The blocks of an aggregate run no more.
+  void noteStop(AudioObjectID device) {
+    started.erase(device);
+    const auto found = aggregates.find(device);
+    if (found != aggregates.end() && !found->second.stoppedAt) found->second.stoppedAt = clocks.monotonicNow();
+  }
+
   void changeDefault(AudioObjectID device) {
     if (defaultDevice == device) return;
     defaultDevice = device;
@@ -168,6 +234,9 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
   std::map<AudioObjectID, MemoryProcess> processes;
   std::map<AudioObjectID, Tap> taps;
   std::map<AudioObjectID, Aggregate> aggregates;
+  /// Those with a block that runs.
+  std::set<AudioObjectID> started;
+  std::vector<MemoryCycle> cycles;
   AudioObjectID defaultDevice = 0;
   bool ignoresDefaultWrites = false;
   AudioStreamBasicDescription tapFormat{48000.0, fourCC("lpcm"), 9, 8, 1, 8, 2, 32};
@@ -405,6 +474,7 @@ Status MemoryAudioHardware::createAggregateDevice(const AggregateDescription& de
   device = ++world_->lastID;
   Aggregate aggregate;
   aggregate.description = description;
+  aggregate.processes = world_->processesOf(description);
   aggregate.aliveAt = world_->clocks.monotonicNow() + world_->aliveDelay;
   world_->aggregates.emplace(device, std::move(aggregate));
   return noErr;
@@ -416,6 +486,7 @@ Status MemoryAudioHardware::destroyAggregateDevice(AudioObjectID device) {
   auto* aggregate = world_->findAggregate(device);
   if (aggregate == nullptr) return badObjectError;
   aggregate->exists = false;
+  world_->noteStop(device);
   aggregate->procs.clear();
   return noErr;
 }
@@ -448,6 +519,7 @@ Status MemoryAudioHardware::startDevice(AudioObjectID device, IOProcID proc) {
     const std::lock_guard lock(world_->mutex);
     if (const auto status = world_->begin(Method::startDevice, device, {0, 0, 0})) return *status;
     installed = world_->findProc(device, proc);
+    if (installed) world_->started.insert(device);
   }
   if (!installed) return badObjectError;
   const std::lock_guard cycle(installed->mutex);
@@ -463,6 +535,7 @@ Status MemoryAudioHardware::stopDevice(AudioObjectID device, IOProcID proc, floa
     installed = world_->findProc(device, proc);
     if (!installed) return badObjectError;
     world_->findAggregate(device)->appliedGain = appliedGain;
+    world_->noteStop(device);
   }
   const std::lock_guard cycle(installed->mutex);
   installed->running = false;
@@ -660,6 +733,23 @@ bool MemoryAudioHardware::runIOCycle(AudioObjectID aggregate, const AudioBufferL
     ran = true;
   }
   return ran;
+}
+
+void MemoryAudioHardware::setCycles(Duration length, float sample) {
+  world_->listenerExecutor.postAfter(length, [weakWorld = std::weak_ptr(world_), length, sample] {
+    if (const auto world = weakWorld.lock()) world->driveCycles(length, sample);
+  });
+}
+
+std::vector<MemoryCycle> MemoryAudioHardware::takeCycles() {
+  const std::lock_guard lock(world_->mutex);
+  return std::exchange(world_->cycles, {});
+}
+
+std::optional<MonotonicTime> MemoryAudioHardware::stoppedAt(AudioObjectID aggregate) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto found = world_->aggregates.find(aggregate);
+  return found == world_->aggregates.end() ? std::nullopt : found->second.stoppedAt;
 }
 
 IOBlock MemoryAudioHardware::ioBlock(AudioObjectID aggregate) const {

@@ -34,6 +34,13 @@ struct MemoryDevice {
   std::map<std::uint32_t, MemoryVolumeElement> volume = {};
 };
 
+/// An IO cycle that an application has driven.
+struct MemoryCycle {
+  AudioObjectID process = 0;
+  AudioObjectID aggregate = 0;
+  MonotonicTime at;
+};
+
 struct MemoryProcess {
   /// Absent: the read succeeds and gives no text.
   std::optional<std::string> bundleID;
@@ -160,6 +167,14 @@ class MemoryAudioHardware final : public AudioHardware {
   [[nodiscard]] std::optional<float> appliedGain(AudioObjectID aggregate) const;
   /// Runs one IO cycle on the calling thread; false, with nothing called, if the aggregate does not run.
   bool runIOCycle(AudioObjectID aggregate, const AudioBufferList& input, const AudioBufferList& output);
+  /// From now on sounding applications drive the IO, as they do in a sound server whose cycles stop with them: every
+  /// `length` the running blocks over processes that run output get a cycle of constant stereo samples, on the
+  /// listeners' executor. The others get none.
+  void setCycles(Duration length, float sample);
+  /// The cycles that were driven since the last call, in their order.
+  [[nodiscard]] std::vector<MemoryCycle> takeCycles();
+  /// When the aggregate's block was stopped; absent while it runs, and where it never has.
+  [[nodiscard]] std::optional<MonotonicTime> stoppedAt(AudioObjectID aggregate) const;
   /// The installed block itself, for firing it when nobody should.
   [[nodiscard]] IOBlock ioBlock(AudioObjectID aggregate) const;
 

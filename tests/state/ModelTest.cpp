@@ -88,10 +88,14 @@ class SideBySide {
     }
     if (world_.track) box_->player.setTrack(world_.track->title, world_.track->plays, 1);
     box_->engine->setActive(world_.heardByEngine);
+    box_->tapForReal();
     box_->start();
+    cycles_.clear();
+    world_.cycles.clear();
     rules_ = std::make_unique<model::RuleModel>(world_, model_);
     // Gestures fall between the polls: what is due at one moment has then one order.
     advance(7);
+    box_->audio.setCycles(std::chrono::milliseconds(30), 0.25F);
   }
   static MemoryDevice hardware(const model::Device& device) {
     return {device.uid, device.uid,
@@ -100,7 +104,24 @@ class SideBySide {
   }
   void advance(long long millis) {
     box_->time.advance(std::chrono::milliseconds(millis));
+    noteCycles();
     rules_->advance(millis);
+  }
+  /// Tells the rules which cycles have run through taps, and which of these taps have gone since.
+  void noteCycles() {
+    for (const auto& cycle : box_->audio.takeCycles()) {
+      cycles_.emplace_back(cycle.aggregate, model::TapCycle{box_->applicationOf(cycle.process), millisOf(cycle.at)});
+    }
+    // Those that have been looked at already.
+    std::erase_if(cycles_, [this](const auto& entry) { return entry.second.at <= rules_->lastLook; });
+    world_.cycles.clear();
+    for (auto& [aggregate, cycle] : cycles_) {
+      if (const auto gone = box_->audio.stoppedAt(aggregate)) cycle.goneAt = millisOf(*gone);
+      world_.cycles.push_back(cycle);
+    }
+  }
+  static long long millisOf(MonotonicTime time) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
   }
 
   // Chance.
@@ -194,6 +215,8 @@ class SideBySide {
   std::unique_ptr<VirtualMachine> box_;
   std::unique_ptr<model::RuleModel> rules_;
   std::map<int, AudioObjectID> devices_;
+  /// With the aggregate that each ran in.
+  std::vector<std::pair<AudioObjectID, model::TapCycle>> cycles_;
   std::deque<std::string> recent_;
   std::string difference_;
   int lastName_ = 0;

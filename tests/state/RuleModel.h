@@ -83,6 +83,16 @@ struct Disk {
   std::set<std::string> candidates;
 };
 
+/// A cycle of an application's sound through its tap.
+struct TapCycle {
+  static constexpr long long never = std::numeric_limits<long long>::max();
+
+  std::string id;
+  long long at = 0;
+  /// When that tap went.
+  long long goneAt = never;
+};
+
 /// What is there whether the program runs or not.
 struct World {
   std::map<std::string, Process> processes;
@@ -92,6 +102,8 @@ struct World {
   int lastPlug = 0;
   std::optional<Track> track;
   std::set<std::string> heardByEngine;
+  /// Since the last look at least.
+  std::vector<TapCycle> cycles;
 };
 
 enum class Phase { idle, focus, rest };
@@ -345,6 +357,7 @@ class RuleModel {
   float master = 0.7F;
   std::optional<std::string> chosenDevice;
   std::map<std::string, double> heardAt;
+  long long lastLook = 0;
   std::set<std::string> microphones;
   bool ducks = false;
   std::set<std::string> ducked;
@@ -454,6 +467,12 @@ class RuleModel {
       if (process.sounds) heardAt[id] = now();
     }
     for (const auto& id : world.heardByEngine) heardAt[id] = now();
+    // What a tap has heard since the last look counts, and nothing that it heard before.
+    for (const auto& cycle : world.cycles) {
+      const bool isSinceLastLook = cycle.at > lastLook && cycle.at <= clock;
+      if (isSinceLastLook && cycle.goneAt >= clock) heardAt[cycle.id] = now();
+    }
+    lastLook = clock;
     std::erase_if(heardAt, [this](const auto& entry) { return entry.second < now() - 1.5; });
 
     for (const auto& row : restored) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -135,6 +136,9 @@ class GraphModel {
  private:
   void identify(GlobalID clientID, ClientRecord& client, const Properties& stream);
   [[nodiscard]] bool isOurs(const NodeRecord& node) const;
+  void noteDefaultOutput();
+  void dropNode(GlobalID id);
+  void dropPort(GlobalID id);
   void noteStream(const NodeRecord& node);
 
   ApplicationIdentifier identify_;
@@ -147,6 +151,12 @@ class GraphModel {
   std::map<GlobalID, DeviceRecord> devices_;
   std::map<GlobalID, LinkRecord> links_;
   std::map<GlobalID, PortRecord> ports_;
+  // What is asked for each tap at every event is found at once: where there are many of both, nothing else gets done.
+  std::map<std::string, GlobalID, std::less<>> nodesBySerial_;
+  std::set<GlobalID> outputs_;
+  std::map<GlobalID, std::set<GlobalID>> portsByNode_;
+  /// As the metadata has it now.
+  std::optional<std::string> defaultOutput_;
   std::map<std::pair<GlobalID, std::string>, std::string> metadata_;
   Properties settings_;
 };
