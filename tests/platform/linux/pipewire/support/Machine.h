@@ -42,8 +42,7 @@ class MemoryLog final : public LogSink {
 };
 
 struct Machine {
-  explicit Machine(PipeWireOptions options = {})
-      : audio(main, log, defaultApplicationIdentifier, std::move(options)) {}
+  explicit Machine(PipeWireOptions options = {}) : audio(main, log, defaultApplicationIdentifier, std::move(options)) {}
 
   QueueExecutor main;
   MemoryLog log;
