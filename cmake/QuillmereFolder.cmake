@@ -2,13 +2,13 @@
 # A public header is reached as "<folder>/<Header>.h" only by targets that link the folder's target:
 # each folder exports a forwarding tree of its own instead of the source root.
 
-set(QUILLMERE_WARNINGS -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+include(QuillmereWarnings)
+quillmere_warning_options(QUILLMERE_WARNINGS "${QUILLMERE_WERROR}" "${CMAKE_CXX_COMPILER_ID}" "${CMAKE_CXX_COMPILER_VERSION}")
 
 add_library(QuillmereFlags INTERFACE)
 target_compile_features(QuillmereFlags INTERFACE cxx_std_20)
 # Contraction would change the last bit of the gain formula from one machine to the next.
-target_compile_options(QuillmereFlags INTERFACE ${QUILLMERE_WARNINGS} -ffp-contract=off
-  $<$<BOOL:${QUILLMERE_WERROR}>:-Werror>)
+target_compile_options(QuillmereFlags INTERFACE ${QUILLMERE_WARNINGS} -ffp-contract=off)
 target_compile_definitions(QuillmereFlags INTERFACE
   $<$<BOOL:${QUILLMERE_THREAD_CHECKS}>:QUILLMERE_THREAD_CHECKS=1>)
 

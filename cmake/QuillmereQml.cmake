@@ -3,8 +3,7 @@
 
 # Qt's generated sources follow Qt's rules, so in targets with QML the house's warnings go to its own files only.
 function(quillmere_warn_on)
-  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS
-    ${QUILLMERE_WARNINGS} $<$<BOOL:${QUILLMERE_WERROR}>:-Werror>)
+  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS ${QUILLMERE_WARNINGS})
 endfunction()
 
 # quillmere_qml_module(<target> <folder below views> <URI> [USES ...] [LIBRARIES ...] [IMPORTS <URIs>...]

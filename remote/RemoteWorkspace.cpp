@@ -55,7 +55,9 @@ std::optional<IconReference> RemoteWorkspace::icon(const std::string& bundleID) 
   changed_.wait(lock, [&] { return isClosed_ || answers_.contains(number); });
   const auto answer = answers_.find(number);
   if (answer == answers_.end()) return std::nullopt;
-  return std::exchange(answers_.extract(answer).mapped(), std::nullopt);
+  auto icon = std::move(answer->second);
+  answers_.erase(answer);
+  return icon;
 }
 
 bool RemoteWorkspace::openURL(const std::string& url) {

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "ClientConfiguration.h"
+
 namespace quillmere::pipewire {
 namespace {
 
@@ -42,8 +44,9 @@ int Connection::sync() { return core_ != nullptr ? pw_core_sync(core_, PW_ID_COR
 void Connection::connect() {
   if (core_ != nullptr) return;
   if (context_ == nullptr) {
-    // This configuration gives the data thread real-time priority.
-    context_ = pw_context_new(loop_.raw(), pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0);
+    context_ = pw_context_new(
+        loop_.raw(), pw_properties_new(PW_KEY_CONFIG_NAME, realTimeConfiguration(pw_get_library_version()), nullptr),
+        0);
     if (context_ == nullptr) {
       log_.error("the PipeWire context could not be made");
       return;

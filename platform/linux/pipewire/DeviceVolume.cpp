@@ -34,7 +34,7 @@ void addVolumes(spa_pod_builder& builder, const std::vector<float>& volumes) {
 }  // namespace
 
 DeviceVolume::DeviceVolume(Loop& loop, const GraphModel& model, RegistryWatcher& watcher, std::function<void()> changed)
-    : model_(model), watcher_(watcher), changed_(std::move(changed)), expiry_(loop, [this] { forget(); }) {}
+    : model_(model), watcher_(watcher), changed_(std::move(changed)), expiry_(loop, [this] { giveUpUnanswered(); }) {}
 
 bool DeviceVolume::write(GlobalID id, std::uint32_t element, float scalar) {
   const auto* node = model_.node(id);
@@ -50,21 +50,60 @@ bool DeviceVolume::write(GlobalID id, std::uint32_t element, float scalar) {
   }
   send(*node, id, volumes);
   pending_[id] = std::move(volumes);
+  auto& record = writes_.try_emplace(id, Write{node->serial, model_.volumesOf(*node)}).first->second;
+  record.waitsForSound = false;
   expiry_.arm(confirmationTime);
   changed_();
   return true;
 }
 
 void DeviceVolume::volumesTold() {
-  const auto confirmed = std::erase_if(pending_, [&](const auto& entry) {
-    const auto* node = model_.node(entry.first);
-    return node == nullptr || agree(entry.second, model_.volumesOf(*node));
-  });
-  if (confirmed > 0) changed_();
+  std::vector<GlobalID> confirmed;
+  for (const auto& [id, volumes] : pending_) {
+    const auto* node = model_.node(id);
+    if (node == nullptr || agree(volumes, model_.volumesOf(*node))) confirmed.push_back(id);
+  }
+  for (const auto id : confirmed) drop(id);
+  if (!confirmed.empty()) changed_();
+}
+
+void DeviceVolume::graphChanged() {
+  std::vector<GlobalID> gone;
+  for (auto& [id, write] : writes_) {
+    const auto* node = model_.node(id);
+    if (node == nullptr || node->serial != write.serial) {
+      gone.push_back(id);
+    } else if (write.waitsForSound && (node->isRunning || !agree(write.toldBefore, model_.volumesOf(*node)))) {
+      // Now it can answer; what it tells then may also be what somebody else has written since.
+      write.waitsForSound = false;
+      expiry_.arm(confirmationTime);
+    }
+  }
+  for (const auto id : gone) drop(id);
+}
+
+void DeviceVolume::giveUpUnanswered() {
+  std::vector<GlobalID> unanswered;
+  for (auto& [id, write] : writes_) {
+    const auto* node = model_.node(id);
+    // A node that has not sounded yet may keep a volume to itself until it does (1.4 does, where no card has the
+    // volume): as long as it says nothing else, ours is what will be heard.
+    write.waitsForSound = node != nullptr && node->serial == write.serial && !node->isRunning &&
+                          model_.routeOf(*node) == nullptr && agree(write.toldBefore, model_.volumesOf(*node));
+    if (!write.waitsForSound) unanswered.push_back(id);
+  }
+  for (const auto id : unanswered) drop(id);
+  if (!unanswered.empty()) changed_();
+}
+
+void DeviceVolume::drop(GlobalID id) {
+  pending_.erase(id);
+  writes_.erase(id);
 }
 
 void DeviceVolume::forget() {
   pending_.clear();
+  writes_.clear();
   changed_();
 }
 

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <string>
 #include <vector>
 
 #include "GraphModel.h"
@@ -22,17 +23,31 @@ class DeviceVolume {
   bool write(GlobalID id, std::uint32_t element, float scalar);
   /// The daemon has told volumes: what agrees with a write of ours is confirmed.
   void volumesTold();
+  /// Nodes have come, gone or begun to run.
+  void graphChanged();
   /// Linear volumes that count until they are confirmed.
   [[nodiscard]] const std::map<GlobalID, std::vector<float>>& pending() const { return pending_; }
   void forget();
 
  private:
+  /// What stood where a write of ours went that has not been confirmed.
+  struct Write {
+    std::string serial;
+    std::vector<float> toldBefore;
+    /// The time for an answer is over, and the node is one that answers with its first sound.
+    bool waitsForSound = false;
+  };
+
   void send(const NodeRecord& node, GlobalID id, const std::vector<float>& volumes);
+  void giveUpUnanswered();
+  void drop(GlobalID id);
 
   const GraphModel& model_;
   RegistryWatcher& watcher_;
   std::function<void()> changed_;
   std::map<GlobalID, std::vector<float>> pending_;
+  /// For each entry of `pending_`.
+  std::map<GlobalID, Write> writes_;
   LoopTimer expiry_;
 };
 

@@ -180,6 +180,7 @@ void Host::deleteStaleTargets() {
 }
 
 void Host::flush() {
+  volume_.graphChanged();
   director_.graphChanged();
   armTicks();
   publish();

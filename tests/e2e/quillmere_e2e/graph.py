@@ -106,6 +106,22 @@ def session_control(*words):
     tool(str(root / "scripts" / "private-session"), "--ctl", *words, seconds=60)
 
 
+def _linked_version(program, library):
+    # It tells the library it was compiled with and the one it runs with.
+    told = tool(program, "--version").split(f"Linked with {library} ")[1].split()[0]
+    return tuple(int(part) for part in told.split("."))
+
+
+def library_version():
+    """Of PipeWire, as numbers: (0, 3, 65)."""
+    return _linked_version("pipewire", "libpipewire")
+
+
+def session_manager_version():
+    """Of WirePlumber, as numbers: (0, 4, 13)."""
+    return _linked_version("wireplumber", "libwireplumber")
+
+
 def daemon_pid(name):
     table = json.loads((Path(os.environ["QUILLMERE_SESSION_DIR"]) / "daemons.json").read_text(encoding="utf-8"))
     return table[name]

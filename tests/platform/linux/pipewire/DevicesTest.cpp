@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "support/ChildProcess.h"
 #include "support/Machine.h"
 #include "support/MonitorRecorder.h"
 #include "support/Session.h"
@@ -14,6 +15,9 @@ namespace {
 class Devices : public SessionTest {};
 
 constexpr PropertyAddress volume{audio::volumeScalar, audio::scopeOutput, 0};
+
+/// A virtual device of 1.4 keeps a new volume to itself until it has sounded once; a card never does.
+void letSound(const std::string& device) { static_cast<void>(MonitorRecorder(device).nextPeak()); }
 
 TEST_F(Devices, SinksAndSourcesAreListedAndMonitorsAreNot) {
   const Machine machine;
@@ -90,6 +94,7 @@ TEST_F(Devices, ADefaultChangedByAnotherProgramIsToldOnceOnTheMainExecutor) {
 }
 
 TEST_F(Devices, VolumeIsTheSlidersCubicPosition) {
+  letSound(session::sinkA);
   Machine machine;
   const auto device = machine.device(session::sinkA);
   run({"wpctl", "set-volume", "@DEFAULT_AUDIO_SINK@", "0.4"});
@@ -100,6 +105,7 @@ TEST_F(Devices, VolumeIsTheSlidersCubicPosition) {
 }
 
 TEST_F(Devices, AVolumeThatWasSetIsReadBackAtOnceAndSeenByOthers) {
+  letSound(session::sinkA);
   Machine machine;
   ASSERT_EQ(machine.audio.writeFloat32(machine.device(session::sinkA), volume, 0.5F), noErr);
   float value = 0.0F;
@@ -109,7 +115,42 @@ TEST_F(Devices, AVolumeThatWasSetIsReadBackAtOnceAndSeenByOthers) {
       [] { return run({"wpctl", "get-volume", "@DEFAULT_AUDIO_SINK@"}).find("0.50") != std::string::npos; }));
 }
 
+TEST_F(Devices, AVolumeSetBeforeTheFirstSoundStaysAndIsHeardWithIt) {
+  Machine machine;
+  const auto device = machine.device(session::sinkA);
+  const auto reads = [&](float wanted) {
+    float value = -1.0F;
+    return machine.audio.readFloat32(device, volume, value) == noErr && std::fabs(value - wanted) < 1e-4F;
+  };
+  ASSERT_EQ(machine.audio.writeFloat32(device, volume, 0.5F), noErr);
+  // Longer than an answer is waited for.
+  EXPECT_FALSE(eventually([&] { return !reads(0.5F); }, std::chrono::milliseconds(700)));
+  const auto player = playSignal({"--app-id", "test.player"});
+  const MonitorRecorder monitor(session::sinkA);
+  float peak = 0.0F;
+  EXPECT_TRUE(eventually([&] {
+    EXPECT_TRUE(reads(0.5F));
+    peak = monitor.nextPeak();
+    return std::fabs(peak - 0.5F * 0.125F) < 0.0005F;
+  })) << peak;
+  EXPECT_TRUE(eventually(
+      [] { return run({"wpctl", "get-volume", "@DEFAULT_AUDIO_SINK@"}).find("0.50") != std::string::npos; }));
+}
+
+TEST_F(Devices, WhatAnotherProgramSetsWithTheFirstSoundReplacesWhatWeSetBefore) {
+  Machine machine;
+  const auto device = machine.device(session::sinkA);
+  ASSERT_EQ(machine.audio.writeFloat32(device, volume, 0.5F), noErr);
+  run({"wpctl", "set-volume", "@DEFAULT_AUDIO_SINK@", "0.8"});
+  letSound(session::sinkA);
+  EXPECT_TRUE(eventually([&] {
+    float value = -1.0F;
+    return machine.audio.readFloat32(device, volume, value) == noErr && std::fabs(value - 0.8F) < 0.001F;
+  }));
+}
+
 TEST_F(Devices, AChangeOfVolumeByAnotherProgramIsTold) {
+  letSound(session::sinkA);
   Machine machine;
   bool isTold = false;
   machine.audio.addPropertyListener(machine.device(session::sinkA), volume,

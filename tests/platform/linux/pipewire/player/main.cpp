@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <iostream>
 #include <list>
@@ -15,6 +16,10 @@
 #include <vector>
 
 #include <unistd.h>
+
+#include "platform/linux/pipewire/ClientConfiguration.h"
+
+using quillmere::pipewire::realTimeConfiguration;
 
 namespace {
 
@@ -172,7 +177,8 @@ int main(int count, char** arguments) {
   player.options = parse(count, arguments);
   player.loop = pw_main_loop_new(nullptr);
   auto* loop = pw_main_loop_get_loop(player.loop);
-  player.context = pw_context_new(loop, pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", nullptr), 0);
+  player.context = pw_context_new(
+      loop, pw_properties_new(PW_KEY_CONFIG_NAME, realTimeConfiguration(pw_get_library_version()), nullptr), 0);
   auto* properties = pw_properties_new(nullptr, nullptr);
   if (!player.options.appID.empty()) pw_properties_set(properties, PW_KEY_APP_ID, player.options.appID.c_str());
   if (!player.options.appName.empty()) pw_properties_set(properties, PW_KEY_APP_NAME, player.options.appName.c_str());

@@ -1,5 +1,7 @@
 #include "support/Machine.h"
 
+#include <sched.h>
+
 #include <cmath>
 #include <stdexcept>
 
@@ -124,6 +126,7 @@ TapUnderTest::TapUnderTest(Machine& machine, const std::string& identifier, floa
       out.data[2 * i + 1] = applied * in.data[2 * i + 1];
     }
     state->current = applied;
+    if (state->schedulingPolicy < 0) state->schedulingPolicy = sched_getscheduler(0);
     ++state->calls;
   };
   need(machine.audio.createIOProc(device_, "test", block, proc_) == noErr, "no IO block");

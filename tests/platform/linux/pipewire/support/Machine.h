@@ -73,6 +73,8 @@ class TapUnderTest {
   void setGain(float gain) { state_->target = gain; }
   [[nodiscard]] float appliedGain() const { return state_->current; }
   [[nodiscard]] std::uint64_t calls() const { return state_->calls; }
+  /// The policy (SCHED_OTHER, SCHED_FIFO, ...) of the thread that called the IO block last; -1 before the first call.
+  [[nodiscard]] int schedulingPolicy() const { return state_->schedulingPolicy; }
   void end();
 
  private:
@@ -80,6 +82,7 @@ class TapUnderTest {
     std::atomic<float> target{1.0F};
     std::atomic<float> current{1.0F};
     std::atomic<std::uint64_t> calls{0};
+    std::atomic<int> schedulingPolicy{-1};
     std::atomic<bool> isStopped{false};
     std::atomic<bool> wasCalledAfterStop{false};
   };

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "platform/linux/pipewire/ClientConfiguration.h"
 #include "support/Session.h"
 
 namespace quillmere::test {
@@ -54,9 +55,10 @@ MonitorRecorder::MonitorRecorder(const std::string& device, const std::string& l
   pw_thread_loop_lock(recording_->loop);
   recording_->stream = pw_stream_new_simple(
       pw_thread_loop_get_loop(recording_->loop), "recorder",
-      pw_properties_new(PW_KEY_CONFIG_NAME, "client-rt.conf", PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY,
-                        "Capture", PW_KEY_TARGET_OBJECT, device.c_str(), PW_KEY_STREAM_CAPTURE_SINK, "true",
-                        PW_KEY_NODE_LATENCY, latency.c_str(), PW_KEY_NODE_DONT_RECONNECT, "true", nullptr),
+      pw_properties_new(PW_KEY_CONFIG_NAME, pipewire::realTimeConfiguration(pw_get_library_version()),
+                        PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_TARGET_OBJECT,
+                        device.c_str(), PW_KEY_STREAM_CAPTURE_SINK, "true", PW_KEY_NODE_LATENCY, latency.c_str(),
+                        PW_KEY_NODE_DONT_RECONNECT, "true", nullptr),
       &events, recording_.get());
   if (recording_->stream == nullptr) throw std::runtime_error("no daemon to record from");
   spa_audio_info_raw info{};

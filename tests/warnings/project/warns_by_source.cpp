@@ -1,0 +1,1 @@
+int main() { int unused_for_a_warning = 1; }
