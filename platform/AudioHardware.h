@@ -18,6 +18,11 @@ using PropertyListener = std::shared_ptr<const std::function<void()>>;
 /// All methods [any] unless stated; calls that create, start or stop are made on [engine], one at a time, and never
 /// wait for a device to come alive. Any number of aggregates may be on their way there at once, each with a tap of its
 /// own. A read that fails returns a code other than noErr and leaves its result untouched.
+///
+/// The default output. One that is written counts for every read as soon as the write has returned, and its listeners
+/// are told once the system has answered: with the device written, or with what stands instead, and then those of
+/// audio::refusedDefaultOutput too. A moment without a default is not told: until the next one is known, or there is
+/// none for good, the last one is still named and tells what it was, listed or not, and that it is not alive.
 class AudioHardware {
  public:
   virtual ~AudioHardware() = default;

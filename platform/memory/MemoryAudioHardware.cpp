@@ -97,14 +97,22 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
 
   MemoryVolumeElement* volumeElement(AudioObjectID object, const PropertyAddress& address) {
     if (address.selector != audio::volumeScalar || address.scope != audio::scopeOutput) return nullptr;
-    const auto device = devices.find(object);
-    if (device == devices.end()) return nullptr;
-    const auto element = device->second.volume.find(address.element);
-    return element == device->second.volume.end() ? nullptr : &element->second;
+    auto* device = findDevice(object);
+    if (device == nullptr) return nullptr;
+    const auto element = device->volume.find(address.element);
+    return element == device->volume.end() ? nullptr : &element->second;
   }
 
+  /// Listed, or the default that has gone.
+  MemoryDevice* findDevice(AudioObjectID object) {
+    const auto found = devices.find(object);
+    if (found != devices.end()) return &found->second;
+    return departed && departed->first == object ? &departed->second : nullptr;
+  }
+  const MemoryDevice* findDevice(AudioObjectID object) const { return const_cast<World*>(this)->findDevice(object); }
+
   Status unknown(AudioObjectID object) const {
-    const bool exists = object == systemObjectID || devices.contains(object) || processes.contains(object) ||
+    const bool exists = object == systemObjectID || findDevice(object) != nullptr || processes.contains(object) ||
                         findTap(object) != nullptr || findAggregate(object) != nullptr;
     return exists ? unknownPropertyError : badObjectError;
   }
@@ -129,11 +137,19 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
     return found == aggregate->procs.end() ? nullptr : found->second;
   }
 
+  /// 0 for none.
+  AudioObjectID outputOf(const Aggregate& aggregate) const {
+    const auto& description = aggregate.description;
+    const auto standing = devices.contains(defaultDevice) ? defaultDevice : 0;
+    if (outputsFall && description.followsDefaultOutput) return standing;
+    const auto found = std::find_if(devices.begin(), devices.end(),
+                                    [&](const auto& entry) { return entry.second.uid == description.mainDeviceUID; });
+    if (found != devices.end()) return found->first;
+    return outputsFall ? standing : 0;
+  }
+
   bool isAlive(const Aggregate& aggregate) const {
-    const bool hasDevice = std::any_of(devices.begin(), devices.end(), [&](const auto& entry) {
-      return entry.second.uid == aggregate.description.mainDeviceUID;
-    });
-    return hasDevice && clocks.monotonicNow() >= aggregate.aliveAt;
+    return outputOf(aggregate) != 0 && clocks.monotonicNow() >= aggregate.aliveAt;
   }
 
   template <typename Map>
@@ -222,8 +238,24 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
   void changeDefault(AudioObjectID device) {
     if (defaultDevice == device) return;
     defaultDevice = device;
-    tell(systemObjectID, globalAddress(audio::defaultOutputDevice));
+    departed.reset();
+    // While a choice is awaited, it is what everybody reads.
+    if (awaitedDefault == 0) tell(systemObjectID, globalAddress(audio::defaultOutputDevice));
   }
+
+  void answerAwaited(bool takes) {
+    const auto chosen = std::exchange(awaitedDefault, 0);
+    if (chosen == 0) return;
+    refusedDefault = takes ? 0 : chosen;
+    if (takes) {
+      defaultDevice = chosen;
+      departed.reset();
+    }
+    tell(systemObjectID, globalAddress(audio::defaultOutputDevice));
+    if (!takes) tell(systemObjectID, globalAddress(audio::refusedDefaultOutput));
+  }
+
+  AudioObjectID readableDefault() const { return awaitedDefault != 0 ? awaitedDefault : defaultDevice; }
 
   mutable std::mutex mutex;
   Executor& listenerExecutor;
@@ -238,7 +270,14 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
   std::set<AudioObjectID> started;
   std::vector<MemoryCycle> cycles;
   AudioObjectID defaultDevice = 0;
-  bool ignoresDefaultWrites = false;
+  /// The default that has gone, while nothing has taken its place.
+  std::optional<std::pair<AudioObjectID, MemoryDevice>> departed;
+  bool leavesGaps = false;
+  DefaultWrites defaultWrites = DefaultWrites::taken;
+  /// Written and not answered; 0 for none.
+  AudioObjectID awaitedDefault = 0;
+  AudioObjectID refusedDefault = 0;
+  bool outputsFall = false;
   AudioStreamBasicDescription tapFormat{48000.0, fourCC("lpcm"), 9, 8, 1, 8, 2, 32};
   Duration aliveDelay{};
   std::vector<Listener> listeners;
@@ -257,7 +296,8 @@ bool MemoryAudioHardware::hasProperty(AudioObjectID object, const PropertyAddres
   const std::lock_guard lock(world_->mutex);
   if (world_->begin(Method::hasProperty, object, address)) return false;
   if (address.selector == audio::volumeScalar) return world_->volumeElement(object, address) != nullptr;
-  static constexpr std::array ofSystem{audio::devices, audio::defaultOutputDevice, audio::processObjectList};
+  static constexpr std::array ofSystem{audio::devices, audio::defaultOutputDevice, audio::refusedDefaultOutput,
+                                       audio::processObjectList};
   static constexpr std::array ofDevice{audio::deviceUID, audio::objectName, audio::streams, audio::deviceIsAlive,
                                        audio::transportType};
   static constexpr std::array ofProcess{audio::processBundleID, audio::processPID, audio::processIsRunningOutput,
@@ -266,7 +306,7 @@ bool MemoryAudioHardware::hasProperty(AudioObjectID object, const PropertyAddres
     return std::find(selectors.begin(), selectors.end(), address.selector) != selectors.end();
   };
   if (object == systemObjectID) return isIn(ofSystem);
-  if (world_->devices.contains(object)) return isIn(ofDevice);
+  if (world_->findDevice(object) != nullptr) return isIn(ofDevice);
   if (world_->processes.contains(object)) return isIn(ofProcess);
   if (world_->findTap(object) != nullptr) return address.selector == audio::tapFormat;
   return world_->findAggregate(object) != nullptr && address.selector == audio::deviceIsAlive;
@@ -277,7 +317,7 @@ Status MemoryAudioHardware::isPropertySettable(AudioObjectID object, const Prope
   const std::lock_guard lock(world_->mutex);
   if (const auto status = world_->begin(Method::isPropertySettable, object, address)) return *status;
   if (const auto* element = world_->volumeElement(object, address)) {
-    settable = element->settable;
+    settable = element->settable && world_->devices.contains(object);
     return noErr;
   }
   const auto status = world_->unknown(object);
@@ -298,9 +338,9 @@ Status MemoryAudioHardware::propertyDataSize(AudioObjectID object, const Propert
     byteCount = listSize(world_->processes.size());
     return noErr;
   }
-  const auto device = world_->devices.find(object);
-  if (device != world_->devices.end() && address.selector == audio::streams) {
-    byteCount = address.scope == audio::scopeOutput ? listSize(device->second.outputStreamCount) : 0;
+  const auto* device = world_->findDevice(object);
+  if (device != nullptr && address.selector == audio::streams) {
+    byteCount = address.scope == audio::scopeOutput ? listSize(device->outputStreamCount) : 0;
     return noErr;
   }
   return world_->unknown(object);
@@ -311,16 +351,20 @@ Status MemoryAudioHardware::readUInt32(AudioObjectID object, const PropertyAddre
   const std::lock_guard lock(world_->mutex);
   if (const auto status = world_->begin(Method::readUInt32, object, address)) return *status;
   if (object == systemObjectID && address.selector == audio::defaultOutputDevice) {
-    value = world_->defaultDevice;
+    value = world_->readableDefault();
     return noErr;
   }
-  if (const auto device = world_->devices.find(object); device != world_->devices.end()) {
+  if (object == systemObjectID && address.selector == audio::refusedDefaultOutput) {
+    value = world_->refusedDefault;
+    return noErr;
+  }
+  if (const auto* device = world_->findDevice(object)) {
     if (address.selector == audio::transportType) {
-      value = device->second.transport;
+      value = device->transport;
       return noErr;
     }
     if (address.selector == audio::deviceIsAlive) {
-      value = device->second.isAlive ? 1 : 0;
+      value = device->isAlive ? 1 : 0;
       return noErr;
     }
   }
@@ -368,13 +412,13 @@ Status MemoryAudioHardware::readString(AudioObjectID object, const PropertyAddre
                                        std::optional<std::string>& value) const {
   const std::lock_guard lock(world_->mutex);
   if (const auto status = world_->begin(Method::readString, object, address)) return *status;
-  if (const auto device = world_->devices.find(object); device != world_->devices.end()) {
+  if (const auto* device = world_->findDevice(object)) {
     if (address.selector == audio::deviceUID) {
-      value = device->second.uid;
+      value = device->uid;
       return noErr;
     }
     if (address.selector == audio::objectName) {
-      value = device->second.name;
+      value = device->name;
       return noErr;
     }
   }
@@ -415,8 +459,15 @@ Status MemoryAudioHardware::writeUInt32(AudioObjectID object, const PropertyAddr
   const std::lock_guard lock(world_->mutex);
   if (const auto status = world_->begin(Method::writeUInt32, object, address)) return *status;
   if (object != systemObjectID || address.selector != audio::defaultOutputDevice) return world_->unknown(object);
-  if (!world_->devices.contains(value)) return badObjectError;
-  if (!world_->ignoresDefaultWrites) world_->changeDefault(value);
+  const auto device = world_->devices.find(value);
+  if (device == world_->devices.end()) return badObjectError;
+  if (device->second.outputStreamCount == 0) return illegalOperationError;
+  if (world_->defaultWrites == DefaultWrites::taken) {
+    world_->awaitedDefault = 0;
+    world_->changeDefault(value);
+  } else if (world_->defaultWrites == DefaultWrites::awaited && world_->readableDefault() != value) {
+    world_->awaitedDefault = value;
+  }
   return noErr;
 }
 
@@ -425,7 +476,7 @@ Status MemoryAudioHardware::writeFloat32(AudioObjectID object, const PropertyAdd
   if (const auto status = world_->begin(Method::writeFloat32, object, address)) return *status;
   auto* element = world_->volumeElement(object, address);
   if (element == nullptr) return world_->unknown(object);
-  if (!element->settable) return illegalOperationError;
+  if (!element->settable || !world_->devices.contains(object)) return illegalOperationError;
   element->value = value;
   world_->tell(object, address);
   return noErr;
@@ -554,10 +605,17 @@ AudioObjectID MemoryAudioHardware::addDevice(MemoryDevice device) {
 
 void MemoryAudioHardware::removeDevice(AudioObjectID device) {
   const std::lock_guard lock(world_->mutex);
-  if (world_->devices.erase(device) == 0) return;
+  auto gone = world_->devices.extract(device);
+  if (gone.empty()) return;
   std::erase_if(world_->listeners, [&](const Listener& listener) { return listener.object == device; });
   world_->tell(systemObjectID, globalAddress(audio::devices));
+  if (world_->awaitedDefault == device) world_->answerAwaited(false);
   if (world_->defaultDevice != device) return;
+  if (world_->leavesGaps) {
+    gone.mapped().isAlive = false;
+    world_->departed.emplace(device, std::move(gone.mapped()));
+    return;
+  }
   const auto next = std::find_if(world_->devices.begin(), world_->devices.end(),
                                  [](const auto& entry) { return entry.second.outputStreamCount > 0; });
   world_->changeDefault(next == world_->devices.end() ? 0 : next->first);
@@ -590,7 +648,12 @@ void MemoryAudioHardware::setDefaultOutput(AudioObjectID device) {
 
 AudioObjectID MemoryAudioHardware::defaultOutput() const {
   const std::lock_guard lock(world_->mutex);
-  return world_->defaultDevice;
+  return world_->readableDefault();
+}
+
+void MemoryAudioHardware::setLeavesGaps(bool leaves) {
+  const std::lock_guard lock(world_->mutex);
+  world_->leavesGaps = leaves;
 }
 
 void MemoryAudioHardware::setVolume(AudioObjectID device, std::uint32_t element, float value) {
@@ -609,9 +672,14 @@ std::optional<float> MemoryAudioHardware::volume(AudioObjectID device, std::uint
   return found->value;
 }
 
-void MemoryAudioHardware::setIgnoresDefaultWrites(bool ignores) {
+void MemoryAudioHardware::setDefaultWrites(DefaultWrites answer) {
   const std::lock_guard lock(world_->mutex);
-  world_->ignoresDefaultWrites = ignores;
+  world_->defaultWrites = answer;
+}
+
+void MemoryAudioHardware::answerDefaultWrite(bool takes) {
+  const std::lock_guard lock(world_->mutex);
+  world_->answerAwaited(takes);
 }
 
 // Processes.
@@ -646,6 +714,17 @@ void MemoryAudioHardware::setTapFormat(const AudioStreamBasicDescription& format
 void MemoryAudioHardware::setAggregateAliveDelay(Duration delay) {
   const std::lock_guard lock(world_->mutex);
   world_->aliveDelay = delay;
+}
+
+void MemoryAudioHardware::setOutputsFall(bool fall) {
+  const std::lock_guard lock(world_->mutex);
+  world_->outputsFall = fall;
+}
+
+AudioObjectID MemoryAudioHardware::outputOf(AudioObjectID aggregate) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto* found = world_->findAggregate(aggregate);
+  return found == nullptr ? 0 : world_->outputOf(*found);
 }
 
 std::vector<AudioObjectID> MemoryAudioHardware::taps() const {

@@ -77,7 +77,7 @@ TEST_F(CoreAudioUtilsTest, AFailedWriteIsAFailure) {
 }
 
 TEST_F(CoreAudioUtilsTest, AReadBackOfAnotherDeviceIsAFailureAlthoughTheWriteSucceeded) {
-  hardware.setIgnoresDefaultWrites(true);
+  hardware.setDefaultWrites(DefaultWrites::ignored);
   EXPECT_FALSE(setDefault("headphones"));
   expectLine(LogLevel::info, "setSystemDefaultOutput: requested headphones, system now reports speakers");
 }

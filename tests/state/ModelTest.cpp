@@ -79,6 +79,12 @@ class SideBySide {
     disk_.clearWritten();
     box_ = std::make_unique<VirtualMachine>(disk_);
     devices_.clear();
+    // What the last program waited for, the next one doesn't know of.
+    world_.awaitedDevice = 0;
+    if (world_.departed) world_.defaultDevice = 0;
+    world_.departed.reset();
+    box_->audio.setLeavesGaps(world_.leavesGaps);
+    box_->audio.setDefaultWrites(world_.answersLater ? DefaultWrites::awaited : DefaultWrites::taken);
     for (const auto& [plug, device] : world_.devices) devices_[plug] = box_->audio.addDevice(hardware(device));
     box_->audio.setDefaultOutput(world_.defaultDevice == 0 ? 0 : devices_.at(world_.defaultDevice));
     for (const auto& [id, process] : world_.processes) {
@@ -404,7 +410,7 @@ void SideBySide::automationGesture() {
 }
 
 void SideBySide::deviceEvent() {
-  const int kind = below(4);
+  const int kind = below(7);
   if (kind == 0 && !world_.devices.empty()) {
     const int plug = anyPlug();
     const float volume = anyGain();
@@ -421,6 +427,19 @@ void SideBySide::deviceEvent() {
     note("unplug ", world_.devices.at(plug).uid);
     box_->audio.removeDevice(devices_.at(plug));
     rules_->unplug(plug);
+  } else if (kind == 3) {
+    world_.leavesGaps = !world_.leavesGaps;
+    note(world_.leavesGaps ? "a default that goes leaves a gap" : "a default that goes is followed at once");
+    box_->audio.setLeavesGaps(world_.leavesGaps);
+  } else if (kind == 4 && world_.awaitedDevice == 0) {
+    world_.answersLater = !world_.answersLater;
+    note(world_.answersLater ? "choices are answered later" : "choices are answered at once");
+    box_->audio.setDefaultWrites(world_.answersLater ? DefaultWrites::awaited : DefaultWrites::taken);
+  } else if (kind == 4) {
+    const bool takes = chance(2);
+    note("the choice is ", takes ? "taken" : "refused");
+    box_->audio.answerDefaultWrite(takes);
+    rules_->answer(takes);
   } else {
     const auto& device = everyDevice[static_cast<std::size_t>(below(static_cast<int>(everyDevice.size())))];
     for (const auto& [plug, present] : world_.devices) {
