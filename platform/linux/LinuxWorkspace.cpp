@@ -49,7 +49,9 @@ std::vector<RunningApplication> LinuxWorkspace::runningApplications() {
 
 std::vector<RunningApplication> LinuxWorkspace::join(const std::vector<AudioClient>& clients) const {
   std::set<std::string_view> sounding;
-  for (const auto& client : clients) sounding.insert(client.identifier);
+  for (const auto& client : clients) {
+    if (client.hasPlayed) sounding.insert(client.identifier);
+  }
   std::vector<RunningApplication> running;
   std::set<std::string> listed;
   for (const auto& application : registry_->runningApplications()) {
@@ -60,9 +62,13 @@ std::vector<RunningApplication> LinuxWorkspace::join(const std::vector<AudioClie
     listed.insert(application.identifier);
   }
   for (const auto& client : clients) {
-    if (client.identifier.empty() || !listed.insert(client.identifier).second) continue;
+    if (client.identifier.empty() || listed.contains(client.identifier)) continue;
+    const auto installed = registry_->application(client.identifier);
+    // A tool that only records is not what people call an application, unless it is installed as one.
+    if (!client.hasPlayed && !(installed && installed->isVisible)) continue;
+    listed.insert(client.identifier);
     std::optional<std::string> name;
-    if (const auto installed = registry_->application(client.identifier); installed && !installed->name.empty()) {
+    if (installed && !installed->name.empty()) {
       name = installed->name;
     } else if (auto told = cleanText(client.displayName, maxDisplayNameBytes); !told.empty()) {
       name = std::move(told);

@@ -25,12 +25,14 @@ struct PipeWireOptions {
   Duration firstSnapshotTimeout = std::chrono::milliseconds(300);
 };
 
-/// An application that has audio streams.
+/// An application that has, or has had, audio streams.
 struct AudioClient {
   std::string identifier;
   /// Of its first client; 0 where unknown.
   std::int32_t pid = 0;
   std::string displayName;
+  /// False: it has only recorded so far.
+  bool hasPlayed = true;
 
   friend bool operator==(const AudioClient&, const AudioClient&) = default;
 };

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "CubicScale.h"
+#include "Microphone.h"
 #include "TransportType.h"
 #include "text/CleanText.h"
 
@@ -79,6 +80,7 @@ std::vector<ProcessSnapshot> takeProcesses(const GraphModel& model, ObjectIDs& i
     } else if (processes[place->second].pid == 0) {
       processes[place->second].pid = client->facts.pid;
     }
+    if (client->hasPlayed) processes[place->second].hasPlayed = true;
   }
   for (const auto& [nodeID, node] : model.nodes()) {
     if (!node.isRunning || !model.countsAsStream(node)) continue;
@@ -86,7 +88,9 @@ std::vector<ProcessSnapshot> takeProcesses(const GraphModel& model, ObjectIDs& i
     if (place == places.end()) continue;
     auto& process = processes[place->second];
     if (node.kind == NodeKind::playback) process.isRunningOutput = true;
-    if (node.kind == NodeKind::recording && model.recordsARealInput(nodeID, node)) process.isRunningInput = true;
+    if (node.kind == NodeKind::recording && !process.isRunningInput) {
+      process.isRunningInput = recordsAMicrophone(model, nodeID);
+    }
   }
   return processes;
 }

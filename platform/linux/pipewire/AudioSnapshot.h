@@ -35,6 +35,8 @@ struct ProcessSnapshot {
   std::string identifier;
   std::string displayName;
   std::int32_t pid = 0;
+  /// Plays, or has played.
+  bool hasPlayed = false;
   bool isRunningOutput = false;
   bool isRunningInput = false;
 

@@ -1,8 +1,10 @@
 #include "GraphModel.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "ClientIdentity.h"
+#include "LinkGroup.h"
 #include "MetadataValue.h"
 
 namespace quillmere::pipewire {
@@ -65,6 +67,7 @@ void GraphModel::updateNode(GlobalID id, const Properties& properties) {
   node.client = number(node.properties, "client.id");
   node.device = number(node.properties, "device.id");
   node.isOurs = isOurs(node);
+  noteFilter(id);
   noteStream(node);
 }
 
@@ -72,6 +75,7 @@ void GraphModel::setNodeInfo(GlobalID id, bool isRunning) {
   const auto found = nodes_.find(id);
   if (found == nodes_.end()) return;
   found->second.isRunning = isRunning;
+  if (isRunning) found->second.hasRun = true;
   found->second.hasInfo = true;
   noteStream(found->second);
 }
@@ -120,10 +124,23 @@ void GraphModel::dropNode(GlobalID id) {
 }
 
 void GraphModel::updateLink(GlobalID id, const Properties& properties) {
-  auto& link = links_[id];
+  const auto known = links_.find(id);
+  auto link = known == links_.end() ? LinkRecord{} : known->second;
   link.outputNode = number(properties, "link.output.node").value_or(link.outputNode);
   link.outputPort = number(properties, "link.output.port").value_or(link.outputPort);
   link.inputNode = number(properties, "link.input.node").value_or(link.inputNode);
+  dropLink(id);
+  links_[id] = link;
+  linksInto_[link.inputNode].insert(id);
+}
+
+void GraphModel::dropLink(GlobalID id) {
+  const auto link = links_.find(id);
+  if (link == links_.end()) return;
+  const auto into = linksInto_.find(link->second.inputNode);
+  into->second.erase(id);
+  if (into->second.empty()) linksInto_.erase(into);
+  links_.erase(link);
 }
 
 void GraphModel::setMetadata(GlobalID subject, const std::string& key, std::optional<std::string> value) {
@@ -151,9 +168,15 @@ void GraphModel::setSetting(const std::string& key, const std::string& value) { 
 
 void GraphModel::remove(GlobalID id) {
   clients_.erase(id);
+  if (const auto* node = this->node(id)) {
+    if (const auto client = clientOf(*node); client != clients_.end() && countsAsStream(*node)) {
+      client->second.hadStream = true;
+      if (node->kind == NodeKind::playback) client->second.hadPlayback = true;
+    }
+  }
   dropNode(id);
   devices_.erase(id);
-  links_.erase(id);
+  dropLink(id);
   dropPort(id);
   // Ids are given again; what was said of this object must not stick to the next.
   std::erase_if(metadata_, [&](const auto& entry) { return entry.first.first == id; });
@@ -166,6 +189,7 @@ void GraphModel::clear() {
   nodes_.clear();
   devices_.clear();
   links_.clear();
+  linksInto_.clear();
   ports_.clear();
   nodesBySerial_.clear();
   outputs_.clear();
@@ -220,8 +244,21 @@ std::optional<std::string> GraphModel::metadataValue(GlobalID subject, const std
 }
 
 bool GraphModel::countsAsStream(const NodeRecord& node) const {
-  return (node.kind == NodeKind::playback || node.kind == NodeKind::recording) && !node.isOurs && node.hasInfo &&
-         !flag(node.properties, "stream.monitor");
+  if (node.kind != NodeKind::playback && node.kind != NodeKind::recording) return false;
+  if (node.isOurs || node.isFilter || !node.hasInfo || flag(node.properties, "stream.monitor")) return false;
+  // The two sides of a filter come one after the other, and none of them runs before both are there.
+  return node.hasRun || text(node.properties, linkGroupKey).empty();
+}
+
+std::vector<GlobalID> GraphModel::linkGroupOf(GlobalID id) const {
+  std::vector<GlobalID> others;
+  const auto* node = this->node(id);
+  const auto groups = node == nullptr ? std::string_view() : text(node->properties, linkGroupKey);
+  if (groups.empty()) return others;
+  for (const auto& [otherID, other] : nodes_) {
+    if (otherID != id && shareLinkGroup(groups, text(other.properties, linkGroupKey))) others.push_back(otherID);
+  }
+  return others;
 }
 
 const std::string& GraphModel::identifierOf(const NodeRecord& node) const {
@@ -231,18 +268,17 @@ const std::string& GraphModel::identifierOf(const NodeRecord& node) const {
   return found == clients_.end() ? none : found->second.identifier;
 }
 
-bool GraphModel::recordsARealInput(GlobalID id, const NodeRecord& node) const {
-  if (flag(node.properties, "stream.capture.sink")) return false;
-  return std::any_of(links_.begin(), links_.end(), [&](const auto& entry) {
-    const auto& link = entry.second;
-    if (link.inputNode != id) return false;
-    const auto* origin = this->node(link.outputNode);
-    if (origin == nullptr) return true;
-    // A virtual microphone may hand out its sound through ports that call themselves monitors.
-    const auto port = ports_.find(link.outputPort);
-    const bool isMonitor = port != ports_.end() && port->second.isMonitor;
-    return origin->kind != NodeKind::sink && (origin->kind != NodeKind::duplex || !isMonitor);
-  });
+std::vector<LinkRecord> GraphModel::linksInto(GlobalID inputNode) const {
+  std::vector<LinkRecord> links;
+  if (const auto into = linksInto_.find(inputNode); into != linksInto_.end()) {
+    for (const auto id : into->second) links.push_back(links_.at(id));
+  }
+  return links;
+}
+
+bool GraphModel::isMonitorPort(GlobalID port) const {
+  const auto found = ports_.find(port);
+  return found != ports_.end() && found->second.isMonitor;
 }
 
 std::vector<PortRecord> GraphModel::portsOf(GlobalID node) const {
@@ -253,10 +289,7 @@ std::vector<PortRecord> GraphModel::portsOf(GlobalID node) const {
   return found;
 }
 
-bool GraphModel::hasLinkInto(GlobalID inputNode) const {
-  return std::any_of(links_.begin(), links_.end(),
-                     [&](const auto& entry) { return entry.second.inputNode == inputNode; });
-}
+bool GraphModel::hasLinkInto(GlobalID inputNode) const { return linksInto_.contains(inputNode); }
 
 bool GraphModel::hasLinkFrom(GlobalID outputNode) const {
   return std::any_of(links_.begin(), links_.end(),
@@ -264,9 +297,8 @@ bool GraphModel::hasLinkFrom(GlobalID outputNode) const {
 }
 
 bool GraphModel::areLinked(GlobalID outputNode, GlobalID inputNode) const {
-  return std::any_of(links_.begin(), links_.end(), [&](const auto& entry) {
-    return entry.second.outputNode == outputNode && entry.second.inputNode == inputNode;
-  });
+  const auto links = linksInto(inputNode);
+  return std::any_of(links.begin(), links.end(), [&](const auto& link) { return link.outputNode == outputNode; });
 }
 
 std::optional<GlobalID> GraphModel::linkedInput(GlobalID outputNode) const {
@@ -305,13 +337,39 @@ bool GraphModel::isOurs(const NodeRecord& node) const {
   return factsOf(client->second.properties, node.properties, ignored).pid == ownPID_;
 }
 
+std::map<GlobalID, ClientRecord>::iterator GraphModel::clientOf(const NodeRecord& node) {
+  return node.client ? clients_.find(*node.client) : clients_.end();
+}
+
 void GraphModel::noteStream(const NodeRecord& node) {
-  if (node.kind != NodeKind::playback && node.kind != NodeKind::recording) return;
-  if (!node.hasInfo || node.isOurs || flag(node.properties, "stream.monitor") || !node.client) return;
-  const auto client = clients_.find(*node.client);
-  if (client == clients_.end() || client->second.hasStreamed) return;
-  client->second.hasStreamed = true;
+  if (!countsAsStream(node)) return;
+  const auto client = clientOf(node);
+  if (client == clients_.end()) return;
+  if (node.kind == NodeKind::playback) client->second.hasPlayed = true;
+  if (std::exchange(client->second.hasStreamed, true)) return;
   identify(client->first, client->second, node.properties);
+}
+
+void GraphModel::noteFilter(GlobalID id) {
+  const auto others = linkGroupOf(id);
+  if (others.empty()) return;
+  const auto judge = [this](NodeRecord& one, const NodeRecord& other) {
+    if (one.isFilter || !areTwoSides(one.properties, other.properties)) return;
+    one.isFilter = true;
+    // It may have been taken for an application's until its other side came.
+    const auto client = clientOf(one);
+    if (client == clients_.end()) return;
+    client->second.hasStreamed = client->second.hadStream;
+    client->second.hasPlayed = client->second.hadPlayback;
+    for (const auto& [streamID, stream] : nodes_) {
+      if (stream.client == one.client) noteStream(stream);
+    }
+  };
+  auto& node = nodes_.at(id);
+  for (const auto other : others) {
+    judge(node, nodes_.at(other));
+    judge(nodes_.at(other), node);
+  }
 }
 
 void GraphModel::identify(GlobalID clientID, ClientRecord& client, const Properties& stream) {

@@ -25,6 +25,11 @@ struct ClientRecord {
   std::uint64_t order = 0;
   /// Has, or has had, a stream that counts.
   bool hasStreamed = false;
+  /// Has, or has had, one that plays.
+  bool hasPlayed = false;
+  /// The same two of streams that are gone.
+  bool hadStream = false;
+  bool hadPlayback = false;
   /// Empty until `hasStreamed`.
   std::string identifier;
   ClientFacts facts;
@@ -39,7 +44,10 @@ struct NodeRecord {
   std::optional<GlobalID> client;
   std::optional<GlobalID> device;
   bool isOurs = false;
+  /// Sound that goes in elsewhere comes out here, or the other way round: see docs/pipewire.md. Once so, always so.
+  bool isFilter = false;
   bool isRunning = false;
+  bool hasRun = false;
   /// The node's own properties have come (and not the registry's short list only).
   bool hasInfo = false;
   /// Linear, one a channel; empty where the node has no volume.
@@ -115,12 +123,14 @@ class GraphModel {
   [[nodiscard]] const std::vector<float>& volumesOf(const NodeRecord& node) const;
   [[nodiscard]] std::optional<std::string> metadataValue(GlobalID subject, const std::string& key) const;
 
-  /// A stream of an application, no level meter and not ours.
+  /// A stream of an application: no level meter, no side of a filter and not ours.
   [[nodiscard]] bool countsAsStream(const NodeRecord& node) const;
+  /// The nodes that share a link group with it.
+  [[nodiscard]] std::vector<GlobalID> linkGroupOf(GlobalID id) const;
   /// Of the application the stream belongs to; empty where that is not known.
   [[nodiscard]] const std::string& identifierOf(const NodeRecord& node) const;
-  /// Linked to something that is not the monitor of an output.
-  [[nodiscard]] bool recordsARealInput(GlobalID id, const NodeRecord& node) const;
+  [[nodiscard]] std::vector<LinkRecord> linksInto(GlobalID inputNode) const;
+  [[nodiscard]] bool isMonitorPort(GlobalID port) const;
   [[nodiscard]] bool hasLink(GlobalID id) const { return links_.contains(id); }
   [[nodiscard]] bool hasLinkInto(GlobalID inputNode) const;
   [[nodiscard]] bool hasLinkFrom(GlobalID outputNode) const;
@@ -139,7 +149,10 @@ class GraphModel {
   void noteDefaultOutput();
   void dropNode(GlobalID id);
   void dropPort(GlobalID id);
+  [[nodiscard]] std::map<GlobalID, ClientRecord>::iterator clientOf(const NodeRecord& node);
   void noteStream(const NodeRecord& node);
+  void noteFilter(GlobalID id);
+  void dropLink(GlobalID id);
 
   ApplicationIdentifier identify_;
   Logger log_;
@@ -150,6 +163,8 @@ class GraphModel {
   std::map<GlobalID, NodeRecord> nodes_;
   std::map<GlobalID, DeviceRecord> devices_;
   std::map<GlobalID, LinkRecord> links_;
+  /// Links by the node that they lead into.
+  std::map<GlobalID, std::set<GlobalID>> linksInto_;
   std::map<GlobalID, PortRecord> ports_;
   // What is asked for each tap at every event is found at once: where there are many of both, nothing else gets done.
   std::map<std::string, GlobalID, std::less<>> nodesBySerial_;

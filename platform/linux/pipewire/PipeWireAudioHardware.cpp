@@ -39,7 +39,7 @@ PipeWireAudioHardware::~PipeWireAudioHardware() = default;
 std::vector<AudioClient> PipeWireAudioHardware::audioClients() const {
   std::vector<AudioClient> clients;
   for (const auto& process : host_->snapshot()->processes) {
-    clients.push_back({process.identifier, process.pid, process.displayName});
+    clients.push_back({process.identifier, process.pid, process.displayName, process.hasPlayed});
   }
   return clients;
 }

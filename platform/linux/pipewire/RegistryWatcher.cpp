@@ -36,10 +36,14 @@ std::optional<std::vector<float>> channelVolumesIn(const spa_pod* props) {
   return std::vector<float>(values.begin(), values.begin() + count);
 }
 
-bool isFollowedNode(std::string_view mediaClass) {
-  return mediaClass == "Audio/Sink" || mediaClass == "Audio/Duplex" || mediaClass == "Audio/Source" ||
-         mediaClass == "Audio/Source/Virtual" || mediaClass == "Stream/Output/Audio" ||
-         mediaClass == "Stream/Input/Audio";
+/// The registry tells a few properties only. Of our own nodes we know the rest; their every change would be news.
+bool isFollowedNode(const Properties& properties) {
+  if (text(properties, "node.name").starts_with(ourNodePrefix)) return false;
+  const auto mediaClass = text(properties, "media.class");
+  // Nodes that nobody but their own program links have no class.
+  if (mediaClass.empty()) return text(properties, "media.type") == "Audio";
+  return mediaClass.starts_with("Audio/") || mediaClass.starts_with("Stream/Output/Audio") ||
+         mediaClass.starts_with("Stream/Input/Audio");
 }
 
 }  // namespace
@@ -222,9 +226,8 @@ void RegistryWatcher::onGlobal(GlobalID id, const char* type, std::uint32_t, con
     }
   } else if (kind == PW_TYPE_INTERFACE_Node) {
     const auto mediaClass = text(properties, "media.class");
-    if (mediaClass.empty()) return;
     model_.updateNode(id, properties);
-    if (isFollowedNode(mediaClass)) {
+    if (isFollowedNode(properties)) {
       if (auto* bound = bind(id, type, PW_VERSION_NODE)) {
         auto* node = reinterpret_cast<pw_node*>(bound->proxy);
         pw_node_add_listener(node, &bound->listener, &nodeEvents, bound);

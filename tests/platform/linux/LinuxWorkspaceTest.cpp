@@ -65,6 +65,24 @@ TEST_F(LinuxWorkspaceTest, WhoeverHasAnAudioClientRuns) {
   EXPECT_EQ(running(), (std::vector<RunningApplication>{{"mpv", "mpv Media Player", 77}}));
 }
 
+TEST_F(LinuxWorkspaceTest, AToolThatOnlyRecordsDoesNotRunUntilItPlays) {
+  clients_ = {{"pw-cat", 11, "pw-record", false}};
+  EXPECT_TRUE(running().empty());
+  clients_.front().hasPlayed = true;
+  EXPECT_EQ(running(), (std::vector<RunningApplication>{{"pw-cat", "pw-record", 11}}));
+}
+
+TEST_F(LinuxWorkspaceTest, AnInstalledApplicationThatOnlyRecordsRuns) {
+  clients_ = {{"com.spotify.client", 11, "Client", false}};
+  EXPECT_EQ(running(), (std::vector<RunningApplication>{{"com.spotify.client", "Spotify", 11}}));
+}
+
+TEST_F(LinuxWorkspaceTest, AnInvisibleOneThatOnlyRecordsDoesNotRun) {
+  proc_.start(11, "/usr/bin/helper");
+  clients_ = {{"helper", 11, "helper stream", false}};
+  EXPECT_TRUE(running().empty());
+}
+
 TEST_F(LinuxWorkspaceTest, AnApplicationWithProcessAndClientIsOne) {
   proc_.start(10, "/usr/bin/totem");
   clients_ = {{"org.gnome.Totem", 12, "Totem"}, {"org.gnome.Totem", 13, "Totem"}};
