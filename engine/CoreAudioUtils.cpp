@@ -59,16 +59,10 @@ bool CoreAudioUtils::setSystemDefaultOutput(AudioHardware& hardware, LogSink& lo
   return *nowUID == uid;
 }
 
-bool CoreAudioUtils::waitUntilAlive(const AudioHardware& hardware, Clocks& clocks, AudioObjectID device,
-                                    Duration timeout, Duration poll) {
-  const auto deadline = clocks.monotonicNow() + timeout;
-  while (clocks.monotonicNow() < deadline) {
-    std::uint32_t alive = 0;
-    const Status status = hardware.readUInt32(device, {audio::deviceIsAlive, audio::scopeGlobal, 0}, alive);
-    if (status == noErr && alive == 1) return true;
-    clocks.sleepThread(poll);
-  }
-  return false;
+bool CoreAudioUtils::isAlive(const AudioHardware& hardware, AudioObjectID device) {
+  std::uint32_t alive = 0;
+  const Status status = hardware.readUInt32(device, {audio::deviceIsAlive, audio::scopeGlobal, 0}, alive);
+  return status == noErr && alive == 1;
 }
 
 }  // namespace quillmere

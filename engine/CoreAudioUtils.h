@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "platform/AudioHardware.h"
-#include "runtime/Clocks.h"
 #include "runtime/Logger.h"
 
 namespace quillmere {
@@ -25,9 +24,8 @@ struct CoreAudioUtils {
   /// Makes the device the system default and reads back; true if the system then names this very UID, or nothing at
   /// all.
   static bool setSystemDefaultOutput(AudioHardware& hardware, LogSink& log, const std::string& uid);
-  /// Polls until the device says it is alive; false if it has not within `timeout`. Blocks the calling thread.
-  [[nodiscard]] static bool waitUntilAlive(const AudioHardware& hardware, Clocks& clocks, AudioObjectID device,
-                                           Duration timeout, Duration poll);
+  /// Whether the device says it is alive; a failed read counts as no.
+  [[nodiscard]] static bool isAlive(const AudioHardware& hardware, AudioObjectID device);
 };
 
 }  // namespace quillmere

@@ -106,6 +106,8 @@ void processIO(const AudioBufferList& input, const AudioBufferList& output, floa
   words.currentGain.store(result.gain, std::memory_order_relaxed);
   const float decayed = words.recentInputPeak.load(std::memory_order_relaxed) * std::bit_cast<float>(0x3f666666U);
   words.recentInputPeak.store(result.peak > decayed ? result.peak : decayed, std::memory_order_relaxed);
+  // The only writer: no read-modify-write is needed.
+  words.peaksWritten.store(words.peaksWritten.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
 
 }  // namespace quillmere

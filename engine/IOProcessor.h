@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 
 #include "platform/AudioTypes.h"
 #include "runtime/Threads.h"
@@ -17,6 +18,9 @@ struct IOWords {
   std::atomic<float> currentGain{1.0F};
   /// Decaying linear peak of the input before the gain. Written on [audio].
   std::atomic<float> recentInputPeak{0.0F};
+  /// How often that peak was written so far, modulo 2^32: where the cycles stop, it says nothing about the moment any
+  /// more. Written on [audio].
+  std::atomic<std::uint32_t> peaksWritten{0};
 };
 
 /// What share of the way to its target the gain moves in one frame: 30 ms time constant; a rate below 8000 Hz counts as

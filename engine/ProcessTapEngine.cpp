@@ -17,8 +17,7 @@ namespace {
 
 std::atomic<ProcessTapEngine*> installed{nullptr};
 
-constexpr float unityTolerance = std::bit_cast<float>(0x3ba3d70aU);     // 0.005
-constexpr float activityThreshold = std::bit_cast<float>(0x3a83126fU);  // 0.001
+constexpr float unityTolerance = std::bit_cast<float>(0x3ba3d70aU);  // 0.005
 
 /// Whether a gain leaves the sound as it is, as far as the engine is concerned.
 bool isUnity(float gain) { return std::fabs(gain - 1.0F) < unityTolerance; }
@@ -52,7 +51,10 @@ ProcessTapEngine::~ProcessTapEngine() {
   ProcessTapEngine* self = this;
   installed.compare_exchange_strong(self, nullptr);
   going_ = true;
-  queue_->sync([this] { subgraphs_.clear(); });
+  queue_->sync([this] {
+    builds_.clear();
+    subgraphs_.clear();
+  });
   // Runs what came in meanwhile, which by now does nothing, before the tables go.
   queue_.reset();
 }
@@ -74,8 +76,20 @@ void ProcessTapEngine::queueBody(Body body) {
   });
 }
 
+void ProcessTapEngine::queueInTurn(const std::string& bundleID, Work step) {
+  queueBody([this, bundleID, step = std::move(step)] { inTurn(bundleID, step); });
+}
+
+void ProcessTapEngine::inTurn(const std::string& bundleID, Work step) {
+  if (const auto build = builds_.find(bundleID); build != builds_.end()) {
+    build->second.waiting.push_back(std::move(step));
+  } else {
+    step();
+  }
+}
+
 void ProcessTapEngine::applyGain(float gain, const std::string& bundleID) {
-  queueBody([this, gain, bundleID] {
+  queueInTurn(bundleID, [this, gain, bundleID] {
     const float clamped = Mixer{}.clampGain(gain);
     const bool isRouted = routingMap_.contains(bundleID);
     log_.info(logText("applyGain %s → %.2f (routed=%s)", bundleID.c_str(), static_cast<double>(clamped),
@@ -91,7 +105,7 @@ void ProcessTapEngine::applyGain(float gain, const std::string& bundleID) {
 }
 
 void ProcessTapEngine::applyRouting(const std::optional<std::string>& deviceUID, const std::string& bundleID) {
-  queueBody([this, deviceUID, bundleID] {
+  queueInTurn(bundleID, [this, deviceUID, bundleID] {
     const bool isRouted = deviceUID && !deviceUID->empty();
     const auto old = routingMap_.find(bundleID);
     if (isRouted) {
@@ -131,41 +145,54 @@ void ProcessTapEngine::updateProcessMap(std::vector<CoreAudioProcessMonitor::Sna
 
     // A routed application that had no process to tap gets its subgraph when it first has one. Running subgraphs keep
     // the processes they were built with, and those of applications that are gone stay.
-    for (const auto& bundleID : keysOf(routingMap_)) {
-      if (subgraphs_.contains(bundleID) || old.contains(bundleID)) continue;
-      if (processMap_.contains(bundleID)) spawnSubgraphLocked(bundleID, 1.0F);
+    for (const auto& bundleID : keys) {
+      if (old.contains(bundleID)) continue;
+      inTurn(bundleID, [this, bundleID] {
+        const bool isWanted = routingMap_.contains(bundleID) && processMap_.contains(bundleID);
+        if (isWanted && !subgraphs_.contains(bundleID)) spawnSubgraphLocked(bundleID, 1.0F);
+      });
     }
   });
 }
 
 void ProcessTapEngine::refreshUnroutedSubgraphsForNewSystemDefault() {
   queueBody([this] {
-    for (const auto& bundleID : keysOf(subgraphs_)) {
-      if (routingMap_.contains(bundleID)) continue;
+    const auto rebuild = [this](const std::string& bundleID) {
+      if (routingMap_.contains(bundleID)) return;
       if (const auto gain = tearDownSubgraphLocked(bundleID)) spawnSubgraphLocked(bundleID, *gain);
-    }
+    };
+    const auto half = keysOf(builds_);
+    for (const auto& bundleID : keysOf(subgraphs_)) rebuild(bundleID);
+    for (const auto& bundleID : half) inTurn(bundleID, [rebuild, bundleID] { rebuild(bundleID); });
   });
 }
 
 std::set<std::string> ProcessTapEngine::activeBundleIDs() const {
+  const auto now = clocks_.monotonicNow();
   std::set<std::string> active;
-  queue_->sync([&] {
-    for (const auto& [bundleID, subgraph] : subgraphs_) {
-      if (subgraph->recentInputPeak() > activityThreshold) active.insert(bundleID);
-    }
-  });
+  const std::lock_guard lock(activitiesMutex_);
+  for (auto& [bundleID, activity] : activities_) {
+    if (activity.isHeard(now)) active.insert(active.end(), bundleID);
+  }
   return active;
 }
 
 void ProcessTapEngine::stop() {
   queue_->sync([this] {
-    for (const auto& entry : subgraphs_) entry.second->invalidate();
-    subgraphs_.clear();
+    isStopping_ = true;
+    // What has waited for a path still counts for the routes.
+    for (auto& [bundleID, build] : std::exchange(builds_, {})) {
+      build.subgraph.reset();
+      for (const auto& step : build.waiting) step();
+    }
+    isStopping_ = false;
+    for (const auto& bundleID : keysOf(subgraphs_)) tearDownSubgraphLocked(bundleID);
   });
 }
 
 void ProcessTapEngine::spawnSubgraphLocked(const std::string& bundleID, float initialGain) {
   queue_->preconditionOnQueue();
+  if (isStopping_) return;
   const auto processes = processMap_.find(bundleID);
   if (processes == processMap_.end() || processes->second.empty()) {
     log_.standard("no CoreAudio process objects for " + bundleID +
@@ -177,11 +204,62 @@ void ProcessTapEngine::spawnSubgraphLocked(const std::string& bundleID, float in
       log_);
   const auto route = routingMap_.find(bundleID);
   const auto outputUID = route == routingMap_.end() ? std::nullopt : std::optional<std::string>(route->second);
-  if (!subgraph->activate(initialGain, outputUID)) {
-    log_.error("subgraph activation failed for " + bundleID);
-    return;
+  switch (subgraph->activate(initialGain, outputUID)) {
+    case ProcessTapSubgraph::Progress::waiting:
+      builds_[bundleID].subgraph = std::move(subgraph);
+      pollLater();
+      break;
+    case ProcessTapSubgraph::Progress::live:
+      keepLive(bundleID, std::move(subgraph));
+      break;
+    case ProcessTapSubgraph::Progress::failed:
+      logFailure(bundleID);
+      break;
   }
+}
+
+void ProcessTapEngine::keepLive(const std::string& bundleID, std::unique_ptr<ProcessTapSubgraph> subgraph) {
+  InputActivity activity(subgraph->words());
   subgraphs_[bundleID] = std::move(subgraph);
+  {
+    const std::lock_guard lock(activitiesMutex_);
+    activities_.insert_or_assign(bundleID, std::move(activity));
+  }
+  // One after the other, each would have had its time to itself.
+  for (auto& entry : builds_) entry.second.subgraph->waitAnew();
+}
+
+void ProcessTapEngine::logFailure(const std::string& bundleID) const {
+  log_.error("subgraph activation failed for " + bundleID);
+}
+
+void ProcessTapEngine::pollLater() {
+  if (std::exchange(isPollDue_, true)) return;
+  queue_->asyncAfter(ProcessTapSubgraph::alivePoll, [this] {
+    isPollDue_ = false;
+    pollBuilds();
+    if (!builds_.empty()) pollLater();
+  });
+}
+
+void ProcessTapEngine::pollBuilds() {
+  for (const auto& bundleID : keysOf(builds_)) {
+    const auto progress = builds_.at(bundleID).subgraph->proceed();
+    if (progress != ProcessTapSubgraph::Progress::waiting) {
+      endBuild(bundleID, progress == ProcessTapSubgraph::Progress::live);
+    }
+  }
+}
+
+void ProcessTapEngine::endBuild(const std::string& bundleID, bool isLive) {
+  auto build = std::move(builds_.extract(bundleID).mapped());
+  if (isLive) {
+    keepLive(bundleID, std::move(build.subgraph));
+  } else {
+    logFailure(bundleID);
+  }
+  // Any of them may begin the next path, which those behind it wait for in their turn.
+  for (auto& step : build.waiting) inTurn(bundleID, std::move(step));
 }
 
 std::optional<float> ProcessTapEngine::tearDownSubgraphLocked(const std::string& bundleID) {
@@ -190,6 +268,8 @@ std::optional<float> ProcessTapEngine::tearDownSubgraphLocked(const std::string&
   if (node.empty()) return std::nullopt;
   const float gain = node.mapped()->targetGain();
   node.mapped()->invalidate();
+  const std::lock_guard lock(activitiesMutex_);
+  activities_.erase(bundleID);
   return gain;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "engine/CoreAudioProcessMonitor.h"
+#include "engine/InputActivity.h"
 #include "platform/AudioHardware.h"
 #include "runtime/Runtime.h"
 
@@ -20,6 +22,10 @@ namespace quillmere {
 class ProcessTapSubgraph;
 
 /// Callers get no result; failures end in the log.
+///
+/// The calls of one application take effect one after the other, each when the one before is through with the path that
+/// it builds. Applications don't wait for one another: any number of paths is built side by side, and a path is given
+/// up when none has come alive for two seconds.
 class ProcessTapEngine {
  public:
   /// Makes the engine's queue. The hardware and the runtime's services outlive this.
@@ -42,22 +48,39 @@ class ProcessTapEngine {
   void updateProcessMap(std::vector<CoreAudioProcessMonitor::Snapshot> snapshots);
   /// Rebuilds what follows the system default output, after that has changed. [any]
   void refreshUnroutedSubgraphsForNewSystemDefault();
-  /// The applications whose subgraph hears sound. Waits for what is queued before. [any but engine]
+  /// The applications whose subgraph hears sound, of those that the queue has made so far; waits for nothing. [any]
   [[nodiscard]] std::set<std::string> activeBundleIDs() const;
-  /// Tears down every subgraph; processes and routes stay known. Waits for what is queued before. [any but engine]
+  /// Tears down every subgraph, half built ones too; processes and routes stay known. Waits for what is queued before,
+  /// but for no path to come alive. [any but engine]
   void stop();
 
   /// The engine's queue, for tests of what must run on it.
   [[nodiscard]] SerialQueue& queue() const { return *queue_; }
-  /// Builds the subgraph of one application; stops the process off the queue. [engine]
+  /// Begins to build the subgraph of one application, which has none; stops the process off the queue. [engine]
   void spawnSubgraphLocked(const std::string& bundleID, float initialGain);
   /// Takes down one application's subgraph, if there is one; stops the process off the queue. Returns its target gain.
   /// [engine]
   std::optional<float> tearDownSubgraphLocked(const std::string& bundleID);
 
  private:
+  /// A path that is not alive yet, and the calls of its application that came meanwhile.
+  struct Build {
+    std::unique_ptr<ProcessTapSubgraph> subgraph;
+    std::deque<Work> waiting;
+  };
+
   template <typename Body>
   void queueBody(Body body);
+  /// Queues one step of an application's story. [any]
+  void queueInTurn(const std::string& bundleID, Work step);
+  /// Runs it: now, or when the application's path is built. [engine]
+  void inTurn(const std::string& bundleID, Work step);
+  // [engine]
+  void keepLive(const std::string& bundleID, std::unique_ptr<ProcessTapSubgraph> subgraph);
+  void endBuild(const std::string& bundleID, bool isLive);
+  void logFailure(const std::string& bundleID) const;
+  void pollBuilds();
+  void pollLater();
 
   AudioHardware& hardware_;
   Clocks& clocks_;
@@ -71,7 +94,15 @@ class ProcessTapEngine {
   // The tables, touched on the queue only.
   std::map<std::string, std::set<AudioObjectID>> processMap_;
   std::map<std::string, std::unique_ptr<ProcessTapSubgraph>> subgraphs_;
+  std::map<std::string, Build> builds_;
   std::map<std::string, std::string> routingMap_;
+  bool isPollDue_ = false;
+  /// What would be built now would be torn down at once.
+  bool isStopping_ = false;
+
+  /// Of every subgraph there is: for callers who don't wait for the queue.
+  mutable std::mutex activitiesMutex_;
+  mutable std::map<std::string, InputActivity> activities_;
 };
 
 }  // namespace quillmere

@@ -1,7 +1,7 @@
 // Building and tearing down one application's audio path.
 #include "engine/ProcessTapSubgraph.h"
 
-#include <chrono>
+#include <atomic>
 #include <cmath>
 #include <utility>
 
@@ -14,8 +14,6 @@ namespace quillmere {
 namespace {
 
 constexpr const char* ioQueueLabel = "app.quillmere.subgraph.io";
-constexpr Duration aliveTimeout = std::chrono::seconds(2);
-constexpr Duration alivePoll = std::chrono::milliseconds(10);
 
 }  // namespace
 
@@ -42,10 +40,12 @@ ProcessTapSubgraph::ProcessTapSubgraph(AudioHardware& hardware, Clocks& clocks, 
 
 ProcessTapSubgraph::~ProcessTapSubgraph() {
   invalidate();
+  tearDownAll();
   io_->released.store(true, std::memory_order_relaxed);
 }
 
-bool ProcessTapSubgraph::activate(float initialGain, const std::optional<std::string>& routedOutputUID) {
+ProcessTapSubgraph::Progress ProcessTapSubgraph::activate(float initialGain,
+                                                          const std::optional<std::string>& routedOutputUID) {
   // Both words: the first frame already plays at the requested gain, there is no fade-in.
   const float gain = Mixer{}.clampGain(initialGain);
   io_->words.targetGain.store(gain, std::memory_order_relaxed);
@@ -59,22 +59,37 @@ bool ProcessTapSubgraph::activate(float initialGain, const std::optional<std::st
   }
   if (!outputUID) {
     log_.error(logText("[%s] no system default output", bundleID_.c_str()));
-    return false;
+    return Progress::failed;
   }
+  outputUID_ = std::move(*outputUID);
 
-  if (!createTap()) return false;
-  if (!readTapFormat() || !createAggregate(*outputUID, !isRouted)) {
+  if (!createTap()) return Progress::failed;
+  if (!readTapFormat() || !createAggregate(outputUID_, !isRouted)) {
     destroyTap();
-    return false;
+    return Progress::failed;
   }
-  if (!waitForAggregate() || !installIOProc() || !startIO()) {
+  waitAnew();
+  return proceed();
+}
+
+void ProcessTapSubgraph::waitAnew() { aliveDeadline_ = clocks_.monotonicNow() + aliveTimeout; }
+
+ProcessTapSubgraph::Progress ProcessTapSubgraph::proceed() {
+  // Looked at before the clock: where everything comes late, the call does too.
+  if (!CoreAudioUtils::isAlive(hardware_, aggregateID_)) {
+    if (clocks_.monotonicNow() < aliveDeadline_) return Progress::waiting;
+    log_.error(logText("[%s] aggregate %u never became alive", bundleID_.c_str(), aggregateID_));
     tearDownAll();
-    return false;
+    return Progress::failed;
+  }
+  if (!installIOProc() || !startIO()) {
+    tearDownAll();
+    return Progress::failed;
   }
   active_ = true;
   log_.info(logText("[%s] subgraph live (tap %u, agg %u, %uch @ %fHz, out %s)", bundleID_.c_str(), tapID_, aggregateID_,
-                    tapASBD_.channelsPerFrame, tapASBD_.sampleRate, outputUID->c_str()));
-  return true;
+                    tapASBD_.channelsPerFrame, tapASBD_.sampleRate, outputUID_.c_str()));
+  return Progress::live;
 }
 
 void ProcessTapSubgraph::invalidate() {
@@ -89,6 +104,8 @@ void ProcessTapSubgraph::setTargetGain(float gain) {
 }
 
 float ProcessTapSubgraph::targetGain() const { return io_->words.targetGain.load(std::memory_order_relaxed); }
+
+std::shared_ptr<const IOWords> ProcessTapSubgraph::words() const { return {io_, &io_->words}; }
 
 float ProcessTapSubgraph::recentInputPeak() const { return io_->words.recentInputPeak.load(std::memory_order_relaxed); }
 
@@ -130,12 +147,6 @@ bool ProcessTapSubgraph::createAggregate(const std::string& outputUID, bool foll
   const Status status = hardware_.createAggregateDevice(description, aggregateID_);
   if (status == noErr && aggregateID_ != 0) return true;
   log_.error(logText("[%s] AudioHardwareCreateAggregateDevice failed (%d)", bundleID_.c_str(), status));
-  return false;
-}
-
-bool ProcessTapSubgraph::waitForAggregate() {
-  if (CoreAudioUtils::waitUntilAlive(hardware_, clocks_, aggregateID_, aliveTimeout, alivePoll)) return true;
-  log_.error(logText("[%s] aggregate %u never became alive", bundleID_.c_str(), aggregateID_));
   return false;
 }
 

@@ -2,7 +2,7 @@
 // device, and the IO block between them.
 #pragma once
 
-#include <atomic>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,19 +15,41 @@
 
 namespace quillmere {
 
+struct IOWords;
+
 /// Activated at most once; a changed device or process list means a new subgraph. [engine] unless stated.
 class ProcessTapSubgraph {
  public:
+  /// How far the building of the path is.
+  enum class Progress {
+    /// The aggregate is made and not alive yet: proceed() goes on.
+    waiting,
+    live,
+    /// Everything made so far is gone again and a line is logged.
+    failed,
+  };
+
+  /// An aggregate is given up when it is not alive after this time, and no other has come alive in it.
+  static constexpr Duration aliveTimeout = std::chrono::seconds(2);
+  /// proceed() is to be called this often while the path waits.
+  static constexpr Duration alivePoll = std::chrono::milliseconds(10);
+
   /// Touches no audio object. The hardware and the clocks outlive this.
   ProcessTapSubgraph(AudioHardware& hardware, Clocks& clocks, std::string bundleID,
                      std::vector<AudioObjectID> processObjectIDs, Logger log);
+  /// Tears down what is live, and what is half built.
   ~ProcessTapSubgraph();
   ProcessTapSubgraph(const ProcessTapSubgraph&) = delete;
   ProcessTapSubgraph& operator=(const ProcessTapSubgraph&) = delete;
 
-  /// Builds the whole path; true when audio flows. On failure everything made so far is gone again and a line is
-  /// logged. Blocks for up to two seconds. An absent or empty UID takes the system default of the moment.
-  bool activate(float initialGain, const std::optional<std::string>& routedOutputUID);
+  /// Builds the path up to where the aggregate has to come alive, and the rest where it is already. Never blocks. An
+  /// absent or empty UID takes the system default of the moment.
+  Progress activate(float initialGain, const std::optional<std::string>& routedOutputUID);
+  /// Looks whether the aggregate has come alive, and builds the rest if so: then audio flows. Called while waiting
+  /// only.
+  Progress proceed();
+  /// The time in which it must come alive begins anew: the host is busy with others, and gets on with them.
+  void waitAnew();
   /// Tears a live path down; otherwise does nothing.
   void invalidate();
 
@@ -36,6 +58,8 @@ class ProcessTapSubgraph {
   [[nodiscard]] float targetGain() const;
   /// Decaying linear peak of what was tapped, before the gain. [any]
   [[nodiscard]] float recentInputPeak() const;
+  /// What the IO block works on, for looking at from any thread. Stays readable after the subgraph has gone.
+  [[nodiscard]] std::shared_ptr<const IOWords> words() const;
   [[nodiscard]] bool isActive() const { return active_; }
 
  private:
@@ -44,7 +68,6 @@ class ProcessTapSubgraph {
   [[nodiscard]] bool createTap();
   [[nodiscard]] bool readTapFormat();
   [[nodiscard]] bool createAggregate(const std::string& outputUID, bool followsDefaultOutput);
-  [[nodiscard]] bool waitForAggregate();
   [[nodiscard]] bool installIOProc();
   [[nodiscard]] bool startIO();
   void destroyTap();
@@ -58,7 +81,9 @@ class ProcessTapSubgraph {
   AudioObjectID tapID_ = 0;
   const Uuid tapUUID_;
   AudioStreamBasicDescription tapASBD_;
+  std::string outputUID_;
   AudioObjectID aggregateID_ = 0;
+  MonotonicTime aliveDeadline_{};
   std::optional<IOProcID> ioProcID_;
   bool active_ = false;
   /// Shared with the IO block; see the source for who lets go of it last.

@@ -15,8 +15,14 @@ namespace quillmere {
 /// A property listener. Its identity is the pointer: removing takes the one that was added.
 using PropertyListener = std::shared_ptr<const std::function<void()>>;
 
-/// All methods [any] unless stated; calls that create, start or stop are made on [engine].
-/// A read that fails returns a code other than noErr and leaves its result untouched.
+/// All methods [any] unless stated; calls that create, start or stop are made on [engine], one at a time, and never
+/// wait for a device to come alive. Any number of aggregates may be on their way there at once, each with a tap of its
+/// own. A read that fails returns a code other than noErr and leaves its result untouched.
+///
+/// The default output. One that is written counts for every read as soon as the write has returned, and its listeners
+/// are told once the system has answered: with the device written, or with what stands instead, and then those of
+/// audio::refusedDefaultOutput too. A moment without a default is not told: until the next one is known, or there is
+/// none for good, the last one is still named and tells what it was, listed or not, and that it is not alive.
 class AudioHardware {
  public:
   virtual ~AudioHardware() = default;
@@ -52,6 +58,8 @@ class AudioHardware {
   virtual Status createProcessTap(const TapDescription& description, AudioObjectID& tap) = 0;
   virtual Status destroyProcessTap(AudioObjectID tap) = 0;
 
+  /// The device tells by deviceIsAlive when a block may be installed and started; until then it may be destroyed like
+  /// any other.
   virtual Status createAggregateDevice(const AggregateDescription& description, AudioObjectID& device) = 0;
   virtual Status destroyAggregateDevice(AudioObjectID device) = 0;
 

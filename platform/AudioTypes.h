@@ -35,6 +35,9 @@ inline constexpr std::uint32_t scopeOutput = fourCC("outp");
 // Of the system object.
 inline constexpr std::uint32_t devices = fourCC("dev#");
 inline constexpr std::uint32_t defaultOutputDevice = fourCC("dOut");
+/// The device that was written as the default output last and was not taken; 0 if it was, or is still to be answered. A
+/// host on which a write is answered before it returns has no such property.
+inline constexpr std::uint32_t refusedDefaultOutput = fourCC("dRef");
 inline constexpr std::uint32_t processObjectList = fourCC("prs#");
 // Of a device.
 inline constexpr std::uint32_t deviceUID = fourCC("uid ");

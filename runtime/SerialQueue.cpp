@@ -13,6 +13,7 @@
 #endif
 
 #include "runtime/Threads.h"
+#include "runtime/TimerStore.h"
 
 namespace quillmere {
 
@@ -39,6 +40,14 @@ class ThreadSerialQueue final : public SerialQueue {
     {
       const std::lock_guard lock(mutex_);
       queue_.push_back(std::move(work));
+    }
+    changed_.notify_one();
+  }
+
+  void asyncAfter(Duration delay, Work work) override {
+    {
+      const std::lock_guard lock(mutex_);
+      timers_.add(std::chrono::steady_clock::now() + delay, std::move(work));
     }
     changed_.notify_one();
   }
@@ -90,9 +99,7 @@ class ThreadSerialQueue final : public SerialQueue {
     pthread_setname_np(pthread_self(), name.c_str());
 #endif
     std::unique_lock lock(mutex_);
-    while (true) {
-      changed_.wait(lock, [this] { return !isRunning_ && (closing_ || !queue_.empty()); });
-      if (queue_.empty()) return;
+    while (waitForWork(lock)) {
       Work work = std::move(queue_.front());
       queue_.pop_front();
       isRunning_ = true;
@@ -106,9 +113,24 @@ class ThreadSerialQueue final : public SerialQueue {
     }
   }
 
+  /// Waits until something is queued and nothing runs; false at the end, with everything done.
+  bool waitForWork(std::unique_lock<std::mutex>& lock) {
+    while (true) {
+      timers_.moveDue(std::chrono::steady_clock::now(), queue_);
+      if (!isRunning_ && !queue_.empty()) return true;
+      if (!isRunning_ && closing_) return false;
+      if (const auto due = timers_.nextDue()) {
+        changed_.wait_until(lock, *due);
+      } else {
+        changed_.wait(lock);
+      }
+    }
+  }
+
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<Work> queue_;
+  TimerStore timers_;
   bool closing_ = false;
   bool isRunning_ = false;
   /// Who is the queue at this moment; nobody's id while nothing runs.

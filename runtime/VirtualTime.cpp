@@ -2,6 +2,7 @@
 #include "runtime/VirtualTime.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "runtime/Threads.h"
 
@@ -30,8 +31,12 @@ class VirtualTime::VirtualExecutor final : public Executor {
 class VirtualTime::VirtualSerialQueue final : public SerialQueue {
  public:
   explicit VirtualSerialQueue(VirtualTime& time) : time_(time), executor_(time) {}
-  ~VirtualSerialQueue() override { runQueued(); }
+  ~VirtualSerialQueue() override {
+    runQueued();
+    while (const auto later = find(MonotonicTime::max())) static_cast<void>(take(*later));
+  }
   void async(Work work) override { executor_.post(std::move(work)); }
+  void asyncAfter(Duration delay, Work work) override { executor_.postAfter(delay, std::move(work)); }
   void sync(const Work& work) override {
     if (isCurrent()) preconditionFailure("a serial queue was asked to wait for itself");
     runQueued();
@@ -41,14 +46,20 @@ class VirtualTime::VirtualSerialQueue final : public SerialQueue {
 
  private:
   void runQueued() {
-    while (true) {
-      const auto next = std::find_if(time_.items_.begin(), time_.items_.end(),
-                                     [this](const auto& item) { return item.second.executor == &executor_; });
-      if (next == time_.items_.end()) return;
-      auto node = time_.items_.extract(next);
-      time_.dueTimes_.erase(node.key().second);
-      time_.run(std::move(node.mapped()));
+    while (const auto next = find(time_.now_)) time_.run(take(*next));
+  }
+  /// Its first piece of work that is due by then.
+  [[nodiscard]] std::optional<Key> find(MonotonicTime limit) const {
+    for (const auto& [key, item] : time_.items_) {
+      if (key.first > limit) break;
+      if (item.executor == &executor_) return key;
     }
+    return std::nullopt;
+  }
+  Item take(const Key& key) {
+    auto node = time_.items_.extract(key);
+    time_.dueTimes_.erase(key.second);
+    return std::move(node.mapped());
   }
 
   VirtualTime& time_;

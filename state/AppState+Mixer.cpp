@@ -63,6 +63,17 @@ void AppState::setOutputDeviceUID(std::optional<std::string> deviceUID) {
   engine_->refreshUnroutedSubgraphsForNewSystemDefault();
 }
 
+void AppState::listenForRefusals() {
+  const auto listener = std::make_shared<const std::function<void()>>([weak = weak_from_this()] {
+    const auto self = weak.lock();
+    if (!self) return;
+    // The field goes on showing the user's choice; the volume is that of the device that sounds.
+    self->followDefaultOutput();
+    self->engine_->refreshUnroutedSubgraphsForNewSystemDefault();
+  });
+  machine_.audio->addPropertyListener(systemObjectID, {audio::refusedDefaultOutput}, listener);
+}
+
 void AppState::setDuckRule(DuckRule rule) {
   QUILLMERE_CHECK_ON(runtime_.main, "setDuckRule off the main thread");
   duckTargetGain_->store(rule.targetGain);

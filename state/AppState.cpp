@@ -80,6 +80,7 @@ void AppState::startUp() {
     if (self && std::abs(*self->masterGain_ - volume) > masterTolerance) self->masterGain_.set(volume);
   };
 
+  listenForRefusals();
   startStreams();
   startHeadphoneMonitor();
 }

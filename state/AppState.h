@@ -101,6 +101,7 @@ class AppState final : public MixerState, public std::enable_shared_from_this<Ap
   void restoreGains(const std::map<std::string, float>& saved);
   void storeMasterGain();
   void followDefaultOutput();
+  void listenForRefusals();
 
   // AppState+AutoDuck.cpp
   void evaluateDucking();

@@ -16,7 +16,7 @@ namespace quillmere {
 
 class DriverClient;
 
-/// Every call but activeBundleIDs returns as soon as the engine has queued the work. No call has a result to wait for.
+/// No call waits for the engine: work is queued, answers are what it has come to so far.
 class EngineCalls {
  public:
   virtual ~EngineCalls() = default;
@@ -26,7 +26,7 @@ class EngineCalls {
   virtual void applyRouting(const std::optional<std::string>& deviceUID, const std::string& bundleID) = 0;
   /// [any]
   virtual void updateProcessMap(std::vector<CoreAudioProcessMonitor::Snapshot> snapshots) = 0;
-  /// The applications whose tap hears sound. Waits for the engine's queue. [any but engine]
+  /// The applications whose tap hears sound. [any]
   [[nodiscard]] virtual std::set<std::string> activeBundleIDs() = 0;
   /// After the system default output has changed. [any]
   virtual void refreshUnroutedSubgraphsForNewSystemDefault() = 0;

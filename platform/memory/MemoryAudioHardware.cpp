@@ -48,12 +48,25 @@ struct Tap {
 
 struct Aggregate {
   AggregateDescription description;
+  /// What its taps take in.
+  std::vector<AudioObjectID> processes;
   MonotonicTime aliveAt;
   bool exists = true;
   std::map<IOProcID, std::shared_ptr<InstalledProc>> procs;
   std::string queueLabel;
   std::optional<float> appliedGain;
+  std::optional<MonotonicTime> stoppedAt;
 };
+
+/// Constant samples to and from nowhere.
+void playConstant(const IOBlock& block, float sample) {
+  std::array<float, 32> input{};
+  std::array<float, 32> output{};
+  input.fill(sample);
+  AudioBuffer in{2, sizeof input, input.data()};
+  AudioBuffer out{2, sizeof output, output.data()};
+  block({.buffers = {&in, 1}}, {.buffers = {&out, 1}});
+}
 
 }  // namespace
 
@@ -84,14 +97,22 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
 
   MemoryVolumeElement* volumeElement(AudioObjectID object, const PropertyAddress& address) {
     if (address.selector != audio::volumeScalar || address.scope != audio::scopeOutput) return nullptr;
-    const auto device = devices.find(object);
-    if (device == devices.end()) return nullptr;
-    const auto element = device->second.volume.find(address.element);
-    return element == device->second.volume.end() ? nullptr : &element->second;
+    auto* device = findDevice(object);
+    if (device == nullptr) return nullptr;
+    const auto element = device->volume.find(address.element);
+    return element == device->volume.end() ? nullptr : &element->second;
   }
 
+  /// Listed, or the default that has gone.
+  MemoryDevice* findDevice(AudioObjectID object) {
+    const auto found = devices.find(object);
+    if (found != devices.end()) return &found->second;
+    return departed && departed->first == object ? &departed->second : nullptr;
+  }
+  const MemoryDevice* findDevice(AudioObjectID object) const { return const_cast<World*>(this)->findDevice(object); }
+
   Status unknown(AudioObjectID object) const {
-    const bool exists = object == systemObjectID || devices.contains(object) || processes.contains(object) ||
+    const bool exists = object == systemObjectID || findDevice(object) != nullptr || processes.contains(object) ||
                         findTap(object) != nullptr || findAggregate(object) != nullptr;
     return exists ? unknownPropertyError : badObjectError;
   }
@@ -116,11 +137,19 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
     return found == aggregate->procs.end() ? nullptr : found->second;
   }
 
+  /// 0 for none.
+  AudioObjectID outputOf(const Aggregate& aggregate) const {
+    const auto& description = aggregate.description;
+    const auto standing = devices.contains(defaultDevice) ? defaultDevice : 0;
+    if (outputsFall && description.followsDefaultOutput) return standing;
+    const auto found = std::find_if(devices.begin(), devices.end(),
+                                    [&](const auto& entry) { return entry.second.uid == description.mainDeviceUID; });
+    if (found != devices.end()) return found->first;
+    return outputsFall ? standing : 0;
+  }
+
   bool isAlive(const Aggregate& aggregate) const {
-    const bool hasDevice = std::any_of(devices.begin(), devices.end(), [&](const auto& entry) {
-      return entry.second.uid == aggregate.description.mainDeviceUID;
-    });
-    return hasDevice && clocks.monotonicNow() >= aggregate.aliveAt;
+    return outputOf(aggregate) != 0 && clocks.monotonicNow() >= aggregate.aliveAt;
   }
 
   template <typename Map>
@@ -153,11 +182,80 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
     });
   }
 
+  /// What the taps in an aggregate take in; the newest tap is looked at first, being what is asked for.
+  std::vector<AudioObjectID> processesOf(const AggregateDescription& description) const {
+    std::vector<AudioObjectID> found;
+    for (const auto& wanted : description.taps) {
+      const auto tap = std::find_if(taps.rbegin(), taps.rend(), [&](const auto& entry) {
+        return entry.second.exists && entry.second.description.uuid.text() == wanted.uid;
+      });
+      if (tap == taps.rend()) continue;
+      const auto& tapped = tap->second.description.processes;
+      found.insert(found.end(), tapped.begin(), tapped.end());
+    }
+    return found;
+  }
+
+  /// The process through which an aggregate hears sound now; 0 if there is none.
+  AudioObjectID soundingProcess(const Aggregate& aggregate) const {
+    const auto sounds = [this](AudioObjectID object) {
+      const auto found = processes.find(object);
+      return found != processes.end() && found->second.isRunningOutput;
+    };
+    const auto found = std::find_if(aggregate.processes.begin(), aggregate.processes.end(), sounds);
+    return found == aggregate.processes.end() ? 0 : *found;
+  }
+
+  /// Without the mutex.
+  void driveCycles(Duration length, float sample) {
+    std::vector<std::shared_ptr<InstalledProc>> procs;
+    {
+      const std::lock_guard lock(mutex);
+      for (const auto id : started) {
+        const auto* aggregate = findAggregate(id);
+        const auto process = aggregate == nullptr ? 0 : soundingProcess(*aggregate);
+        if (process == 0) continue;
+        cycles.push_back({process, id, clocks.monotonicNow()});
+        for (const auto& entry : aggregate->procs) procs.push_back(entry.second);
+      }
+    }
+    for (const auto& proc : procs) {
+      const std::lock_guard cycle(proc->mutex);
+      if (proc->running) playConstant(proc->block, sample);
+    }
+    listenerExecutor.postAfter(length, [weakWorld = weak_from_this(), length, sample] {
+      if (const auto world = weakWorld.lock()) world->driveCycles(length, sample);
+    });
+  }
+
+  /// The blocks of an aggregate run no more.
+  void noteStop(AudioObjectID device) {
+    started.erase(device);
+    const auto found = aggregates.find(device);
+    if (found != aggregates.end() && !found->second.stoppedAt) found->second.stoppedAt = clocks.monotonicNow();
+  }
+
   void changeDefault(AudioObjectID device) {
     if (defaultDevice == device) return;
     defaultDevice = device;
-    tell(systemObjectID, globalAddress(audio::defaultOutputDevice));
+    departed.reset();
+    // While a choice is awaited, it is what everybody reads.
+    if (awaitedDefault == 0) tell(systemObjectID, globalAddress(audio::defaultOutputDevice));
   }
+
+  void answerAwaited(bool takes) {
+    const auto chosen = std::exchange(awaitedDefault, 0);
+    if (chosen == 0) return;
+    refusedDefault = takes ? 0 : chosen;
+    if (takes) {
+      defaultDevice = chosen;
+      departed.reset();
+    }
+    tell(systemObjectID, globalAddress(audio::defaultOutputDevice));
+    if (!takes) tell(systemObjectID, globalAddress(audio::refusedDefaultOutput));
+  }
+
+  AudioObjectID readableDefault() const { return awaitedDefault != 0 ? awaitedDefault : defaultDevice; }
 
   mutable std::mutex mutex;
   Executor& listenerExecutor;
@@ -168,8 +266,18 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
   std::map<AudioObjectID, MemoryProcess> processes;
   std::map<AudioObjectID, Tap> taps;
   std::map<AudioObjectID, Aggregate> aggregates;
+  /// Those with a block that runs.
+  std::set<AudioObjectID> started;
+  std::vector<MemoryCycle> cycles;
   AudioObjectID defaultDevice = 0;
-  bool ignoresDefaultWrites = false;
+  /// The default that has gone, while nothing has taken its place.
+  std::optional<std::pair<AudioObjectID, MemoryDevice>> departed;
+  bool leavesGaps = false;
+  DefaultWrites defaultWrites = DefaultWrites::taken;
+  /// Written and not answered; 0 for none.
+  AudioObjectID awaitedDefault = 0;
+  AudioObjectID refusedDefault = 0;
+  bool outputsFall = false;
   AudioStreamBasicDescription tapFormat{48000.0, fourCC("lpcm"), 9, 8, 1, 8, 2, 32};
   Duration aliveDelay{};
   std::vector<Listener> listeners;
@@ -188,7 +296,8 @@ bool MemoryAudioHardware::hasProperty(AudioObjectID object, const PropertyAddres
   const std::lock_guard lock(world_->mutex);
   if (world_->begin(Method::hasProperty, object, address)) return false;
   if (address.selector == audio::volumeScalar) return world_->volumeElement(object, address) != nullptr;
-  static constexpr std::array ofSystem{audio::devices, audio::defaultOutputDevice, audio::processObjectList};
+  static constexpr std::array ofSystem{audio::devices, audio::defaultOutputDevice, audio::refusedDefaultOutput,
+                                       audio::processObjectList};
   static constexpr std::array ofDevice{audio::deviceUID, audio::objectName, audio::streams, audio::deviceIsAlive,
                                        audio::transportType};
   static constexpr std::array ofProcess{audio::processBundleID, audio::processPID, audio::processIsRunningOutput,
@@ -197,7 +306,7 @@ bool MemoryAudioHardware::hasProperty(AudioObjectID object, const PropertyAddres
     return std::find(selectors.begin(), selectors.end(), address.selector) != selectors.end();
   };
   if (object == systemObjectID) return isIn(ofSystem);
-  if (world_->devices.contains(object)) return isIn(ofDevice);
+  if (world_->findDevice(object) != nullptr) return isIn(ofDevice);
   if (world_->processes.contains(object)) return isIn(ofProcess);
   if (world_->findTap(object) != nullptr) return address.selector == audio::tapFormat;
   return world_->findAggregate(object) != nullptr && address.selector == audio::deviceIsAlive;
@@ -208,7 +317,7 @@ Status MemoryAudioHardware::isPropertySettable(AudioObjectID object, const Prope
   const std::lock_guard lock(world_->mutex);
   if (const auto status = world_->begin(Method::isPropertySettable, object, address)) return *status;
   if (const auto* element = world_->volumeElement(object, address)) {
-    settable = element->settable;
+    settable = element->settable && world_->devices.contains(object);
     return noErr;
   }
   const auto status = world_->unknown(object);
@@ -229,9 +338,9 @@ Status MemoryAudioHardware::propertyDataSize(AudioObjectID object, const Propert
     byteCount = listSize(world_->processes.size());
     return noErr;
   }
-  const auto device = world_->devices.find(object);
-  if (device != world_->devices.end() && address.selector == audio::streams) {
-    byteCount = address.scope == audio::scopeOutput ? listSize(device->second.outputStreamCount) : 0;
+  const auto* device = world_->findDevice(object);
+  if (device != nullptr && address.selector == audio::streams) {
+    byteCount = address.scope == audio::scopeOutput ? listSize(device->outputStreamCount) : 0;
     return noErr;
   }
   return world_->unknown(object);
@@ -242,16 +351,20 @@ Status MemoryAudioHardware::readUInt32(AudioObjectID object, const PropertyAddre
   const std::lock_guard lock(world_->mutex);
   if (const auto status = world_->begin(Method::readUInt32, object, address)) return *status;
   if (object == systemObjectID && address.selector == audio::defaultOutputDevice) {
-    value = world_->defaultDevice;
+    value = world_->readableDefault();
     return noErr;
   }
-  if (const auto device = world_->devices.find(object); device != world_->devices.end()) {
+  if (object == systemObjectID && address.selector == audio::refusedDefaultOutput) {
+    value = world_->refusedDefault;
+    return noErr;
+  }
+  if (const auto* device = world_->findDevice(object)) {
     if (address.selector == audio::transportType) {
-      value = device->second.transport;
+      value = device->transport;
       return noErr;
     }
     if (address.selector == audio::deviceIsAlive) {
-      value = device->second.isAlive ? 1 : 0;
+      value = device->isAlive ? 1 : 0;
       return noErr;
     }
   }
@@ -299,13 +412,13 @@ Status MemoryAudioHardware::readString(AudioObjectID object, const PropertyAddre
                                        std::optional<std::string>& value) const {
   const std::lock_guard lock(world_->mutex);
   if (const auto status = world_->begin(Method::readString, object, address)) return *status;
-  if (const auto device = world_->devices.find(object); device != world_->devices.end()) {
+  if (const auto* device = world_->findDevice(object)) {
     if (address.selector == audio::deviceUID) {
-      value = device->second.uid;
+      value = device->uid;
       return noErr;
     }
     if (address.selector == audio::objectName) {
-      value = device->second.name;
+      value = device->name;
       return noErr;
     }
   }
@@ -346,8 +459,15 @@ Status MemoryAudioHardware::writeUInt32(AudioObjectID object, const PropertyAddr
   const std::lock_guard lock(world_->mutex);
   if (const auto status = world_->begin(Method::writeUInt32, object, address)) return *status;
   if (object != systemObjectID || address.selector != audio::defaultOutputDevice) return world_->unknown(object);
-  if (!world_->devices.contains(value)) return badObjectError;
-  if (!world_->ignoresDefaultWrites) world_->changeDefault(value);
+  const auto device = world_->devices.find(value);
+  if (device == world_->devices.end()) return badObjectError;
+  if (device->second.outputStreamCount == 0) return illegalOperationError;
+  if (world_->defaultWrites == DefaultWrites::taken) {
+    world_->awaitedDefault = 0;
+    world_->changeDefault(value);
+  } else if (world_->defaultWrites == DefaultWrites::awaited && world_->readableDefault() != value) {
+    world_->awaitedDefault = value;
+  }
   return noErr;
 }
 
@@ -356,7 +476,7 @@ Status MemoryAudioHardware::writeFloat32(AudioObjectID object, const PropertyAdd
   if (const auto status = world_->begin(Method::writeFloat32, object, address)) return *status;
   auto* element = world_->volumeElement(object, address);
   if (element == nullptr) return world_->unknown(object);
-  if (!element->settable) return illegalOperationError;
+  if (!element->settable || !world_->devices.contains(object)) return illegalOperationError;
   element->value = value;
   world_->tell(object, address);
   return noErr;
@@ -405,6 +525,7 @@ Status MemoryAudioHardware::createAggregateDevice(const AggregateDescription& de
   device = ++world_->lastID;
   Aggregate aggregate;
   aggregate.description = description;
+  aggregate.processes = world_->processesOf(description);
   aggregate.aliveAt = world_->clocks.monotonicNow() + world_->aliveDelay;
   world_->aggregates.emplace(device, std::move(aggregate));
   return noErr;
@@ -416,6 +537,7 @@ Status MemoryAudioHardware::destroyAggregateDevice(AudioObjectID device) {
   auto* aggregate = world_->findAggregate(device);
   if (aggregate == nullptr) return badObjectError;
   aggregate->exists = false;
+  world_->noteStop(device);
   aggregate->procs.clear();
   return noErr;
 }
@@ -448,6 +570,7 @@ Status MemoryAudioHardware::startDevice(AudioObjectID device, IOProcID proc) {
     const std::lock_guard lock(world_->mutex);
     if (const auto status = world_->begin(Method::startDevice, device, {0, 0, 0})) return *status;
     installed = world_->findProc(device, proc);
+    if (installed) world_->started.insert(device);
   }
   if (!installed) return badObjectError;
   const std::lock_guard cycle(installed->mutex);
@@ -463,6 +586,7 @@ Status MemoryAudioHardware::stopDevice(AudioObjectID device, IOProcID proc, floa
     installed = world_->findProc(device, proc);
     if (!installed) return badObjectError;
     world_->findAggregate(device)->appliedGain = appliedGain;
+    world_->noteStop(device);
   }
   const std::lock_guard cycle(installed->mutex);
   installed->running = false;
@@ -481,10 +605,17 @@ AudioObjectID MemoryAudioHardware::addDevice(MemoryDevice device) {
 
 void MemoryAudioHardware::removeDevice(AudioObjectID device) {
   const std::lock_guard lock(world_->mutex);
-  if (world_->devices.erase(device) == 0) return;
+  auto gone = world_->devices.extract(device);
+  if (gone.empty()) return;
   std::erase_if(world_->listeners, [&](const Listener& listener) { return listener.object == device; });
   world_->tell(systemObjectID, globalAddress(audio::devices));
+  if (world_->awaitedDefault == device) world_->answerAwaited(false);
   if (world_->defaultDevice != device) return;
+  if (world_->leavesGaps) {
+    gone.mapped().isAlive = false;
+    world_->departed.emplace(device, std::move(gone.mapped()));
+    return;
+  }
   const auto next = std::find_if(world_->devices.begin(), world_->devices.end(),
                                  [](const auto& entry) { return entry.second.outputStreamCount > 0; });
   world_->changeDefault(next == world_->devices.end() ? 0 : next->first);
@@ -517,7 +648,12 @@ void MemoryAudioHardware::setDefaultOutput(AudioObjectID device) {
 
 AudioObjectID MemoryAudioHardware::defaultOutput() const {
   const std::lock_guard lock(world_->mutex);
-  return world_->defaultDevice;
+  return world_->readableDefault();
+}
+
+void MemoryAudioHardware::setLeavesGaps(bool leaves) {
+  const std::lock_guard lock(world_->mutex);
+  world_->leavesGaps = leaves;
 }
 
 void MemoryAudioHardware::setVolume(AudioObjectID device, std::uint32_t element, float value) {
@@ -536,9 +672,14 @@ std::optional<float> MemoryAudioHardware::volume(AudioObjectID device, std::uint
   return found->value;
 }
 
-void MemoryAudioHardware::setIgnoresDefaultWrites(bool ignores) {
+void MemoryAudioHardware::setDefaultWrites(DefaultWrites answer) {
   const std::lock_guard lock(world_->mutex);
-  world_->ignoresDefaultWrites = ignores;
+  world_->defaultWrites = answer;
+}
+
+void MemoryAudioHardware::answerDefaultWrite(bool takes) {
+  const std::lock_guard lock(world_->mutex);
+  world_->answerAwaited(takes);
 }
 
 // Processes.
@@ -573,6 +714,17 @@ void MemoryAudioHardware::setTapFormat(const AudioStreamBasicDescription& format
 void MemoryAudioHardware::setAggregateAliveDelay(Duration delay) {
   const std::lock_guard lock(world_->mutex);
   world_->aliveDelay = delay;
+}
+
+void MemoryAudioHardware::setOutputsFall(bool fall) {
+  const std::lock_guard lock(world_->mutex);
+  world_->outputsFall = fall;
+}
+
+AudioObjectID MemoryAudioHardware::outputOf(AudioObjectID aggregate) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto* found = world_->findAggregate(aggregate);
+  return found == nullptr ? 0 : world_->outputOf(*found);
 }
 
 std::vector<AudioObjectID> MemoryAudioHardware::taps() const {
@@ -660,6 +812,23 @@ bool MemoryAudioHardware::runIOCycle(AudioObjectID aggregate, const AudioBufferL
     ran = true;
   }
   return ran;
+}
+
+void MemoryAudioHardware::setCycles(Duration length, float sample) {
+  world_->listenerExecutor.postAfter(length, [weakWorld = std::weak_ptr(world_), length, sample] {
+    if (const auto world = weakWorld.lock()) world->driveCycles(length, sample);
+  });
+}
+
+std::vector<MemoryCycle> MemoryAudioHardware::takeCycles() {
+  const std::lock_guard lock(world_->mutex);
+  return std::exchange(world_->cycles, {});
+}
+
+std::optional<MonotonicTime> MemoryAudioHardware::stoppedAt(AudioObjectID aggregate) const {
+  const std::lock_guard lock(world_->mutex);
+  const auto found = world_->aggregates.find(aggregate);
+  return found == world_->aggregates.end() ? std::nullopt : found->second.stoppedAt;
 }
 
 IOBlock MemoryAudioHardware::ioBlock(AudioObjectID aggregate) const {

@@ -34,12 +34,29 @@ struct MemoryDevice {
   std::map<std::uint32_t, MemoryVolumeElement> volume = {};
 };
 
+/// An IO cycle that an application has driven.
+struct MemoryCycle {
+  AudioObjectID process = 0;
+  AudioObjectID aggregate = 0;
+  MonotonicTime at;
+};
+
 struct MemoryProcess {
   /// Absent: the read succeeds and gives no text.
   std::optional<std::string> bundleID;
   std::int32_t pid = 0;
   bool isRunningOutput = false;
   bool isRunningInput = false;
+};
+
+/// What becomes of a write of the default output.
+enum class DefaultWrites {
+  /// The system has the device at once.
+  taken,
+  /// The write succeeds and changes nothing.
+  ignored,
+  /// It counts, and the system answers when the test says so.
+  awaited,
 };
 
 /// [any]. Every call of the port is recorded before it answers.
@@ -123,18 +140,23 @@ class MemoryAudioHardware final : public AudioHardware {
 
   // Devices. Changes of the list, the default and volumes are told to listeners, as if somebody else had made them.
   AudioObjectID addDevice(MemoryDevice device);
-  /// The first device left that has outputs becomes the default if this one was it.
+  /// The first device left that has outputs becomes the default if this one was it, unless a gap is left.
   void removeDevice(AudioObjectID device);
+  /// True: where the default goes no other takes its place until setDefaultOutput(); it is still the default, not
+  /// listed, not alive, and tells what it was.
+  void setLeavesGaps(bool leaves);
   /// Replaces a device's description; volumes that differ are told.
   void updateDevice(AudioObjectID device, MemoryDevice description);
   [[nodiscard]] std::optional<MemoryDevice> device(AudioObjectID device) const;
   /// 0 for none.
   void setDefaultOutput(AudioObjectID device);
+  /// What reads tell.
   [[nodiscard]] AudioObjectID defaultOutput() const;
   void setVolume(AudioObjectID device, std::uint32_t element, float value);
   [[nodiscard]] std::optional<float> volume(AudioObjectID device, std::uint32_t element) const;
-  /// True: a write of the default output succeeds and changes nothing.
-  void setIgnoresDefaultWrites(bool ignores);
+  void setDefaultWrites(DefaultWrites answer);
+  /// The system answers the write that is awaited; without one nothing happens.
+  void answerDefaultWrite(bool takes);
 
   // Processes.
   AudioObjectID addProcess(MemoryProcess process);
@@ -144,8 +166,13 @@ class MemoryAudioHardware final : public AudioHardware {
   // Taps and aggregates.
   /// The format of taps created from now on; 48 kHz stereo at first.
   void setTapFormat(const AudioStreamBasicDescription& format);
-  /// How long after its creation an aggregate says that it is alive; 0 at first. One whose device is gone never does.
+  /// How long after its creation an aggregate says that it is alive; 0 at first. One that plays nowhere never does.
   void setAggregateAliveDelay(Duration delay);
+  /// True: as on a graph, what follows the default plays there wherever it goes, and what misses its device plays on
+  /// the default until the device is there. False, at first: both play on their main device or nowhere.
+  void setOutputsFall(bool fall);
+  /// The device that an aggregate plays on; 0 for none.
+  [[nodiscard]] AudioObjectID outputOf(AudioObjectID aggregate) const;
   [[nodiscard]] std::vector<AudioObjectID> taps() const;
   [[nodiscard]] std::vector<AudioObjectID> aggregates() const;
   /// What it was created with; stays known after it is destroyed.
@@ -160,6 +187,14 @@ class MemoryAudioHardware final : public AudioHardware {
   [[nodiscard]] std::optional<float> appliedGain(AudioObjectID aggregate) const;
   /// Runs one IO cycle on the calling thread; false, with nothing called, if the aggregate does not run.
   bool runIOCycle(AudioObjectID aggregate, const AudioBufferList& input, const AudioBufferList& output);
+  /// From now on sounding applications drive the IO, as they do in a sound server whose cycles stop with them: every
+  /// `length` the running blocks over processes that run output get a cycle of constant stereo samples, on the
+  /// listeners' executor. The others get none.
+  void setCycles(Duration length, float sample);
+  /// The cycles that were driven since the last call, in their order.
+  [[nodiscard]] std::vector<MemoryCycle> takeCycles();
+  /// When the aggregate's block was stopped; absent while it runs, and where it never has.
+  [[nodiscard]] std::optional<MonotonicTime> stoppedAt(AudioObjectID aggregate) const;
   /// The installed block itself, for firing it when nobody should.
   [[nodiscard]] IOBlock ioBlock(AudioObjectID aggregate) const;
 

@@ -1,7 +1,10 @@
 // The program without its face: the real machine and state on a plain main loop, for the end-to-end tests.
 // Reads one command a line (fields parted by tabs, or by blanks where there is no tab), answers each with one JSON
 // line.
+#include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <ctime>
 #include <functional>
@@ -99,11 +102,80 @@ std::string_view phaseName(PomodoroPhase::Kind kind) {
   return "idle";
 }
 
+/// How long a thread was away at most: it means to come by every few milliseconds, and what it comes late is noted.
+class Attendance {
+ public:
+  static constexpr std::chrono::milliseconds period{2};
+
+  /// Called when the thread has come by.
+  void note() {
+    const auto now = monotonicNanos();
+    const auto before = last_.exchange(now);
+    if (before == 0) return;
+    const auto late = now - before - std::chrono::nanoseconds(period).count();
+    auto longest = longest_.load();
+    while (late > longest && !longest_.compare_exchange_weak(longest, late)) {
+    }
+  }
+  /// In milliseconds since the last call of this, an absence that still lasts among it. [any]
+  double take() {
+    const auto before = last_.load();
+    const auto since = before == 0 ? 0 : monotonicNanos() - before - std::chrono::nanoseconds(period).count();
+    return static_cast<double>(std::max(longest_.exchange(0), since)) / 1e6;
+  }
+
+ private:
+  std::atomic<std::int64_t> last_{0};
+  std::atomic<std::int64_t> longest_{0};
+};
+
+/// Watches the main loop, and beside it a thread that has nothing else to do: what that one is late is the machine's
+/// doing.
+class Watch {
+ public:
+  explicit Watch(Executor& main) : main_(main) {}
+  ~Watch() {
+    isOver_ = true;
+    if (idler_.joinable()) idler_.join();
+  }
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
+
+  /// Begins with the first call. [main]
+  bool answer(Answer& answer) {
+    if (!idler_.joinable()) {
+      idler_ = std::thread([this] {
+        while (!isOver_) {
+          idle_.note();
+          std::this_thread::sleep_for(Attendance::period);
+        }
+      });
+      comeBy();
+    }
+    answer["away"] = onMain_.take();
+    answer["machine"] = idle_.take();
+    return true;
+  }
+
+ private:
+  void comeBy() {
+    onMain_.note();
+    main_.postAfter(Attendance::period, [this] { comeBy(); });
+  }
+
+  Executor& main_;
+  Attendance onMain_;
+  Attendance idle_;
+  std::atomic<bool> isOver_{false};
+  std::thread idler_;
+};
+
 /// The commands. Each fills the answer, or gives false when its fields make no sense. [main]
 class Commands {
  public:
-  Commands(AppState& state, JumpingClocks& clocks) : state_(state), clocks_(clocks) {
+  Commands(AppState& state, JumpingClocks& clocks, Watch& watch) : state_(state), clocks_(clocks) {
     table_ = {
+        {"away", [&watch](const Fields&, Answer& answer) { return watch.answer(answer); }},
         {"list", [this](const Fields&, Answer& answer) { return list(answer); }},
         {"gain", [this](const Fields& fields, Answer&) { return gain(fields); }},
         {"mute", [this](const Fields& fields, Answer&) { return mute(fields); }},
@@ -308,7 +380,8 @@ int runAgent() {
   ProcessTapEngine engine(*machine.audio, runtime);
   DriverClient driver(engine, background);
   const auto state = AppState::create(machine, runtime, driver);
-  Commands commands(*state, clocks);
+  Watch watch(main);
+  Commands commands(*state, clocks, watch);
 
   std::thread reader([&] {
     std::string line;

@@ -77,7 +77,7 @@ TEST_F(CoreAudioUtilsTest, AFailedWriteIsAFailure) {
 }
 
 TEST_F(CoreAudioUtilsTest, AReadBackOfAnotherDeviceIsAFailureAlthoughTheWriteSucceeded) {
-  hardware.setIgnoresDefaultWrites(true);
+  hardware.setDefaultWrites(DefaultWrites::ignored);
   EXPECT_FALSE(setDefault("headphones"));
   expectLine(LogLevel::info, "setSystemDefaultOutput: requested headphones, system now reports speakers");
 }
@@ -93,28 +93,16 @@ TEST_F(CoreAudioUtilsTest, AnUnavailableReadBackCountsAsSuccess) {
   expectLine(LogLevel::info, "setSystemDefaultOutput: set headphones (read-back unavailable)");
 }
 
-TEST_F(CoreAudioUtilsTest, WaitingWithoutTimeReadsNothingAndFails) {
-  EXPECT_FALSE(CoreAudioUtils::waitUntilAlive(hardware, time, speakers, 0s, 10ms));
-  EXPECT_EQ(hardware.callCount(Method::readUInt32), 0);
-}
-
-TEST_F(CoreAudioUtilsTest, ADeviceThatIsAliveAtOnceCostsNoSleep) {
-  EXPECT_TRUE(CoreAudioUtils::waitUntilAlive(hardware, time, speakers, 2s, 10ms));
-  EXPECT_EQ(time.threadSleepCount(), 0);
-}
-
-TEST_F(CoreAudioUtilsTest, WaitingGoesOnThroughFailedReads) {
-  hardware.fail({.method = Method::readUInt32}, unspecifiedError, 3);
-  EXPECT_TRUE(CoreAudioUtils::waitUntilAlive(hardware, time, speakers, 2s, 10ms));
-  EXPECT_EQ(time.threadSleepCount(), 3);
-}
-
-TEST_F(CoreAudioUtilsTest, WaitingEndsAtTheDeadline) {
+TEST_F(CoreAudioUtilsTest, ADeviceIsAliveWhenItSaysSo) {
+  EXPECT_TRUE(CoreAudioUtils::isAlive(hardware, speakers));
   hardware.updateDevice(speakers, {.uid = "speakers", .name = "Speakers", .isAlive = false});
-  EXPECT_FALSE(CoreAudioUtils::waitUntilAlive(hardware, time, speakers, 95ms, 10ms));
-  EXPECT_EQ(time.threadSleepCount(), 10);
-  EXPECT_EQ(hardware.callCount(Method::readUInt32), 10);
-  EXPECT_THAT(log.lines(), IsEmpty());
+  EXPECT_FALSE(CoreAudioUtils::isAlive(hardware, speakers));
+}
+
+TEST_F(CoreAudioUtilsTest, ADeviceThatCannotBeAskedIsNotAlive) {
+  hardware.fail({.method = Method::readUInt32}, unspecifiedError);
+  EXPECT_FALSE(CoreAudioUtils::isAlive(hardware, speakers));
+  EXPECT_FALSE(CoreAudioUtils::isAlive(hardware, 4711));
 }
 
 }  // namespace

@@ -29,7 +29,11 @@ struct ProcessTapEngineTest : EngineFixture {
   AudioObjectID headphones = hardware.addDevice({.uid = "headphones", .name = "Headphones"});
   std::unique_ptr<ProcessTapEngine> engine = std::make_unique<ProcessTapEngine>(hardware, time.runtime(log));
 
+  int queued = 0;
+
   void settle() { time.runUntilIdle(); }
+  /// Begins anew with an engine whose queue counts.
+  void countWhatIsQueued();
   void gain(float value, const std::string& bundleID = player) {
     engine->applyGain(value, bundleID);
     settle();
@@ -69,13 +73,16 @@ TEST_F(ProcessTapEngineTest, CallsOnlyQueueAndReturn) {
   EXPECT_THAT(hardware.calls(), Not(IsEmpty()));
 }
 
-/// Counts what is queued.
 class CountingQueue final : public SerialQueue {
  public:
   CountingQueue(std::unique_ptr<SerialQueue> inner, int& queued) : inner_(std::move(inner)), queued_(queued) {}
   void async(Work work) override {
     ++queued_;
     inner_->async(std::move(work));
+  }
+  void asyncAfter(Duration delay, Work work) override {
+    ++queued_;
+    inner_->asyncAfter(delay, std::move(work));
   }
   void sync(const Work& work) override { inner_->sync(work); }
   [[nodiscard]] bool isCurrent() const override { return inner_->isCurrent(); }
@@ -85,13 +92,16 @@ class CountingQueue final : public SerialQueue {
   int& queued_;
 };
 
-TEST_F(ProcessTapEngineTest, AProcessListLikeTheLastOneTroublesTheQueueNoMore) {
-  int queued = 0;
+void ProcessTapEngineTest::countWhatIsQueued() {
   Runtime runtime = time.runtime(log);
-  runtime.makeSerialQueue = [&](const std::string& label) {
+  runtime.makeSerialQueue = [this](const std::string& label) {
     return std::make_unique<CountingQueue>(time.makeSerialQueue(label), queued);
   };
   engine = std::make_unique<ProcessTapEngine>(hardware, runtime);
+}
+
+TEST_F(ProcessTapEngineTest, AProcessListLikeTheLastOneTroublesTheQueueNoMore) {
+  countWhatIsQueued();
   processes({});
   EXPECT_EQ(queued, 1) << "the first list is news, whatever it holds";
   engine->updateProcessMap({process("a", 1)});
@@ -202,14 +212,6 @@ TEST_F(ProcessTapEngineTest, AFailedActivationIsLoggedAndLeavesNoEntry) {
   EXPECT_THAT(hardware.lifeCalls(), IsEmpty());
   gain(0.5F);
   EXPECT_TRUE(hardware.runningAggregateOver(7));
-}
-
-TEST_F(ProcessTapEngineTest, ASlowAggregateHoldsUpOnlyWhatIsQueuedBehindIt) {
-  knowPlayer();
-  hardware.setAggregateAliveDelay(1h);
-  gain(0.5F);
-  EXPECT_THAT(hardware.taps(), IsEmpty());
-  EXPECT_EQ(log.lines().back().message, "subgraph activation failed for org.example.Player");
 }
 
 // Routing.
@@ -413,11 +415,36 @@ TEST_F(ProcessTapEngineTest, AnApplicationIsActiveWhileItsInputIsAboveTheThresho
   EXPECT_THAT(engine->activeBundleIDs(), IsEmpty());
 }
 
-TEST_F(ProcessTapEngineTest, AskingForActivityWaitsForWhatIsQueued) {
-  engine->updateProcessMap({process(player, 7)});
-  engine->applyGain(0.5F, player);
+TEST_F(ProcessTapEngineTest, AnApplicationWhoseCyclesHaveStoppedIsActiveNoLongerAndAtOnceWhenTheyRunAgain) {
+  knowPlayer();
+  gain(0.5F);
+  playThrough(onlyAggregate(), 0.5F);
+  EXPECT_THAT(engine->activeBundleIDs(), ElementsAre(player));
+  time.advance(150ms);
   EXPECT_THAT(engine->activeBundleIDs(), IsEmpty());
+  playThrough(onlyAggregate(), 0.5F);
+  EXPECT_THAT(engine->activeBundleIDs(), ElementsAre(player));
+}
+
+TEST_F(ProcessTapEngineTest, AskingForActivityWaitsForNothing) {
+  knowPlayer();
+  gain(0.5F);
+  playThrough(onlyAggregate(), 0.5F);
+  engine->applyGain(1.0F, player);
+  EXPECT_THAT(engine->activeBundleIDs(), ElementsAre(player)) << "the call that releases it has only been queued";
   EXPECT_TRUE(hardware.runningAggregateOver(7));
+  settle();
+  EXPECT_THAT(engine->activeBundleIDs(), IsEmpty());
+}
+
+TEST_F(ProcessTapEngineTest, ARebuiltSubgraphIsNotActiveForWhatTheOldOneHeard) {
+  knowPlayer();
+  gain(0.5F);
+  playThrough(onlyAggregate(), 0.5F);
+  route("headphones");
+  EXPECT_THAT(engine->activeBundleIDs(), IsEmpty());
+  playThrough(onlyAggregate(), 0.5F);
+  EXPECT_THAT(engine->activeBundleIDs(), ElementsAre(player));
 }
 
 // Stop and the end.
@@ -460,7 +487,6 @@ TEST_F(ProcessTapEngineDeathTest, TearingDownOffTheQueueStopsTheProcess) {
 TEST_F(ProcessTapEngineDeathTest, WaitingForTheQueueOnTheQueueStopsTheProcess) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_DEATH(engine->queue().sync([&] { engine->stop(); }), "wait for itself");
-  EXPECT_DEATH(engine->queue().sync([&] { static_cast<void>(engine->activeBundleIDs()); }), "wait for itself");
 }
 
 TEST_F(ProcessTapEngineDeathTest, AskingForTheSharedEngineBeforeOneIsInstalledStopsTheProcess) {
@@ -475,6 +501,274 @@ TEST_F(ProcessTapEngineTest, TheInstalledEngineIsTheSharedOneForAsLongAsItLives)
   second.install();
   engine.reset();
   EXPECT_EQ(&ProcessTapEngine::shared(), &second);
+}
+
+// Paths that take their time to come alive.
+
+struct SlowPaths : ProcessTapEngineTest {
+  /// 64 applications "00" to "63" with the process objects 1000 to 1063.
+  void knowMany() {
+    std::vector<Snapshot> snapshots;
+    for (int index = 0; index < 64; ++index) {
+      snapshots.push_back(process(nameOf(index), 1000 + static_cast<AudioObjectID>(index)));
+    }
+    processes(std::move(snapshots));
+  }
+  static std::string nameOf(int index) { return (index < 10 ? "0" : "") + std::to_string(index); }
+  void lives(Duration delay) { hardware.setAggregateAliveDelay(delay); }
+  /// How many lines of the log say this of any application.
+  int linesWith(const std::string& text) const {
+    const auto messages = log.messages();
+    return static_cast<int>(std::count_if(messages.begin(), messages.end(), [&](const std::string& message) {
+      return message.find(text) != std::string::npos;
+    }));
+  }
+};
+
+TEST_F(SlowPaths, SixtyFourApplicationsAreBuiltInTheTimeOfOne) {
+  knowMany();
+  lives(500ms);
+  for (int index = 0; index < 64; ++index) engine->applyGain(0.1F, nameOf(index));
+  settle();
+  EXPECT_EQ(hardware.aggregates().size(), 64U);
+  time.advance(490ms);
+  EXPECT_FALSE(hardware.runningAggregateOver(1000));
+  time.advance(10ms);
+  for (int index = 0; index < 64; ++index) {
+    EXPECT_EQ(gainOf(1000 + static_cast<AudioObjectID>(index)), 0.1F) << index;
+  }
+}
+
+TEST_F(SlowPaths, TheQueueIsFreeWhileAPathComesAlive) {
+  knowPlayer();
+  lives(500ms);
+  gain(0.5F);
+  EXPECT_EQ(time.threadSleepCount(), 0);
+  bool ran = false;
+  engine->queue().async([&] { ran = true; });
+  settle();
+  EXPECT_TRUE(ran);
+  EXPECT_FALSE(hardware.runningAggregateOver(7));
+}
+
+TEST_F(SlowPaths, NothingPollsOnceEveryPathIsBuilt) {
+  countWhatIsQueued();
+  knowPlayer();
+  lives(500ms);
+  gain(0.5F);
+  time.advance(1s);
+  EXPECT_EQ(queued, 2 + 50) << "two calls, and a look every 10 ms";
+  time.advance(10s);
+  EXPECT_EQ(queued, 2 + 50);
+}
+
+TEST_F(SlowPaths, OneThatNeverComesAliveFailsAloneAndTheNextCallBuildsAnew) {
+  processes({process("a", 1), process("b", 2)});
+  lives(1h);
+  engine->applyGain(0.5F, "a");
+  settle();
+  lives(500ms);
+  engine->applyGain(0.25F, "b");
+  time.advance(500ms);
+  EXPECT_EQ(gainOf(2), 0.25F);
+  EXPECT_FALSE(hardware.runningAggregateOver(1));
+  time.advance(1990ms);
+  EXPECT_EQ(linesWith("subgraph activation failed for a"), 0);
+  time.advance(10ms);
+  EXPECT_EQ(linesWith("subgraph activation failed for a"), 1);
+  EXPECT_EQ(hardware.taps().size(), 1U);
+  gain(0.5F, "a");
+  time.advance(500ms);
+  EXPECT_EQ(gainOf(1), 0.5F);
+}
+
+/// A host that takes 300 ms for each of ten applications, one after the other.
+TEST_F(SlowPaths, AHostThatGetsOnWithOneAfterTheOtherIsGivenTheTimeForAll) {
+  knowMany();
+  for (int index = 0; index < 10; ++index) {
+    lives(300ms * (index + 1));
+    engine->applyGain(0.5F, nameOf(index));
+    settle();
+  }
+  time.advance(3s);
+  for (AudioObjectID index = 0; index < 10; ++index) EXPECT_TRUE(hardware.runningAggregateOver(1000 + index)) << index;
+  EXPECT_EQ(linesWith("subgraph activation failed"), 0);
+}
+
+TEST_F(SlowPaths, AGainThatComesMeanwhileIsTakenWhenThePathIsBuilt) {
+  knowPlayer();
+  lives(500ms);
+  gain(0.5F);
+  gain(0.25F);
+  gain(0.75F);
+  EXPECT_EQ(hardware.aggregates().size(), 1U) << "no second path beside the first";
+  time.advance(500ms);
+  ASSERT_TRUE(hardware.runningAggregateOver(7));
+  float heard = 0.0F;
+  for (int cycle = 0; cycle < 2000; ++cycle) heard = *playThrough(onlyAggregate(), 1.0F);
+  EXPECT_NEAR(heard, 0.75F, 1e-4F);
+}
+
+TEST_F(SlowPaths, UnityThatComesMeanwhileReleasesTheApplicationWhenThePathIsBuilt) {
+  knowPlayer();
+  lives(500ms);
+  gain(0.5F);
+  gain(1.0F);
+  time.advance(500ms);
+  EXPECT_THAT(hardware.taps(), IsEmpty());
+  EXPECT_EQ(log.messages().back(), tornDown);
+  time.advance(5s);
+  EXPECT_THAT(hardware.taps(), IsEmpty());
+}
+
+TEST_F(SlowPaths, ARouteThatComesMeanwhileRebuildsAtTheTargetOfBefore) {
+  knowPlayer();
+  lives(500ms);
+  gain(0.5F);
+  gain(0.25F);
+  route("headphones");
+  EXPECT_EQ(hardware.aggregates().size(), 1U);
+  time.advance(500ms);
+  EXPECT_FALSE(hardware.runningAggregateOver(7)) << "built, torn down and on its way to the other device";
+  time.advance(500ms);
+  EXPECT_EQ(deviceOf(7), "headphones");
+  EXPECT_EQ(gainOf(7), 0.25F);
+  EXPECT_EQ(hardware.aggregates().size(), 1U);
+}
+
+TEST_F(SlowPaths, AfterAPathThatFailsTheCallsBehindItStillTakeEffectInTheirOrder) {
+  knowPlayer();
+  lives(1h);
+  gain(0.5F);
+  gain(1.0F);
+  route("headphones");
+  gain(0.25F);
+  lives(0s);
+  time.advance(2s);
+  // Unity finds nothing to release, the route builds at unity, and the last gain is the one that counts.
+  EXPECT_EQ(deviceOf(7), "headphones");
+  float heard = 0.0F;
+  for (int cycle = 0; cycle < 2000; ++cycle) heard = *playThrough(onlyAggregate(), 1.0F);
+  EXPECT_NEAR(heard, 0.25F, 1e-4F);
+}
+
+TEST_F(SlowPaths, ANewDefaultThatComesMeanwhileRebuildsThePathOnceItIsBuilt) {
+  knowPlayer();
+  lives(500ms);
+  gain(0.5F);
+  hardware.setDefaultOutput(headphones);
+  engine->refreshUnroutedSubgraphsForNewSystemDefault();
+  time.advance(500ms);
+  time.advance(500ms);
+  EXPECT_EQ(deviceOf(7), "headphones");
+  EXPECT_EQ(gainOf(7), 0.5F);
+  EXPECT_EQ(hardware.aggregates().size(), 1U);
+}
+
+TEST_F(SlowPaths, ANewDefaultLeavesAPathAloneThatIsRoutedMeanwhile) {
+  knowPlayer();
+  lives(500ms);
+  gain(0.5F);
+  route("headphones");
+  engine->refreshUnroutedSubgraphsForNewSystemDefault();
+  time.advance(1s);
+  hardware.clearCalls();
+  time.advance(1s);
+  EXPECT_THAT(hardware.calls(), IsEmpty());
+  EXPECT_EQ(deviceOf(7), "headphones");
+}
+
+TEST_F(SlowPaths, ANewDefaultRebuildsWhatIsBuiltAndWhatIsNotYet) {
+  processes({process("a", 1), process("b", 2)});
+  gain(0.5F, "a");
+  lives(500ms);
+  gain(0.25F, "b");
+  hardware.setDefaultOutput(headphones);
+  engine->refreshUnroutedSubgraphsForNewSystemDefault();
+  time.advance(1s);
+  EXPECT_EQ(deviceOf(1), "headphones");
+  EXPECT_EQ(gainOf(1), 0.5F);
+  EXPECT_EQ(deviceOf(2), "headphones");
+  EXPECT_EQ(gainOf(2), 0.25F);
+  EXPECT_EQ(hardware.aggregates().size(), 2U);
+}
+
+TEST_F(SlowPaths, AProcessListThatComesMeanwhileStartsNoSecondPath) {
+  knowPlayer();
+  lives(500ms);
+  route("headphones");
+  processes({});
+  processes({process(player, 8)});
+  EXPECT_EQ(hardware.aggregates().size(), 1U);
+  time.advance(1s);
+  EXPECT_EQ(deviceOf(7), "headphones") << "it keeps the processes that it was begun with";
+  EXPECT_EQ(hardware.aggregates().size(), 1U);
+}
+
+TEST_F(SlowPaths, ARoutedApplicationThatComesBackMeanwhileIsTriedAgainAfterAFailure) {
+  knowPlayer();
+  lives(1h);
+  route("headphones");
+  processes({});
+  processes({process(player, 8)});
+  lives(0s);
+  time.advance(2s);
+  EXPECT_EQ(deviceOf(8), "headphones");
+}
+
+TEST_F(SlowPaths, ARouteThatIsClearedMeanwhileIsNotTakenUpByTheProcessList) {
+  knowPlayer();
+  lives(1h);
+  route("headphones");
+  route(std::nullopt);
+  processes({});
+  processes({process(player, 8)});
+  lives(0s);
+  time.advance(2s);
+  EXPECT_THAT(hardware.taps(), IsEmpty());
+}
+
+TEST_F(SlowPaths, StopTearsDownWhatIsHalfBuiltWithoutWaitingAndKeepsTheRoutesOfTheCallsBehindIt) {
+  processes({process("a", 1), process("b", 2)});
+  gain(0.5F, "a");
+  lives(1h);
+  gain(0.5F, "b");
+  route("headphones", "b");
+  const auto before = time.monotonicNow();
+  engine->stop();
+  EXPECT_EQ(time.monotonicNow(), before);
+  EXPECT_THAT(hardware.taps(), IsEmpty());
+  EXPECT_THAT(hardware.aggregates(), IsEmpty());
+  EXPECT_THAT(engine->activeBundleIDs(), IsEmpty());
+  time.advance(5s);
+  EXPECT_THAT(hardware.taps(), IsEmpty());
+  lives(0s);
+  gain(0.25F, "b");
+  EXPECT_EQ(deviceOf(2), "headphones");
+}
+
+TEST_F(SlowPaths, AnEngineThatGoesTakesWhatIsHalfBuiltWithIt) {
+  knowPlayer();
+  lives(500ms);
+  gain(0.5F);
+  gain(0.25F);
+  log.clear();
+  engine.reset();
+  EXPECT_THAT(hardware.taps(), IsEmpty());
+  EXPECT_THAT(hardware.aggregates(), IsEmpty());
+  EXPECT_THAT(log.lines(), IsEmpty()) << "nothing that waited runs any more";
+  time.advance(5s);
+  EXPECT_THAT(hardware.taps(), IsEmpty());
+}
+
+TEST_F(SlowPaths, AHalfBuiltPathIsNotActive) {
+  knowPlayer();
+  lives(500ms);
+  gain(0.5F);
+  EXPECT_THAT(engine->activeBundleIDs(), IsEmpty());
+  time.advance(500ms);
+  playThrough(onlyAggregate(), 0.5F);
+  EXPECT_THAT(engine->activeBundleIDs(), ElementsAre(player));
 }
 
 // Real threads.
@@ -499,11 +793,45 @@ TEST_F(ProcessTapEngineTest, ManyThreadsMayCallAtOnceOnARealQueue) {
   engine->applyRouting(std::nullopt, "b");
   engine->applyGain(1.0F, "a");
   engine->applyGain(0.5F, "b");
-  EXPECT_THAT(engine->activeBundleIDs(), IsEmpty());
+  engine->queue().sync([] {});
   EXPECT_FALSE(hardware.runningAggregateOver(1));
   EXPECT_TRUE(hardware.runningAggregateOver(2));
   engine.reset();
   EXPECT_THAT(hardware.taps(), IsEmpty());
+}
+
+TEST_F(SlowPaths, OnARealQueueTheCallersAreAnsweredWhilePathsComeAlive) {
+  SystemClocks clocks;
+  MemoryAudioHardware machine(time.main(), clocks);
+  machine.setDefaultOutput(machine.addDevice({.uid = "speakers", .name = "Speakers"}));
+  machine.setAggregateAliveDelay(30ms);
+  const Runtime runtime{time.main(), time.background(), clocks, log,
+                        [](std::string label) { return makeThreadSerialQueue(std::move(label)); }};
+  engine = std::make_unique<ProcessTapEngine>(machine, runtime);
+  std::vector<Snapshot> snapshots;
+  for (AudioObjectID object = 1; object <= 16; ++object) snapshots.push_back(process(std::to_string(object), object));
+  engine->updateProcessMap(std::move(snapshots));
+  std::thread caller([&] {
+    for (int index = 1; index <= 16; ++index) engine->applyGain(0.5F, std::to_string(index));
+    for (int index = 1; index <= 16; index += 2) engine->applyGain(1.0F, std::to_string(index));
+  });
+  const auto areRunning = [&] {
+    for (AudioObjectID object = 1; object <= 16; ++object) {
+      if (machine.runningAggregateOver(object).has_value() != (object % 2 == 0)) return false;
+    }
+    return true;
+  };
+  const auto deadline = std::chrono::steady_clock::now() + 20s;
+  caller.join();
+  while (!areRunning() && std::chrono::steady_clock::now() < deadline) {
+    static_cast<void>(engine->activeBundleIDs());
+    std::this_thread::yield();
+  }
+  EXPECT_TRUE(areRunning());
+  engine->applyGain(0.25F, "1");
+  engine.reset();
+  EXPECT_THAT(machine.taps(), IsEmpty());
+  EXPECT_THAT(machine.aggregates(), IsEmpty());
 }
 
 }  // namespace

@@ -10,10 +10,17 @@
 #include "EngineFixture.h"
 
 namespace quillmere {
+
+static void PrintTo(ProcessTapSubgraph::Progress progress, std::ostream* stream) {
+  static constexpr const char* names[] = {"waiting", "live", "failed"};
+  *stream << names[static_cast<int>(progress)];
+}
+
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using Progress = ProcessTapSubgraph::Progress;
 
 struct ProcessTapSubgraphTest : EngineFixture {
   std::unique_ptr<ProcessTapSubgraph> subgraph = make();
@@ -21,6 +28,14 @@ struct ProcessTapSubgraphTest : EngineFixture {
   std::unique_ptr<ProcessTapSubgraph> make() {
     return std::make_unique<ProcessTapSubgraph>(hardware, time, "org.example.Player", std::vector<AudioObjectID>{7, 9},
                                                 Logger(log, "ProcessTapEngine"));
+  }
+  /// Asks as often as it is to be asked, until the waiting has an end.
+  Progress goOnWaiting(Progress progress) {
+    while (progress == Progress::waiting) {
+      time.sleepThread(ProcessTapSubgraph::alivePoll);
+      progress = subgraph->proceed();
+    }
+    return progress;
   }
   void expectNothingLeft() {
     EXPECT_THAT(hardware.taps(), IsEmpty());
@@ -36,7 +51,7 @@ struct ProcessTapSubgraphTest : EngineFixture {
 TEST_F(ProcessTapSubgraphTest, ConstructingTouchesNoAudioObject) { EXPECT_THAT(hardware.calls(), IsEmpty()); }
 
 TEST_F(ProcessTapSubgraphTest, ActivatingBuildsTapFormatAggregateAndIOInThisOrder) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   EXPECT_TRUE(subgraph->isActive());
   EXPECT_THAT(hardware.lifeCalls(), ElementsAre(Method::createProcessTap, Method::createAggregateDevice,
                                                 Method::createIOProc, Method::startDevice));
@@ -48,7 +63,7 @@ TEST_F(ProcessTapSubgraphTest, ActivatingBuildsTapFormatAggregateAndIOInThisOrde
 }
 
 TEST_F(ProcessTapSubgraphTest, TheTapIsPrivateIncludesTheProcessesAndMutesOnlyWhileRead) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   const auto tap = hardware.tapDescription(onlyTap());
   ASSERT_TRUE(tap);
   EXPECT_THAT(tap->processes, ElementsAre(7, 9));
@@ -58,7 +73,7 @@ TEST_F(ProcessTapSubgraphTest, TheTapIsPrivateIncludesTheProcessesAndMutesOnlyWh
 }
 
 TEST_F(ProcessTapSubgraphTest, TheAggregateIsDescribedToTheLetter) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   const auto uuid = hardware.tapDescription(onlyTap())->uuid.text();
   const auto aggregate = hardware.aggregateDescription(onlyAggregate());
   ASSERT_TRUE(aggregate);
@@ -76,12 +91,12 @@ TEST_F(ProcessTapSubgraphTest, TheAggregateIsDescribedToTheLetter) {
 }
 
 TEST_F(ProcessTapSubgraphTest, AnUnroutedPathFollowsTheDefaultAndARoutedOneDoesNot) {
-  ASSERT_TRUE(subgraph->activate(0.5F, ""));
+  ASSERT_EQ(subgraph->activate(0.5F, ""), Progress::live);
   EXPECT_TRUE(hardware.aggregateDescription(onlyAggregate())->followsDefaultOutput);
   subgraph->invalidate();
   hardware.addDevice({.uid = "headphones", .name = "Headphones"});
   subgraph = make();
-  ASSERT_TRUE(subgraph->activate(0.5F, "headphones"));
+  ASSERT_EQ(subgraph->activate(0.5F, "headphones"), Progress::live);
   EXPECT_FALSE(hardware.aggregateDescription(onlyAggregate())->followsDefaultOutput);
   EXPECT_EQ(hardware.aggregateDescription(onlyAggregate())->mainDeviceUID, "headphones");
 }
@@ -89,11 +104,11 @@ TEST_F(ProcessTapSubgraphTest, AnUnroutedPathFollowsTheDefaultAndARoutedOneDoesN
 TEST_F(ProcessTapSubgraphTest, ARoutedPathDoesNotAskForTheDefault) {
   hardware.setDefaultOutput(0);
   hardware.addDevice({.uid = "headphones", .name = "Headphones"});
-  EXPECT_TRUE(subgraph->activate(0.5F, "headphones"));
+  EXPECT_EQ(subgraph->activate(0.5F, "headphones"), Progress::live);
 }
 
 TEST_F(ProcessTapSubgraphTest, GoingLiveIsLogged) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   EXPECT_THAT(log.lines(),
               ElementsAre(RecordingLogSink::Line{
                   LogLevel::info, "app.quillmere.host", "ProcessTapEngine",
@@ -102,7 +117,7 @@ TEST_F(ProcessTapSubgraphTest, GoingLiveIsLogged) {
 }
 
 TEST_F(ProcessTapSubgraphTest, TheFirstFrameAlreadyPlaysAtTheRequestedGain) {
-  ASSERT_TRUE(subgraph->activate(0.25F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.25F, std::nullopt), Progress::live);
   EXPECT_EQ(playThrough(onlyAggregate(), 0.8F), 0.25F * 0.8F);
   EXPECT_GT(subgraph->recentInputPeak(), 0.7F);
 }
@@ -113,14 +128,14 @@ TEST_F(ProcessTapSubgraphTest, GainsOutsideTheRangeAreLimitedWhenActivating) {
   for (const auto& [asked, taken] :
        {std::pair{-1.0F, 0.0F}, {7.0F, 1.0F}, {nan, 1.0F}, {infinity, 1.0F}, {-infinity, 0.0F}}) {
     subgraph = make();
-    ASSERT_TRUE(subgraph->activate(asked, std::nullopt));
+    ASSERT_EQ(subgraph->activate(asked, std::nullopt), Progress::live);
     EXPECT_EQ(subgraph->targetGain(), taken) << asked;
     EXPECT_EQ(playThrough(onlyAggregate(), 1.0F), taken) << asked;
   }
 }
 
 TEST_F(ProcessTapSubgraphTest, ANewTargetIsLimitedToOneAndHeardFromTheNextCycleOn) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   subgraph->setTargetGain(3.0F);
   EXPECT_EQ(subgraph->targetGain(), 1.0F);
   subgraph->setTargetGain(0.0F);
@@ -129,14 +144,14 @@ TEST_F(ProcessTapSubgraphTest, ANewTargetIsLimitedToOneAndHeardFromTheNextCycleO
 
 TEST_F(ProcessTapSubgraphTest, ATapRateOfZeroGlidesAsAtEightThousandHertz) {
   hardware.setTapFormat({});
-  ASSERT_TRUE(subgraph->activate(1.0F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(1.0F, std::nullopt), Progress::live);
   subgraph->setTargetGain(0.0F);
   const auto c = static_cast<float>(1.0 - std::exp(-1.0 / 240.0));
   EXPECT_EQ(playThrough(onlyAggregate(), 1.0F), 1.0F + (0.0F - 1.0F) * c);
 }
 
 TEST_F(ProcessTapSubgraphTest, InvalidatingStopsTheIOThenDropsTheDeviceThenTheTap) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   hardware.clearCalls();
   log.clear();
   subgraph->invalidate();
@@ -149,7 +164,7 @@ TEST_F(ProcessTapSubgraphTest, InvalidatingStopsTheIOThenDropsTheDeviceThenTheTa
 }
 
 TEST_F(ProcessTapSubgraphTest, TheHostIsToldTheGainThatWasHeardLast) {
-  ASSERT_TRUE(subgraph->activate(1.0F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(1.0F, std::nullopt), Progress::live);
   const auto aggregate = onlyAggregate();
   subgraph->setTargetGain(0.0F);
   const auto heard = playThrough(aggregate, 1.0F, 1);
@@ -158,7 +173,7 @@ TEST_F(ProcessTapSubgraphTest, TheHostIsToldTheGainThatWasHeardLast) {
 }
 
 TEST_F(ProcessTapSubgraphTest, InvalidatingTwiceDoesAndLogsNothingTheSecondTime) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   subgraph->invalidate();
   hardware.clearCalls();
   log.clear();
@@ -168,7 +183,7 @@ TEST_F(ProcessTapSubgraphTest, InvalidatingTwiceDoesAndLogsNothingTheSecondTime)
 }
 
 TEST_F(ProcessTapSubgraphTest, TheDestructorTearsALivePathDown) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   subgraph.reset();
   EXPECT_THAT(hardware.taps(), IsEmpty());
   EXPECT_THAT(hardware.aggregates(), IsEmpty());
@@ -176,7 +191,7 @@ TEST_F(ProcessTapSubgraphTest, TheDestructorTearsALivePathDown) {
 }
 
 TEST_F(ProcessTapSubgraphTest, FailuresDuringTearDownAreIgnoredAndTheRestStillGoes) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   for (const auto method : {Method::stopDevice, Method::destroyIOProc, Method::destroyAggregateDevice}) {
     hardware.fail({.method = method}, unspecifiedError);
   }
@@ -189,7 +204,7 @@ TEST_F(ProcessTapSubgraphTest, FailuresDuringTearDownAreIgnoredAndTheRestStillGo
 }
 
 TEST_F(ProcessTapSubgraphTest, ABlockThatFiresAfterTheReleaseReturnsAtOnceAndTouchesNothing) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   const auto block = hardware.ioBlock(onlyAggregate());
   subgraph.reset();
   float input[2] = {1.0F, 1.0F};
@@ -202,17 +217,17 @@ TEST_F(ProcessTapSubgraphTest, ABlockThatFiresAfterTheReleaseReturnsAtOnceAndTou
 }
 
 TEST_F(ProcessTapSubgraphTest, EverySubgraphHasAnIdentityOfItsOwn) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   const auto first = hardware.tapDescription(onlyTap())->uuid;
   subgraph = make();
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   EXPECT_NE(hardware.tapDescription(onlyTap())->uuid, first);
 }
 
 TEST_F(ProcessTapSubgraphTest, DeviceNamesOfAnyKindAreHandedOnAsTheyAre) {
   const std::string uid = "a \"quoted\" %s " + std::string(4096, 'x');
   hardware.addDevice({.uid = uid, .name = uid});
-  ASSERT_TRUE(subgraph->activate(0.5F, uid));
+  ASSERT_EQ(subgraph->activate(0.5F, uid), Progress::live);
   EXPECT_EQ(hardware.aggregateDescription(onlyAggregate())->mainDeviceUID, uid);
   EXPECT_NE(log.messages().front().find(uid), std::string::npos);
 }
@@ -221,7 +236,7 @@ TEST_F(ProcessTapSubgraphTest, DeviceNamesOfAnyKindAreHandedOnAsTheyAre) {
 
 TEST_F(ProcessTapSubgraphTest, WithoutADefaultOutputNothingIsBuilt) {
   hardware.setDefaultOutput(0);
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::failed);
   EXPECT_THAT(hardware.lifeCalls(), IsEmpty());
   expectOnlyErrorLine("[org.example.Player] no system default output");
   expectNothingLeft();
@@ -229,14 +244,14 @@ TEST_F(ProcessTapSubgraphTest, WithoutADefaultOutputNothingIsBuilt) {
 
 TEST_F(ProcessTapSubgraphTest, ADefaultOutputWithoutAReadableUIDIsNone) {
   hardware.fail({.method = Method::readString, .object = speakers, .selector = audio::deviceUID}, unspecifiedError);
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::failed);
   expectOnlyErrorLine("[org.example.Player] no system default output");
   EXPECT_THAT(hardware.lifeCalls(), IsEmpty());
 }
 
 TEST_F(ProcessTapSubgraphTest, AFailedTapLeavesNothingToClean) {
   hardware.fail({.method = Method::createProcessTap}, -50);
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::failed);
   EXPECT_THAT(hardware.lifeCalls(), ElementsAre(Method::createProcessTap));
   expectOnlyErrorLine("[org.example.Player] AudioHardwareCreateProcessTap failed (-50)");
   expectNothingLeft();
@@ -244,14 +259,14 @@ TEST_F(ProcessTapSubgraphTest, AFailedTapLeavesNothingToClean) {
 
 TEST_F(ProcessTapSubgraphTest, ATapWithoutAnIDIsAFailedOne) {
   hardware.fail({.method = Method::createProcessTap}, noErr);
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::failed);
   EXPECT_THAT(hardware.lifeCalls(), ElementsAre(Method::createProcessTap));
   expectOnlyErrorLine("[org.example.Player] AudioHardwareCreateProcessTap failed (0)");
 }
 
 TEST_F(ProcessTapSubgraphTest, AnUnreadableTapFormatDestroysTheTap) {
   hardware.fail({.method = Method::readFormat}, unspecifiedError);
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::failed);
   EXPECT_THAT(hardware.lifeCalls(), ElementsAre(Method::createProcessTap, Method::destroyProcessTap));
   expectOnlyErrorLine("[org.example.Player] failed to read tap format");
   expectNothingLeft();
@@ -259,7 +274,7 @@ TEST_F(ProcessTapSubgraphTest, AnUnreadableTapFormatDestroysTheTap) {
 
 TEST_F(ProcessTapSubgraphTest, AFailedAggregateDestroysTheTap) {
   hardware.fail({.method = Method::createAggregateDevice}, -66748);
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::failed);
   EXPECT_THAT(hardware.lifeCalls(),
               ElementsAre(Method::createProcessTap, Method::createAggregateDevice, Method::destroyProcessTap));
   expectOnlyErrorLine("[org.example.Player] AudioHardwareCreateAggregateDevice failed (-66748)");
@@ -268,17 +283,18 @@ TEST_F(ProcessTapSubgraphTest, AFailedAggregateDestroysTheTap) {
 
 TEST_F(ProcessTapSubgraphTest, AnAggregateWithoutAnIDIsAFailedOne) {
   hardware.fail({.method = Method::createAggregateDevice}, noErr);
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::failed);
   expectOnlyErrorLine("[org.example.Player] AudioHardwareCreateAggregateDevice failed (0)");
   expectNothingLeft();
 }
 
+// The wait for the aggregate.
+
 TEST_F(ProcessTapSubgraphTest, AnAggregateThatNeverComesAliveIsGivenUpAfterTwoSeconds) {
   hardware.setAggregateAliveDelay(1h);
   const auto start = time.monotonicNow();
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(goOnWaiting(subgraph->activate(0.5F, std::nullopt)), Progress::failed);
   EXPECT_EQ(time.monotonicNow() - start, 2s);
-  EXPECT_EQ(time.threadSleepCount(), 200);
   EXPECT_THAT(hardware.lifeCalls(), ElementsAre(Method::createProcessTap, Method::createAggregateDevice,
                                                 Method::destroyAggregateDevice, Method::destroyProcessTap));
   const auto lines = log.lines();
@@ -288,21 +304,49 @@ TEST_F(ProcessTapSubgraphTest, AnAggregateThatNeverComesAliveIsGivenUpAfterTwoSe
   expectNothingLeft();
 }
 
-TEST_F(ProcessTapSubgraphTest, AnAggregateThatComesAliveLateIsWaitedFor) {
+TEST_F(ProcessTapSubgraphTest, AnAggregateThatComesAliveLateIsWaitedForWithoutBlocking) {
   hardware.setAggregateAliveDelay(500ms);
   const auto start = time.monotonicNow();
-  EXPECT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::waiting);
+  EXPECT_EQ(time.threadSleepCount(), 0);
+  EXPECT_FALSE(subgraph->isActive());
+  EXPECT_EQ(subgraph->proceed(), Progress::waiting);
+  EXPECT_EQ(goOnWaiting(Progress::waiting), Progress::live);
   EXPECT_EQ(time.monotonicNow() - start, 500ms);
+  EXPECT_TRUE(subgraph->isActive());
+  EXPECT_EQ(playThrough(onlyAggregate(), 1.0F), 0.5F);
+}
+
+TEST_F(ProcessTapSubgraphTest, WaitingGoesOnThroughReadsThatFail) {
+  hardware.fail({.method = Method::readUInt32, .selector = audio::deviceIsAlive}, unspecifiedError, 3);
+  EXPECT_EQ(goOnWaiting(subgraph->activate(0.5F, std::nullopt)), Progress::live);
+  EXPECT_EQ(time.threadSleepCount(), 3);
+}
+
+TEST_F(ProcessTapSubgraphTest, AnAggregateThatIsAliveIsTakenHoweverLateItIsAskedFor) {
+  hardware.setAggregateAliveDelay(500ms);
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::waiting);
+  time.sleepThread(1h);
+  EXPECT_EQ(subgraph->proceed(), Progress::live);
+}
+
+TEST_F(ProcessTapSubgraphTest, TheDestructorTearsAHalfBuiltPathDown) {
+  hardware.setAggregateAliveDelay(500ms);
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::waiting);
+  hardware.clearCalls();
+  subgraph.reset();
+  EXPECT_THAT(hardware.lifeCalls(), ElementsAre(Method::destroyAggregateDevice, Method::destroyProcessTap));
+  EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(ProcessTapSubgraphTest, ARouteToADeviceThatIsGoneNeverComesAlive) {
-  EXPECT_FALSE(subgraph->activate(0.5F, "gone"));
+  EXPECT_EQ(goOnWaiting(subgraph->activate(0.5F, "gone")), Progress::failed);
   expectNothingLeft();
 }
 
 TEST_F(ProcessTapSubgraphTest, AFailedIOProcTearsEverythingDown) {
   hardware.fail({.method = Method::createIOProc}, -10851);
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::failed);
   EXPECT_THAT(hardware.lifeCalls(),
               ElementsAre(Method::createProcessTap, Method::createAggregateDevice, Method::createIOProc,
                           Method::destroyAggregateDevice, Method::destroyProcessTap));
@@ -312,14 +356,14 @@ TEST_F(ProcessTapSubgraphTest, AFailedIOProcTearsEverythingDown) {
 
 TEST_F(ProcessTapSubgraphTest, AnIOProcWithoutAnIDIsAFailedOne) {
   hardware.fail({.method = Method::createIOProc}, noErr);
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::failed);
   expectOnlyErrorLine("[org.example.Player] AudioDeviceCreateIOProcIDWithBlock failed (0)");
   expectNothingLeft();
 }
 
 TEST_F(ProcessTapSubgraphTest, AFailedStartStopsAndTearsEverythingDown) {
   hardware.fail({.method = Method::startDevice}, -1);
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::failed);
   EXPECT_THAT(hardware.lifeCalls(),
               ElementsAre(Method::createProcessTap, Method::createAggregateDevice, Method::createIOProc,
                           Method::startDevice, Method::stopDevice, Method::destroyIOProc,
@@ -330,7 +374,7 @@ TEST_F(ProcessTapSubgraphTest, AFailedStartStopsAndTearsEverythingDown) {
 
 TEST_F(ProcessTapSubgraphTest, AfterAFailedActivationInvalidatingDoesNothing) {
   hardware.fail({.method = Method::startDevice}, -1);
-  EXPECT_FALSE(subgraph->activate(0.5F, std::nullopt));
+  EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::failed);
   hardware.clearCalls();
   log.clear();
   subgraph->invalidate();
@@ -342,7 +386,7 @@ TEST_F(ProcessTapSubgraphTest, AfterAFailedActivationInvalidatingDoesNothing) {
 // Real threads: what the engine's queue and the audio thread share.
 
 TEST_F(ProcessTapSubgraphTest, GainsMayBeSetAndPeaksReadWhileTheIORuns) {
-  ASSERT_TRUE(subgraph->activate(0.5F, std::nullopt));
+  ASSERT_EQ(subgraph->activate(0.5F, std::nullopt), Progress::live);
   const auto aggregate = onlyAggregate();
   std::atomic<bool> done{false};
   std::atomic<int> cycles{0};

@@ -38,7 +38,7 @@ struct IOBlockRealtime : testing::Test {
     hardware.setDefaultOutput(hardware.addDevice({.uid = "speakers", .name = "Speakers"}));
     subgraph = std::make_unique<ProcessTapSubgraph>(hardware, time, "org.example.Player", std::vector<AudioObjectID>{7},
                                                     Logger(log, "ProcessTapEngine"));
-    EXPECT_TRUE(subgraph->activate(0.5F, std::nullopt));
+    EXPECT_EQ(subgraph->activate(0.5F, std::nullopt), ProcessTapSubgraph::Progress::live);
     block = hardware.ioBlock(hardware.aggregates().front());
   }
 

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <future>
+#include <memory>
 #include <numeric>
 #include <thread>
 #include <vector>
@@ -72,6 +74,34 @@ TEST(SerialQueue, WaitersOfManyThreadsAndQueuedWorkNeverOverlap) {
   EXPECT_EQ(plain, 2 * threadCount * rounds);
 }
 
+TEST(SerialQueue, DelayedWorkRunsOnTheQueueAfterItsTimeInTheOrderOfTheTimes) {
+  const auto queue = makeThreadSerialQueue("app.quillmere.test");
+  const auto start = std::chrono::steady_clock::now();
+  std::promise<std::chrono::steady_clock::time_point> late;
+  std::vector<std::string> order;
+  queue->asyncAfter(std::chrono::milliseconds(20), [&] {
+    queue->preconditionOnQueue();
+    order.emplace_back("late");
+    late.set_value(std::chrono::steady_clock::now());
+  });
+  queue->asyncAfter(std::chrono::milliseconds(5), [&] { order.emplace_back("soon"); });
+  queue->async([&] { order.emplace_back("at once"); });
+  EXPECT_GE(late.get_future().get() - start, std::chrono::milliseconds(20));
+  EXPECT_EQ(order, (std::vector<std::string>{"at once", "soon", "late"}));
+}
+
+TEST(SerialQueue, DelayedWorkThatIsNotDueGoesWithTheQueue) {
+  const auto held = std::make_shared<int>(0);
+  bool ran = false;
+  {
+    const auto queue = makeThreadSerialQueue("app.quillmere.test");
+    queue->asyncAfter(std::chrono::hours(1), [&ran, held] { ran = true; });
+    EXPECT_EQ(held.use_count(), 2);
+  }
+  EXPECT_FALSE(ran);
+  EXPECT_EQ(held.use_count(), 1);
+}
+
 TEST(SerialQueue, KnowsWhetherTheCallerIsOnIt) {
   const auto queue = makeThreadSerialQueue("app.quillmere.test");
   EXPECT_FALSE(queue->isCurrent());
@@ -106,6 +136,21 @@ TEST(VirtualSerialQueue, SyncRunsOnlyItsOwnQueueFirst) {
   EXPECT_EQ(order, (std::vector<std::string>{"queued", "sync"}));
   time.runUntilIdle();
   EXPECT_EQ(order.back(), "background");
+}
+
+TEST(VirtualSerialQueue, DelayedWorkWaitsForItsTimeEvenWhereSomebodyWaitsForTheQueue) {
+  VirtualTime time;
+  auto queue = time.makeSerialQueue("q");
+  int ran = 0;
+  queue->asyncAfter(std::chrono::milliseconds(10), [&] { ++ran; });
+  queue->sync([] {});
+  EXPECT_EQ(ran, 0);
+  time.advance(std::chrono::milliseconds(10));
+  EXPECT_EQ(ran, 1);
+  queue->asyncAfter(std::chrono::milliseconds(10), [&] { ++ran; });
+  queue.reset();
+  time.advance(std::chrono::seconds(1));
+  EXPECT_EQ(ran, 1);
 }
 
 TEST(VirtualTime, WallClockJumpsWithoutMovingTheMonotonicOne) {

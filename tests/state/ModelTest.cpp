@@ -79,6 +79,12 @@ class SideBySide {
     disk_.clearWritten();
     box_ = std::make_unique<VirtualMachine>(disk_);
     devices_.clear();
+    // What the last program waited for, the next one doesn't know of.
+    world_.awaitedDevice = 0;
+    if (world_.departed) world_.defaultDevice = 0;
+    world_.departed.reset();
+    box_->audio.setLeavesGaps(world_.leavesGaps);
+    box_->audio.setDefaultWrites(world_.answersLater ? DefaultWrites::awaited : DefaultWrites::taken);
     for (const auto& [plug, device] : world_.devices) devices_[plug] = box_->audio.addDevice(hardware(device));
     box_->audio.setDefaultOutput(world_.defaultDevice == 0 ? 0 : devices_.at(world_.defaultDevice));
     for (const auto& [id, process] : world_.processes) {
@@ -88,10 +94,14 @@ class SideBySide {
     }
     if (world_.track) box_->player.setTrack(world_.track->title, world_.track->plays, 1);
     box_->engine->setActive(world_.heardByEngine);
+    box_->tapForReal();
     box_->start();
+    cycles_.clear();
+    world_.cycles.clear();
     rules_ = std::make_unique<model::RuleModel>(world_, model_);
     // Gestures fall between the polls: what is due at one moment has then one order.
     advance(7);
+    box_->audio.setCycles(std::chrono::milliseconds(30), 0.25F);
   }
   static MemoryDevice hardware(const model::Device& device) {
     return {device.uid, device.uid,
@@ -100,7 +110,24 @@ class SideBySide {
   }
   void advance(long long millis) {
     box_->time.advance(std::chrono::milliseconds(millis));
+    noteCycles();
     rules_->advance(millis);
+  }
+  /// Tells the rules which cycles have run through taps, and which of these taps have gone since.
+  void noteCycles() {
+    for (const auto& cycle : box_->audio.takeCycles()) {
+      cycles_.emplace_back(cycle.aggregate, model::TapCycle{box_->applicationOf(cycle.process), millisOf(cycle.at)});
+    }
+    // Those that have been looked at already.
+    std::erase_if(cycles_, [this](const auto& entry) { return entry.second.at <= rules_->lastLook; });
+    world_.cycles.clear();
+    for (auto& [aggregate, cycle] : cycles_) {
+      if (const auto gone = box_->audio.stoppedAt(aggregate)) cycle.goneAt = millisOf(*gone);
+      world_.cycles.push_back(cycle);
+    }
+  }
+  static long long millisOf(MonotonicTime time) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
   }
 
   // Chance.
@@ -194,6 +221,8 @@ class SideBySide {
   std::unique_ptr<VirtualMachine> box_;
   std::unique_ptr<model::RuleModel> rules_;
   std::map<int, AudioObjectID> devices_;
+  /// With the aggregate that each ran in.
+  std::vector<std::pair<AudioObjectID, model::TapCycle>> cycles_;
   std::deque<std::string> recent_;
   std::string difference_;
   int lastName_ = 0;
@@ -381,7 +410,7 @@ void SideBySide::automationGesture() {
 }
 
 void SideBySide::deviceEvent() {
-  const int kind = below(4);
+  const int kind = below(7);
   if (kind == 0 && !world_.devices.empty()) {
     const int plug = anyPlug();
     const float volume = anyGain();
@@ -398,6 +427,19 @@ void SideBySide::deviceEvent() {
     note("unplug ", world_.devices.at(plug).uid);
     box_->audio.removeDevice(devices_.at(plug));
     rules_->unplug(plug);
+  } else if (kind == 3) {
+    world_.leavesGaps = !world_.leavesGaps;
+    note(world_.leavesGaps ? "a default that goes leaves a gap" : "a default that goes is followed at once");
+    box_->audio.setLeavesGaps(world_.leavesGaps);
+  } else if (kind == 4 && world_.awaitedDevice == 0) {
+    world_.answersLater = !world_.answersLater;
+    note(world_.answersLater ? "choices are answered later" : "choices are answered at once");
+    box_->audio.setDefaultWrites(world_.answersLater ? DefaultWrites::awaited : DefaultWrites::taken);
+  } else if (kind == 4) {
+    const bool takes = chance(2);
+    note("the choice is ", takes ? "taken" : "refused");
+    box_->audio.answerDefaultWrite(takes);
+    rules_->answer(takes);
   } else {
     const auto& device = everyDevice[static_cast<std::size_t>(below(static_cast<int>(everyDevice.size())))];
     for (const auto& [plug, present] : world_.devices) {

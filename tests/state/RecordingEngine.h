@@ -1,8 +1,9 @@
-// An engine that only remembers what it was asked, in the order in which it was asked.
-// What it says is active, a test sets.
+// An engine that remembers what it was asked, in the order in which it was asked, and hands it on where there is
+// another behind it. What it says is active, a test sets; what the other says counts too.
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <set>
@@ -50,17 +51,30 @@ inline EngineCall refreshCall() { return {}; }
 class RecordingEngine final : public EngineCalls {
  public:
   explicit RecordingEngine(Executor& background) : background_(background) {}
+  void putBefore(std::shared_ptr<EngineCalls> behind) { behind_ = std::move(behind); }
 
-  void applyGain(float gain, const std::string& bundleID) override { add(gainCall(bundleID, gain)); }
+  void applyGain(float gain, const std::string& bundleID) override {
+    add(gainCall(bundleID, gain));
+    if (behind_) behind_->applyGain(gain, bundleID);
+  }
   void applyRouting(const std::optional<std::string>& deviceUID, const std::string& bundleID) override {
     add(routingCall(bundleID, deviceUID));
+    if (behind_) behind_->applyRouting(deviceUID, bundleID);
   }
   void updateProcessMap(std::vector<CoreAudioProcessMonitor::Snapshot> snapshots) override {
     callsBeforeFirstProcessMap_ = callsBeforeFirstProcessMap_.value_or(calls_.size());
+    if (behind_) behind_->updateProcessMap(snapshots);
     processes_ = std::move(snapshots);
   }
-  std::set<std::string> activeBundleIDs() override { return active_; }
-  void refreshUnroutedSubgraphsForNewSystemDefault() override { add(refreshCall()); }
+  std::set<std::string> activeBundleIDs() override {
+    auto active = active_;
+    if (behind_) active.merge(behind_->activeBundleIDs());
+    return active;
+  }
+  void refreshUnroutedSubgraphsForNewSystemDefault() override {
+    add(refreshCall());
+    if (behind_) behind_->refreshUnroutedSubgraphsForNewSystemDefault();
+  }
   Stream<std::map<std::string, float>> levelsStream() override {
     using Levels = Stream<std::map<std::string, float>>;
     return Levels::produce(background_, [](TaskContext& task, Levels::Writer& writer) -> Async<void> {
@@ -90,6 +104,7 @@ class RecordingEngine final : public EngineCalls {
   }
 
   Executor& background_;
+  std::shared_ptr<EngineCalls> behind_;
   std::vector<EngineCall> calls_;
   std::map<std::string, float> lastGains_;
   std::set<std::string> active_;

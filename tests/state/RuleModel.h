@@ -83,15 +83,33 @@ struct Disk {
   std::set<std::string> candidates;
 };
 
+/// A cycle of an application's sound through its tap.
+struct TapCycle {
+  static constexpr long long never = std::numeric_limits<long long>::max();
+
+  std::string id;
+  long long at = 0;
+  /// When that tap went.
+  long long goneAt = never;
+};
+
 /// What is there whether the program runs or not.
 struct World {
   std::map<std::string, Process> processes;
   /// By the number of its plugging-in, so that the order is that of the system's list.
   std::map<int, Device> devices;
   int defaultDevice = 0;
+  /// The default that has gone, while no other has taken its place.
+  std::optional<Device> departed;
+  bool leavesGaps = false;
+  /// A choice of the program's that has no answer yet; 0 for none.
+  int awaitedDevice = 0;
+  bool answersLater = false;
   int lastPlug = 0;
   std::optional<Track> track;
   std::set<std::string> heardByEngine;
+  /// Since the last look at least.
+  std::vector<TapCycle> cycles;
 };
 
 enum class Phase { idle, focus, rest };
@@ -164,9 +182,10 @@ class RuleModel {
   void setMaster(float gain) {
     master = gain;
     storeMaster();
-    if (world.defaultDevice == 0) return;
-    world.devices.at(world.defaultDevice).volume = gain;
-    volumeTold(world.defaultDevice);
+    const auto device = world.devices.find(readableDefault());
+    if (device == world.devices.end()) return;
+    device->second.volume = gain;
+    volumeTold(device->first);
   }
   void chooseDevice(const std::optional<std::string>& uid) {
     if (uid == chosenDevice) return;
@@ -178,8 +197,14 @@ class RuleModel {
     bool moved = false;
     for (const auto& [plug, device] : world.devices) {
       if (device.uid != *uid) continue;
-      moved = world.defaultDevice != plug;
-      world.defaultDevice = plug;
+      moved = readableDefault() != plug;
+      if (moved && world.answersLater) {
+        world.awaitedDevice = plug;
+        moved = false;
+      } else if (moved) {
+        world.defaultDevice = plug;
+        world.departed.reset();
+      }
       break;
     }
     listenToDefault();
@@ -315,7 +340,19 @@ class RuleModel {
   void moveDefault(int plug) {
     if (world.defaultDevice == plug) return;
     world.defaultDevice = plug;
+    world.departed.reset();
+    if (world.awaitedDevice == 0) defaultMoved();
+  }
+  /// The system answers the choice that is awaited. Listeners hear of a choice then, and not before.
+  void answer(bool takes) {
+    if (world.awaitedDevice == 0) return;
+    if (takes) {
+      world.defaultDevice = world.awaitedDevice;
+      world.departed.reset();
+    }
+    world.awaitedDevice = 0;
     defaultMoved();
+    if (!takes) refused();
   }
   void plugIn(const Device& device) {
     world.devices[++world.lastPlug] = device;
@@ -323,13 +360,21 @@ class RuleModel {
     deviceCame(device.uid);
   }
   void unplug(int plug) {
-    const auto uid = world.devices.at(plug).uid;
+    const auto device = world.devices.at(plug);
     world.devices.erase(plug);
+    const bool wasAwaited = world.awaitedDevice == plug;
+    if (wasAwaited) world.awaitedDevice = 0;
     const bool wasDefault = world.defaultDevice == plug;
-    if (wasDefault) world.defaultDevice = world.devices.empty() ? 0 : world.devices.begin()->first;
-    knownUIDs.erase(uid);
-    deviceWent(uid);
-    if (wasDefault) defaultMoved();
+    if (wasDefault && world.leavesGaps) {
+      world.departed = device;
+    } else if (wasDefault) {
+      world.defaultDevice = world.devices.empty() ? 0 : world.devices.begin()->first;
+    }
+    knownUIDs.erase(device.uid);
+    deviceWent(device.uid);
+    // A moment without a default is not told.
+    if (wasAwaited || (wasDefault && !world.leavesGaps && world.awaitedDevice == 0)) defaultMoved();
+    if (wasAwaited) refused();
   }
 
   // State. -----------------------------------------------------------------------------------------------------------
@@ -345,6 +390,7 @@ class RuleModel {
   float master = 0.7F;
   std::optional<std::string> chosenDevice;
   std::map<std::string, double> heardAt;
+  long long lastLook = 0;
   std::set<std::string> microphones;
   bool ducks = false;
   std::set<std::string> ducked;
@@ -454,6 +500,12 @@ class RuleModel {
       if (process.sounds) heardAt[id] = now();
     }
     for (const auto& id : world.heardByEngine) heardAt[id] = now();
+    // What a tap has heard since the last look counts, and nothing that it heard before.
+    for (const auto& cycle : world.cycles) {
+      const bool isSinceLastLook = cycle.at > lastLook && cycle.at <= clock;
+      if (isSinceLastLook && cycle.goneAt >= clock) heardAt[cycle.id] = now();
+    }
+    lastLook = clock;
     std::erase_if(heardAt, [this](const auto& entry) { return entry.second < now() - 1.5; });
 
     for (const auto& row : restored) {
@@ -527,14 +579,14 @@ class RuleModel {
   void pollDevices() {
     deviceDue = clock + 3000;
     std::map<std::string, bool> byName;
-    for (const auto& [plug, device] : world.devices) byName[device.uid] = plug == world.defaultDevice;
+    for (const auto& [plug, device] : world.devices) byName[device.uid] = plug == readableDefault();
     shownDevices.clear();
     for (const bool isDefault : {true, false}) {
       for (const auto& [uid, each] : byName) {
         if (each == isDefault) shownDevices.emplace_back(uid, each);
       }
     }
-    const auto uid = defaultUID();
+    const auto uid = world.devices.contains(readableDefault()) ? defaultUID() : std::nullopt;
     if (uid == polledDefault) return;
     polledDefault = uid;
     listenToDefault();
@@ -574,21 +626,32 @@ class RuleModel {
 
   // Devices.
 
+  [[nodiscard]] int readableDefault() const {
+    return world.awaitedDevice != 0 ? world.awaitedDevice : world.defaultDevice;
+  }
+  /// Listed, or the last one while there is no other.
+  [[nodiscard]] const Device* defaultOutput() const {
+    const auto device = world.devices.find(readableDefault());
+    if (device != world.devices.end()) return &device->second;
+    return world.departed && world.awaitedDevice == 0 ? &*world.departed : nullptr;
+  }
   [[nodiscard]] std::optional<std::string> defaultUID() const {
-    if (world.defaultDevice == 0) return std::nullopt;
-    return world.devices.at(world.defaultDevice).uid;
+    return defaultOutput() == nullptr ? std::nullopt : std::optional(defaultOutput()->uid);
   }
-  [[nodiscard]] bool defaultIsPersonal() const {
-    return world.defaultDevice != 0 && world.devices.at(world.defaultDevice).personal;
-  }
-  void listenToDefault() { heardVolumes.insert(world.defaultDevice); }
+  [[nodiscard]] bool defaultIsPersonal() const { return defaultOutput() != nullptr && defaultOutput()->personal; }
+  void listenToDefault() { heardVolumes.insert(readableDefault()); }
   void takeHardwareVolume() {
-    if (world.defaultDevice != 0) master = world.devices.at(world.defaultDevice).volume;
+    if (defaultOutput() != nullptr) master = defaultOutput()->volume;
+  }
+  void refused() {
+    listenToDefault();
+    takeHardwareVolume();
+    calls.push_back({});
   }
   void volumeTold(int plug) {
     // Whoever changed, it is the default's volume that is looked at.
-    if (!heardVolumes.contains(plug) || world.defaultDevice == 0) return;
-    const float volume = world.devices.at(world.defaultDevice).volume;
+    if (!heardVolumes.contains(plug) || defaultOutput() == nullptr) return;
+    const float volume = defaultOutput()->volume;
     if (std::fabs(master - volume) > 0.001F) master = volume;
   }
   void defaultMoved() {

@@ -10,6 +10,8 @@
 
 #include "RecordingDefaults.h"
 #include "RecordingEngine.h"
+#include "engine/DriverClient.h"
+#include "engine/ProcessTapEngine.h"
 #include "platform/Machine.h"
 #include "platform/memory/MemoryAudioHardware.h"
 #include "platform/memory/MemoryMediaKeys.h"
@@ -58,6 +60,12 @@ class VirtualMachine {
   VirtualMachine(const VirtualMachine&) = delete;
   VirtualMachine& operator=(const VirtualMachine&) = delete;
 
+  /// From now on the engine's calls reach the real engine too, so that taps are made.
+  void tapForReal() {
+    taps = std::make_unique<ProcessTapEngine>(audio, runtime);
+    driver = std::make_unique<DriverClient>(*taps, runtime.background);
+    engine->putBefore(engineCallsThrough(*driver));
+  }
   /// Starts the state; nothing of its streams has run yet.
   void create() { state = AppState::create(machine, runtime, engine); }
   /// Starts the state and lets the first element of each stream arrive.
@@ -100,6 +108,13 @@ class VirtualMachine {
     process.isRunningInput = listens;
     audio.updateProcess(object, process);
   }
+  /// The application behind a process object; empty where it has gone.
+  [[nodiscard]] std::string applicationOf(AudioObjectID process) const {
+    for (const auto& [bundleID, entry] : processes_) {
+      if (entry.first == process) return bundleID;
+    }
+    return {};
+  }
   [[nodiscard]] std::int32_t pidOf(const std::string& bundleID) const { return processes_.at(bundleID).second.pid; }
 
   /// The application in the state's list, if it is there.
@@ -125,6 +140,9 @@ class VirtualMachine {
   MemoryMediaKeys& keys;
   MemorySoundPlayer& sounds;
   Runtime runtime;
+  /// Absent unless taps are made.
+  std::unique_ptr<ProcessTapEngine> taps;
+  std::unique_ptr<DriverClient> driver;
   std::shared_ptr<AppState> state;
 
  private:

@@ -4,9 +4,9 @@
 #include <set>
 
 #include "CubicScale.h"
-#include "MetadataValue.h"
 #include "Microphone.h"
 #include "TransportType.h"
+#include "text/CleanText.h"
 
 namespace quillmere::pipewire {
 namespace {
@@ -16,6 +16,14 @@ constexpr std::string_view processPrefix = "process:";
 bool isDevice(const NodeRecord& node) {
   return (node.kind == NodeKind::sink || node.kind == NodeKind::duplex || node.kind == NodeKind::source) &&
          !node.isOurs && !node.name.empty();
+}
+
+/// For people to read. A headset's name is whatever somebody once gave it.
+std::string shownName(const NodeRecord& node) {
+  for (const auto* key : {"node.description", "node.nick"}) {
+    if (auto name = cleanText(text(node.properties, key), maxDisplayNameBytes); !name.empty()) return name;
+  }
+  return cleanText(node.name, maxDisplayNameBytes);
 }
 
 template <typename Record>
@@ -28,7 +36,7 @@ std::vector<std::pair<GlobalID, const Record*>> inOrder(const std::map<GlobalID,
   return ordered;
 }
 
-std::vector<DeviceSnapshot> takeDevices(const GraphModel& model, const PendingWrites& pending, ObjectIDs& ids) {
+std::vector<DeviceSnapshot> takeDevices(const GraphModel& model, const Volumes& pending, ObjectIDs& ids) {
   static const Properties none;
   std::vector<DeviceSnapshot> devices;
   std::set<std::string> taken;
@@ -37,18 +45,16 @@ std::vector<DeviceSnapshot> takeDevices(const GraphModel& model, const PendingWr
     DeviceSnapshot device;
     // Two nodes of one name are legal: the later one goes by its serial too.
     const auto key = taken.insert(node->name).second ? node->name : node->name + "\n" + node->serial;
-    device.id = ids.of("device:" + key);
+    device.id = ids.of(deviceKey(key));
     device.node = nodeID;
     device.uid = node->name;
-    device.name = text(node->properties, "node.description");
-    if (device.name.empty()) device.name = text(node->properties, "node.nick");
-    if (device.name.empty()) device.name = node->name;
+    device.name = shownName(*node);
     const auto* hardware = model.deviceOf(*node);
     device.transport = transportTypeOf(node->properties, hardware != nullptr ? hardware->properties : none);
     if (node->kind != NodeKind::source) {
       device.outputStream = ids.of("stream:" + key);
-      const auto written = pending.volumes.find(nodeID);
-      for (const float linear : written != pending.volumes.end() ? written->second : model.volumesOf(*node)) {
+      const auto written = pending.find(nodeID);
+      for (const float linear : written != pending.end() ? written->second : model.volumesOf(*node)) {
         device.volumes.push_back(scalarFromLinear(linear));
       }
     }
@@ -90,11 +96,25 @@ std::vector<ProcessSnapshot> takeProcesses(const GraphModel& model, ObjectIDs& i
   return processes;
 }
 
+DeviceSnapshot goneNow(DeviceSnapshot device) {
+  device.isThere = false;
+  // The number may be another node's by now.
+  device.node = 0;
+  return device;
+}
+
+template <typename Condition>
+const DeviceSnapshot* firstOf(const std::vector<DeviceSnapshot>& devices, const Condition& condition) {
+  const auto found = std::find_if(devices.begin(), devices.end(), condition);
+  return found == devices.end() ? nullptr : &*found;
+}
+
 }  // namespace
 
 const DeviceSnapshot* AudioSnapshot::device(AudioObjectID id) const {
   const auto found = std::find_if(devices.begin(), devices.end(), [&](const auto& device) { return device.id == id; });
-  return found == devices.end() ? nullptr : &*found;
+  if (found != devices.end()) return &*found;
+  return departedDefault && departedDefault->id == id ? &*departedDefault : nullptr;
 }
 
 const ProcessSnapshot* AudioSnapshot::process(AudioObjectID id) const {
@@ -103,21 +123,34 @@ const ProcessSnapshot* AudioSnapshot::process(AudioObjectID id) const {
   return found == processes.end() ? nullptr : &*found;
 }
 
-AudioSnapshot takeSnapshot(const GraphModel& model, const PendingWrites& pending, ObjectIDs& ids) {
+AudioSnapshot takeSnapshot(const GraphModel& model, const Volumes& pendingVolumes, ObjectIDs& ids) {
   AudioSnapshot snapshot;
-  snapshot.devices = takeDevices(model, pending, ids);
+  snapshot.devices = takeDevices(model, pendingVolumes, ids);
   snapshot.processes = takeProcesses(model, ids);
-  auto defaultName = pending.defaultOutput;
-  if (!defaultName) {
-    if (const auto told = model.metadataValue(0, "default.audio.sink")) defaultName = nameFromMetadata(*told);
-  }
-  for (const auto& device : snapshot.devices) {
-    if (defaultName && device.uid == *defaultName && device.outputStream != 0) {
-      snapshot.defaultOutput = device.id;
-      break;
-    }
-  }
   return snapshot;
+}
+
+void keepDevices(AudioSnapshot& snapshot, const AudioSnapshot& before,
+                 const std::function<bool(const DeviceSnapshot&)>& isHeld) {
+  for (const auto& device : before.devices) {
+    if (snapshot.device(device.id) != nullptr || !isHeld(device)) continue;
+    snapshot.devices.push_back(goneNow(device));
+  }
+}
+
+void setDefaultOutput(AudioSnapshot& snapshot, const AudioSnapshot& before, const std::optional<std::string>& name) {
+  if (!name) return;
+  const auto isMeant = [&](const DeviceSnapshot& device) { return device.uid == *name && device.outputStream != 0; };
+  const auto* found = firstOf(snapshot.devices, isMeant);
+  if (found == nullptr) {
+    found = firstOf(before.devices, isMeant);
+    if (found == nullptr && before.departedDefault && isMeant(*before.departedDefault))
+      found = &*before.departedDefault;
+    if (found == nullptr) return;
+    snapshot.departedDefault = goneNow(*found);
+    found = &*snapshot.departedDefault;
+  }
+  snapshot.defaultOutput = found->id;
 }
 
 std::vector<PropertyChange> differences(const AudioSnapshot& before, const AudioSnapshot& after) {
@@ -131,10 +164,13 @@ std::vector<PropertyChange> differences(const AudioSnapshot& before, const Audio
   };
   note(systemObjectID, audio::devices, !sameIDs(before.devices, after.devices));
   note(systemObjectID, audio::processObjectList, !sameIDs(before.processes, after.processes));
-  note(systemObjectID, audio::defaultOutputDevice, before.defaultOutput != after.defaultOutput);
+  note(systemObjectID, audio::defaultOutputDevice,
+       before.settledDefault != after.settledDefault || before.choicesAnswered != after.choicesAnswered);
+  note(systemObjectID, audio::refusedDefaultOutput,
+       after.refusedOutput != 0 && before.choicesAnswered != after.choicesAnswered);
   for (const auto& device : after.devices) {
     const auto* old = before.device(device.id);
-    note(device.id, audio::deviceIsAlive, old == nullptr);
+    note(device.id, audio::deviceIsAlive, old == nullptr || old->isThere != device.isThere);
     if (old == nullptr) continue;
     note(device.id, audio::objectName, old->name != device.name);
     note(device.id, audio::transportType, old->transport != device.transport);
@@ -150,6 +186,8 @@ std::vector<PropertyChange> differences(const AudioSnapshot& before, const Audio
   }
   return changes;
 }
+
+std::string deviceKey(const std::string& name) { return "device:" + name; }
 
 std::string processKey(const std::string& identifier) { return std::string(processPrefix) + identifier; }
 

@@ -1,6 +1,9 @@
 // One consistent picture of devices and applications, and how two pictures differ.
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,6 +24,8 @@ struct DeviceSnapshot {
   std::uint32_t transport = 0;
   /// Slider positions 0..1, one a channel; empty without a volume.
   std::vector<float> volumes;
+  /// False: it has gone, and is only still told of.
+  bool isThere = true;
 
   friend bool operator==(const DeviceSnapshot&, const DeviceSnapshot&) = default;
 };
@@ -44,20 +49,31 @@ struct AudioSnapshot {
   std::vector<ProcessSnapshot> processes;
   /// 0 where there is none.
   AudioObjectID defaultOutput = 0;
+  /// The default output where it is a device that is no longer listed.
+  std::optional<DeviceSnapshot> departedDefault;
+  /// What those who listen for the default have been told: a choice of ours is told when it has been answered.
+  AudioObjectID settledDefault = 0;
+  /// The choices of ours that have been answered.
+  std::uint64_t choicesAnswered = 0;
+  /// The device of the last choice if that was refused, 0 otherwise.
+  AudioObjectID refusedOutput = 0;
 
   [[nodiscard]] const DeviceSnapshot* device(AudioObjectID id) const;
   [[nodiscard]] const ProcessSnapshot* process(AudioObjectID id) const;
 };
 
-/// Values written by us that the daemon has not confirmed yet; they count as if it had.
-struct PendingWrites {
-  /// node.name
-  std::optional<std::string> defaultOutput;
-  /// Linear volumes by node.
-  std::map<GlobalID, std::vector<float>> volumes;
-};
+/// Linear volumes by node.
+using Volumes = std::map<GlobalID, std::vector<float>>;
 
-[[nodiscard]] AudioSnapshot takeSnapshot(const GraphModel& model, const PendingWrites& pending, ObjectIDs& ids);
+/// `pendingVolumes` have been written by us and not been confirmed yet; they count as if they had. The snapshot has no
+/// default output yet.
+[[nodiscard]] AudioSnapshot takeSnapshot(const GraphModel& model, const Volumes& pendingVolumes, ObjectIDs& ids);
+
+/// Lists a device that has gone, as it was in `before`, for as long as `isHeld` says that it counts as there.
+void keepDevices(AudioSnapshot& snapshot, const AudioSnapshot& before,
+                 const std::function<bool(const DeviceSnapshot&)>& isHeld);
+/// The output of this name is the default; one that has gone is known from `before`.
+void setDefaultOutput(AudioSnapshot& snapshot, const AudioSnapshot& before, const std::optional<std::string>& name);
 
 struct PropertyChange {
   AudioObjectID object = 0;
@@ -68,6 +84,8 @@ struct PropertyChange {
 
 [[nodiscard]] std::vector<PropertyChange> differences(const AudioSnapshot& before, const AudioSnapshot& after);
 
+/// The key of a device's object, by its node.name.
+[[nodiscard]] std::string deviceKey(const std::string& name);
 /// The key of an application's process object.
 [[nodiscard]] std::string processKey(const std::string& identifier);
 /// The application identifier of such a key; absent for other keys.

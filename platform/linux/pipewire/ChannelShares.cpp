@@ -8,7 +8,7 @@
 namespace quillmere::pipewire {
 namespace {
 
-ChannelShare shareOf(std::uint32_t position, std::size_t place) {
+ChannelShare shareOf(std::uint32_t position, std::size_t place, float single) {
   switch (position) {
     case SPA_AUDIO_CHANNEL_FL:
     case SPA_AUDIO_CHANNEL_FLC:
@@ -17,6 +17,7 @@ ChannelShare shareOf(std::uint32_t position, std::size_t place) {
     case SPA_AUDIO_CHANNEL_FRC:
       return rightShare;
     case SPA_AUDIO_CHANNEL_MONO:
+      return {single, single};
     case SPA_AUDIO_CHANNEL_FC:
     case SPA_AUDIO_CHANNEL_RC:
     case SPA_AUDIO_CHANNEL_TC:
@@ -53,11 +54,14 @@ ChannelShare shareOf(std::uint32_t position, std::size_t place) {
 
 }  // namespace
 
-std::vector<ChannelShare> channelShares(std::span<const std::uint32_t> positions) {
-  if (positions.size() == 1) return {bothSides};
+SingleChannelMix singleChannelMix(const LibraryVersion& version) {
+  return version < LibraryVersion{0, 3, 66} ? SingleChannelMix{} : SingleChannelMix{1.0F, 0.5F};
+}
+
+std::vector<ChannelShare> channelShares(std::span<const std::uint32_t> positions, float single) {
   std::vector<ChannelShare> shares;
   shares.reserve(positions.size());
-  for (const auto position : positions) shares.push_back(shareOf(position, shares.size()));
+  for (const auto position : positions) shares.push_back(shareOf(position, shares.size(), single));
   return shares;
 }
 

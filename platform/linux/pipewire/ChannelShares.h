@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "LibraryVersion.h"
+
 namespace quillmere::pipewire {
 
 /// Linear gains into left and right.
@@ -23,10 +25,20 @@ inline constexpr float threeDecibelsDown = 0.70710678F;
 inline constexpr ChannelShare bothSides{threeDecibelsDown, threeDecibelsDown};
 inline constexpr std::size_t mostChannels = 64;
 
+/// Linear gains of a single channel into both sides, and of both sides into a single channel.
+struct SingleChannelMix {
+  float input = threeDecibelsDown;
+  float output = threeDecibelsDown;
+};
+
+/// As the converters of a library of this version do it: up to 0.3.65 both come 3 dB down; later ones hand a single
+/// channel on as it is, and make the average of two. [any]
+[[nodiscard]] SingleChannelMix singleChannelMix(const LibraryVersion& version);
+
 /// One for each position (`spa_audio_channel`), in their order. The centre, sides and rear come 3 dB down, as the
-/// downward mixing of ITU-R BS.775 has it, and so does a single channel, as the daemon's own converters have it; the
-/// low frequency effects are left out. Channels without a position go left and right in turn.
-[[nodiscard]] std::vector<ChannelShare> channelShares(std::span<const std::uint32_t> positions);
+/// downward mixing of ITU-R BS.775 has it; a single channel goes into both sides by `single`; the low frequency effects
+/// are left out. Channels without a position go left and right in turn. [any]
+[[nodiscard]] std::vector<ChannelShare> channelShares(std::span<const std::uint32_t> positions, float single);
 
 /// As the daemon and the session manager spell it in `audio.channel`, for instance "FL".
 [[nodiscard]] std::string channelName(std::uint32_t position);

@@ -2,6 +2,7 @@
 
 #include <pipewire/pipewire.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "ClientConfiguration.h"
@@ -10,6 +11,10 @@ namespace quillmere::pipewire {
 namespace {
 
 constexpr Duration retryInterval = std::chrono::milliseconds(250);
+/// A socket behind which nobody answers is tried again after twice as long each time, up to four seconds.
+constexpr int mostDoublings = 4;
+/// After an error a daemon that is still there answers within this time.
+constexpr Duration longestDoubt = std::chrono::milliseconds(500);
 
 }  // namespace
 
@@ -19,12 +24,8 @@ Connection::Connection(Loop& loop, std::string remote, Logger log, Events events
       log_(std::move(log)),
       events_(std::move(events)),
       retry_(loop, [this] { connect(); }),
-      broken_(loop, [this] {
-        if (core_ == nullptr) return;
-        log_.standard("the audio daemon is gone");
-        drop();
-        retry_.arm(retryInterval);
-      }) {}
+      broken_(loop, [this] { startAnew(); }),
+      doubt_(loop, [this] { startAnew(); }) {}
 
 Connection::~Connection() {
   if (context_ != nullptr) pw_context_destroy(context_);
@@ -34,6 +35,7 @@ void Connection::open() { connect(); }
 
 void Connection::close() {
   retry_.disarm();
+  doubt_.disarm();
   drop();
 }
 
@@ -69,17 +71,12 @@ void Connection::connect() {
       if (id != PW_ID_CORE) return;
       auto* client = reinterpret_cast<pw_proxy*>(pw_core_get_client(self->core_));
       if (client != nullptr) self->events_.ownClientKnown(pw_proxy_get_bound_id(client));
+      self->fruitless_ = 0;
+      self->doubt_.disarm();
       self->events_.done(sequence);
     };
     events.error = [](void* data, std::uint32_t id, int, int result, const char* message) {
-      auto* self = static_cast<Connection*>(data);
-      if (id == PW_ID_CORE && result == -EPIPE) {
-        // Nothing may be destroyed in here.
-        self->broken_.raise();
-      } else if (result != -ENOENT) {
-        // -ENOENT: something went while we asked for it. It happens all the time and means nothing.
-        self->log_.standard(logText("the audio daemon reports %d for %u: %s", result, id, message));
-      }
+      static_cast<Connection*>(data)->onError(id, result, message);
     };
     return events;
   }();
@@ -87,7 +84,34 @@ void Connection::connect() {
   events_.connected(core_);
 }
 
+void Connection::onError(std::uint32_t id, int result, const char* message) {
+  // Something went while we asked for it. It happens all the time and means nothing.
+  if (result == -ENOENT) return;
+  if (fruitless_ == 0 && result != -EPIPE) {
+    log_.standard(logText("the audio daemon reports %d for %u: %s", result, id, message));
+  }
+  if (id != PW_ID_CORE) return;
+  if (result == -EPIPE) {
+    // Nothing may be destroyed in here.
+    broken_.raise();
+  } else {
+    // An error of the core may be the end: the library closes the connection at whatever it cannot read or send, and
+    // says no more than this. Or the daemon has refused something and goes on. Only an answer tells.
+    sync();
+    doubt_.arm(longestDoubt);
+  }
+}
+
+void Connection::startAnew() {
+  if (core_ == nullptr) return;
+  if (fruitless_ == 0) log_.standard("the audio daemon is gone");
+  drop();
+  retry_.arm(retryInterval * (1 << std::min(fruitless_, mostDoublings)));
+  ++fruitless_;
+}
+
 void Connection::drop() {
+  doubt_.disarm();
   if (core_ == nullptr) return;
   events_.lost();
   spa_hook_remove(&listener_);

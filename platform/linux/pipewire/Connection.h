@@ -3,6 +3,7 @@
 
 #include <spa/utils/hook.h>
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -42,6 +43,8 @@ class Connection {
 
  private:
   void connect();
+  void onError(std::uint32_t id, int result, const char* message);
+  void startAnew();
   void drop();
 
   Loop& loop_;
@@ -52,8 +55,12 @@ class Connection {
   pw_core* core_ = nullptr;
   spa_hook listener_{};
   bool isWaiting_ = false;
+  /// Connections in a row that ended without an answer.
+  int fruitless_ = 0;
   LoopTimer retry_;
   LoopSignal broken_;
+  /// Runs while it is not known whether the connection has survived an error.
+  LoopTimer doubt_;
 };
 
 }  // namespace quillmere::pipewire

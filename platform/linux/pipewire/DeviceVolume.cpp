@@ -58,18 +58,13 @@ bool DeviceVolume::write(GlobalID id, std::uint32_t element, float scalar) {
 }
 
 void DeviceVolume::volumesTold() {
-  std::vector<GlobalID> answered;
+  std::vector<GlobalID> confirmed;
   for (const auto& [id, volumes] : pending_) {
     const auto* node = model_.node(id);
-    const auto& write = writes_.at(id);
-    const bool isAnswer =
-        node != nullptr && (agree(volumes, model_.volumesOf(*node)) ||
-                            // Somebody else has written since, and the node has begun to sound.
-                            (write.waitsForSound && !agree(write.toldBefore, model_.volumesOf(*node))));
-    if (node == nullptr || isAnswer) answered.push_back(id);
+    if (node == nullptr || agree(volumes, model_.volumesOf(*node))) confirmed.push_back(id);
   }
-  for (const auto id : answered) drop(id);
-  if (!answered.empty()) changed_();
+  for (const auto id : confirmed) drop(id);
+  if (!confirmed.empty()) changed_();
 }
 
 void DeviceVolume::graphChanged() {
@@ -78,7 +73,8 @@ void DeviceVolume::graphChanged() {
     const auto* node = model_.node(id);
     if (node == nullptr || node->serial != write.serial) {
       gone.push_back(id);
-    } else if (write.waitsForSound && node->isRunning) {
+    } else if (write.waitsForSound && (node->isRunning || !agree(write.toldBefore, model_.volumesOf(*node)))) {
+      // Now it can answer; what it tells then may also be what somebody else has written since.
       write.waitsForSound = false;
       expiry_.arm(confirmationTime);
     }

@@ -60,7 +60,16 @@ void GraphModel::updateNode(GlobalID id, const Properties& properties) {
   if (isNew) node.order = nextOrder_++;
   merge(node.properties, properties);
   node.kind = kindOf(node.properties);
+  if (const auto known = nodesBySerial_.find(node.serial); known != nodesBySerial_.end() && known->second == id) {
+    nodesBySerial_.erase(known);
+  }
   node.serial = text(node.properties, "object.serial");
+  if (!node.serial.empty()) nodesBySerial_[node.serial] = id;
+  if (node.kind == NodeKind::sink || node.kind == NodeKind::duplex) {
+    outputs_.insert(id);
+  } else {
+    outputs_.erase(id);
+  }
   node.name = text(node.properties, "node.name");
   node.client = number(node.properties, "client.id");
   node.device = number(node.properties, "device.id");
@@ -90,6 +99,7 @@ void GraphModel::updateDevice(GlobalID id, const Properties& properties) { merge
 void GraphModel::setRoutes(GlobalID id, std::vector<RouteRecord> routes) { devices_[id].routes = std::move(routes); }
 
 void GraphModel::updatePort(GlobalID id, const Properties& properties) {
+  dropPort(id);
   auto& port = ports_[id];
   port.id = id;
   port.serial = text(properties, "object.serial");
@@ -99,6 +109,27 @@ void GraphModel::updatePort(GlobalID id, const Properties& properties) {
   port.isMonitor = flag(properties, "port.monitor");
   port.isControl = flag(properties, "port.control");
   port.channel = text(properties, "audio.channel");
+  portsByNode_[port.node].insert(id);
+}
+
+void GraphModel::dropPort(GlobalID id) {
+  const auto port = ports_.find(id);
+  if (port == ports_.end()) return;
+  const auto siblings = portsByNode_.find(port->second.node);
+  siblings->second.erase(id);
+  if (siblings->second.empty()) portsByNode_.erase(siblings);
+  ports_.erase(port);
+}
+
+void GraphModel::dropNode(GlobalID id) {
+  const auto node = nodes_.find(id);
+  if (node == nodes_.end()) return;
+  if (const auto known = nodesBySerial_.find(node->second.serial);
+      known != nodesBySerial_.end() && known->second == id) {
+    nodesBySerial_.erase(known);
+  }
+  outputs_.erase(id);
+  nodes_.erase(node);
 }
 
 void GraphModel::updateLink(GlobalID id, const Properties& properties) {
@@ -137,27 +168,36 @@ void GraphModel::setMetadata(GlobalID subject, const std::string& key, std::opti
   } else {
     metadata_.erase({subject, key});
   }
+  if (subject == 0) noteDefaultOutput();
 }
 
-void GraphModel::clearMetadata() { metadata_.clear(); }
+void GraphModel::clearMetadata() {
+  metadata_.clear();
+  noteDefaultOutput();
+}
+
+void GraphModel::noteDefaultOutput() {
+  const auto told = metadataValue(0, "default.audio.sink");
+  defaultOutput_ = told ? nameFromMetadata(*told) : std::nullopt;
+}
 
 void GraphModel::setSetting(const std::string& key, const std::string& value) { settings_[key] = value; }
 
 void GraphModel::remove(GlobalID id) {
   clients_.erase(id);
-  if (const auto found = nodes_.find(id); found != nodes_.end()) {
-    const auto& node = found->second;
-    if (const auto client = clientOf(node); client != clients_.end() && countsAsStream(node)) {
+  if (const auto* node = this->node(id)) {
+    if (const auto client = clientOf(*node); client != clients_.end() && countsAsStream(*node)) {
       client->second.hadStream = true;
-      if (node.kind == NodeKind::playback) client->second.hadPlayback = true;
+      if (node->kind == NodeKind::playback) client->second.hadPlayback = true;
     }
-    nodes_.erase(found);
   }
+  dropNode(id);
   devices_.erase(id);
   dropLink(id);
-  ports_.erase(id);
+  dropPort(id);
   // Ids are given again; what was said of this object must not stick to the next.
   std::erase_if(metadata_, [&](const auto& entry) { return entry.first.first == id; });
+  if (id == 0) noteDefaultOutput();
 }
 
 void GraphModel::clear() {
@@ -169,7 +209,10 @@ void GraphModel::clear() {
   linksInto_.clear();
   linksFrom_.clear();
   ports_.clear();
-  metadata_.clear();
+  nodesBySerial_.clear();
+  outputs_.clear();
+  portsByNode_.clear();
+  clearMetadata();
   settings_.clear();
 }
 
@@ -179,10 +222,9 @@ const NodeRecord* GraphModel::node(GlobalID id) const {
 }
 
 std::optional<GlobalID> GraphModel::nodeIDBySerial(std::string_view serial) const {
-  for (const auto& [id, node] : nodes_) {
-    if (!serial.empty() && node.serial == serial) return id;
-  }
-  return std::nullopt;
+  const auto found = nodesBySerial_.find(serial);
+  if (found == nodesBySerial_.end()) return std::nullopt;
+  return found->second;
 }
 
 const NodeRecord* GraphModel::nodeBySerial(std::string_view serial) const {
@@ -273,8 +315,8 @@ bool GraphModel::isMonitorPort(GlobalID port) const {
 
 std::vector<PortRecord> GraphModel::portsOf(GlobalID node) const {
   std::vector<PortRecord> found;
-  for (const auto& [id, port] : ports_) {
-    if (port.node == node) found.push_back(port);
+  if (const auto ports = portsByNode_.find(node); ports != portsByNode_.end()) {
+    for (const auto id : ports->second) found.push_back(ports_.at(id));
   }
   return found;
 }
@@ -295,14 +337,11 @@ std::optional<GlobalID> GraphModel::linkedInput(GlobalID outputNode) const {
 }
 
 std::string GraphModel::outputSerial(const std::optional<std::string>& name) const {
-  auto wanted = name;
-  if (!wanted) {
-    const auto told = metadataValue(0, "default.audio.sink");
-    wanted = told ? nameFromMetadata(*told) : std::nullopt;
-  }
+  const auto& wanted = name ? name : defaultOutput_;
   const NodeRecord* first = nullptr;
-  for (const auto& [id, node] : nodes_) {
-    if (!isOutput(node) || node.serial.empty() || node.name != wanted) continue;
+  for (const auto id : outputs_) {
+    const auto& node = nodes_.at(id);
+    if (node.isOurs || node.serial.empty() || node.name != wanted) continue;
     if (first == nullptr || node.order < first->order) first = &node;
   }
   return first != nullptr ? first->serial : std::string();

@@ -153,6 +153,9 @@ class GraphModel {
                                                 GlobalID node) const;
   void identify(GlobalID clientID, ClientRecord& client, const Properties& stream);
   [[nodiscard]] bool isOurs(const NodeRecord& node) const;
+  void noteDefaultOutput();
+  void dropNode(GlobalID id);
+  void dropPort(GlobalID id);
   [[nodiscard]] std::map<GlobalID, ClientRecord>::iterator clientOf(const NodeRecord& node);
   void noteStream(const NodeRecord& node);
   void noteUse(const NodeRecord& node, bool isPlayback);
@@ -173,6 +176,12 @@ class GraphModel {
   std::map<GlobalID, std::set<GlobalID>> linksInto_;
   std::map<GlobalID, std::set<GlobalID>> linksFrom_;
   std::map<GlobalID, PortRecord> ports_;
+  // What is asked for each tap at every event is found at once: where there are many of both, nothing else gets done.
+  std::map<std::string, GlobalID, std::less<>> nodesBySerial_;
+  std::set<GlobalID> outputs_;
+  std::map<GlobalID, std::set<GlobalID>> portsByNode_;
+  /// As the metadata has it now.
+  std::optional<std::string> defaultOutput_;
   std::map<std::pair<GlobalID, std::string>, std::string> metadata_;
   Properties settings_;
 };

@@ -11,8 +11,6 @@
 namespace quillmere::pipewire {
 namespace {
 
-/// How long a default output that we asked for counts before the session manager has taken it.
-constexpr Duration defaultConfirmationTime = std::chrono::seconds(1);
 /// When the first metadata has surely come.
 constexpr Duration staleTargetDelay = std::chrono::milliseconds(500);
 /// By then a client that has just come knows the metadata.
@@ -21,6 +19,8 @@ constexpr Duration refreshDelay = std::chrono::milliseconds(400);
 constexpr Duration longestRefreshDelay = std::chrono::seconds(2);
 /// How long the end of the program waits for its last words to be heard.
 constexpr Duration farewellTime = std::chrono::milliseconds(200);
+
+std::uint64_t nanosOf(MonotonicTime time) { return static_cast<std::uint64_t>(time.time_since_epoch().count()); }
 
 bool isDigits(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
@@ -34,10 +34,7 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
       options_(std::move(options)),
       model_(std::move(identify), log_, static_cast<std::int32_t>(getpid())),
       changed_(loop_, [this] { flush(); }),
-      defaultExpiry_(loop_,
-                     [this] {
-                       if (std::exchange(pendingDefault_, std::nullopt)) publish();
-                     }),
+      judgement_(loop_, [this] { publish(); }),
       staleTargets_(loop_, [this] { deleteStaleTargets(); }),
       refresh_(loop_,
                [this] {
@@ -119,7 +116,7 @@ void Host::onConnected(pw_core* core) {
 void Host::onLost() {
   director_.suspend();
   volume_.forget();
-  pendingDefault_.reset();
+  uncertain_.clear();
   firstSync_ = secondSync_ = -1;
   isSynced_ = false;
   staleTargets_.disarm();
@@ -140,6 +137,8 @@ void Host::onDone(int sequence) {
     const std::lock_guard lock(shared_.mutex);
     shared_.hasSaidFarewell = true;
     shared_.complete.notify_all();
+  } else if (std::erase_if(uncertain_, [&](const auto& entry) { return entry.second == sequence; }) > 0) {
+    changed_.raise();
   }
 }
 
@@ -150,12 +149,8 @@ void Host::onMetadata(GlobalID subject, const std::string& key, const std::optio
   // A session manager that knows the default has seen the whole graph. One that starts and meets a node of ours
   // half-way would never link anything.
   director_.resume();
-  const auto name = nameFromMetadata(*value);
-  if (!name) {
+  if (!nameFromMetadata(*value)) {
     log_.error("default output in the session manager's metadata can't be read: " + value->substr(0, 200));
-  } else if (name == pendingDefault_) {
-    pendingDefault_.reset();
-    defaultExpiry_.disarm();
   }
 }
 
@@ -171,7 +166,6 @@ void Host::onMetadataPresence(bool isThere) {
   } else {
     // A node of ours that outlived the session manager would keep its successor from linking anything.
     director_.suspend();
-    pendingDefault_.reset();
   }
 }
 
@@ -202,15 +196,61 @@ void Host::armTicks() {
   ticks_.arm(TapDirector::tickInterval);
 }
 
+DefaultOutput::Facts Host::factsOf(const AudioSnapshot& fresh) const {
+  const auto nameAt = [&](const char* key) -> std::optional<std::string> {
+    const auto value = model_.metadataValue(0, key);
+    return value ? nameFromMetadata(*value) : std::nullopt;
+  };
+  DefaultOutput::Facts facts;
+  facts.hasSessionManager = isSynced_ && watcher_.hasMetadata();
+  facts.told = nameAt("default.audio.sink");
+  facts.onRecord = nameAt("default.configured.audio.sink");
+  for (const auto& device : fresh.devices) {
+    if (device.outputStream != 0 && (device.isThere || uncertain_.contains(device.id)))
+      facts.outputs.insert(device.uid);
+  }
+  return facts;
+}
+
 void Host::publish() {
-  std::shared_ptr<const AudioSnapshot> fresh = std::make_shared<AudioSnapshot>();
-  if (isSynced_)
-    fresh = std::make_shared<AudioSnapshot>(takeSnapshot(model_, {pendingDefault_, volume_.pending()}, ids_));
-  std::vector<PropertyChange> changes;
+  const auto before = snapshot();
+  auto fresh = isSynced_ ? takeSnapshot(model_, volume_.pending(), ids_) : AudioSnapshot();
+  // A device that goes may be the first sign that whoever brought them all is going. What goes with it is told with it:
+  // by the time that the daemon has answered a question, all of it is known.
+  for (const auto& device : before->devices) {
+    if (!isSynced_ || !device.isThere || fresh.device(device.id) != nullptr) continue;
+    const int question = connection_.sync();
+    if (question >= 0) uncertain_[device.id] = question;
+  }
+  keepDevices(fresh, *before, [this](const auto& device) { return uncertain_.contains(device.id); });
+  const auto verdict = default_.judge(factsOf(fresh), std::chrono::steady_clock::now());
+  if (verdict.holdsDevices) keepDevices(fresh, *before, [](const auto&) { return true; });
+  setDefaultOutput(fresh, *before, verdict.name);
+  fresh.settledDefault = verdict.isAwaited ? before->settledDefault : fresh.defaultOutput;
+  fresh.choicesAnswered = before->choicesAnswered;
+  fresh.refusedOutput = before->refusedOutput;
+  if (verdict.outcome != DefaultOutput::Outcome::none) {
+    ++fresh.choicesAnswered;
+    const bool isRefused = verdict.outcome == DefaultOutput::Outcome::refused;
+    fresh.refusedOutput = isRefused ? ids_.of(deviceKey(verdict.refused)) : 0;
+    if (isRefused) {
+      log_.error("the session manager did not take " + verdict.refused + " as the default output; it is " +
+                 verdict.name.value_or("none"));
+    }
+  }
+  if (verdict.validUntil) judgement_.armAt(nanosOf(*verdict.validUntil));
+  tell(*before, std::make_shared<const AudioSnapshot>(std::move(fresh)));
+}
+
+void Host::tell(const AudioSnapshot& before, std::shared_ptr<const AudioSnapshot> fresh) {
+  auto changes = differences(before, *fresh);
   {
     const std::lock_guard lock(shared_.mutex);
-    changes = differences(*shared_.snapshot, *fresh);
-    shared_.snapshot = fresh;
+    if (isSynced_ && !shared_.isComplete && (fresh->defaultOutput != 0 || fresh->devices.empty())) {
+      shared_.isComplete = true;
+      shared_.complete.notify_all();
+    }
+    shared_.snapshot = std::move(fresh);
     shared_.graphRate = model_.graphRate();
     for (auto& [tap, rate] : shared_.tapRates) {
       const double now = director_.rate(tap);
@@ -221,10 +261,6 @@ void Host::publish() {
       if (isAlive != shared_.aliveDevices.contains(device)) changes.push_back({device, audio::deviceIsAlive});
       isAlive ? static_cast<void>(shared_.aliveDevices.insert(device))
               : static_cast<void>(shared_.aliveDevices.erase(device));
-    }
-    if (isSynced_ && !shared_.isComplete && (fresh->defaultOutput != 0 || fresh->devices.empty())) {
-      shared_.isComplete = true;
-      shared_.complete.notify_all();
     }
   }
   listeners.tell(changes);
@@ -238,12 +274,11 @@ Status Host::writeDefaultOutput(AudioObjectID device) {
   const auto* wanted = current->device(device);
   if (wanted == nullptr) return badObjectError;
   if (wanted->outputStream == 0) return illegalOperationError;
-  if (!watcher_.hasMetadata()) return hardwareNotRunningError;
+  if (!watcher_.hasMetadata() || !wanted->isThere) return hardwareNotRunningError;
   watcher_.write(0, "default.configured.audio.sink", "Spa:String:JSON", metadataFromName(wanted->uid));
   expectMissedMetadata();
   if (current->defaultOutput != device) {
-    pendingDefault_ = wanted->uid;
-    defaultExpiry_.arm(defaultConfirmationTime);
+    default_.choose(wanted->uid, std::chrono::steady_clock::now());
     publish();
   }
   return noErr;

@@ -11,6 +11,7 @@
 
 #include "AudioSnapshot.h"
 #include "Connection.h"
+#include "DefaultOutput.h"
 #include "DeviceVolume.h"
 #include "GraphModel.h"
 #include "Listeners.h"
@@ -84,6 +85,8 @@ class Host {
  private:
   void flush();
   void publish();
+  void tell(const AudioSnapshot& before, std::shared_ptr<const AudioSnapshot> fresh);
+  [[nodiscard]] DefaultOutput::Facts factsOf(const AudioSnapshot& fresh) const;
   void armTicks();
   void onConnected(pw_core* core);
   void onLost();
@@ -114,7 +117,9 @@ class Host {
   Loop loop_;
   GraphModel model_;
   ObjectIDs ids_;
-  std::optional<std::string> pendingDefault_;
+  DefaultOutput default_;
+  /// Devices that have just gone, and the round trip after which it is known what went with them.
+  std::map<AudioObjectID, int> uncertain_;
   /// The two round trips after which the first picture is whole.
   int firstSync_ = -1;
   int secondSync_ = -1;
@@ -122,7 +127,8 @@ class Host {
   bool isSynced_ = false;
   std::uint64_t pathsMade_ = 0;
   LoopSignal changed_;
-  LoopTimer defaultExpiry_;
+  /// When the default output is to be judged again.
+  LoopTimer judgement_;
   LoopTimer staleTargets_;
   LoopTimer refresh_;
   /// Set while a refresh is awaited.

@@ -119,6 +119,7 @@ Status PipeWireAudioHardware::writeUInt32(AudioObjectID object, const PropertyAd
 Status PipeWireAudioHardware::writeFloat32(AudioObjectID object, const PropertyAddress& address, float value) {
   const auto found = property(*host_, object, address);
   if (const Status status = failureOf(found, ValueType::real); status != noErr) return status;
+  if (!found.isSettable) return illegalOperationError;
   return host_->writeVolume(object, address.element, value);
 }
 

@@ -45,6 +45,8 @@ PropertyValue systemProperty(const AudioSnapshot& snapshot, const PropertyAddres
       return PropertyValue::ofIDs(idsOf(snapshot.processes));
     case audio::defaultOutputDevice:
       return PropertyValue::ofNumber(snapshot.defaultOutput, true);
+    case audio::refusedDefaultOutput:
+      return PropertyValue::ofNumber(snapshot.refusedOutput);
     default:
       return PropertyValue::failure(unknownPropertyError);
   }
@@ -58,8 +60,12 @@ PropertyValue deviceProperty(const DeviceSnapshot& device, const PropertyAddress
     }
     if (address.selector == audio::volumeScalar && !device.volumes.empty()) {
       // Element 0 is the slider that people see; the channels follow it.
-      if (address.element == 0) return PropertyValue::ofReal(*std::ranges::max_element(device.volumes));
-      if (address.element <= device.volumes.size()) return PropertyValue::ofReal(device.volumes[address.element - 1]);
+      if (address.element == 0) {
+        return PropertyValue::ofReal(*std::ranges::max_element(device.volumes), device.isThere);
+      }
+      if (address.element <= device.volumes.size()) {
+        return PropertyValue::ofReal(device.volumes[address.element - 1], device.isThere);
+      }
     }
     return PropertyValue::failure(unknownPropertyError);
   }
@@ -70,7 +76,7 @@ PropertyValue deviceProperty(const DeviceSnapshot& device, const PropertyAddress
     case audio::objectName:
       return PropertyValue::ofText(device.name);
     case audio::deviceIsAlive:
-      return PropertyValue::ofNumber(1);
+      return PropertyValue::ofNumber(device.isThere ? 1 : 0);
     case audio::transportType:
       return PropertyValue::ofNumber(device.transport);
     default:

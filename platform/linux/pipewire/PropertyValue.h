@@ -39,11 +39,11 @@ struct PropertyValue {
     result.status = noErr;
     return result;
   }
-  static PropertyValue ofReal(float value) {
+  static PropertyValue ofReal(float value, bool isSettable) {
     PropertyValue result;
     result.type = ValueType::real;
     result.real = value;
-    result.isSettable = true;
+    result.isSettable = isSettable;
     result.status = noErr;
     return result;
   }

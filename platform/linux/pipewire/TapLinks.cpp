@@ -146,7 +146,7 @@ std::unique_ptr<TapLinks::Link> TapLinks::make(GlobalID node, GlobalID device, c
   pw_properties_set(properties, PW_KEY_LINK_OUTPUT_PORT, text(ports.first).c_str());
   pw_properties_set(properties, PW_KEY_LINK_INPUT_NODE, text(device).c_str());
   pw_properties_set(properties, PW_KEY_LINK_INPUT_PORT, text(ports.second).c_str());
-  // The device sleeps while the application is silent.
+  // As the node's own property says to newer daemons.
   pw_properties_set(properties, PW_KEY_LINK_PASSIVE, "true");
   pw_properties_set(properties, PW_KEY_OBJECT_LINGER, "false");
   auto link = std::make_unique<Link>();

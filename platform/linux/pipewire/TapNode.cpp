@@ -5,6 +5,9 @@
 
 #include <algorithm>
 
+#include "ChannelShares.h"
+#include "LibraryVersion.h"
+
 namespace quillmere::pipewire {
 namespace {
 
@@ -29,6 +32,8 @@ TapNode::TapNode(pw_core* core, const GraphModel& model, const std::string& name
   // The session manager may link streams to it, and no mixer shows it.
   set(PW_KEY_MEDIA_CLASS, "Stream/Input/Audio/Internal");
   set(PW_KEY_NODE_VIRTUAL, "true");
+  // The device sleeps while the application is silent: newer daemons take this from here, older ones from the links.
+  set(PW_KEY_NODE_PASSIVE, "out");
   // Where there is no output, applications play on into nothing.
   set(PW_KEY_NODE_WANT_DRIVER, "true");
   // Nothing about us is remembered by the session manager.
@@ -39,8 +44,10 @@ TapNode::TapNode(pw_core* core, const GraphModel& model, const std::string& name
   // layout is another.
   set("stream.dont-remix", "true");
 
+  const auto mix = singleChannelMix(libraryVersion(pw_get_library_version()));
+  realtime_.setMonoGain(mix.output);
   acquireAudioLoop(properties);
-  interface_.emplace(realtime_, audioLoop_, properties, changed_);
+  interface_.emplace(realtime_, audioLoop_, properties, mix.input, changed_);
   if (links_) interface_->setMono(links_->wantMono());
 
   static const auto proxyEvents = [] {

@@ -186,9 +186,13 @@ struct TapNodeInterface::Methods {
   static int process(void* object) { return self(object).realtime_.cycle(); }
 };
 
-TapNodeInterface::TapNodeInterface(TapRealtime& realtime, pw_loop* audioLoop, pw_properties* properties,
+TapNodeInterface::TapNodeInterface(TapRealtime& realtime, pw_loop* audioLoop, pw_properties* properties, float single,
                                    std::function<void()> changed)
-    : realtime_(realtime), audioLoop_(audioLoop), properties_(properties), changed_(std::move(changed)) {
+    : realtime_(realtime),
+      audioLoop_(audioLoop),
+      properties_(properties),
+      single_(single),
+      changed_(std::move(changed)) {
   for (const auto direction : {SPA_DIRECTION_INPUT, SPA_DIRECTION_OUTPUT}) {
     latencies_[direction].direction = direction;
   }
@@ -246,7 +250,7 @@ void TapNodeInterface::makePorts() {
   // The outputs go too, or it would take them for these.
   removePorts(inputs_);
   removePorts(outputs_);
-  onAudio([&] { realtime_.setInputs(channelShares(inputPositions)); });
+  onAudio([&] { realtime_.setInputs(channelShares(inputPositions, single_)); });
   for (const auto position : inputPositions) {
     const auto place = inputs_.size();
     inputs_.push_back(makePort(SPA_DIRECTION_INPUT, static_cast<std::uint32_t>(place), place, channelName(position)));

@@ -26,9 +26,10 @@ namespace quillmere::pipewire {
 class TapNodeInterface {
  public:
   /// Takes `properties` over. What is shared with the audio thread is changed on `audioLoop`, the one that the library
-  /// runs this node on; null: that is the caller's own thread. `changed` is told when isConfigured(), isStarted() or
-  /// rate() has changed.
-  TapNodeInterface(TapRealtime& realtime, pw_loop* audioLoop, pw_properties* properties, std::function<void()> changed);
+  /// runs this node on; null: that is the caller's own thread. `single` is the linear gain of a single channel into
+  /// both sides. `changed` is told when isConfigured(), isStarted() or rate() has changed.
+  TapNodeInterface(TapRealtime& realtime, pw_loop* audioLoop, pw_properties* properties, float single,
+                   std::function<void()> changed);
   ~TapNodeInterface();
   TapNodeInterface(const TapNodeInterface&) = delete;
   TapNodeInterface& operator=(const TapNodeInterface&) = delete;
@@ -83,6 +84,7 @@ class TapNodeInterface {
   TapRealtime& realtime_;
   pw_loop* audioLoop_;
   pw_properties* properties_;
+  float single_;
   std::function<void()> changed_;
   bool isConfigured_ = false;
   bool isStarted_ = false;

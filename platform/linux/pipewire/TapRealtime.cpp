@@ -204,7 +204,7 @@ void TapRealtime::giveOutput(Output place, std::size_t frames) {
   auto* samples = static_cast<float*>(data.data);
   if (place == mono) {
     for (std::size_t frame = 0; frame < frames; ++frame) {
-      samples[frame] = threeDecibelsDown * (output_[2 * frame] + output_[2 * frame + 1]);
+      samples[frame] = monoGain_ * (output_[2 * frame] + output_[2 * frame + 1]);
     }
   } else {
     for (std::size_t frame = 0; frame < frames; ++frame) samples[frame] = output_[2 * frame + place];

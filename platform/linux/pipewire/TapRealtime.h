@@ -48,6 +48,8 @@ class TapRealtime {
 
   // Control side: all calls from one thread at a time.
 
+  /// The linear gain of both sides into the single output. Before the first cycle.
+  void setMonoGain(float gain) { monoGain_ = gain; }
   void setRate(std::uint32_t rateHz);
   /// The block is called from the next cycle on. It must stay where it is until stop() has returned.
   void startPlain(const IOBlock* block);
@@ -92,6 +94,7 @@ class TapRealtime {
   std::atomic<float> releaseGain_{1.0F};
 
   std::uint32_t serial_ = 0;  // Control side only.
+  float monoGain_ = threeDecibelsDown;
 
   struct {
     std::uint64_t obeyed = 0;

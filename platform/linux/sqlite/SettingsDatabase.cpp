@@ -195,10 +195,10 @@ SettingsDatabase::Reading SettingsDatabase::openWritable() {
     lastError_ = "the file is read-only";
     return {State::blocked, {}, false};
   }
-  if (!execute(opened, "PRAGMA synchronous=NORMAL") || !execute(opened, "PRAGMA journal_mode=WAL") ||
-      !execute(opened, "PRAGMA journal_size_limit=1048576") || !execute(opened, schema)) {
-    return {noteError(opened), {}, false};
-  }
+  const bool isSetUp = execute(opened, "PRAGMA synchronous=NORMAL") && execute(opened, "PRAGMA journal_mode=WAL") &&
+                       execute(opened, "PRAGMA journal_size_limit=1048576") && execute(opened, schema);
+  // What the header forbids may still be read, and is damage as below.
+  if (!isSetUp && sqlite3_db_readonly(opened, "main") != 1) return {noteError(opened), {}, false};
   auto reading = readAll(opened);
   if (reading.state != State::usable) return reading;
   // Only now is its header known, which may forbid what the file system allows.

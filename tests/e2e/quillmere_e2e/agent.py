@@ -71,6 +71,12 @@ class Agent:
     def route(self, app, uid):
         return self.ask("route", app, uid or "-")
 
+    def away(self):
+        """Milliseconds that the main thread was away at most since the last call, and those of a thread that has nothing to
+        do but to come by: what the machine itself is late. The first call begins the watch."""
+        answer = self.ask("away", seconds=60)
+        return answer["away"], answer["machine"]
+
     def kill(self):
         self.process.kill()
         self.process.wait()

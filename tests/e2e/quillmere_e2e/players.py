@@ -3,9 +3,11 @@
 A player runs under a copied executable and, if wanted, with a desktop entry that names it, so that it is what an
 installed application would be: a process with its own binary, name and icon."""
 
+import json
 import os
 import shutil
 import signal
+import socket
 import subprocess
 from pathlib import Path
 
@@ -13,8 +15,9 @@ from . import graph
 from .tones import tone_file
 from .waiting import wait_for
 
-KINDS = ("pw-play", "paplay", "gst-pulse", "gst-pipewire", "jack")
-SOURCES = {"pw-play": "/usr/bin/pw-cat", "paplay": "/usr/bin/pacat", "jack": "/usr/bin/mpv"}
+KINDS = ("pw-play", "paplay", "gst-pulse", "gst-pipewire", "mpv-pulse", "mpv-pipewire", "jack")
+SOURCES = {"pw-play": "/usr/bin/pw-cat", "paplay": "/usr/bin/pacat", "mpv-pulse": "/usr/bin/mpv",
+           "mpv-pipewire": "/usr/bin/mpv", "jack": "/usr/bin/mpv"}
 
 
 def copied_executable(source, binary):
@@ -29,6 +32,10 @@ def copied_executable(source, binary):
     return path
 
 
+def binary_of(name):
+    return "qm-test-" + name.lower().replace(" ", "-")
+
+
 class Player:
     """One client with one output stream. `binary` and `name` identify it; two players may share them.
 
@@ -39,7 +46,7 @@ class Player:
         if kind not in KINDS:
             raise ValueError(kind)
         self.kind, self.name, self.hz, self.amplitude, self.target = kind, name, hz, amplitude, target
-        self.binary = binary or "qm-test-" + name.lower().replace(" ", "-")
+        self.binary = binary or binary_of(name)
         self.file = file
         self.extra = list(extra)
         self.process = None
@@ -71,6 +78,10 @@ class Player:
                     "--loop-file=inf", "--ao=jack", f"--jack-name={self.name}",
                     f"--jack-port={self.target or 'Desk Speakers'}:playback", *self.extra,
                     self.file or tone_file(self.hz, self.amplitude)]
+        if self.kind.startswith("mpv-"):
+            return [self.executable, "--no-config", "--no-video", "--no-terminal", "--idle=yes", "--loop-file=inf",
+                    f"--ao={self.kind.removeprefix('mpv-')}", f"--audio-client-name={self.binary}",
+                    f"--input-ipc-server={self._socket()}"] + self.extra + [self.file or tone_file(self.hz, self.amplitude)]
         source = ["audiotestsrc", "wave=sine", f"freq={self.hz}", f"volume={self.amplitude}", "!",
                   "audio/x-raw,format=F32LE,rate=48000,channels=2", "!"]
         if self.kind == "gst-pulse":
@@ -79,19 +90,34 @@ class Player:
             sink = ["pipewiresink", f"client-name={self.name}"] + ([f"path={self.target}"] if self.target else [])
         return [self.executable, "-q"] + source + sink + self.extra
 
-    def start(self):
-        """Starts the client and waits until its stream runs."""
+    def launch(self):
+        """Starts the client."""
         log = open(Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / f"{self.binary}.log", "ab")
         with log:
             self.process = subprocess.Popen(self.command(), stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+
+    def start(self):
+        """Starts the client and waits until its stream runs."""
+        self.launch()
         wait_for(lambda: any(stream["state"] == "running" for stream in self.streams()),
                  f"{self.name} ({self.kind}) plays")
         return self
 
-    def streams(self):
-        """Its output streams in the graph, found by process id."""
-        standing = graph.Graph()
-        streams = standing.jack_clients() if self.kind == "jack" else standing.output_streams()
+    def _socket(self):
+        return Path(os.environ["QUILLMERE_SESSION_DIR"]) / f"{self.binary}.socket"
+
+    def command_mpv(self, *words):
+        """What mpv is told while it plays: ("set_property", "pause", True), ("stop",) and so on."""
+        with socket.socket(socket.AF_UNIX) as connection:
+            connection.settimeout(5)
+            connection.connect(str(self._socket()))
+            connection.sendall(json.dumps({"command": words}).encode() + b"\n")
+            connection.recv(65536)
+
+    def streams(self, seen=None):
+        """Its output streams in the graph as it is, or as it was seen, found by process id."""
+        seen = seen or graph.Graph()
+        streams = seen.jack_clients() if self.kind == "jack" else seen.output_streams()
         return [stream for stream in streams if stream["pid"] == self.process.pid]
 
     @property
@@ -115,6 +141,51 @@ class Player:
 
     def __enter__(self):
         return self if self.alive() else self.start()
+
+    def __exit__(self, *_):
+        self.stop()
+
+
+class Crowd:
+    """Many applications that play at once, each with an identity of its own. Three of them, the first, one in the middle and
+    the last, can be told from the others in a recording."""
+
+    SOLOS = (1000, 2000, 3000)
+
+    def __init__(self, count):
+        quiet = tone_file(500, 0.001)
+        self.members = [Player("pw-play", f"Crowd {number:02}", 500, file=quiet) for number in range(count)]
+        places = sorted({0, count // 2, count - 1})
+        self.soloists = [Player("pw-play", f"Crowd {place:02}", hz, 0.05) for place, hz in zip(places, self.SOLOS)]
+        for place, soloist in zip(places, self.soloists):
+            self.members[place] = soloist
+
+    def start(self):
+        for member in self.members:
+            member.launch()
+        wait_for(lambda: len(self.running(graph.Graph())) == len(self.members), "all applications play", 60, pause=0.2)
+        return self
+
+    def running(self, seen):
+        """Its streams that run."""
+        pids = {member.pid for member in self.members}
+        return [stream for stream in seen.output_streams() if stream["pid"] in pids and stream["state"] == "running"]
+
+    def tapped(self, seen):
+        """How many of them play into a node of ours and nowhere else."""
+        ours = set(seen.ours())
+        targets = [set(seen.targets_of(stream["id"])) for stream in self.running(seen)]
+        return sum(bool(links) and links <= ours for links in targets)
+
+    def stop(self):
+        for member in self.members:
+            if member.alive():
+                member.process.terminate()
+        for member in self.members:
+            member.stop()
+
+    def __enter__(self):
+        return self.start()
 
     def __exit__(self, *_):
         self.stop()

@@ -21,9 +21,11 @@ class Monitor:
 
     Without a device it records what is linked to it by hand, as the node `name`."""
 
-    def __init__(self, sink=None, name="quillmere-test-monitor"):
+    def __init__(self, sink=None, name="quillmere-test-monitor", latency=256):
         self.sink = sink
         self.name = name
+        # In frames: nobody's cycles are longer than those of the most impatient.
+        self.latency = latency
         self.process = None
         handle, path = tempfile.mkstemp(prefix="monitor-", suffix=".wav")
         os.close(handle)
@@ -37,7 +39,7 @@ class Monitor:
         with log:
             self.process = subprocess.Popen(
                 ["pw-record", "--properties", properties, "--target", self.sink or "0", "--format", "f32", "--rate", str(RATE),
-                 "--channels", str(CHANNELS), "--latency", "256", str(self.path)], stdin=subprocess.DEVNULL,
+                 "--channels", str(CHANNELS), "--latency", str(self.latency), str(self.path)], stdin=subprocess.DEVNULL,
                 stdout=log, stderr=log)
         if self.sink:
             wait_for(lambda: self.frames() > RATE // 10, f"the monitor of {self.sink} delivers")

@@ -421,6 +421,20 @@ TEST_F(SqliteUserDefaultsTest, AHeaderThatForbidsWritingIsDamageAndWhatCanBeRead
   EXPECT_EQ(open()->real("other"), 0.5);
 }
 
+TEST_F(SqliteUserDefaultsTest, AHeaderWithoutALogThatForbidsWritingIsDamageToo) {
+  store("key", 0.25);
+  auto content = withHeaderThatForbidsWriting(contentOf(file()));
+  // The "file format read version": of a database that keeps no log.
+  content.at(19) = 1;
+  files::remove_all(directory());
+  makeFile(content);
+  EXPECT_EQ(open()->real("key"), 0.25);
+  EXPECT_EQ(contentOf(aside()), content);
+  store("other", 0.5);
+  EXPECT_EQ(open()->real("key"), 0.25);
+  EXPECT_EQ(open()->real("other"), 0.5);
+}
+
 TEST_F(SqliteUserDefaultsTest, ALogWithoutItsDatabaseIsKept) {
   folder.write("config/quillmere/defaults.sqlite-wal", "somebody's last changes");
   const auto defaults = open();

@@ -1,5 +1,5 @@
-// Taps where the graph isn't tidy: streams of several layouts, other mixers, devices of a stream's own, filters, devices
-// that are another's alone, other rates.
+// Taps where the graph isn't tidy: streams of several layouts, other mixers, devices of a stream's own, filters,
+// devices that are another's alone, other rates.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -42,18 +42,12 @@ std::string serialOf(const std::string& name) {
                   "\"' '/object.serial/ {s=$3} /node.name/ && $3==want {gsub(/\"/, \"\", s); printf \"%s\", s}'"});
 }
 
-void moveWithAnotherMixer(const std::string& stream, const std::string& device) {
-  run({"sh", "-c",
-       "pactl move-sink-input $(pactl -f json list sink-inputs | tr '{' '\\n' | grep -B200 '\"" + stream +
-           "\"' | grep -o '\"index\":[0-9]*' | tail -1 | cut -d: -f2) " + device});
-}
-
 /// Until the level there is what it is to be: the pulse server of 0.3.65 acknowledges a move now and then without
 /// making it, tap or no tap.
 ::testing::AssertionResult playsAfterAMove(const std::string& stream, const std::string& device,
                                            const MonitorRecorder& monitor, float gain) {
   for (int attempt = 0; attempt < 5; ++attempt) {
-    moveWithAnotherMixer(stream, device);
+    run({"pactl", "move-sink-input", session::sinkInputOf(stream), device});
     if (levelIs(monitor, gain)) return ::testing::AssertionSuccess();
   }
   return levelIs(monitor, gain);
@@ -216,7 +210,8 @@ TEST_F(TapInUntidyGraphs, ARoutedStreamThatAnotherMixerMovesToTheDefaultGoesTher
   EXPECT_TRUE(levelIs(monitorB, 0.0F));
 }
 
-// --- a device of the stream's own -------------------------------------------------------------------------------------
+// --- a device of the stream's own
+// -------------------------------------------------------------------------------------
 
 TEST_F(TapInUntidyGraphs, AnUnroutedApplicationStaysOnTheDeviceThatItNamesItself) {
   const auto player = playSignal({"--app-id", "test.player", "--prop", "target.object=" + session::sinkB});
@@ -262,7 +257,8 @@ TEST_F(TapInUntidyGraphs, AnUnroutedApplicationWhoseDeviceGoesPlaysWhereTheSessi
   EXPECT_TRUE(levelIs(own, 0.5F)) << machine.log.all();
 }
 
-// --- a device that is another's alone ---------------------------------------------------------------------------------
+// --- a device that is another's alone
+// ---------------------------------------------------------------------------------
 
 TEST_F(TapInUntidyGraphs, ATapWaitsForADeviceThatAnotherClientHoldsAlone) {
   auto holder = std::make_unique<ChildProcess>(playSignal(
@@ -305,10 +301,10 @@ TEST_F(TapInUntidyGraphs, ADeviceThatATapPlaysOnIsNotGivenToAnotherAlone) {
 
 /// A filter as a loopback with a volume of its own, which shows whether sound went through it.
 ChildProcess startFilter(const std::string& name, const std::string& more) {
-  ChildProcess filter({"pw-loopback", "--capture-props",
-                       "media.class=Audio/Sink node.name=" + name + " audio.position=[FL FR] " + more,
-                       "--playback-props", "node.name=" + name + ".output target.object=" + session::sinkA +
-                                               " node.passive=true audio.position=[FL FR]"});
+  ChildProcess filter(
+      {"pw-loopback", "--capture-props", "media.class=Audio/Sink node.name=" + name + " audio.position=[FL FR] " + more,
+       "--playback-props",
+       "node.name=" + name + ".output target.object=" + session::sinkA + " node.passive=true audio.position=[FL FR]"});
   EXPECT_TRUE(eventually([&] { return !serialOf(name).empty(); }));
   return filter;
 }

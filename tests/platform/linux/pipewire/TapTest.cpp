@@ -30,12 +30,14 @@ std::string storedByTheSessionManager() {
   return all.str();
 }
 
-/// It writes its files a second after the last change: a change of ours that it stores shows that it has.
-bool hasStoredAVolume(const std::string& percent, const std::string& linear) {
-  run({"pactl", "set-sink-volume", session::sinkB, percent});
-  return eventually([&] {
-    return storedByTheSessionManager().find(session::sinkB + ":channelVolumes=" + linear) != std::string::npos;
-  });
+/// It writes its files a second after the last change: what another stream has had stored since shows that it has.
+bool hasStoredAllUntilNow(const std::string& marker) {
+  const auto player = playSignal({"--app-id", marker});
+  std::string stream;
+  if (!eventually([&] { return !(stream = session::sinkInputOf(marker + "-1")).empty(); })) return false;
+  // Once: every change has it wait for another second.
+  run({"pactl", "set-sink-input-volume", stream, "80%"});
+  return eventually([&] { return storedByTheSessionManager().find(marker) != std::string::npos; });
 }
 
 std::string targetOf(const std::string& stream) {
@@ -332,11 +334,11 @@ TEST_F(Tap, TheSessionManagerStoresNothingOfOurs) {
   ASSERT_TRUE(machine.waitForSound("test.player"));
   TapUnderTest tap(machine, "test.player", 0.5F);
   ASSERT_TRUE(eventually([&] { return tap.calls() > 2; }));
-  ASSERT_TRUE(hasStoredAVolume("80%", "0.51"));
+  ASSERT_TRUE(hasStoredAllUntilNow("test.marker.one"));
   EXPECT_EQ(storedByTheSessionManager().find("app.quillmere"), std::string::npos) << storedByTheSessionManager();
   tap.end();
   ASSERT_TRUE(eventually([] { return session::ourNodes().empty(); }));
-  ASSERT_TRUE(hasStoredAVolume("50%", "0.125"));
+  ASSERT_TRUE(hasStoredAllUntilNow("test.marker.two"));
   EXPECT_EQ(storedByTheSessionManager().find("app.quillmere"), std::string::npos) << storedByTheSessionManager();
 }
 

@@ -11,7 +11,7 @@ namespace {
 struct AudioSnapshotTest : ::testing::Test {
   Graph graph;
   ObjectIDs ids;
-  PendingWrites pending;
+  Volumes pending;
   [[nodiscard]] AudioSnapshot take() { return takeSnapshot(graph.model, pending, ids); }
 };
 
@@ -21,6 +21,17 @@ TEST_F(AudioSnapshotTest, ADeviceWithoutADescriptionGoesByItsNickOrName) {
   const auto snapshot = take();
   EXPECT_EQ(snapshot.devices[0].name, "One");
   EXPECT_EQ(snapshot.devices[1].name, "two");
+}
+
+TEST_F(AudioSnapshotTest, ADevicesNameIsCutAndCleanedAndItsUIDIsNot) {
+  graph.sink(1, "one", {{"node.description", "Ann's\n\"Pods\"\x1b" + std::string(5000, 'x')}});
+  graph.sink(2, "two", {{"node.description", " \t "}, {"node.nick", "Two\xff"}});
+  graph.sink(3, std::string(5000, 'y'));
+  const auto snapshot = take();
+  EXPECT_EQ(snapshot.devices[0].name, "Ann's \"Pods\" " + std::string(256 - 13, 'x'));
+  EXPECT_EQ(snapshot.devices[1].name, "Two\xEF\xBF\xBD");
+  EXPECT_EQ(snapshot.devices[2].name, std::string(256, 'y'));
+  EXPECT_EQ(snapshot.devices[2].uid, std::string(5000, 'y'));
 }
 
 TEST_F(AudioSnapshotTest, ADeviceThatReturnsHasItsOldIDUnderAnotherGlobal) {
@@ -42,24 +53,87 @@ TEST_F(AudioSnapshotTest, ARoutesVolumeGoesBeforeTheNodes) {
   EXPECT_EQ(take().devices[0].volumes, (std::vector<float>{0.5F, 0.5F}));
 }
 
-TEST_F(AudioSnapshotTest, WhatWasWrittenCountsUntilItIsConfirmed) {
+TEST_F(AudioSnapshotTest, AVolumeThatWasWrittenCountsUntilItIsConfirmed) {
   graph.sink(1, "one");
-  graph.sink(2, "two");
   graph.model.setNodeVolumes(1, {1.0F});
-  graph.model.setMetadata(0, "default.audio.sink", R"({"name":"one"})");
-  pending.defaultOutput = "two";
-  pending.volumes[1] = {0.125F};
-  const auto snapshot = take();
-  EXPECT_EQ(snapshot.defaultOutput, snapshot.devices[1].id);
-  EXPECT_EQ(snapshot.devices[0].volumes, std::vector<float>{0.5F});
+  pending[1] = {0.125F};
+  EXPECT_EQ(take().devices[0].volumes, std::vector<float>{0.5F});
 }
 
-TEST_F(AudioSnapshotTest, ADefaultThatIsNotThereIsNone) {
+TEST_F(AudioSnapshotTest, TheDefaultIsTheOutputOfItsName) {
+  graph.node(1, "Audio/Source", 0, {{"node.name", "two"}});
+  graph.sink(2, "one");
+  graph.sink(3, "two");
+  auto snapshot = take();
+  setDefaultOutput(snapshot, {}, "two");
+  EXPECT_EQ(snapshot.defaultOutput, snapshot.devices[2].id);
+}
+
+TEST_F(AudioSnapshotTest, ADefaultThatNobodyKnowsIsNone) {
   graph.sink(1, "one");
-  graph.model.setMetadata(0, "default.audio.sink", R"({"name":"gone"})");
-  EXPECT_EQ(take().defaultOutput, 0U);
-  graph.model.setMetadata(0, "default.audio.sink", "{");
-  EXPECT_EQ(take().defaultOutput, 0U);
+  auto snapshot = take();
+  setDefaultOutput(snapshot, {}, "gone");
+  EXPECT_EQ(snapshot.defaultOutput, 0U);
+  setDefaultOutput(snapshot, {}, std::nullopt);
+  EXPECT_EQ(snapshot.defaultOutput, 0U);
+}
+
+TEST_F(AudioSnapshotTest, ADefaultThatHasGoneIsNotListedButStillTellsWhatItWas) {
+  graph.sink(1, "one", {{"device.bus", "usb"}});
+  graph.model.setNodeVolumes(1, {0.125F});
+  const auto before = take();
+  graph.model.remove(1);
+  auto after = take();
+  setDefaultOutput(after, before, "one");
+  EXPECT_TRUE(after.devices.empty());
+  EXPECT_EQ(after.defaultOutput, before.devices[0].id);
+  const auto* gone = after.device(after.defaultOutput);
+  ASSERT_NE(gone, nullptr);
+  EXPECT_EQ(deviceProperty(*gone, {audio::deviceUID}).text, "one");
+  EXPECT_EQ(deviceProperty(*gone, {audio::transportType}).number, audio::transportUSB);
+  EXPECT_EQ(deviceProperty(*gone, {audio::deviceIsAlive}).number, 0U);
+  const auto volume = deviceProperty(*gone, {audio::volumeScalar, audio::scopeOutput, 0});
+  EXPECT_EQ(volume.real, 0.5F);
+  EXPECT_FALSE(volume.isSettable);
+  // And in the picture after that one too.
+  auto later = take();
+  setDefaultOutput(later, after, "one");
+  EXPECT_EQ(later.defaultOutput, after.defaultOutput);
+}
+
+TEST_F(AudioSnapshotTest, ADeviceThatIsHeldIsListedUntilItIsLetGoOrReturns) {
+  graph.sink(1, "one");
+  graph.sink(2, "two");
+  const auto before = take();
+  graph.model.remove(1);
+  auto held = take();
+  keepDevices(held, before, [](const auto&) { return true; });
+  ASSERT_EQ(held.devices.size(), 2U);
+  EXPECT_EQ(held.devices[1].id, before.devices[0].id);
+  EXPECT_FALSE(held.devices[1].isThere);
+  auto letGo = take();
+  keepDevices(letGo, held, [](const auto&) { return false; });
+  EXPECT_EQ(letGo.devices.size(), 1U);
+  graph.sink(7, "one");
+  auto returned = take();
+  keepDevices(returned, held, [](const auto&) { return true; });
+  ASSERT_EQ(returned.devices.size(), 2U);
+  EXPECT_TRUE(returned.device(before.devices[0].id)->isThere);
+}
+
+TEST_F(AudioSnapshotTest, AChoiceIsToldOnceAnsweredEvenWhereItHasChangedNothing) {
+  graph.sink(1, "one");
+  const auto before = take();
+  auto awaited = take();
+  awaited.defaultOutput = awaited.devices[0].id;
+  EXPECT_TRUE(differences(before, awaited).empty());
+  auto refused = awaited;
+  refused.defaultOutput = 0;
+  refused.choicesAnswered = 1;
+  refused.refusedOutput = awaited.defaultOutput;
+  EXPECT_EQ(differences(awaited, refused),
+            (std::vector<PropertyChange>{{systemObjectID, audio::defaultOutputDevice},
+                                         {systemObjectID, audio::refusedDefaultOutput}}));
 }
 
 TEST_F(AudioSnapshotTest, AClientWithoutAStreamIsNoProcess) {

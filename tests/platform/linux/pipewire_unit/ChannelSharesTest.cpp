@@ -10,22 +10,47 @@ namespace {
 using Positions = std::vector<std::uint32_t>;
 
 TEST(ChannelShares, StereoStaysAsItIs) {
-  EXPECT_EQ(channelShares(Positions{SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_FR}),
+  EXPECT_EQ(channelShares(Positions{SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_FR}, 1.0F),
             (std::vector<ChannelShare>{leftShare, rightShare}));
-  EXPECT_EQ(channelShares(Positions{SPA_AUDIO_CHANNEL_FR, SPA_AUDIO_CHANNEL_FL}),
+  EXPECT_EQ(channelShares(Positions{SPA_AUDIO_CHANNEL_FR, SPA_AUDIO_CHANNEL_FL}, 1.0F),
             (std::vector<ChannelShare>{rightShare, leftShare}));
 }
 
-TEST(ChannelShares, ASingleChannelIsHeardOnBothSidesWhateverItIsCalled) {
-  for (const std::uint32_t position : {SPA_AUDIO_CHANNEL_MONO, SPA_AUDIO_CHANNEL_FC, SPA_AUDIO_CHANNEL_FL,
-                                       SPA_AUDIO_CHANNEL_AUX0, SPA_AUDIO_CHANNEL_LFE}) {
-    EXPECT_EQ(channelShares(Positions{position}), std::vector<ChannelShare>{bothSides});
+TEST(ChannelShares, ASingleChannelIsHeardOnBothSidesAsTheLibraryWouldMixIt) {
+  EXPECT_EQ(channelShares(Positions{SPA_AUDIO_CHANNEL_MONO}, 1.0F), (std::vector<ChannelShare>{{1.0F, 1.0F}}));
+  EXPECT_EQ(channelShares(Positions{SPA_AUDIO_CHANNEL_MONO}, 0.5F), (std::vector<ChannelShare>{{0.5F, 0.5F}}));
+  const auto old = singleChannelMix({0, 3, 65});
+  EXPECT_EQ(old.input, threeDecibelsDown);
+  EXPECT_EQ(old.output, threeDecibelsDown);
+  const auto later = singleChannelMix({0, 3, 66});
+  EXPECT_EQ(later.input, 1.0F);
+  EXPECT_EQ(later.output, 0.5F);
+}
+
+TEST(ChannelShares, AStreamThatIsMadeOneChannelComesOutAsItWentIn) {
+  for (const auto& version : {LibraryVersion{0, 3, 65}, LibraryVersion{1, 4, 2}}) {
+    const auto mix = singleChannelMix(version);
+    // Into both sides, and both into one.
+    EXPECT_NEAR(2.0F * mix.input * mix.output, 1.0F, 1e-6F);
+  }
+}
+
+TEST(LibraryVersion, IsReadPartByPart) {
+  EXPECT_EQ(libraryVersion("0.3.65"), (LibraryVersion{0, 3, 65}));
+  EXPECT_EQ(libraryVersion("1.4.2-rc1"), (LibraryVersion{1, 4, 2}));
+  EXPECT_LT(libraryVersion("0.3.65"), libraryVersion("0.3.100"));
+}
+
+TEST(LibraryVersion, OneThatCannotBeReadIsNewerThanAllOthers) {
+  for (const auto* text : {"", "garbage", "1", "1.4", "1.x.2", "."}) {
+    EXPECT_GT(libraryVersion(text), (LibraryVersion{99, 0, 0})) << text;
   }
 }
 
 TEST(ChannelShares, OfSurroundCentreAndSidesComeThreeDecibelsDownAndTheBassIsLeftOut) {
   const auto shares = channelShares(Positions{SPA_AUDIO_CHANNEL_FL, SPA_AUDIO_CHANNEL_FR, SPA_AUDIO_CHANNEL_FC,
-                                              SPA_AUDIO_CHANNEL_LFE, SPA_AUDIO_CHANNEL_SL, SPA_AUDIO_CHANNEL_RR});
+                                              SPA_AUDIO_CHANNEL_LFE, SPA_AUDIO_CHANNEL_SL, SPA_AUDIO_CHANNEL_RR},
+                                    1.0F);
   ASSERT_EQ(shares.size(), 6U);
   EXPECT_EQ(shares[0], leftShare);
   EXPECT_EQ(shares[1], rightShare);
@@ -39,7 +64,7 @@ TEST(ChannelShares, OfSurroundCentreAndSidesComeThreeDecibelsDownAndTheBassIsLef
 }
 
 TEST(ChannelShares, ChannelsWithoutAPositionGoLeftAndRightInTurn) {
-  EXPECT_EQ(channelShares(Positions{SPA_AUDIO_CHANNEL_AUX0, SPA_AUDIO_CHANNEL_AUX1, 0xFFFFFFFFU}),
+  EXPECT_EQ(channelShares(Positions{SPA_AUDIO_CHANNEL_AUX0, SPA_AUDIO_CHANNEL_AUX1, 0xFFFFFFFFU}, 1.0F),
             (std::vector<ChannelShare>{leftShare, rightShare, leftShare}));
 }
 

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/PipeWireAudioHardware.h"
@@ -41,9 +42,11 @@ class MemoryLog final : public LogSink {
 };
 
 struct Machine {
+  explicit Machine(PipeWireOptions options = {}) : audio(main, log, defaultApplicationIdentifier, std::move(options)) {}
+
   QueueExecutor main;
   MemoryLog log;
-  PipeWireAudioHardware audio{main, log};
+  PipeWireAudioHardware audio;
 
   [[nodiscard]] std::vector<AudioObjectID> list(std::uint32_t selector) const;
   [[nodiscard]] std::string text(AudioObjectID object, std::uint32_t selector) const;

@@ -195,6 +195,16 @@ std::vector<std::string> ourTaps() {
   return names;
 }
 
+std::string sinkInputOf(const std::string& stream) {
+  std::istringstream listing(run({"pactl", "list", "sink-inputs"}));
+  std::string index;
+  for (std::string line; std::getline(listing, line);) {
+    if (const auto mark = line.find("Sink Input #"); mark != std::string::npos) index = line.substr(mark + 12);
+    if (line.find("node.name = \"" + stream + "\"") != std::string::npos) return index;
+  }
+  return {};
+}
+
 bool areLinked(const std::string& output, const std::string& input) {
   std::istringstream listing(run({"pw-link", "-l"}));
   std::string source;

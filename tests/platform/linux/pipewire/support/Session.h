@@ -35,6 +35,8 @@ void restartSessionManager();
 [[nodiscard]] std::vector<std::string> ourNodes();
 /// Those among them that applications are moved to.
 [[nodiscard]] std::vector<std::string> ourTaps();
+/// The number by which the PulseAudio server knows a stream, by its node.name; empty where there is none.
+[[nodiscard]] std::string sinkInputOf(const std::string& stream);
 /// Whether a port of the one node is linked to a port of the other.
 [[nodiscard]] bool areLinked(const std::string& output, const std::string& input);
 

@@ -1,0 +1,64 @@
+// Ends of the connection that are no end of the daemon.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+#include "support/Machine.h"
+#include "support/Relay.h"
+#include "support/Session.h"
+#include "support/SessionTest.h"
+
+namespace quillmere::test {
+namespace {
+
+constexpr const char* relayName = "test-relay";
+
+class ConnectionEnds : public SessionTest {
+ protected:
+  static PipeWireOptions throughTheRelay() {
+    PipeWireOptions options;
+    options.remote = relayName;
+    return options;
+  }
+};
+
+TEST_F(ConnectionEnds, AConnectionThatBreaksOnSomethingUnreadableIsMadeAgain) {
+  Relay relay(relayName);
+  const Machine machine(throughTheRelay());
+  ASSERT_TRUE(eventually([&] { return machine.defaultOutput() == session::sinkA; })) << machine.log.all();
+  ASSERT_EQ(relay.accepted(), 1);
+  relay.say(garbage());
+  EXPECT_TRUE(eventually([&] { return relay.accepted() == 2; })) << machine.log.all();
+  session::addSink("test_extra");
+  EXPECT_TRUE(eventually([&] { return machine.device("test_extra") != 0; })) << "deaf";
+  EXPECT_EQ(machine.defaultOutput(), session::sinkA);
+  EXPECT_EQ(relay.standing(), 1) << "the broken one is closed";
+  EXPECT_TRUE(machine.log.contains("reports -71 for 0")) << machine.log.all();
+}
+
+TEST_F(ConnectionEnds, ASocketOnWhichNobodyMakesSenseIsTriedUntilADaemonAnswers) {
+  Relay relay(relayName);
+  relay.answerEverybodyWith(garbage());
+  const Machine machine(throughTheRelay());
+  ASSERT_TRUE(eventually([&] { return relay.accepted() >= 3; }, std::chrono::seconds(10)));
+  EXPECT_TRUE(machine.list(audio::devices).empty());
+  relay.answerEverybodyWith({});
+  EXPECT_TRUE(eventually([&] { return machine.defaultOutput() == session::sinkA; }, std::chrono::seconds(10)));
+  const auto log = machine.log.all();
+  EXPECT_EQ(log.find("is gone"), log.rfind("is gone")) << "said once\n" << log;
+}
+
+TEST_F(ConnectionEnds, ADaemonThatReportsAnErrorAndGoesOnIsNotLeft) {
+  Relay relay(relayName);
+  Machine machine(throughTheRelay());
+  ASSERT_TRUE(eventually([&] { return machine.defaultOutput() == session::sinkA; }));
+  relay.say(reportOfError(-EACCES));
+  ASSERT_TRUE(eventually([&] { return machine.log.contains("reports -13 for 0: not for you"); })) << machine.log.all();
+  // That it stays has no event: a second is twice as long as an answer is waited for.
+  EXPECT_FALSE(eventually([&] { return relay.accepted() > 1; }, std::chrono::seconds(1))) << machine.log.all();
+  session::addSink("test_extra");
+  EXPECT_TRUE(eventually([&] { return machine.device("test_extra") != 0; }));
+}
+
+}  // namespace
+}  // namespace quillmere::test
