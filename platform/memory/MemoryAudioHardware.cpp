@@ -711,6 +711,15 @@ void MemoryAudioHardware::setTapFormat(const AudioStreamBasicDescription& format
   world_->tapFormat = format;
 }
 
+void MemoryAudioHardware::changeTapFormat(const AudioStreamBasicDescription& format) {
+  const std::lock_guard lock(world_->mutex);
+  world_->tapFormat = format;
+  for (auto& [id, tap] : world_->taps) {
+    tap.format = format;
+    world_->tell(id, globalAddress(audio::tapFormat));
+  }
+}
+
 void MemoryAudioHardware::setAggregateAliveDelay(Duration delay) {
   const std::lock_guard lock(world_->mutex);
   world_->aliveDelay = delay;
