@@ -41,13 +41,7 @@ class VirtualTime::VirtualSerialQueue final : public SerialQueue {
 
  private:
   void runQueued() {
-    while (true) {
-      const auto next = std::find_if(time_.items_.begin(), time_.items_.end(),
-                                     [this](const auto& item) { return item.second.executor == &executor_; });
-      if (next == time_.items_.end()) return;
-      auto node = time_.items_.extract(next);
-      time_.dueTimes_.erase(node.key().second);
-      time_.run(std::move(node.mapped()));
+    while (time_.runNextOn(executor_, MonotonicTime::max())) {
     }
   }
 
@@ -90,6 +84,16 @@ bool VirtualTime::runNext(MonotonicTime limit) {
   return true;
 }
 
+bool VirtualTime::runNextOn(const Executor& executor, MonotonicTime limit) {
+  const auto next = std::find_if(items_.begin(), items_.end(),
+                                 [&executor](const auto& item) { return item.second.executor == &executor; });
+  if (next == items_.end() || next->first.first > limit) return false;
+  auto node = items_.extract(next);
+  dueTimes_.erase(node.key().second);
+  run(std::move(node.mapped()));
+  return true;
+}
+
 void VirtualTime::run(Item item) {
   auto* const before = std::exchange(running_, item.executor);
   item.work();
@@ -107,6 +111,11 @@ void VirtualTime::advance(Duration duration) {
   while (runNext(target)) {
   }
   now_ = std::max(now_, target);
+}
+
+void VirtualTime::runDueOn(Executor& executor) {
+  while (runNextOn(executor, now_)) {
+  }
 }
 
 void VirtualTime::shutDown() {

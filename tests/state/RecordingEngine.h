@@ -2,6 +2,9 @@
 // What it says is active, a test sets.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <ostream>
@@ -56,6 +59,7 @@ class RecordingEngine final : public EngineCalls {
     add(routingCall(bundleID, deviceUID));
   }
   void updateProcessMap(std::vector<CoreAudioProcessMonitor::Snapshot> snapshots) override {
+    if (beforeProcessMap_) beforeProcessMap_();
     callsBeforeFirstProcessMap_ = callsBeforeFirstProcessMap_.value_or(calls_.size());
     processes_ = std::move(snapshots);
   }
@@ -63,9 +67,11 @@ class RecordingEngine final : public EngineCalls {
   void refreshUnroutedSubgraphsForNewSystemDefault() override { add(refreshCall()); }
   Stream<std::map<std::string, float>> levelsStream() override {
     using Levels = Stream<std::map<std::string, float>>;
-    return Levels::produce(background_, [](TaskContext& task, Levels::Writer& writer) -> Async<void> {
+    return Levels::produce(background_, [this](TaskContext& task, Levels::Writer& writer) -> Async<void> {
       while (!task.isCancelled()) {
+        mostLevelsWaiting_ = std::max(mostLevelsWaiting_, writer.backlog());
         writer.yield({{"com.example.loud", 1.0F}});
+        ++levelsTold_;
         co_await task.sleep(std::chrono::milliseconds(100));
       }
     });
@@ -80,6 +86,11 @@ class RecordingEngine final : public EngineCalls {
   }
   void setActive(std::set<std::string> bundleIDs) { active_ = std::move(bundleIDs); }
   [[nodiscard]] const std::vector<CoreAudioProcessMonitor::Snapshot>& processes() const { return processes_; }
+  /// Called at the head of each updateProcessMap().
+  void setBeforeProcessMap(std::function<void()> beforeProcessMap) { beforeProcessMap_ = std::move(beforeProcessMap); }
+  [[nodiscard]] std::size_t levelsTold() const { return levelsTold_; }
+  /// How many levels ever waited to be taken when the next one came.
+  [[nodiscard]] std::size_t mostLevelsWaiting() const { return mostLevelsWaiting_; }
   /// How many calls had come when the first process map came.
   [[nodiscard]] std::optional<std::size_t> callsBeforeFirstProcessMap() const { return callsBeforeFirstProcessMap_; }
 
@@ -95,6 +106,9 @@ class RecordingEngine final : public EngineCalls {
   std::set<std::string> active_;
   std::vector<CoreAudioProcessMonitor::Snapshot> processes_;
   std::optional<std::size_t> callsBeforeFirstProcessMap_;
+  std::function<void()> beforeProcessMap_;
+  std::size_t levelsTold_ = 0;
+  std::size_t mostLevelsWaiting_ = 0;
 };
 
 }  // namespace quillmere
