@@ -1,6 +1,6 @@
 // What a press of a media key means for the players there are.
 // The program presses the toggle for what it was last told; the answer is a call that stays right if that is out of
-// date.
+// date. Pure: [any].
 #pragma once
 
 #include <cstdint>

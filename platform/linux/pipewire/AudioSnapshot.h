@@ -36,6 +36,7 @@ struct ProcessSnapshot {
   friend bool operator==(const ProcessSnapshot&, const ProcessSnapshot&) = default;
 };
 
+/// Never changed once it has been taken, so any thread may hold it. [any]
 struct AudioSnapshot {
   std::vector<DeviceSnapshot> devices;
   /// In the order of appearance.
@@ -55,6 +56,7 @@ struct PendingWrites {
   std::map<GlobalID, std::vector<float>> volumes;
 };
 
+/// The picture that the model gives now. [loop]
 [[nodiscard]] AudioSnapshot takeSnapshot(const GraphModel& model, const PendingWrites& pending, ObjectIDs& ids);
 
 struct PropertyChange {
@@ -64,11 +66,12 @@ struct PropertyChange {
   friend auto operator<=>(const PropertyChange&, const PropertyChange&) = default;
 };
 
+/// What listeners are to be told of. [any]
 [[nodiscard]] std::vector<PropertyChange> differences(const AudioSnapshot& before, const AudioSnapshot& after);
 
-/// The key of an application's process object.
+/// The key of an application's process object. [any]
 [[nodiscard]] std::string processKey(const std::string& identifier);
-/// The application identifier of such a key; absent for other keys.
+/// The application identifier of such a key; absent for other keys. [any]
 [[nodiscard]] std::optional<std::string> identifierOfKey(const std::string& key);
 
 }  // namespace quillmere::pipewire

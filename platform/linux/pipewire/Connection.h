@@ -14,6 +14,7 @@ struct pw_core;
 
 namespace quillmere::pipewire {
 
+/// [loop] throughout; the destructor also where the loop has ended. Events come on [loop].
 class Connection {
  public:
   struct Events {
@@ -32,7 +33,6 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  // Locked or on the loop.
   void open();
   /// Tells `lost` if there was a connection, and doesn't come back.
   void close();

@@ -13,6 +13,7 @@
 
 namespace quillmere::pipewire {
 
+/// [any] throughout.
 class Listeners {
  public:
   explicit Listeners(Executor& main);
@@ -20,10 +21,10 @@ class Listeners {
   Listeners(const Listeners&) = delete;
   Listeners& operator=(const Listeners&) = delete;
 
-  // [any]
   void add(AudioObjectID object, const PropertyAddress& address, PropertyListener listener);
   void remove(AudioObjectID object, const PropertyAddress& address, const PropertyListener& listener);
-  /// A listener that is still there when its turn comes is called once, however often its property changed.
+  /// A listener that is still there when its turn comes is called once on [main], however often its property changed.
+  /// [any]
   void tell(std::span<const PropertyChange> changes);
 
  private:
