@@ -221,7 +221,7 @@ class MemoryAudioHardware final : public AudioHardware {
   std::shared_ptr<World> world_;
 };
 
-/// For test messages.
+/// For test messages. [any]
 [[nodiscard]] const char* nameOf(MemoryAudioHardware::Method method);
 
 }  // namespace quillmere
