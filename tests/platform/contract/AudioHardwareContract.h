@@ -326,30 +326,25 @@ TYPED_TEST_P(AudioHardwareContract, ADefaultThatAnotherProgramMovesIsTold) {
 }
 
 TYPED_TEST_P(AudioHardwareContract, ADefaultThatGoesIsNamedUntilAnotherHasTakenItsPlace) {
-  const auto headset = this->plugHeadset("contract-headset");
   const auto earbuds = this->plugHeadset("contract-earbuds");
-  this->host_.moveDefault("contract-earbuds");
+  const auto headset = this->plugHeadset("contract-headset");
   this->host_.moveDefault("contract-headset");
   ASSERT_TRUE(this->eventually([&] { return this->defaultOutput() == headset; }));
   this->host_.run();
-  std::vector<std::pair<std::string, std::optional<std::uint32_t>>> told;
-  const auto listener = std::make_shared<const std::function<void()>>([&] {
-    const auto id = this->defaultOutput();
-    told.emplace_back(this->text(id, audio::deviceUID), this->number(id, audio::transportType));
-  });
-  this->hardware().addPropertyListener(systemObjectID, {audio::defaultOutputDevice}, listener);
-  this->host_.unplug("contract-headset");
-  EXPECT_TRUE(this->eventually([&] {
-    const auto id = this->defaultOutput();
-    EXPECT_EQ(this->number(id, audio::transportType), audio::transportUSB);
-    return this->device("contract-headset") == 0;
-  })) << "what has gone is not listed";
+  CountedListener defaults;
+  this->listen(systemObjectID, {audio::defaultOutputDevice}, defaults);
+  this->host_.unplugForAGap("contract-headset");
+  EXPECT_TRUE(this->eventually([&] { return this->device("contract-headset") == 0; })) << "what has gone is not listed";
+  EXPECT_EQ(this->defaultOutput(), headset);
+  EXPECT_EQ(this->text(headset, audio::deviceUID), "contract-headset");
+  EXPECT_EQ(this->number(headset, audio::transportType), audio::transportUSB);
+  EXPECT_EQ(this->number(headset, audio::deviceIsAlive), 0U);
+  EXPECT_NE(this->setVolume(headset, 0.5F), noErr);
+  EXPECT_EQ(defaults.told, 0);
   this->host_.moveDefault("contract-earbuds");
-  EXPECT_TRUE(this->eventually([&] { return this->defaultOutput() == earbuds && !told.empty(); }));
-  for (const auto& [uid, transport] : told) {
-    EXPECT_TRUE(uid == "contract-headset" || uid == "contract-earbuds") << uid;
-    EXPECT_EQ(transport, audio::transportUSB);
-  }
+  EXPECT_TRUE(this->eventually([&] { return this->defaultOutput() == earbuds; }));
+  EXPECT_TRUE(this->eventually([&] { return defaults.told > 0; }));
+  EXPECT_EQ(this->text(headset, audio::deviceUID), "") << "it has been replaced";
 }
 
 TYPED_TEST_P(AudioHardwareContract, ADeviceThatGoesIsToldAndUnknownAfterwards) {

@@ -8,7 +8,8 @@
 //   std::string microphone();                UID of an input that is there from the start
 //   void plug(uid); void plugHeadset(uid);   an output with a volume for the whole and for two channels
 //   void unplug(uid);
-//   void moveDefault(uid);                   by another program; also after the default was unplugged
+//   void unplugForAGap(uid);                 the default, a headset: nothing takes its place until moveDefault()
+//   void moveDefault(uid);                   by another program
 //   void moveVolume(uid, position);          by another program, 0 to 1
 //   void restart();                          whatever can go and come back behind the port does
 //   void launch(identifier);                 an application that plays a steady tone

@@ -21,7 +21,6 @@ class MemoryAudioHost {
  public:
   MemoryAudioHost() {
     hardware_.setOutputsFall(true);
-    hardware_.setLeavesGaps(true);
     const auto speakers = add(speakers_, audio::transportBuiltIn);
     hardware_.addDevice({.uid = microphone_, .name = "Microphone", .outputStreamCount = 0});
     hardware_.setDefaultOutput(speakers);
@@ -54,6 +53,10 @@ class MemoryAudioHost {
   void plug(const std::string& uid) { add(uid, audio::transportBuiltIn); }
   void plugHeadset(const std::string& uid) { add(uid, audio::transportUSB); }
   void unplug(const std::string& uid) { hardware_.removeDevice(idOf(uid)); }
+  void unplugForAGap(const std::string& uid) {
+    hardware_.setLeavesGaps(true);
+    unplug(uid);
+  }
   void moveDefault(const std::string& uid) { hardware_.setDefaultOutput(idOf(uid)); }
   void moveVolume(const std::string& uid, float position) { hardware_.setVolume(idOf(uid), 0, position); }
   /// There is nothing behind it that could go.

@@ -1,9 +1,12 @@
 // The contract of the audio port on PipeWire.
 #include <chrono>
+#include <cmath>
 #include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "support/ChildProcess.h"
 #include "support/Machine.h"
@@ -37,17 +40,27 @@ class PipeWireHost {
   std::string speakers() { return session::sinkA; }
   std::string microphone() { return "quillmere_test_microphone"; }
   void plug(const std::string& uid) { session::addSink(uid); }
-  void plugHeadset(const std::string& uid) { session::addSink(uid, "device.bus=usb device.form-factor=headset"); }
+  /// One that goes with a process of ours: to take it away nobody has to ask the daemon for anything.
+  void plugHeadset(const std::string& uid) {
+    const auto [headset, isNew] = headsets_.emplace(uid, std::vector<std::string>{"pw-cli"});
+    headset->second.say("create-node adapter { factory.name=support.null-audio-sink node.name=" + uid +
+                        " media.class=Audio/Sink audio.position=[FL FR] device.bus=usb device.form-factor=headset }");
+  }
   void unplug(const std::string& uid) {
     recorders_.erase(uid);
     session::removeSink(uid);
   }
+  void unplugForAGap(const std::string& uid) {
+    sessionManager_.emplace();
+    headsets_.erase(uid);
+  }
   void moveDefault(const std::string& uid) {
+    sessionManager_.reset();
     // A session manager that has only just started, or only just met the device, may miss the first word.
     const bool isMoved = test::eventually(
         [&] {
-          test::run({"pw-metadata", "0", "default.configured.audio.sink", "{\"name\":\"" + uid + "\"}",
-                     "Spa:String:JSON"});
+          test::run(
+              {"pw-metadata", "0", "default.configured.audio.sink", "{\"name\":\"" + uid + "\"}", "Spa:String:JSON"});
           return test::eventually(
               [&] { return test::run({"pw-metadata", "0", "default.audio.sink"}).find('"' + uid + '"') != npos; },
               std::chrono::seconds(1));
@@ -77,6 +90,8 @@ class PipeWireHost {
  private:
   static constexpr auto npos = std::string::npos;
   std::unique_ptr<Machine> machine_;
+  std::optional<session::HeldDaemon> sessionManager_;
+  std::map<std::string, ChildProcess> headsets_;
   std::map<std::string, std::unique_ptr<ChildProcess>> players_;
   std::map<std::string, std::unique_ptr<MonitorRecorder>> recorders_;
 };
