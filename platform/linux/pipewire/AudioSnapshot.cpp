@@ -83,12 +83,13 @@ std::vector<ProcessSnapshot> takeProcesses(const GraphModel& model, ObjectIDs& i
     if (client->hasPlayed) processes[place->second].hasPlayed = true;
   }
   for (const auto& [nodeID, node] : model.nodes()) {
-    if (!node.isRunning || !model.countsAsStream(node)) continue;
+    const bool isJack = node.kind == NodeKind::jack && !node.isOurs;
+    if (!node.isRunning || !(isJack || model.countsAsStream(node))) continue;
     const auto place = places.find(model.identifierOf(node));
     if (place == places.end()) continue;
     auto& process = processes[place->second];
-    if (node.kind == NodeKind::playback) process.isRunningOutput = true;
-    if (node.kind == NodeKind::recording && !process.isRunningInput) {
+    if (node.kind == NodeKind::playback || (isJack && model.playsOnAnOutput(nodeID))) process.isRunningOutput = true;
+    if (node.kind != NodeKind::playback && !process.isRunningInput) {
       process.isRunningInput = recordsAMicrophone(model, nodeID);
     }
   }

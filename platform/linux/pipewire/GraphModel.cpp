@@ -10,13 +10,19 @@
 namespace quillmere::pipewire {
 namespace {
 
-NodeKind kindOf(std::string_view mediaClass) {
+NodeKind kindOf(const Properties& node) {
+  const auto mediaClass = text(node, "media.class");
   if (mediaClass == "Audio/Sink") return NodeKind::sink;
   if (mediaClass == "Audio/Duplex") return NodeKind::duplex;
   if (mediaClass == "Audio/Source" || mediaClass == "Audio/Source/Virtual") return NodeKind::source;
   if (mediaClass == "Stream/Output/Audio") return NodeKind::playback;
   if (mediaClass == "Stream/Input/Audio") return NodeKind::recording;
+  if (mediaClass.empty() && text(node, "client.api") == "jack") return NodeKind::jack;
   return NodeKind::other;
+}
+
+bool isOutput(const NodeRecord& node) {
+  return (node.kind == NodeKind::sink || node.kind == NodeKind::duplex) && !node.isOurs;
 }
 
 void merge(Properties& known, const Properties& fresh) {
@@ -42,6 +48,7 @@ void GraphModel::updateClient(GlobalID id, const Properties& properties) {
     if (node.client != id) continue;
     node.isOurs = isOurs(node);
     noteStream(node);
+    noteLinks(nodeID);
   }
   // A name may come after the first stream.
   if (client.hasStreamed) identify(id, client, {});
@@ -52,7 +59,7 @@ void GraphModel::updateNode(GlobalID id, const Properties& properties) {
   auto& node = found->second;
   if (isNew) node.order = nextOrder_++;
   merge(node.properties, properties);
-  node.kind = kindOf(text(node.properties, "media.class"));
+  node.kind = kindOf(node.properties);
   if (const auto known = nodesBySerial_.find(node.serial); known != nodesBySerial_.end() && known->second == id) {
     nodesBySerial_.erase(known);
   }
@@ -69,6 +76,7 @@ void GraphModel::updateNode(GlobalID id, const Properties& properties) {
   node.isOurs = isOurs(node);
   noteFilter(id);
   noteStream(node);
+  noteLinks(id);
 }
 
 void GraphModel::setNodeInfo(GlobalID id, bool isRunning) {
@@ -78,6 +86,7 @@ void GraphModel::setNodeInfo(GlobalID id, bool isRunning) {
   if (isRunning) found->second.hasRun = true;
   found->second.hasInfo = true;
   noteStream(found->second);
+  noteLinks(id);
 }
 
 void GraphModel::setNodeVolumes(GlobalID id, std::vector<float> volumes) {
@@ -129,17 +138,25 @@ void GraphModel::updateLink(GlobalID id, const Properties& properties) {
   link.outputNode = number(properties, "link.output.node").value_or(link.outputNode);
   link.outputPort = number(properties, "link.output.port").value_or(link.outputPort);
   link.inputNode = number(properties, "link.input.node").value_or(link.inputNode);
+  link.inputPort = number(properties, "link.input.port").value_or(link.inputPort);
   dropLink(id);
   links_[id] = link;
   linksInto_[link.inputNode].insert(id);
+  linksFrom_[link.outputNode].insert(id);
+  noteLinks(link.outputNode);
+  noteLinks(link.inputNode);
 }
 
 void GraphModel::dropLink(GlobalID id) {
   const auto link = links_.find(id);
   if (link == links_.end()) return;
-  const auto into = linksInto_.find(link->second.inputNode);
-  into->second.erase(id);
-  if (into->second.empty()) linksInto_.erase(into);
+  const auto dropFrom = [id](auto& index, GlobalID node) {
+    const auto entry = index.find(node);
+    entry->second.erase(id);
+    if (entry->second.empty()) index.erase(entry);
+  };
+  dropFrom(linksInto_, link->second.inputNode);
+  dropFrom(linksFrom_, link->second.outputNode);
   links_.erase(link);
 }
 
@@ -190,6 +207,7 @@ void GraphModel::clear() {
   devices_.clear();
   links_.clear();
   linksInto_.clear();
+  linksFrom_.clear();
   ports_.clear();
   nodesBySerial_.clear();
   outputs_.clear();
@@ -268,10 +286,24 @@ const std::string& GraphModel::identifierOf(const NodeRecord& node) const {
   return found == clients_.end() ? none : found->second.identifier;
 }
 
-std::vector<LinkRecord> GraphModel::linksInto(GlobalID inputNode) const {
+bool GraphModel::playsOnAnOutput(GlobalID id) const {
+  const auto* node = this->node(id);
+  if (node == nullptr || node->kind != NodeKind::jack || node->isOurs) return false;
+  const auto links = linksFrom(id);
+  return std::any_of(links.begin(), links.end(), [&](const auto& link) {
+    const auto* output = this->node(link.inputNode);
+    return output != nullptr && isOutput(*output);
+  });
+}
+
+std::vector<LinkRecord> GraphModel::linksInto(GlobalID inputNode) const { return linksAt(linksInto_, inputNode); }
+
+std::vector<LinkRecord> GraphModel::linksFrom(GlobalID outputNode) const { return linksAt(linksFrom_, outputNode); }
+
+std::vector<LinkRecord> GraphModel::linksAt(const std::map<GlobalID, std::set<GlobalID>>& index, GlobalID node) const {
   std::vector<LinkRecord> links;
-  if (const auto into = linksInto_.find(inputNode); into != linksInto_.end()) {
-    for (const auto id : into->second) links.push_back(links_.at(id));
+  if (const auto found = index.find(node); found != index.end()) {
+    for (const auto id : found->second) links.push_back(links_.at(id));
   }
   return links;
 }
@@ -291,10 +323,7 @@ std::vector<PortRecord> GraphModel::portsOf(GlobalID node) const {
 
 bool GraphModel::hasLinkInto(GlobalID inputNode) const { return linksInto_.contains(inputNode); }
 
-bool GraphModel::hasLinkFrom(GlobalID outputNode) const {
-  return std::any_of(links_.begin(), links_.end(),
-                     [&](const auto& entry) { return entry.second.outputNode == outputNode; });
-}
+bool GraphModel::hasLinkFrom(GlobalID outputNode) const { return linksFrom_.contains(outputNode); }
 
 bool GraphModel::areLinked(GlobalID outputNode, GlobalID inputNode) const {
   const auto links = linksInto(inputNode);
@@ -302,10 +331,9 @@ bool GraphModel::areLinked(GlobalID outputNode, GlobalID inputNode) const {
 }
 
 std::optional<GlobalID> GraphModel::linkedInput(GlobalID outputNode) const {
-  const auto found = std::find_if(links_.begin(), links_.end(),
-                                  [&](const auto& entry) { return entry.second.outputNode == outputNode; });
-  if (found == links_.end()) return std::nullopt;
-  return found->second.inputNode;
+  const auto found = linksFrom_.find(outputNode);
+  if (found == linksFrom_.end()) return std::nullopt;
+  return links_.at(*found->second.begin()).inputNode;
 }
 
 std::string GraphModel::outputSerial(const std::optional<std::string>& name) const {
@@ -313,7 +341,7 @@ std::string GraphModel::outputSerial(const std::optional<std::string>& name) con
   const NodeRecord* first = nullptr;
   for (const auto id : outputs_) {
     const auto& node = nodes_.at(id);
-    if (node.isOurs || node.serial.empty() || node.name != wanted) continue;
+    if (!isOutput(node) || node.serial.empty() || node.name != wanted) continue;
     if (first == nullptr || node.order < first->order) first = &node;
   }
   return first != nullptr ? first->serial : std::string();
@@ -342,10 +370,20 @@ std::map<GlobalID, ClientRecord>::iterator GraphModel::clientOf(const NodeRecord
 }
 
 void GraphModel::noteStream(const NodeRecord& node) {
-  if (!countsAsStream(node)) return;
+  if (countsAsStream(node)) noteUse(node, node.kind == NodeKind::playback);
+}
+
+void GraphModel::noteLinks(GlobalID id) {
+  const auto* node = this->node(id);
+  if (node == nullptr || node->kind != NodeKind::jack || node->isOurs || !node->hasInfo) return;
+  const bool isPlaying = playsOnAnOutput(id);
+  if (isPlaying || hasLinkInto(id)) noteUse(*node, isPlaying);
+}
+
+void GraphModel::noteUse(const NodeRecord& node, bool isPlayback) {
   const auto client = clientOf(node);
   if (client == clients_.end()) return;
-  if (node.kind == NodeKind::playback) client->second.hasPlayed = true;
+  if (isPlayback) client->second.hasPlayed = true;
   if (std::exchange(client->second.hasStreamed, true)) return;
   identify(client->first, client->second, node.properties);
 }

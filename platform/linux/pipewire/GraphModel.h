@@ -18,7 +18,8 @@ namespace quillmere::pipewire {
 
 using GlobalID = std::uint32_t;
 
-enum class NodeKind { other, sink, duplex, source, playback, recording };
+/// `jack`: a client of JACK's interface, which links its ports by itself.
+enum class NodeKind { other, sink, duplex, source, playback, recording, jack };
 
 struct ClientRecord {
   Properties properties;
@@ -71,6 +72,7 @@ struct LinkRecord {
   GlobalID outputNode = 0;
   GlobalID outputPort = 0;
   GlobalID inputNode = 0;
+  GlobalID inputPort = 0;
 };
 
 struct PortRecord {
@@ -126,11 +128,14 @@ class GraphModel {
 
   /// A stream of an application: no level meter, no side of a filter and not ours.
   [[nodiscard]] bool countsAsStream(const NodeRecord& node) const;
+  /// A JACK client with at least one port that is linked to an output.
+  [[nodiscard]] bool playsOnAnOutput(GlobalID id) const;
   /// The nodes that share a link group with it.
   [[nodiscard]] std::vector<GlobalID> linkGroupOf(GlobalID id) const;
   /// Of the application the stream belongs to; empty where that is not known.
   [[nodiscard]] const std::string& identifierOf(const NodeRecord& node) const;
   [[nodiscard]] std::vector<LinkRecord> linksInto(GlobalID inputNode) const;
+  [[nodiscard]] std::vector<LinkRecord> linksFrom(GlobalID outputNode) const;
   [[nodiscard]] bool isMonitorPort(GlobalID port) const;
   [[nodiscard]] bool hasLink(GlobalID id) const { return links_.contains(id); }
   [[nodiscard]] bool hasLinkInto(GlobalID inputNode) const;
@@ -145,6 +150,8 @@ class GraphModel {
   [[nodiscard]] double graphRate() const;
 
  private:
+  [[nodiscard]] std::vector<LinkRecord> linksAt(const std::map<GlobalID, std::set<GlobalID>>& index,
+                                                GlobalID node) const;
   void identify(GlobalID clientID, ClientRecord& client, const Properties& stream);
   [[nodiscard]] bool isOurs(const NodeRecord& node) const;
   void noteDefaultOutput();
@@ -152,6 +159,8 @@ class GraphModel {
   void dropPort(GlobalID id);
   [[nodiscard]] std::map<GlobalID, ClientRecord>::iterator clientOf(const NodeRecord& node);
   void noteStream(const NodeRecord& node);
+  void noteUse(const NodeRecord& node, bool isPlayback);
+  void noteLinks(GlobalID id);
   void noteFilter(GlobalID id);
   void dropLink(GlobalID id);
 
@@ -164,8 +173,9 @@ class GraphModel {
   std::map<GlobalID, NodeRecord> nodes_;
   std::map<GlobalID, DeviceRecord> devices_;
   std::map<GlobalID, LinkRecord> links_;
-  /// Links by the node that they lead into.
+  /// Links by the node that they lead into, and by the one that they come from.
   std::map<GlobalID, std::set<GlobalID>> linksInto_;
+  std::map<GlobalID, std::set<GlobalID>> linksFrom_;
   std::map<GlobalID, PortRecord> ports_;
   // What is asked for each tap at every event is found at once: where there are many of both, nothing else gets done.
   std::map<std::string, GlobalID, std::less<>> nodesBySerial_;

@@ -53,6 +53,18 @@ class Graph:
                             "media": props.get("media.name")})
         return streams
 
+    def jack_clients(self):
+        """The same of clients of JACK's interface that are linked to something."""
+        clients = []
+        for node in self.nodes():
+            props = node["info"]["props"]
+            owner = self.by_id.get(props.get("client.id"), {}).get("info", {}).get("props", {})
+            if props.get("client.api") != "jack" or not self.targets_of(node["id"]):
+                continue
+            clients.append({"id": node["id"], "serial": props.get("object.serial"), "state": node["info"]["state"],
+                            "pid": int(owner.get("pipewire.sec.pid", 0)), "name": props.get("node.name")})
+        return clients
+
     def targets_of(self, node_id):
         """Names of the nodes that a node's output is linked to."""
         return sorted({self.by_id[link["info"]["input-node-id"]]["info"]["props"].get("node.name")

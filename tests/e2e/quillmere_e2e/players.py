@@ -15,9 +15,9 @@ from . import graph
 from .tones import tone_file
 from .waiting import wait_for
 
-KINDS = ("pw-play", "paplay", "gst-pulse", "gst-pipewire", "mpv-pulse", "mpv-pipewire")
+KINDS = ("pw-play", "paplay", "gst-pulse", "gst-pipewire", "mpv-pulse", "mpv-pipewire", "jack")
 SOURCES = {"pw-play": "/usr/bin/pw-cat", "paplay": "/usr/bin/pacat", "mpv-pulse": "/usr/bin/mpv",
-           "mpv-pipewire": "/usr/bin/mpv"}
+           "mpv-pipewire": "/usr/bin/mpv", "jack": "/usr/bin/mpv"}
 
 
 def copied_executable(source, binary):
@@ -37,7 +37,9 @@ def binary_of(name):
 
 
 class Player:
-    """One client with one output stream. `binary` and `name` identify it; two players may share them."""
+    """One client with one output stream. `binary` and `name` identify it; two players may share them.
+
+    A "jack" one links itself to a device and stays there; its target is the device's description."""
 
     def __init__(self, kind, name, hz, amplitude=0.25, binary=None, desktop_entry=True, target=None, file=None,
                  extra=()):
@@ -75,6 +77,11 @@ class Player:
             return [self.executable, "--no-config", "--no-video", "--no-terminal", "--idle=yes", "--loop-file=inf",
                     f"--ao={self.kind.removeprefix('mpv-')}", f"--audio-client-name={self.binary}",
                     f"--input-ipc-server={self._socket()}"] + self.extra + [self.file or tone_file(self.hz, self.amplitude)]
+        if self.kind == "jack":
+            return ["pw-jack", self.executable, "--no-config", "--load-scripts=no", "--no-video", "--no-terminal",
+                    "--loop-file=inf", "--ao=jack", f"--jack-name={self.name}",
+                    f"--jack-port={self.target or 'Desk Speakers'}:playback", *self.extra,
+                    self.file or tone_file(self.hz, self.amplitude)]
         source = ["audiotestsrc", "wave=sine", f"freq={self.hz}", f"volume={self.amplitude}", "!",
                   "audio/x-raw,format=F32LE,rate=48000,channels=2", "!"]
         if self.kind == "gst-pulse":
@@ -109,7 +116,9 @@ class Player:
 
     def streams(self, seen=None):
         """Its output streams in the graph as it is, or as it was seen, found by process id."""
-        return [stream for stream in (seen or graph.Graph()).output_streams() if stream["pid"] == self.process.pid]
+        standing = seen or graph.Graph()
+        streams = standing.jack_clients() if self.kind == "jack" else standing.output_streams()
+        return [stream for stream in streams if stream["pid"] == self.process.pid]
 
     @property
     def pid(self):

@@ -42,14 +42,21 @@ struct Graph {
   void recording(GlobalID id, GlobalID client, Properties more = {}) {
     node(id, "Stream/Input/Audio", client, std::move(more));
   }
+  /// A client of JACK's interface.
+  void jack(GlobalID id, GlobalID client, Properties more = {}) {
+    more["client.api"] = "jack";
+    more["media.role"] = "DSP";
+    node(id, "", client, std::move(more));
+  }
   void sink(GlobalID id, const std::string& name, Properties more = {}) {
     more["node.name"] = name;
     node(id, "Audio/Sink", 0, std::move(more));
   }
-  void link(GlobalID id, GlobalID from, GlobalID to, GlobalID port = 900) {
+  void link(GlobalID id, GlobalID from, GlobalID to, GlobalID fromPort = 900, GlobalID toPort = 901) {
     model.updateLink(id, {{"link.output.node", std::to_string(from)},
-                          {"link.output.port", std::to_string(port)},
-                          {"link.input.node", std::to_string(to)}});
+                          {"link.output.port", std::to_string(fromPort)},
+                          {"link.input.node", std::to_string(to)},
+                          {"link.input.port", std::to_string(toPort)}});
   }
 };
 
