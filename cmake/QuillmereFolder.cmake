@@ -12,17 +12,31 @@ target_compile_options(QuillmereFlags INTERFACE ${QUILLMERE_WARNINGS} -ffp-contr
 target_compile_definitions(QuillmereFlags INTERFACE
   $<$<BOOL:${QUILLMERE_THREAD_CHECKS}>:QUILLMERE_THREAD_CHECKS=1>)
 
+# Makes <root>/<folder>/ with a link to each header at the root of each of the folders, and nothing else below <root>.
+function(quillmere_link_headers root)
+  file(REMOVE_RECURSE "${root}")
+  foreach(folder IN LISTS ARGN)
+    file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.h")
+    file(MAKE_DIRECTORY "${root}/${folder}")
+    foreach(header IN LISTS headers)
+      get_filename_component(name "${header}" NAME)
+      file(CREATE_LINK "${header}" "${root}/${folder}/${name}" SYMBOLIC)
+    endforeach()
+  endforeach()
+endfunction()
+
 # Makes <build>/include/<target>/<folder>/ with a link to each public header.
 function(quillmere_forward_headers target folder)
   set(root "${CMAKE_BINARY_DIR}/include/${target}")
-  file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.h")
-  file(REMOVE_RECURSE "${root}")
-  file(MAKE_DIRECTORY "${root}/${folder}")
-  foreach(header IN LISTS headers)
-    get_filename_component(name "${header}" NAME)
-    file(CREATE_LINK "${header}" "${root}/${folder}/${name}" SYMBOLIC)
-  endforeach()
+  quillmere_link_headers("${root}" ${folder})
   set(QUILLMERE_FORWARD_ROOT "${root}" PARENT_SCOPE)
+endfunction()
+
+# Lets a target that exists include the headers of these folders, its own, as "<folder>/<Header>.h".
+function(quillmere_own_headers target)
+  set(root "${CMAKE_BINARY_DIR}/include/${target}.own")
+  quillmere_link_headers("${root}" ${ARGN})
+  target_include_directories(${target} PRIVATE "${root}")
 endfunction()
 
 # quillmere_folder(<target> <folder> [USES <targets>...] [LIBRARIES <external>...] [EXCLUDE <regex>...])

@@ -11,11 +11,13 @@ endfunction()
 # PAGES are subfolders whose sources and QML belong to the same module.
 function(quillmere_qml_module target folder uri)
   cmake_parse_arguments(ARG "" "" "USES;LIBRARIES;IMPORTS;RESOURCES;PAGES" ${ARGN})
-  set(root "${CMAKE_SOURCE_DIR}/views/${folder}")
-  set(roots "${root}")
+  set(folders "views/${folder}")
   foreach(page IN LISTS ARG_PAGES)
-    list(APPEND roots "${root}/${page}")
+    list(APPEND folders "views/${folder}/${page}")
   endforeach()
+  list(TRANSFORM folders REPLACE "/\\./" "/")
+  list(TRANSFORM folders REPLACE "/\\.$" "")
+  list(TRANSFORM folders PREPEND "${CMAKE_SOURCE_DIR}/" OUTPUT_VARIABLE roots)
   set(sources)
   set(qml)
   foreach(each IN LISTS roots)
@@ -29,7 +31,8 @@ function(quillmere_qml_module target folder uri)
     set_source_files_properties("${file}" PROPERTIES QT_RESOURCE_ALIAS "${name}")
   endforeach()
   string(REPLACE "." "/" path "${uri}")
-  quillmere_forward_headers(${target} views/${folder})
+  list(GET folders 0 public_folder)
+  quillmere_forward_headers(${target} ${public_folder})
   set(CMAKE_AUTOMOC ON)
   qt_add_qml_module(${target}
     URI ${uri} VERSION 1.0 STATIC
@@ -40,8 +43,9 @@ function(quillmere_qml_module target folder uri)
     DEPENDENCIES QtQuick
     IMPORTS ${ARG_IMPORTS}
     IMPORT_PATH "${CMAKE_BINARY_DIR}/qml")
-  target_include_directories(${target} PUBLIC "${QUILLMERE_FORWARD_ROOT}"
-    PRIVATE "${CMAKE_SOURCE_DIR}" ${roots})
+  # The folders themselves, because Qt's generated sources name a header without its folder.
+  target_include_directories(${target} PUBLIC "${QUILLMERE_FORWARD_ROOT}" PRIVATE ${roots})
+  quillmere_own_headers(${target} ${folders})
   target_link_libraries(${target} PRIVATE ${ARG_USES} ${ARG_LIBRARIES} PUBLIC Qt6::Quick)
   quillmere_warn_on(${sources})
   if(ARG_RESOURCES)

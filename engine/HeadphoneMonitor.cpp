@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "engine/CoreAudioUtils.h"
+#include "runtime/Threads.h"
 
 namespace quillmere {
 
@@ -34,8 +35,8 @@ DefaultDevice readDefaultDevice(const AudioHardware& hardware) {
 
 }  // namespace
 
-HeadphoneMonitor::HeadphoneMonitor(AudioHardware& hardware)
-    : hardware_(hardware), self_(std::make_shared<HeadphoneMonitor*>(this)) {}
+HeadphoneMonitor::HeadphoneMonitor(AudioHardware& hardware, Executor& main)
+    : hardware_(hardware), main_(main), self_(std::make_shared<HeadphoneMonitor*>(this)) {}
 
 HeadphoneMonitor::~HeadphoneMonitor() = default;
 
@@ -46,6 +47,7 @@ bool HeadphoneMonitor::isPersonal(std::uint32_t transportType) {
 }
 
 void HeadphoneMonitor::start() {
+  QUILLMERE_CHECK_ON(main_, "the headphone monitor starts off the main thread");
   if (listenerInstalled_) return;
   auto [transportType, uid] = readDefaultDevice(hardware_);
   lastTransportType_ = transportType;
@@ -60,7 +62,10 @@ void HeadphoneMonitor::start() {
 
 PropertyListener HeadphoneMonitor::makeListener(void (HeadphoneMonitor::*handler)()) {
   return std::make_shared<const std::function<void()>>([weakSelf = std::weak_ptr<HeadphoneMonitor*>(self_), handler] {
-    if (const auto self = weakSelf.lock()) ((*self)->*handler)();
+    const auto self = weakSelf.lock();
+    if (!self) return;
+    QUILLMERE_CHECK_ON((*self)->main_, "a change of the devices is told off the main thread");
+    ((*self)->*handler)();
   });
 }
 

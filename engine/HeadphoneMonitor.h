@@ -9,13 +9,15 @@
 #include <string>
 
 #include "platform/AudioHardware.h"
+#include "runtime/Executor.h"
 
 namespace quillmere {
 
 /// [main] throughout. Listeners are never removed; those of a destroyed monitor do nothing.
 class HeadphoneMonitor {
  public:
-  explicit HeadphoneMonitor(AudioHardware& hardware);
+  /// Both outlive this.
+  HeadphoneMonitor(AudioHardware& hardware, Executor& main);
   ~HeadphoneMonitor();
   HeadphoneMonitor(const HeadphoneMonitor&) = delete;
   HeadphoneMonitor& operator=(const HeadphoneMonitor&) = delete;
@@ -42,6 +44,7 @@ class HeadphoneMonitor {
   [[nodiscard]] PropertyListener makeListener(void (HeadphoneMonitor::*handler)());
 
   AudioHardware& hardware_;
+  Executor& main_;
   std::uint32_t lastTransportType_ = 0;
   std::optional<std::string> lastDefaultUID_;
   std::set<std::string> knownDeviceUIDs_;

@@ -14,6 +14,7 @@ namespace quillmere {
 namespace {
 
 constexpr const char* ioQueueLabel = "app.quillmere.subgraph.io";
+constexpr PropertyAddress tapFormatAddress{audio::tapFormat, audio::scopeGlobal, 0};
 
 }  // namespace
 
@@ -23,8 +24,8 @@ constexpr const char* ioQueueLabel = "app.quillmere.subgraph.io";
 /// destroys the block, on [engine].
 struct ProcessTapSubgraph::IOState {
   IOWords words;
-  /// Written before the IO starts.
-  float coefficient = 0.0F;
+  /// Written before the IO starts, and again whenever the tap is read at another rate: then on [main].
+  std::atomic<float> coefficient{0.0F};
   std::atomic<bool> released{false};
 };
 
@@ -87,6 +88,7 @@ ProcessTapSubgraph::Progress ProcessTapSubgraph::proceed() {
     return Progress::failed;
   }
   active_ = true;
+  followTapFormat();
   log_.info(logText("[%s] subgraph live (tap %u, agg %u, %uch @ %fHz, out %s)", bundleID_.c_str(), tapID_, aggregateID_,
                     tapASBD_.channelsPerFrame, tapASBD_.sampleRate, outputUID_.c_str()));
   return Progress::live;
@@ -124,8 +126,8 @@ bool ProcessTapSubgraph::createTap() {
 }
 
 bool ProcessTapSubgraph::readTapFormat() {
-  if (hardware_.readFormat(tapID_, {audio::tapFormat, audio::scopeGlobal, 0}, tapASBD_) == noErr) {
-    io_->coefficient = glideCoefficient(tapASBD_.sampleRate);
+  if (hardware_.readFormat(tapID_, tapFormatAddress, tapASBD_) == noErr) {
+    io_->coefficient.store(glideCoefficient(tapASBD_.sampleRate), std::memory_order_relaxed);
     return true;
   }
   log_.error(logText("[%s] failed to read tap format", bundleID_.c_str()));
@@ -156,7 +158,7 @@ bool ProcessTapSubgraph::installIOProc() {
       aggregateID_, ioQueueLabel,
       [state = io_](const AudioBufferList& input, const AudioBufferList& output) {
         if (state->released.load(std::memory_order_relaxed)) return;
-        processIO(input, output, state->coefficient, state->words);
+        processIO(input, output, state->coefficient.load(std::memory_order_relaxed), state->words);
       },
       proc);
   if (status == noErr && proc != 0) {
@@ -174,8 +176,22 @@ bool ProcessTapSubgraph::startIO() {
   return false;
 }
 
+void ProcessTapSubgraph::followTapFormat() {
+  formatListener_ = std::make_shared<const std::function<void()>>(
+      [&hardware = hardware_, tap = tapID_, weakState = std::weak_ptr<IOState>(io_)] {
+        const auto state = weakState.lock();
+        AudioStreamBasicDescription format;
+        if (!state || hardware.readFormat(tap, tapFormatAddress, format) != noErr) return;
+        state->coefficient.store(glideCoefficient(format.sampleRate), std::memory_order_relaxed);
+      });
+  hardware_.addPropertyListener(tapID_, tapFormatAddress, formatListener_);
+  // It may have changed while the path was built.
+  (*formatListener_)();
+}
+
 void ProcessTapSubgraph::destroyTap() {
   if (tapID_ == 0) return;
+  if (formatListener_) hardware_.removePropertyListener(tapID_, tapFormatAddress, std::exchange(formatListener_, {}));
   hardware_.destroyProcessTap(tapID_);
   tapID_ = 0;
 }

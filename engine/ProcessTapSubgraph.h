@@ -70,6 +70,8 @@ class ProcessTapSubgraph {
   [[nodiscard]] bool createAggregate(const std::string& outputUID, bool followsDefaultOutput);
   [[nodiscard]] bool installIOProc();
   [[nodiscard]] bool startIO();
+  /// The glide keeps its time when the tap's rate changes while it runs.
+  void followTapFormat();
   void destroyTap();
   void tearDownAll();
 
@@ -81,6 +83,7 @@ class ProcessTapSubgraph {
   AudioObjectID tapID_ = 0;
   const Uuid tapUUID_;
   AudioStreamBasicDescription tapASBD_;
+  PropertyListener formatListener_;
   std::string outputUID_;
   AudioObjectID aggregateID_ = 0;
   MonotonicTime aliveDeadline_{};

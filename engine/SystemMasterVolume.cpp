@@ -5,6 +5,7 @@
 
 #include "core/Mixer.h"
 #include "engine/CoreAudioUtils.h"
+#include "runtime/Threads.h"
 
 namespace quillmere {
 
@@ -39,6 +40,7 @@ std::optional<float> SystemMasterVolume::readScalar(AudioObjectID device, std::u
 }
 
 std::optional<float> SystemMasterVolume::read() const {
+  QUILLMERE_CHECK_ON(main_, "the master volume is read off the main thread");
   const auto device = CoreAudioUtils::systemDefaultOutputDeviceID(hardware_);
   if (!device) return std::nullopt;
   if (const auto mainVolume = readScalar(*device, 0)) return mainVolume;
@@ -60,6 +62,7 @@ bool SystemMasterVolume::writeScalar(float value, AudioObjectID device, std::uin
 }
 
 bool SystemMasterVolume::write(float value) {
+  QUILLMERE_CHECK_ON(main_, "the master volume is written off the main thread");
   const float clamped = Mixer{}.clampGain(value);
   const auto device = CoreAudioUtils::systemDefaultOutputDeviceID(hardware_);
   if (!device) return false;
@@ -72,6 +75,7 @@ bool SystemMasterVolume::write(float value) {
 }
 
 void SystemMasterVolume::followDefaultOutput() {
+  QUILLMERE_CHECK_ON(main_, "the master volume follows the default output off the main thread");
   dropListeners();
   attachToDefaultOutput();
 }

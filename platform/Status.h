@@ -8,7 +8,7 @@ namespace quillmere {
 using Status = std::int32_t;
 inline constexpr Status noErr = 0;
 
-/// Makes a four-character code, as property selectors and transport types are written.
+/// Makes a four-character code, as property selectors and transport types are written. [any]
 constexpr std::uint32_t fourCC(const char (&text)[5]) {
   return (static_cast<std::uint32_t>(static_cast<unsigned char>(text[0])) << 24U) |
          (static_cast<std::uint32_t>(static_cast<unsigned char>(text[1])) << 16U) |

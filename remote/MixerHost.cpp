@@ -11,6 +11,7 @@
 #include "platform/UserDefaults.h"
 #include "platform/Workspace.h"
 #include "remote/MessageType.h"
+#include "runtime/Threads.h"
 #include "state/MixerState.h"
 #include "state/ViewSettings.h"
 #include "wire/Calls.h"
@@ -42,6 +43,7 @@ json iconAnswer(const json& number, const std::optional<IconReference>& icon) {
 MixerHost::MixerHost(MixerState& state, UserDefaults& defaults, Workspace& workspace, const Runtime& runtime,
                      SendMessage send)
     : state_(state), defaults_(defaults), workspace_(workspace), runtime_(runtime), send_(std::move(send)) {
+  QUILLMERE_CHECK_ON(runtime_.main, "the mixer's host is made off the main thread");
   auto values = json::object();
   state_.visitFields([&values, this](const char* name, const auto& field) {
     values[name] = field.get();
@@ -58,6 +60,7 @@ MixerHost::MixerHost(MixerState& state, UserDefaults& defaults, Workspace& works
 MixerHost::~MixerHost() = default;
 
 bool MixerHost::take(const json& message) {
+  QUILLMERE_CHECK_ON(runtime_.main, "the mixer's host takes a message off the main thread");
   const auto type = messageType(message);
   try {
     if (type == wire::call) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "remote/MessageType.h"
+#include "runtime/Threads.h"
 #include "wire/Messages.h"
 
 namespace quillmere {
@@ -12,6 +13,7 @@ namespace quillmere {
 RemoteDefaults::RemoteDefaults(SendMessage send) : send_(std::move(send)) {}
 
 void RemoteDefaults::take(const nlohmann::json& message) {
+  QUILLMERE_CHECK_ON(home_, "the views' settings are touched off the main thread");
   if (messageType(message) != wire::fields) return;
   const auto settings = message.find("settings");
   if (settings == message.end()) return;
@@ -21,11 +23,13 @@ void RemoteDefaults::take(const nlohmann::json& message) {
 }
 
 std::optional<DefaultsValue> RemoteDefaults::object(std::string_view key) const {
+  QUILLMERE_CHECK_ON(home_, "the views' settings are touched off the main thread");
   const auto found = values_.find(key);
   return found != values_.end() ? std::optional<DefaultsValue>(found->second) : std::nullopt;
 }
 
 void RemoteDefaults::set(std::string_view key, DefaultsValue value) {
+  QUILLMERE_CHECK_ON(home_, "the views' settings are touched off the main thread");
   const auto* on = std::get_if<bool>(&value);
   if (on == nullptr) return;
   values_.insert_or_assign(std::string(key), *on);
@@ -33,6 +37,7 @@ void RemoteDefaults::set(std::string_view key, DefaultsValue value) {
 }
 
 void RemoteDefaults::remove(std::string_view key) {
+  QUILLMERE_CHECK_ON(home_, "the views' settings are touched off the main thread");
   if (const auto found = values_.find(key); found != values_.end()) values_.erase(found);
 }
 

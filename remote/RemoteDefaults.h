@@ -6,6 +6,7 @@
 
 #include "platform/UserDefaults.h"
 #include "remote/SendMessage.h"
+#include "runtime/HomeThread.h"
 
 namespace quillmere {
 
@@ -22,6 +23,7 @@ class RemoteDefaults final : public UserDefaults {
   void remove(std::string_view key) override;
 
  private:
+  HomeThread home_;
   SendMessage send_;
   std::map<std::string, bool, std::less<>> values_;
 };

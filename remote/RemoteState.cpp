@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "remote/MessageType.h"
+#include "runtime/Threads.h"
 #include "wire/Forms.h"
 #include "wire/Messages.h"
 
@@ -26,6 +27,7 @@ RemoteState::RemoteState(LogSink& log, SendMessage send)
 RemoteState::~RemoteState() = default;
 
 bool RemoteState::take(const json& message) {
+  QUILLMERE_CHECK_ON(home_, "the remote state takes a message off the main thread");
   const auto type = messageType(message);
   try {
     if (type == wire::fields) {
@@ -69,6 +71,7 @@ void RemoteState::notePerformed() {
 
 template <typename... Arguments>
 void RemoteState::call(const char* name, const Arguments&... arguments) {
+  QUILLMERE_CHECK_ON(home_, "an operation of the mixer is called off the main thread");
   ++sent_;
   auto list = json::array();
   (list.push_back(json(arguments)), ...);

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "remote/SendMessage.h"
+#include "runtime/HomeThread.h"
 #include "runtime/Runtime.h"
 #include "state/MixerState.h"
 
@@ -59,6 +60,7 @@ class RemoteState final : public MixerState {
 
   struct HeldBack;
 
+  HomeThread home_;
   LogSink& log_;
   SendMessage send_;
   /// Calls that the mixer has not performed yet; and how many of these were sent up to the last change of a level.

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "remote/MessageType.h"
+#include "runtime/Threads.h"
 #include "wire/Messages.h"
 #include "wire/StatusItemMessages.h"
 
@@ -16,6 +17,7 @@ using nlohmann::json;
 RemoteStatusItem::RemoteStatusItem(LogSink& log, SendMessage send) : log_(log), send_(std::move(send)) {}
 
 void RemoteStatusItem::connected() {
+  QUILLMERE_CHECK_ON(home_, "a remote status item is touched off the main thread");
   isConnected_ = true;
   sendToolTip();
   sendMenu();
@@ -23,11 +25,13 @@ void RemoteStatusItem::connected() {
 }
 
 void RemoteStatusItem::disconnected() {
+  QUILLMERE_CHECK_ON(home_, "a remote status item is touched off the main thread");
   isConnected_ = false;
   setAvailable(false);
 }
 
 bool RemoteStatusItem::take(const json& message) {
+  QUILLMERE_CHECK_ON(home_, "a remote status item is touched off the main thread");
   const auto type = messageType(message);
   try {
     if (type == wire::statusItemAvailable) {
@@ -70,17 +74,20 @@ void RemoteStatusItem::onAvailabilityChanged(std::function<void(bool)> callback)
 }
 
 void RemoteStatusItem::show() {
+  QUILLMERE_CHECK_ON(home_, "a remote status item is touched off the main thread");
   if (std::exchange(isShown_, true)) return;
   if (isConnected_) send_({{wire::type, wire::statusItemShow}});
 }
 
 void RemoteStatusItem::setMenu(std::vector<StatusMenuItem> menu) {
+  QUILLMERE_CHECK_ON(home_, "a remote status item is touched off the main thread");
   if (menu == menu_) return;
   menu_ = std::move(menu);
   sendMenu();
 }
 
 void RemoteStatusItem::setToolTip(std::string text) {
+  QUILLMERE_CHECK_ON(home_, "a remote status item is touched off the main thread");
   toolTip_ = std::move(text);
   sendToolTip();
 }
@@ -109,6 +116,7 @@ StatusItemHost::StatusItemHost(StatusItem& item, LogSink& log, SendMessage send)
 }
 
 bool StatusItemHost::take(const json& message) {
+  QUILLMERE_CHECK_ON(home_, "a remote status item is touched off the main thread");
   const auto type = messageType(message);
   try {
     if (type == wire::statusItemShow) {

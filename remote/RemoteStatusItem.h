@@ -8,13 +8,14 @@
 
 #include "platform/StatusItem.h"
 #include "remote/SendMessage.h"
+#include "runtime/HomeThread.h"
 #include "runtime/Logger.h"
 
 namespace quillmere {
 
 /// The end of those who use the icon. The other process may come later, and go: what was set is sent to each that
 /// comes. Where a click was, and what token came with it, is not told: the windows are in the process that draws the
-/// icon.
+/// icon. [main] throughout.
 class RemoteStatusItem final : public StatusItem {
  public:
   RemoteStatusItem(LogSink& log, SendMessage send);
@@ -41,6 +42,7 @@ class RemoteStatusItem final : public StatusItem {
   void sendMenu();
   void sendToolTip();
 
+  HomeThread home_;
   LogSink& log_;
   SendMessage send_;
   bool isConnected_ = false;
@@ -64,6 +66,7 @@ class StatusItemHost {
   bool take(const nlohmann::json& message);
 
  private:
+  HomeThread home_;
   StatusItem& item_;
   LogSink& log_;
   SendMessage send_;

@@ -1,6 +1,7 @@
 // An unbounded stream of values with one producing task and one consumer. The end of either ends the other.
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -51,6 +52,11 @@ class Stream {
         waiting = std::move(state_->consumer);
       }
       if (waiting) waiting->fire();
+    }
+    /// How many values the consumer has not taken yet. [any]
+    [[nodiscard]] std::size_t backlog() const {
+      const std::lock_guard lock(state_->mutex);
+      return state_->buffer.size();
     }
 
    private:

@@ -6,6 +6,14 @@
 //   [background]  the pool: polls, merges, scans
 //   [any]         whichever thread calls
 //
+// Below platform/linux/ there are two more:
+//
+//   [loop]        the PipeWire host's loop: its own thread, or another one while that holds the loop (LoopLock)
+//   [bus]         the thread of a connection to the session bus; each connection has one of its own
+//
+// A tag in the comment of a function is the function's; of a class, its public members' that have none of their own; at
+// the head of a file, everybody's in it. "[any but main]" leaves a thread out.
+//
 // Checks run in debug and sanitizer builds (QUILLMERE_THREAD_CHECKS) and cost nothing otherwise.
 #pragma once
 

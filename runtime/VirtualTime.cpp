@@ -33,7 +33,8 @@ class VirtualTime::VirtualSerialQueue final : public SerialQueue {
   explicit VirtualSerialQueue(VirtualTime& time) : time_(time), executor_(time) {}
   ~VirtualSerialQueue() override {
     runQueued();
-    while (const auto later = find(MonotonicTime::max())) static_cast<void>(take(*later));
+    while (time_.takeNextOn(executor_, MonotonicTime::max())) {
+    }
   }
   void async(Work work) override { executor_.post(std::move(work)); }
   void asyncAfter(Duration delay, Work work) override { executor_.postAfter(delay, std::move(work)); }
@@ -45,22 +46,7 @@ class VirtualTime::VirtualSerialQueue final : public SerialQueue {
   [[nodiscard]] bool isCurrent() const override { return executor_.isCurrent(); }
 
  private:
-  void runQueued() {
-    while (const auto next = find(time_.now_)) time_.run(take(*next));
-  }
-  /// Its first piece of work that is due by then.
-  [[nodiscard]] std::optional<Key> find(MonotonicTime limit) const {
-    for (const auto& [key, item] : time_.items_) {
-      if (key.first > limit) break;
-      if (item.executor == &executor_) return key;
-    }
-    return std::nullopt;
-  }
-  Item take(const Key& key) {
-    auto node = time_.items_.extract(key);
-    time_.dueTimes_.erase(key.second);
-    return std::move(node.mapped());
-  }
+  void runQueued() { time_.runDueOn(executor_); }
 
   VirtualTime& time_;
   VirtualExecutor executor_;
@@ -118,6 +104,19 @@ void VirtualTime::advance(Duration duration) {
   while (runNext(target)) {
   }
   now_ = std::max(now_, target);
+}
+
+std::optional<VirtualTime::Item> VirtualTime::takeNextOn(const Executor& executor, MonotonicTime limit) {
+  const auto next = std::find_if(items_.begin(), items_.end(),
+                                 [&executor](const auto& item) { return item.second.executor == &executor; });
+  if (next == items_.end() || next->first.first > limit) return std::nullopt;
+  auto node = items_.extract(next);
+  dueTimes_.erase(node.key().second);
+  return std::move(node.mapped());
+}
+
+void VirtualTime::runDueOn(Executor& executor) {
+  while (auto item = takeNextOn(executor, now_)) run(std::move(*item));
 }
 
 void VirtualTime::shutDown() {

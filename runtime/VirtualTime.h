@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,6 +31,9 @@ class VirtualTime final : public Clocks {
   void runUntilIdle();
   /// Lets `duration` pass, running each piece of work at its time. Runs what is due now first.
   void advance(Duration duration);
+  /// Runs what is due on one executor now, what that posts there too, and nothing else: called from within the work of
+  /// another executor, it is the thread that was quicker.
+  void runDueOn(Executor& executor);
   /// Moves the wall clock alone, as a user or a time server does.
   void jumpWallClock(double seconds) { wallOffsetSeconds_ += seconds; }
   /// Lets the machine sleep: wall time passes, monotonic time does not.
@@ -54,6 +58,8 @@ class VirtualTime final : public Clocks {
 
   std::uint64_t enqueue(VirtualExecutor& executor, Duration delay, Work work);
   bool runNext(MonotonicTime limit);
+  /// The executor's first piece of work that is due by then.
+  std::optional<Item> takeNextOn(const Executor& executor, MonotonicTime limit);
   void run(Item item);
 
   MonotonicTime now_{};

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/WindowSystem.h"
+#include "runtime/Threads.h"
 
 namespace quillmere {
 
@@ -24,6 +25,7 @@ QuillmereAppDelegate::QuillmereAppDelegate(const Runtime& runtime, WindowSystem&
     : runtime_(runtime), windows_(windows), steps_(std::move(steps)) {}
 
 bool QuillmereAppDelegate::applicationDidFinishLaunching() {
+  QUILLMERE_CHECK_ON(runtime_.main, "the launch is handled off the main thread");
   if (!steps_.acquireInstance()) {
     windows_.terminate();
     return false;
@@ -44,6 +46,7 @@ bool QuillmereAppDelegate::applicationDidFinishLaunching() {
 }
 
 void QuillmereAppDelegate::refreshActivationPolicy() {
+  QUILLMERE_CHECK_ON(runtime_.main, "the launch is handled off the main thread");
   const auto windows = windows_.windows();
   const bool anyTracked = std::any_of(windows.begin(), windows.end(), [](const WindowInfo& window) {
     return window.isVisible && trackedWindowIdentifiers().contains(window.identifier);
@@ -53,6 +56,7 @@ void QuillmereAppDelegate::refreshActivationPolicy() {
 }
 
 void QuillmereAppDelegate::handleMainWindowAppear(bool hasCompletedOnboarding) {
+  QUILLMERE_CHECK_ON(runtime_.main, "the launch is handled off the main thread");
   // A build without an onboarding keeps its main window: closing it would leave a first run with nothing to look at.
   if (hasCompletedOnboarding || !windows_.canOpen(onboardingWindow)) {
     runtime_.main.post([this] {

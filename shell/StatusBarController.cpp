@@ -7,6 +7,7 @@
 #include "platform/Updater.h"
 #include "platform/WindowSystem.h"
 #include "platform/Workspace.h"
+#include "runtime/Threads.h"
 #include "shell/VersionOrder.h"
 #include "state/MixerState.h"
 
@@ -29,6 +30,7 @@ StatusBarController::StatusBarController(MixerState& state, const Runtime& runti
       intents_(std::move(intents)) {}
 
 std::vector<StatusMenuEntry> StatusBarController::rebuildMenu() const {
+  QUILLMERE_CHECK_ON(runtime_.main, "the status item is handled off the main thread");
   StatusMenuInput input;
   input.isWhisperMode = state_.isWhisperMode().get();
   input.sleepTimerEndsAt = state_.sleepTimerEndsAt().get();
@@ -41,6 +43,7 @@ std::vector<StatusMenuEntry> StatusBarController::rebuildMenu() const {
 }
 
 void StatusBarController::perform(const StatusMenuEntry& entry, const std::string& activationToken) {
+  QUILLMERE_CHECK_ON(runtime_.main, "the status item is handled off the main thread");
   switch (entry.action) {
     case StatusAction::none:
     case StatusAction::separator:
@@ -76,7 +79,13 @@ void StatusBarController::perform(const StatusMenuEntry& entry, const std::strin
   }
 }
 
+void StatusBarController::handleClick(const StatusItemActivation& activation) {
+  QUILLMERE_CHECK_ON(runtime_.main, "the status item is handled off the main thread");
+  intents_.togglePopover(activation);
+}
+
 void StatusBarController::handleScroll(int angleDelta) {
+  QUILLMERE_CHECK_ON(runtime_.main, "the status item is handled off the main thread");
   scrollRemainder_ += angleDelta;
   const int notches = scrollRemainder_ / wheelNotch;
   if (notches == 0) return;
@@ -85,6 +94,7 @@ void StatusBarController::handleScroll(int angleDelta) {
 }
 
 void StatusBarController::observeMenu(const std::function<void()>& changed) {
+  QUILLMERE_CHECK_ON(runtime_.main, "the status item is handled off the main thread");
   subscriptions_.push_back(state_.isWhisperMode().observe([changed](const auto&) { changed(); }));
   subscriptions_.push_back(state_.sleepTimerEndsAt().observe([changed](const auto&) { changed(); }));
   subscriptions_.push_back(state_.profiles().observe([changed](const auto&) { changed(); }));

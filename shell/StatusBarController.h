@@ -35,7 +35,7 @@ class StatusBarController {
   [[nodiscard]] std::vector<StatusMenuEntry> rebuildMenu() const;
   /// Does what an entry says. A represented object that is no UUID is ignored.
   void perform(const StatusMenuEntry& entry, const std::string& activationToken = {});
-  void handleClick(const StatusItemActivation& activation = {}) { intents_.togglePopover(activation); }
+  void handleClick(const StatusItemActivation& activation = {});
   /// The wheel over the icon moves the master by 2 % a step of the wheel, whatever its resolution.
   void handleScroll(int angleDelta);
   /// Calls back whenever rebuildMenu() would give something else, the countdown aside.

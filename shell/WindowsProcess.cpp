@@ -10,6 +10,7 @@
 #include "remote/MessageType.h"
 #include "remote/MixerHost.h"
 #include "remote/WindowMessages.h"
+#include "runtime/Threads.h"
 
 namespace quillmere {
 
@@ -114,12 +115,14 @@ void WindowsProcess::restartForOldTray() {
 }
 
 void WindowsProcess::ask(json asked) {
+  QUILLMERE_CHECK_ON(runtime_.main, "the windows are asked off the main thread");
   if (!start()) return;
   tell(asked);
   pending_[asked_] = std::move(asked);
 }
 
 void WindowsProcess::tell(json told) {
+  QUILLMERE_CHECK_ON(runtime_.main, "the windows are asked off the main thread");
   if (!channel_) return;
   told["number"] = ++asked_;
   channel_->send(encodeMessage(told));
@@ -145,6 +148,7 @@ void WindowsProcess::open(const std::string& identifier, const std::string& acti
 }
 
 void WindowsProcess::setOldTrayWanted(bool isWanted) {
+  QUILLMERE_CHECK_ON(runtime_.main, "the windows are asked off the main thread");
   if (std::exchange(isOldTrayWanted_, isWanted) == isWanted) return;
   if (!isWanted) {
     tell({{"type", wire::keepOldTray}, {"isWanted", false}});
@@ -158,6 +162,7 @@ void WindowsProcess::setOldTrayWanted(bool isWanted) {
 }
 
 std::vector<WindowInfo> WindowsProcess::windows() const {
+  QUILLMERE_CHECK_ON(runtime_.main, "the windows are asked off the main thread");
   std::vector<WindowInfo> result;
   result.reserve(isVisible_.size());
   for (const auto& [identifier, isVisible] : isVisible_) result.push_back({identifier, isVisible});

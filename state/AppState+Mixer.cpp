@@ -93,11 +93,18 @@ void AppState::setPauseOnHeadphoneDisconnect(bool pauses) {
   machine_.defaults->set(SettingsStore::Keys::pauseOnHeadphoneDisconnect, pauses);
 }
 
-void AppState::setPomodoroFocusMinutes(int minutes) { pomodoroFocusMinutes_.set(minutes); }
+void AppState::setPomodoroFocusMinutes(int minutes) {
+  QUILLMERE_CHECK_ON(runtime_.main, "setPomodoroFocusMinutes off the main thread");
+  pomodoroFocusMinutes_.set(minutes);
+}
 
-void AppState::setPomodoroBreakMinutes(int minutes) { pomodoroBreakMinutes_.set(minutes); }
+void AppState::setPomodoroBreakMinutes(int minutes) {
+  QUILLMERE_CHECK_ON(runtime_.main, "setPomodoroBreakMinutes off the main thread");
+  pomodoroBreakMinutes_.set(minutes);
+}
 
 void AppState::setPomodoroFocusBundleID(std::optional<std::string> bundleID) {
+  QUILLMERE_CHECK_ON(runtime_.main, "setPomodoroFocusBundleID off the main thread");
   pomodoroFocusBundleID_.set(std::move(bundleID));
 }
 

@@ -43,7 +43,7 @@ std::shared_ptr<AppState> AppState::create(Machine& machine, const Runtime& runt
 AppState::AppState(Machine& machine, const Runtime& runtime, std::shared_ptr<EngineCalls> engine)
     : machine_(machine),
       runtime_(runtime),
-      headphoneMonitor_(std::make_shared<HeadphoneMonitor>(*machine.audio)),
+      headphoneMonitor_(std::make_shared<HeadphoneMonitor>(*machine.audio, runtime.main)),
       nowPlayingMonitor_(std::make_shared<NowPlayingMonitor>(*machine.nowPlaying, *machine.workspace, runtime,
                                                              std::chrono::seconds(1))),
       detector_(std::make_shared<AudioAppDetector>(*machine.audio, *machine.workspace, runtime.background)),

@@ -9,6 +9,7 @@
 #include "core/Json.h"
 #include "platform/UserDefaults.h"
 #include "runtime/Clocks.h"
+#include "runtime/Threads.h"
 
 namespace quillmere {
 
@@ -55,6 +56,7 @@ DuckRule SettingsStore::defaultDuckRule() {
 }
 
 SettingsStore::Snapshot SettingsStore::load() {
+  QUILLMERE_CHECK_ON(home_, "the settings are loaded off the main thread");
   Snapshot snapshot;
 
   auto profiles = decode(Keys::profiles, &json::decodeProfiles);
@@ -95,6 +97,7 @@ SettingsStore::Snapshot SettingsStore::load() {
 }
 
 void SettingsStore::persistOutputDevice(const std::optional<std::string>& uid) {
+  QUILLMERE_CHECK_ON(home_, "a setting is stored off the main thread");
   if (uid) {
     defaults_.set(Keys::outputDeviceUID, *uid);
   } else {
@@ -103,6 +106,7 @@ void SettingsStore::persistOutputDevice(const std::optional<std::string>& uid) {
 }
 
 void SettingsStore::persistActiveProfile(const std::optional<Uuid>& id) {
+  QUILLMERE_CHECK_ON(home_, "a setting is stored off the main thread");
   if (id) {
     defaults_.set(Keys::activeProfileID, id->text());
   } else {
@@ -133,6 +137,7 @@ std::optional<Value> SettingsStore::decode(const char* key,
 
 template <typename Value>
 void SettingsStore::persist(const char* key, const Value& value) {
+  QUILLMERE_CHECK_ON(home_, "a setting is stored off the main thread");
   if (const auto text = json::encode(value)) {
     defaults_.set(key, bytesOf(*text));
   } else {

@@ -13,6 +13,7 @@
 #include "core/DuckRule.h"
 #include "core/Profile.h"
 #include "core/Uuid.h"
+#include "runtime/HomeThread.h"
 #include "runtime/Logger.h"
 
 namespace quillmere {
@@ -82,6 +83,7 @@ class SettingsStore {
   std::optional<Type> typed(const char* key) const;
   void logIgnored(const char* key, const std::string& reason) const;
 
+  HomeThread home_;
   UserDefaults& defaults_;
   const Clocks& clocks_;
   Logger log_;

@@ -1,6 +1,8 @@
 // Reading and writing the views' own keys.
 #include "state/ViewSettings.h"
 
+#include "runtime/Threads.h"
+
 namespace quillmere {
 
 ViewSettings::ViewSettings(UserDefaults& defaults)
@@ -9,10 +11,12 @@ ViewSettings::ViewSettings(UserDefaults& defaults)
       showDuckBanner_(defaults.boolean(bannerKey).value_or(true)) {}
 
 void ViewSettings::setScrollOverRowAdjustsVolume(bool adjusts) {
+  QUILLMERE_CHECK_ON(home_, "a setting of the views is changed off the main thread");
   if (scrollOverRowAdjustsVolume_.set(adjusts)) defaults_.set(scrollKey, adjusts);
 }
 
 void ViewSettings::setShowDuckBanner(bool shows) {
+  QUILLMERE_CHECK_ON(home_, "a setting of the views is changed off the main thread");
   if (showDuckBanner_.set(shows)) defaults_.set(bannerKey, shows);
 }
 

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "platform/UserDefaults.h"
+#include "runtime/HomeThread.h"
 #include "runtime/Observable.h"
 
 namespace quillmere {
@@ -27,6 +28,7 @@ class ViewSettings {
   void setShowDuckBanner(bool shows);
 
  private:
+  HomeThread home_;
   UserDefaults& defaults_;
   Observable<bool> scrollOverRowAdjustsVolume_;
   Observable<bool> showDuckBanner_;

@@ -42,7 +42,7 @@ struct KnownApplication {
 /// happens on [main], where the last picture is given and a new one asked for in the background.
 class ApplicationRegistry {
  public:
-  /// Problems with desktop entries go to the runtime's log, each file once.
+  /// Problems with desktop entries go to the runtime's log, each file once. [any]
   explicit ApplicationRegistry(const Runtime& runtime, ApplicationRegistryOptions options = {});
   ~ApplicationRegistry();
   ApplicationRegistry(const ApplicationRegistry&) = delete;

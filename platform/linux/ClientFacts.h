@@ -28,14 +28,14 @@ struct ClientFacts {
   friend bool operator==(const ClientFacts&, const ClientFacts&) = default;
 };
 
-/// The identifier of the client's application; empty where it cannot tell. Called on the audio host's own thread, must
-/// neither block for long nor call back into the audio host.
+/// The identifier of the client's application; empty where it cannot tell. Called on [loop], must neither block for
+/// long nor call back into the audio host.
 using ApplicationIdentifier = std::function<std::string(const ClientFacts&)>;
 
-/// Portal id, application id, binary, application name, node name: the first that is there.
+/// Portal id, application id, binary, application name, node name: the first that is there. [any]
 [[nodiscard]] std::string defaultApplicationIdentifier(const ClientFacts& facts);
 
-/// The name people read: the application's own, or its binary's where that is missing or says nothing.
+/// The name people read: the application's own, or its binary's where that is missing or says nothing. [any]
 [[nodiscard]] std::string clientDisplayName(const ClientFacts& facts);
 
 }  // namespace quillmere

@@ -7,6 +7,7 @@
 
 namespace quillmere {
 
+/// [any but audio]
 class JournalLogSink final : public LogSink {
  public:
   /// `socketPath` is where a journal listens.

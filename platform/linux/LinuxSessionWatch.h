@@ -10,7 +10,8 @@
 
 namespace quillmere {
 
-/// Holds a connection to the display server that the environment names, and waits for its end.
+/// Holds a connection to the display server that the environment names, and waits for its end on a thread of its own.
+/// [main]
 class LinuxSessionWatch final : public SessionWatch {
  public:
   explicit LinuxSessionWatch(Executor& main);

@@ -20,7 +20,7 @@ struct LinuxSingleInstanceOptions {
 };
 
 /// On the bus: the name "app.quillmere.host" with org.freedesktop.Application, so that desktops can activate it as
-/// well.
+/// well. [main]
 class LinuxSingleInstance final : public SingleInstance {
  public:
   LinuxSingleInstance(Executor& main, LogSink& log, LinuxSingleInstanceOptions options = {});

@@ -34,6 +34,7 @@ struct LinuxStatusItemOptions {
 };
 
 /// Needs no toolkit and no display: panels draw it. Trays of the old kind, which embed a window, are not served.
+/// [main] throughout.
 class LinuxStatusItem final : public StatusItem {
  public:
   LinuxStatusItem(Executor& main, LogSink& log, LinuxStatusItemOptions options = {});

@@ -11,6 +11,7 @@ namespace mpris {
 class PlayerWatcher;
 }
 
+/// [main]
 class MprisMediaKeys final : public MediaKeys {
  public:
   explicit MprisMediaKeys(std::shared_ptr<mpris::PlayerWatcher> players);

@@ -14,6 +14,7 @@ namespace mpris {
 class PlayerWatcher;
 }
 
+/// Asked on [any] thread, as the port is.
 class MprisNowPlaying final : public NowPlayingSource {
  public:
   /// The process that stands for a player's application, given the player's process and its desktop entry's id.

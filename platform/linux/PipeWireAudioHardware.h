@@ -37,12 +37,13 @@ struct AudioClient {
   friend bool operator==(const AudioClient&, const AudioClient&) = default;
 };
 
+/// [any] unless told otherwise, as the port is; no call on [loop], where the daemon is talked with.
 class PipeWireAudioHardware final : public AudioHardware {
  public:
   /// `main` and `log` must outlive the object. Without a daemon everything is empty until one comes. [main]
   PipeWireAudioHardware(Executor& main, LogSink& log, ApplicationIdentifier identify = defaultApplicationIdentifier,
                         PipeWireOptions options = {});
-  /// Gives every application its own output back, without a glide.
+  /// Gives every application its own output back, without a glide. [main]
   ~PipeWireAudioHardware() override;
   PipeWireAudioHardware(const PipeWireAudioHardware&) = delete;
   PipeWireAudioHardware& operator=(const PipeWireAudioHardware&) = delete;

@@ -21,6 +21,8 @@ namespace quillmere {
 /// A file that is no database, or a damaged one, is moved aside and a fresh one is begun with what could still be read of
 /// it; if that can't be stored at once, it is tried again like any other write. Where nothing can be written, settings
 /// last as long as the object. All of it is logged, nothing fails towards the caller.
+///
+/// [main] unless told otherwise.
 class SqliteUserDefaults final : public UserDefaults {
  public:
   /// Reads everything there is. The file's directory is made if need be and closed to others (0700), as the file is
@@ -32,6 +34,7 @@ class SqliteUserDefaults final : public UserDefaults {
   SqliteUserDefaults& operator=(const SqliteUserDefaults&) = delete;
 
   /// "quillmere/defaults.sqlite" below $XDG_CONFIG_HOME, or below ~/.config where that is not set to an absolute path.
+  /// [any]
   [[nodiscard]] static std::filesystem::path standardFile();
 
   [[nodiscard]] std::optional<DefaultsValue> object(std::string_view key) const override;

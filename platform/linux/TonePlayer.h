@@ -10,6 +10,7 @@
 
 namespace quillmere {
 
+/// [main] unless told otherwise; the daemon is talked with on [background].
 class TonePlayer final : public SoundPlayer {
  public:
   /// `remote` names the daemon's socket; empty means the session's own.

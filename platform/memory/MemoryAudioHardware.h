@@ -166,6 +166,8 @@ class MemoryAudioHardware final : public AudioHardware {
   // Taps and aggregates.
   /// The format of taps created from now on; 48 kHz stereo at first.
   void setTapFormat(const AudioStreamBasicDescription& format);
+  /// The same of those that are there, as where the device goes to another rate; their listeners are told.
+  void changeTapFormat(const AudioStreamBasicDescription& format);
   /// How long after its creation an aggregate says that it is alive; 0 at first. One that plays nowhere never does.
   void setAggregateAliveDelay(Duration delay);
   /// True: as on a graph, what follows the default plays there wherever it goes, and what misses its device plays on
@@ -219,7 +221,7 @@ class MemoryAudioHardware final : public AudioHardware {
   std::shared_ptr<World> world_;
 };
 
-/// For test messages.
+/// For test messages. [any]
 [[nodiscard]] const char* nameOf(MemoryAudioHardware::Method method);
 
 }  // namespace quillmere

@@ -10,6 +10,7 @@
 
 namespace quillmere {
 
+/// [main] throughout.
 class MemoryWindowSystem final : public WindowSystem {
  public:
   explicit MemoryWindowSystem(std::set<std::string> openable) : openable_(std::move(openable)) {}

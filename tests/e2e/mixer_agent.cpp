@@ -117,6 +117,8 @@ class Attendance {
     while (late > longest && !longest_.compare_exchange_weak(longest, late)) {
     }
   }
+  /// It does not mean to come by any more.
+  void rest() { last_ = 0; }
   /// In milliseconds since the last call of this, an absence that still lasts among it. [any]
   double take() {
     const auto before = last_.load();
@@ -134,16 +136,16 @@ class Attendance {
 class Watch {
  public:
   explicit Watch(Executor& main) : main_(main) {}
-  ~Watch() {
-    isOver_ = true;
-    if (idler_.joinable()) idler_.join();
-  }
+  ~Watch() { end(); }
   Watch(const Watch&) = delete;
   Watch& operator=(const Watch&) = delete;
 
-  /// Begins with the first call. [main]
-  bool answer(Answer& answer) {
-    if (!idler_.joinable()) {
+  /// Begins with the first call; "end" ends it, and with it what it costs. [main]
+  bool answer(const Fields& fields, Answer& answer) {
+    if (fields.size() == 2 && fields[1] == "end") {
+      end();
+    } else if (!idler_.joinable()) {
+      isOver_ = false;
       idler_ = std::thread([this] {
         while (!isOver_) {
           idle_.note();
@@ -158,7 +160,14 @@ class Watch {
   }
 
  private:
+  void end() {
+    isOver_ = true;
+    if (idler_.joinable()) idler_.join();
+    onMain_.rest();
+    idle_.rest();
+  }
   void comeBy() {
+    if (isOver_) return;
     onMain_.note();
     main_.postAfter(Attendance::period, [this] { comeBy(); });
   }
@@ -173,9 +182,15 @@ class Watch {
 /// The commands. Each fills the answer, or gives false when its fields make no sense. [main]
 class Commands {
  public:
-  Commands(AppState& state, JumpingClocks& clocks, Watch& watch) : state_(state), clocks_(clocks) {
+  Commands(AppState& state, const ProcessTapEngine& engine, JumpingClocks& clocks, Watch& watch)
+      : state_(state), clocks_(clocks) {
     table_ = {
-        {"away", [&watch](const Fields&, Answer& answer) { return watch.answer(answer); }},
+        {"away", [&watch](const Fields& fields, Answer& answer) { return watch.answer(fields, answer); }},
+        {"heard",
+         [&engine](const Fields&, Answer& answer) {
+           answer["heard"] = engine.activeBundleIDs();
+           return true;
+         }},
         {"list", [this](const Fields&, Answer& answer) { return list(answer); }},
         {"gain", [this](const Fields& fields, Answer&) { return gain(fields); }},
         {"mute", [this](const Fields& fields, Answer&) { return mute(fields); }},
@@ -381,7 +396,7 @@ int runAgent() {
   DriverClient driver(engine, background);
   const auto state = AppState::create(machine, runtime, driver);
   Watch watch(main);
-  Commands commands(*state, clocks, watch);
+  Commands commands(*state, engine, clocks, watch);
 
   std::thread reader([&] {
     std::string line;

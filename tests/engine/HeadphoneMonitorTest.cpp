@@ -15,7 +15,7 @@ using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
 struct HeadphoneMonitorTest : EngineFixture {
-  std::unique_ptr<HeadphoneMonitor> monitor = std::make_unique<HeadphoneMonitor>(hardware);
+  std::unique_ptr<HeadphoneMonitor> monitor = std::make_unique<HeadphoneMonitor>(hardware, time.main());
   std::vector<std::string> disconnected;
   std::vector<std::string> removed;
   std::vector<std::string> added;
@@ -216,6 +216,30 @@ TEST_F(HeadphoneMonitorTest, AMonitorThatIsGoneHearsNothing) {
   time.runUntilIdle();
   EXPECT_THAT(disconnected, IsEmpty());
   EXPECT_THAT(removed, IsEmpty());
+}
+
+using HeadphoneMonitorDeathTest = HeadphoneMonitorTest;
+
+TEST_F(HeadphoneMonitorDeathTest, StartingOffTheMainThreadStopsTheProcess) {
+#ifndef QUILLMERE_THREAD_CHECKS
+  GTEST_SKIP() << "built without QUILLMERE_THREAD_CHECKS";
+#endif
+  const auto elsewhere = [this] {
+    time.background().post([this] { monitor->start(); });
+    time.runUntilIdle();
+  };
+  EXPECT_DEATH(elsewhere(), "off the main thread");
+}
+
+TEST_F(HeadphoneMonitorDeathTest, AHostThatTellsOffTheMainThreadStopsTheProcess) {
+#ifndef QUILLMERE_THREAD_CHECKS
+  GTEST_SKIP() << "built without QUILLMERE_THREAD_CHECKS";
+#endif
+  MemoryAudioHardware careless(time.background(), time);
+  HeadphoneMonitor listening(careless, time.main());
+  listening.start();
+  careless.addDevice({.uid = "headset", .name = "Headset"});
+  EXPECT_DEATH(time.runUntilIdle(), "off the main thread");
 }
 
 }  // namespace

@@ -16,7 +16,8 @@ constexpr const char* player = "org.example.Player";
 struct MissingOutputTest : EngineFixture {
   std::unique_ptr<ProcessTapEngine> engine = std::make_unique<ProcessTapEngine>(hardware, time.runtime(log));
 
-  void settle() { time.runUntilIdle(); }
+  /// Until a path that doesn't come alive is given up.
+  void settle() { time.advance(3s); }
   /// The application is there at this gain, and routed if a device is named.
   void play(float gain, const std::optional<std::string>& route) {
     engine->updateProcessMap({{player, 1, 7}});

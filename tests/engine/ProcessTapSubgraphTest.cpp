@@ -59,7 +59,8 @@ TEST_F(ProcessTapSubgraphTest, ActivatingBuildsTapFormatAggregateAndIOInThisOrde
   for (const auto& call : hardware.calls()) steps.push_back(call.method);
   EXPECT_THAT(
       steps, ElementsAre(Method::readUInt32, Method::readString, Method::createProcessTap, Method::readFormat,
-                         Method::createAggregateDevice, Method::readUInt32, Method::createIOProc, Method::startDevice));
+                         Method::createAggregateDevice, Method::readUInt32, Method::createIOProc, Method::startDevice,
+                         Method::addPropertyListener, Method::readFormat));
 }
 
 TEST_F(ProcessTapSubgraphTest, TheTapIsPrivateIncludesTheProcessesAndMutesOnlyWhileRead) {
@@ -148,6 +149,33 @@ TEST_F(ProcessTapSubgraphTest, ATapRateOfZeroGlidesAsAtEightThousandHertz) {
   subgraph->setTargetGain(0.0F);
   const auto c = static_cast<float>(1.0 - std::exp(-1.0 / 240.0));
   EXPECT_EQ(playThrough(onlyAggregate(), 1.0F), 1.0F + (0.0F - 1.0F) * c);
+}
+
+TEST_F(ProcessTapSubgraphTest, AChangeOfTheTapsRateWhileItRunsKeepsTheTimeOfTheGlide) {
+  ASSERT_EQ(subgraph->activate(1.0F, std::nullopt), Progress::live);
+  hardware.changeTapFormat({96000.0, fourCC("lpcm"), 9, 8, 1, 8, 2, 32});
+  time.runUntilIdle();
+  subgraph->setTargetGain(0.0F);
+  const auto c = static_cast<float>(1.0 - std::exp(-1.0 / (96000.0 * 0.03)));
+  EXPECT_EQ(playThrough(onlyAggregate(), 1.0F), 1.0F + (0.0F - 1.0F) * c);
+}
+
+TEST_F(ProcessTapSubgraphTest, ARateThatIsUnreadableWhileItRunsChangesNothing) {
+  ASSERT_EQ(subgraph->activate(1.0F, std::nullopt), Progress::live);
+  hardware.fail({.method = Method::readFormat}, unspecifiedError);
+  hardware.changeTapFormat({96000.0, fourCC("lpcm"), 9, 8, 1, 8, 2, 32});
+  time.runUntilIdle();
+  subgraph->setTargetGain(0.0F);
+  const auto c = static_cast<float>(1.0 - std::exp(-1.0 / (48000.0 * 0.03)));
+  EXPECT_EQ(playThrough(onlyAggregate(), 1.0F), 1.0F + (0.0F - 1.0F) * c);
+}
+
+TEST_F(ProcessTapSubgraphTest, AnEndedPathListensNoMore) {
+  ASSERT_EQ(subgraph->activate(1.0F, std::nullopt), Progress::live);
+  EXPECT_EQ(hardware.listenerCount(onlyTap(), {audio::tapFormat, audio::scopeGlobal, 0}), 1U);
+  const auto tap = onlyTap();
+  subgraph->invalidate();
+  EXPECT_EQ(hardware.listenerCount(tap, {audio::tapFormat, audio::scopeGlobal, 0}), 0U);
 }
 
 TEST_F(ProcessTapSubgraphTest, InvalidatingStopsTheIOThenDropsTheDeviceThenTheTap) {

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <limits>
 #include <memory>
 
@@ -248,6 +249,22 @@ TEST_F(SystemMasterVolumeTest, AListenerThatFiresAfterTheEndDoesNothing) {
   master.reset();
   time.runUntilIdle();
   EXPECT_THAT(told, IsEmpty());
+}
+
+using SystemMasterVolumeDeathTest = SystemMasterVolumeTest;
+
+TEST_F(SystemMasterVolumeDeathTest, EveryCallOffTheMainThreadStopsTheProcess) {
+#ifndef QUILLMERE_THREAD_CHECKS
+  GTEST_SKIP() << "built without QUILLMERE_THREAD_CHECKS";
+#endif
+  useVolumes({{0, {.value = 0.7F}}});
+  const auto elsewhere = [this](const std::function<void()>& call) {
+    time.background().post(call);
+    time.runUntilIdle();
+  };
+  EXPECT_DEATH(elsewhere([this] { static_cast<void>(master->read()); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([this] { master->write(0.5F); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([this] { master->followDefaultOutput(); }), "off the main thread");
 }
 
 }  // namespace

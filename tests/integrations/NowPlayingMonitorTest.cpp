@@ -179,11 +179,22 @@ TEST_F(NowPlaying, ASourceThatNeverAnswersStopsTheElementsUntilItDoes) {
   EXPECT_THAT(seen, SizeIs(2));
 }
 
-TEST_F(NowPlaying, ASourceThatDropsItsQuestionsNeverYieldsAndHoldsNothing) {
+TEST_F(NowPlaying, ASourceThatDropsItsQuestionsEndsTheStreamWithoutAnElement) {
+  source.setTrack("Song", true, 1);
   source.setMode(MemoryNowPlayingSource::Mode::drops);
   listen();
+  EXPECT_TRUE(consumer.isFinished()) << "who waits for the next element is told that there is none";
+  source.setMode(MemoryNowPlayingSource::Mode::answers);
   time.advance(60s);
   EXPECT_THAT(seen, SizeIs(0));
+  EXPECT_EQ(source.infoRequestCount(), 1) << "the poll is gone with its question";
+}
+
+TEST_F(NowPlaying, ASourceThatHoldsItsQuestionsKeepsTheStream) {
+  source.setMode(MemoryNowPlayingSource::Mode::holds);
+  listen();
+  time.advance(60s);
+  EXPECT_FALSE(consumer.isFinished());
 }
 
 TEST_F(NowPlaying, AnAbandonedStreamAsksNoMore) {

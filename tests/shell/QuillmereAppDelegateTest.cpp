@@ -119,5 +119,21 @@ TEST_F(Shell, WithoutAnOnboardingAFirstRunKeepsItsMainWindow) {
   EXPECT_EQ(bare.calls, (Calls{"activate", "front main"}));
 }
 
+using ShellDeathTest = Shell;
+
+TEST_F(ShellDeathTest, EveryCallOffTheMainThreadStopsTheProcess) {
+#ifndef QUILLMERE_THREAD_CHECKS
+  GTEST_SKIP() << "built without QUILLMERE_THREAD_CHECKS";
+#endif
+  auto delegate = makeDelegate();
+  const auto elsewhere = [this](const std::function<void()>& call) {
+    time.background().post(call);
+    time.runUntilIdle();
+  };
+  EXPECT_DEATH(elsewhere([&] { delegate.applicationDidFinishLaunching(); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { delegate.refreshActivationPolicy(); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { delegate.handleMainWindowAppear(true); }), "off the main thread");
+}
+
 }  // namespace
 }  // namespace quillmere

@@ -164,5 +164,23 @@ TEST_F(StatusBar, MenuObserversHearOfWhatTheMenuShows) {
   EXPECT_EQ(changes, 3);
 }
 
+using StatusBarDeathTest = StatusBar;
+
+TEST_F(StatusBarDeathTest, EveryCallOffTheMainThreadStopsTheProcess) {
+#ifndef QUILLMERE_THREAD_CHECKS
+  GTEST_SKIP() << "built without QUILLMERE_THREAD_CHECKS";
+#endif
+  auto controller = makeController();
+  const auto elsewhere = [this](const std::function<void()>& call) {
+    box->time.background().post(call);
+    box->time.runUntilIdle();
+  };
+  EXPECT_DEATH(elsewhere([&] { static_cast<void>(controller.rebuildMenu()); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { controller.perform(entryFor(StatusAction::none)); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { controller.handleClick(); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { controller.handleScroll(0); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { controller.observeMenu([] {}); }), "off the main thread");
+}
+
 }  // namespace
 }  // namespace quillmere

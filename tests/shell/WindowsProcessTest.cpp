@@ -308,5 +308,26 @@ TEST_F(WindowsOfTheProgram, OldTrayThatIsNoLongerWantedLetsTheProcessEnd) {
   EXPECT_EQ(launcher.lines.size(), 1U);
 }
 
+using WindowsOfTheProgramDeathTest = WindowsOfTheProgram;
+
+TEST_F(WindowsOfTheProgramDeathTest, EveryCallOffTheMainThreadStopsTheProcess) {
+#ifndef QUILLMERE_THREAD_CHECKS
+  GTEST_SKIP() << "built without QUILLMERE_THREAD_CHECKS";
+#endif
+  const auto elsewhere = [this](const std::function<void()>& call) {
+    box->time.background().post(call);
+    box->time.runUntilIdle();
+  };
+  EXPECT_DEATH(elsewhere([&] { windows.togglePopover({}); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { windows.closePopover(); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { windows.open("main"); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { windows.close("main"); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { windows.orderFront("main"); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { windows.activate(); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { windows.showAboutPanel(); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { windows.setOldTrayWanted(true); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { static_cast<void>(windows.windows()); }), "off the main thread");
+}
+
 }  // namespace
 }  // namespace quillmere

@@ -1,4 +1,6 @@
 // Start-up: what the fields hold, what is written, what is not touched.
+#include <utility>
+
 #include "StateFixture.h"
 
 namespace quillmere {
@@ -129,11 +131,33 @@ TEST_F(StartUp, ALargerChangeOfTheSystemVolumeShowsAndIsNotStored) {
 }
 
 TEST_F(StartUp, ListenersOfTheMachineDoNothingOnceTheStateIsGone) {
-  box->start();
-  box->state.reset();
-  box->time.shutDown();
-  box->audio.setVolume(speakers, 0, 0.2F);
-  box->audio.removeDevice(speakers);
+  // The machine's time goes on after the program's has ended.
+  VirtualTime program;
+  auto gone = AppState::create(box->machine, program.runtime(box->log),
+                               std::make_shared<RecordingEngine>(program.background()));
+  const auto happens = [&](const auto& event) {
+    event();
+    settle();
+    program.runUntilIdle();
+  };
+  const auto headset = box->addHeadset();
+  happens([&] { box->audio.setDefaultOutput(headset); });
+  box->player.setTrack("Song", true, 0);
+  for (int poll = 0; poll < 3; ++poll) happens([&] { program.advance(std::chrono::seconds(1)); });
+  happens([&] { box->audio.setVolume(headset, 0, 0.2F); });
+  ASSERT_EQ(*gone->masterGain(), 0.2F) << "while it lives its listeners are called";
+  ASSERT_TRUE(gone->nowPlaying()->has_value());
+
+  const std::weak_ptr<AppState> watch = std::exchange(gone, nullptr);
+  program.shutDown();
+  ASSERT_TRUE(watch.expired());
+  box->audio.clearCalls();
+  happens([&] { box->audio.setVolume(headset, 0, 0.7F); });
+  happens([&] { box->audio.setVolume(speakers, 0, 0.7F); });
+  happens([&] { box->audio.removeDevice(headset); });
+  happens([&] { box->addHeadset(); });
+  EXPECT_THAT(box->audio.calls(), IsEmpty());
+  EXPECT_THAT(box->keys.pressed(), IsEmpty());
 }
 
 TEST_F(StartUp, TheRunningStreamsKeepTheStateAlive) {

@@ -82,12 +82,29 @@ TEST_F(DeviceLoss, AnotherReturnOfTheDeviceDoesNothing) {
   play();
   unplug();
   box->advanceSeconds(2);
+  // The player stays paused, so nothing but the first return ends the waiting.
+  playerObeys = false;
   plug();
   box->advanceSeconds(2);
+  ASSERT_THAT(keys(), ElementsAre(mediakey::play, mediakey::play));
   box->keys.clear();
+  unplug();
   plug();
   box->advanceSeconds(2);
   EXPECT_THAT(keys(), IsEmpty());
+}
+
+TEST_F(DeviceLoss, ADeviceThatFlickersOnItsReturnResumesOnce) {
+  play();
+  unplug();
+  box->advanceSeconds(2);
+  plug();
+  box->time.advance(std::chrono::milliseconds(100));
+  unplug();
+  plug();
+  box->advanceSeconds(2);
+  EXPECT_THAT(keys(), ElementsAre(mediakey::play, mediakey::play)) << "one key more would have stopped it again";
+  EXPECT_TRUE(playing);
 }
 
 TEST_F(DeviceLoss, WithTheFeatureOffNoPathPressesOrWaits) {
@@ -96,6 +113,9 @@ TEST_F(DeviceLoss, WithTheFeatureOffNoPathPressesOrWaits) {
   state().setRouting("headset", spotify);
   unplug();
   EXPECT_THAT(keys(), IsEmpty());
+  // Paused by hand before a poll clears what may be waited for: a device that was waited for would resume it.
+  setPlaying(false);
+  box->advanceSeconds(1);
   state().setPauseOnHeadphoneDisconnect(true);
   plug();
   box->advanceSeconds(2);
@@ -267,8 +287,11 @@ TEST_F(DeviceLoss, ASecondLossWithinTheDelayDoesNotStopTheResumesTest) {
   unplug();
   box->advanceSeconds(2);
   plug();
+  box->audio.setDefaultOutput(headset);
   box->time.advance(std::chrono::milliseconds(400));
   unplug();
+  ASSERT_EQ(box->audio.defaultOutput(), speakers) << "the default output left the headset once more";
+  EXPECT_THAT(keys(), ElementsAre(mediakey::play)) << "what is paused needs no key";
   box->time.advance(std::chrono::milliseconds(400));
   EXPECT_THAT(keys(), ElementsAre(mediakey::play, mediakey::play));
 }

@@ -95,7 +95,20 @@ TEST_F(MixerOperations, RoutingIsStoredAndSent) {
   EXPECT_THAT(engineCalls(), ElementsAre(routingCall(spotify, "headset")));
 }
 
-TEST_F(MixerOperations, AnAbsentRouteIsStoredAndStillSent) {
+TEST_F(MixerOperations, ARouteThatIsTakenBackIsGoneFromTheStoreAndSentAsAbsent) {
+  startWithThree();
+  state().setRouting("headset", spotify);
+  settle();
+  ASSERT_EQ(storedApps().at(1).routedDeviceUID, "headset");
+  forget();
+  state().setRouting(std::nullopt, spotify);
+  settle();
+  EXPECT_EQ(box->app(spotify)->routedDeviceUID, std::nullopt);
+  EXPECT_EQ(storedApps(), *state().apps());
+  EXPECT_THAT(engineCalls(), ElementsAre(routingCall(spotify, std::nullopt)));
+}
+
+TEST_F(MixerOperations, AnAbsentRouteOfAnApplicationThatHasNoneIsStoredAndSentAllTheSame) {
   startWithThree();
   state().setRouting(std::nullopt, spotify);
   settle();

@@ -237,14 +237,20 @@ TEST_F(Profiles, TheActiveProfileStaysSetWhenTheLayoutNoLongerMatchesIt) {
   EXPECT_EQ(*state().activeProfileID(), id);
 }
 
-TEST_F(Profiles, ProfilesAndTheActiveOneSurviveARestartAndTheEngineIsNotTold) {
+TEST_F(Profiles, ProfilesAndTheActiveOneSurviveARestartWhichAppliesNothing) {
+  state().setGain(0.5F, spotify);
+  state().setGain(0.4F, editor);
   const auto id = add("Evening");
   state().applyProfile(id);
+  state().setGain(0.8F, spotify);
+  state().setGain(1.0F, editor);
   const auto before = *state().profiles();
-  restart({});
+  restart({{spotify, "Spotify"}, {zoom, "Zoom"}, {editor, "Editor"}});
   EXPECT_EQ(*state().profiles(), before);
   EXPECT_EQ(*state().activeProfileID(), id);
-  EXPECT_THAT(engineCalls(), IsEmpty());
+  EXPECT_FLOAT_EQ(box->gainOf(spotify), 0.8F);
+  EXPECT_FLOAT_EQ(box->gainOf(editor), 1.0F);
+  EXPECT_THAT(engineCalls(), ElementsAre(gainCall(spotify, 0.8F))) << "the list that was stored last, not the profile";
 }
 
 }  // namespace

@@ -2,6 +2,9 @@
 // another behind it. What it says is active, a test sets; what the other says counts too.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -62,6 +65,7 @@ class RecordingEngine final : public EngineCalls {
     if (behind_) behind_->applyRouting(deviceUID, bundleID);
   }
   void updateProcessMap(std::vector<CoreAudioProcessMonitor::Snapshot> snapshots) override {
+    if (beforeProcessMap_) beforeProcessMap_();
     callsBeforeFirstProcessMap_ = callsBeforeFirstProcessMap_.value_or(calls_.size());
     if (behind_) behind_->updateProcessMap(snapshots);
     processes_ = std::move(snapshots);
@@ -77,9 +81,11 @@ class RecordingEngine final : public EngineCalls {
   }
   Stream<std::map<std::string, float>> levelsStream() override {
     using Levels = Stream<std::map<std::string, float>>;
-    return Levels::produce(background_, [](TaskContext& task, Levels::Writer& writer) -> Async<void> {
+    return Levels::produce(background_, [this](TaskContext& task, Levels::Writer& writer) -> Async<void> {
       while (!task.isCancelled()) {
+        mostLevelsWaiting_ = std::max(mostLevelsWaiting_, writer.backlog());
         writer.yield({{"com.example.loud", 1.0F}});
+        ++levelsTold_;
         co_await task.sleep(std::chrono::milliseconds(100));
       }
     });
@@ -94,6 +100,11 @@ class RecordingEngine final : public EngineCalls {
   }
   void setActive(std::set<std::string> bundleIDs) { active_ = std::move(bundleIDs); }
   [[nodiscard]] const std::vector<CoreAudioProcessMonitor::Snapshot>& processes() const { return processes_; }
+  /// Called at the head of each updateProcessMap().
+  void setBeforeProcessMap(std::function<void()> beforeProcessMap) { beforeProcessMap_ = std::move(beforeProcessMap); }
+  [[nodiscard]] std::size_t levelsTold() const { return levelsTold_; }
+  /// How many levels ever waited to be taken when the next one came.
+  [[nodiscard]] std::size_t mostLevelsWaiting() const { return mostLevelsWaiting_; }
   /// How many calls had come when the first process map came.
   [[nodiscard]] std::optional<std::size_t> callsBeforeFirstProcessMap() const { return callsBeforeFirstProcessMap_; }
 
@@ -110,6 +121,9 @@ class RecordingEngine final : public EngineCalls {
   std::set<std::string> active_;
   std::vector<CoreAudioProcessMonitor::Snapshot> processes_;
   std::optional<std::size_t> callsBeforeFirstProcessMap_;
+  std::function<void()> beforeProcessMap_;
+  std::size_t levelsTold_ = 0;
+  std::size_t mostLevelsWaiting_ = 0;
 };
 
 }  // namespace quillmere

@@ -97,22 +97,29 @@ TEST_F(NowPlayingStream, ASourceThatHangsLeavesTheLastTrackAndEverythingElseRunn
 }
 
 TEST_F(NowPlayingStream, ASourceThatDropsItsQuestionsEndsTheStreamAndNothingElse) {
-  box->player.setMode(MemoryNowPlayingSource::Mode::drops);
   startWithThree();
+  box->player.setTrack("Song", true, box->pidOf(spotify));
+  box->player.setMode(MemoryNowPlayingSource::Mode::drops);
   box->advanceSeconds(10);
-  EXPECT_EQ(*state().nowPlaying(), std::nullopt);
+  box->player.setMode(MemoryNowPlayingSource::Mode::answers);
+  box->advanceSeconds(10);
+  EXPECT_EQ(*state().nowPlaying(), std::nullopt) << "nobody asks any more";
   box->setSounding(spotify, true);
   box->detect();
   EXPECT_THAT(*state().liveBundleIDs(), ElementsAre(spotify));
 }
 
-TEST(LevelStream, LevelsAreReadAndDropped) {
-  RecordingDefaults disk;
-  VirtualMachine box(disk);
-  box.addSpeakers();
-  box.start();
-  box.advanceSeconds(5);
-  EXPECT_THAT(*box.state->liveBundleIDs(), IsEmpty()) << "a level of an application makes nobody live";
+class LevelStream : public StateFixture {};
+
+TEST_F(LevelStream, LevelsAreTakenAsTheyComeAndMakeNobodyLive) {
+  startWithThree();
+  auto everLive = *state().liveBundleIDs();
+  const auto watch =
+      state().liveBundleIDs().observe([&](const auto& live) { everLive.insert(live.begin(), live.end()); });
+  box->advanceSeconds(5);
+  EXPECT_GE(box->engine->levelsTold(), 50U);
+  EXPECT_EQ(box->engine->mostLevelsWaiting(), 0U) << "levels that nobody takes would pile up for ever";
+  EXPECT_THAT(everLive, IsEmpty()) << "a level of an application makes nobody live";
 }
 
 }  // namespace

@@ -64,8 +64,10 @@ void MenuModel::setEntries(std::vector<MenuEntry> entries) {
 
 void MenuModel::trigger(int row) {
   if (row < 0 || row >= rowCount()) return;
+  const auto& entry = entries_[static_cast<std::size_t>(row)];
+  if (entry.isDivider) return;
   // The action may replace the entries, and this function with them.
-  const auto action = entries_[static_cast<std::size_t>(row)].action;
+  const auto action = entry.action;
   if (action) action();
 }
 

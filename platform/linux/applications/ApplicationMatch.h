@@ -1,4 +1,5 @@
-// The rules that name the application of a process and of an audio client. Pure: all they look at is given.
+// The rules that name the application of a process and of an audio client. Pure: all they look at is
+// given. [any]
 #pragma once
 
 #include <string>

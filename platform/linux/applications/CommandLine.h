@@ -1,5 +1,5 @@
 // From a command line to the program that it really runs: through wrappers, interpreters and launchers.
-// Both sides of the comparison between a process and a desktop entry's Exec key pass through here.
+// Both sides of the comparison between a process and a desktop entry's Exec key pass through here. Pure: [any].
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
 // The installed applications: every desktop entry of the user's data folders, with the ways to find one.
-// Immutable once read, so any thread may hold it.
+// Immutable once read, so any thread may hold it: [any]. Reading takes as long as the disk does.
 #pragma once
 
 #include <functional>
@@ -22,6 +22,7 @@ class DesktopEntries {
 
   /// Reads `<folder>/applications` of each folder; an entry in an earlier folder hides those of the same id in later
   /// ones. Broken files are reported and left out. `searchPath` is where programs without a folder are looked for.
+  /// [any but main]
   [[nodiscard]] static std::shared_ptr<const DesktopEntries> read(const std::vector<std::string>& folders,
                                                                   const std::string& searchPath, const Report& report);
 

@@ -1,4 +1,4 @@
-// One installed application as its desktop entry describes it.
+// One installed application as its desktop entry describes it. Pure: [any].
 #pragma once
 
 #include <optional>

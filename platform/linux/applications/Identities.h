@@ -1,5 +1,5 @@
 // The table that gives well-known Linux applications the identifiers which the mixer's own tables use.
-// The data is resources/identities.json, compiled in.
+// The data is resources/identities.json, compiled in. Immutable once made: [any].
 #pragma once
 
 #include <map>

@@ -1,5 +1,5 @@
 // What /proc tells of one process.
-// Processes vanish while they are read: every field may be missing.
+// Processes vanish while they are read: every field may be missing. Keeps nothing: [any].
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // What the name of a process's control group tells of the application it belongs to.
-// Desktop environments, Flatpak and Snap start each application in a unit of its own.
+// Desktop environments, Flatpak and Snap start each application in a unit of its own. Pure: [any].
 #pragma once
 
 #include <string>

@@ -17,7 +17,8 @@ inline constexpr const char* busInterface = busService;
 inline constexpr const char* busPath = "/org/freedesktop/DBus";
 inline constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 
-/// Unless told otherwise a member belongs to the thread, and what is handed in is called on it, never after end().
+/// The thread behind [bus], to which members belong unless told otherwise; what is handed in is called on it, never
+/// after end().
 class BusThread {
  public:
   using Reply = std::function<void(GVariant* reply)>;
@@ -32,14 +33,15 @@ class BusThread {
   /// The name is the thread's, of fifteen characters at most. `address` absent means the session's bus, empty means
   /// none. Nothing is connected yet. [any]
   BusThread(const char* name, std::optional<std::string> address, Events events);
+  /// Ends the thread if end() has not. [any but bus]
   ~BusThread();
   BusThread(const BusThread&) = delete;
   BusThread& operator=(const BusThread&) = delete;
 
-  /// [any]
+  /// Runs the work on the thread, later. [any]
   void invoke(std::function<void()> work);
   /// Runs `last` as the last thing, closes the connection and waits for the thread. To be called by whoever owns what
-  /// the handlers touch, before it goes. [any but the thread]
+  /// the handlers touch, before it goes. [any but bus]
   void end(std::function<void()> last = {});
 
   void connect();

@@ -1,4 +1,5 @@
-// GLib's values and objects with owners.
+// GLib's values and objects with owners. Values may go from thread to thread; an object belongs to whom it belongs in
+// GLib. [any]
 #pragma once
 
 #include <gio/gio.h>

@@ -1,4 +1,5 @@
 // What a press of a media key is for the players there are: a call that stays right if it comes late.
+// Pure: [any].
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // What one media player has told of itself over MPRIS, and which of several players counts.
-// Pure: no bus in here.
+// Pure: no bus in here. [any]
 #pragma once
 
 #include <cstdint>

@@ -25,8 +25,9 @@ struct PlayerWatcherOptions {
 
 class PlayerWatcher {
  public:
+  /// [main]
   PlayerWatcher(Clocks& clocks, LogSink& log, PlayerWatcherOptions options = {});
-  /// Ends the thread; calls that are under way are dropped.
+  /// Ends the thread; calls that are under way are dropped. [any but bus]
   ~PlayerWatcher();
   PlayerWatcher(const PlayerWatcher&) = delete;
   PlayerWatcher& operator=(const PlayerWatcher&) = delete;

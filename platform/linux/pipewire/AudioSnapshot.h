@@ -43,6 +43,7 @@ struct ProcessSnapshot {
   friend bool operator==(const ProcessSnapshot&, const ProcessSnapshot&) = default;
 };
 
+/// Never changed once it has been taken, so any thread may hold it. [any]
 struct AudioSnapshot {
   std::vector<DeviceSnapshot> devices;
   /// In the order of appearance.
@@ -65,14 +66,14 @@ struct AudioSnapshot {
 /// Linear volumes by node.
 using Volumes = std::map<GlobalID, std::vector<float>>;
 
-/// `pendingVolumes` have been written by us and not been confirmed yet; they count as if they had. The snapshot has no
-/// default output yet.
+/// The picture that the model gives now. `pendingVolumes` have been written by us and not been confirmed yet; they count
+/// as if they had. The snapshot has no default output yet. [loop]
 [[nodiscard]] AudioSnapshot takeSnapshot(const GraphModel& model, const Volumes& pendingVolumes, ObjectIDs& ids);
 
-/// Lists a device that has gone, as it was in `before`, for as long as `isHeld` says that it counts as there.
+/// Lists a device that has gone, as it was in `before`, for as long as `isHeld` says that it counts as there. [any]
 void keepDevices(AudioSnapshot& snapshot, const AudioSnapshot& before,
                  const std::function<bool(const DeviceSnapshot&)>& isHeld);
-/// The output of this name is the default; one that has gone is known from `before`.
+/// The output of this name is the default; one that has gone is known from `before`. [any]
 void setDefaultOutput(AudioSnapshot& snapshot, const AudioSnapshot& before, const std::optional<std::string>& name);
 
 struct PropertyChange {
@@ -82,13 +83,14 @@ struct PropertyChange {
   friend auto operator<=>(const PropertyChange&, const PropertyChange&) = default;
 };
 
+/// What listeners are to be told of. [any]
 [[nodiscard]] std::vector<PropertyChange> differences(const AudioSnapshot& before, const AudioSnapshot& after);
 
-/// The key of a device's object, by its node.name.
+/// The key of a device's object, by its node.name. [any]
 [[nodiscard]] std::string deviceKey(const std::string& name);
-/// The key of an application's process object.
+/// The key of an application's process object. [any]
 [[nodiscard]] std::string processKey(const std::string& identifier);
-/// The application identifier of such a key; absent for other keys.
+/// The application identifier of such a key; absent for other keys. [any]
 [[nodiscard]] std::optional<std::string> identifierOfKey(const std::string& key);
 
 }  // namespace quillmere::pipewire

@@ -1,4 +1,4 @@
-// What each channel of an application contributes to the two that a tap hands to its block.
+// What each channel of an application contributes to the two that a tap hands to its block. Pure: [any].
 #pragma once
 
 #include <cstddef>

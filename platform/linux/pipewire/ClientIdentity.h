@@ -1,4 +1,4 @@
-// From the properties of a client and its first stream to what is known of the application.
+// From the properties of a client and its first stream to what is known of the application. Pure: [any].
 #pragma once
 
 #include <string>

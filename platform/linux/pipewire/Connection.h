@@ -15,6 +15,7 @@ struct pw_core;
 
 namespace quillmere::pipewire {
 
+/// [loop] throughout; the destructor also where the loop has ended. Events come on [loop].
 class Connection {
  public:
   struct Events {
@@ -33,7 +34,6 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  // Locked or on the loop.
   void open();
   /// Tells `lost` if there was a connection, and doesn't come back.
   void close();

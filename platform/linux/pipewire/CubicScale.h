@@ -1,4 +1,4 @@
-// The scale of the desktop's own volume sliders: the cube root of the linear volume.
+// The scale of the desktop's own volume sliders: the cube root of the linear volume. Pure: [any].
 #pragma once
 
 #include <span>

@@ -49,8 +49,9 @@ class DefaultOutput {
     std::optional<MonotonicTime> validUntil;
   };
 
-  /// The user wants this one. It counts at once, and replaces an earlier choice.
+  /// The user wants this one. It counts at once, and replaces an earlier choice. [loop]
   void choose(std::string name, MonotonicTime now);
+  /// [loop]
   [[nodiscard]] Verdict judge(const Facts& facts, MonotonicTime now);
 
  private:

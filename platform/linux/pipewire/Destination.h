@@ -11,7 +11,7 @@ namespace quillmere::pipewire {
 /// manager puts a stream that asks for nothing, which for nearly all is the default output.
 using Destination = std::optional<std::string>;
 
-/// Asks the session manager. All calls on the loop.
+/// Asks the session manager.
 class OutputFinder {
  public:
   struct Answer {
@@ -23,8 +23,9 @@ class OutputFinder {
   };
 
   virtual ~OutputFinder() = default;
-  /// Answers are needed for these from now on, and for no others.
+  /// Answers are needed for these from now on, and for no others. [loop]
   virtual void need(const std::set<Destination>& destinations) = 0;
+  /// [loop]
   [[nodiscard]] virtual Answer find(const Destination& destination) const = 0;
 };
 

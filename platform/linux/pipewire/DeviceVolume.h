@@ -1,5 +1,5 @@
 // Writes the volume of devices, through the route of the card where there is one, and remembers what is not confirmed.
-// Everything on the loop.
+// [loop] throughout.
 #pragma once
 
 #include <functional>

@@ -341,7 +341,7 @@ std::string GraphModel::outputSerial(const std::optional<std::string>& name) con
   const NodeRecord* first = nullptr;
   for (const auto id : outputs_) {
     const auto& node = nodes_.at(id);
-    if (node.isOurs || node.serial.empty() || node.name != wanted) continue;
+    if (!isOutput(node) || node.serial.empty() || node.name != wanted) continue;
     if (first == nullptr || node.order < first->order) first = &node;
   }
   return first != nullptr ? first->serial : std::string();

@@ -1,4 +1,5 @@
 // What the daemon has told of its graph: clients, nodes, devices, links, metadata. Plain data fed by events.
+// [loop] throughout.
 #pragma once
 
 #include <cstdint>

@@ -25,9 +25,13 @@
 
 namespace quillmere::pipewire {
 
+/// [any] unless told otherwise: what other threads see is a snapshot under a lock of its own, what they write takes the
+/// loop for as long as that lasts.
 class Host {
  public:
+  /// Waits for the first picture of the machine, though not for long. [main]
   Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWireOptions options);
+  /// Gives every stream back and ends the thread. [any but loop]
   ~Host();
 
   [[nodiscard]] std::shared_ptr<const AudioSnapshot> snapshot() const {
@@ -50,10 +54,12 @@ class Host {
     return found->second;
   }
 
+  /// Taken up at once: a read gives it before the session manager has confirmed it. [any]
   Status writeDefaultOutput(AudioObjectID device);
+  /// The same for a device's volume. [any]
   Status writeVolume(AudioObjectID device, std::uint32_t element, float scalar);
 
-  /// Runs an operation on the director with the loop held.
+  /// Runs an operation on the director with the loop held; the engine's calls come here. [any but loop]
   template <typename Operation>
   Status direct(Operation operation) {
     const LoopLock lock(loop_);
@@ -61,7 +67,7 @@ class Host {
     armTicks();
     return status;
   }
-  // What the object ids of taps and aggregate devices are known by on other threads.
+  // What the object ids of taps and aggregate devices are known by on other threads. [any]
   void noteTap(AudioObjectID tap, bool isThere) {
     const std::lock_guard lock(shared_.mutex);
     if (isThere) {
@@ -113,7 +119,7 @@ class Host {
     double graphRate = 48000.0;
   } shared_;
 
-  // All below: loop only.
+  // All below: [loop].
   Loop loop_;
   GraphModel model_;
   ObjectIDs ids_;

@@ -10,11 +10,11 @@ namespace quillmere::pipewire {
 /// One name or several, parted by commas.
 inline constexpr std::string_view linkGroupKey = "node.link-group";
 
-/// Whether two values of that key have a name in common.
+/// Whether two values of that key have a name in common. [any]
 [[nodiscard]] bool shareLinkGroup(std::string_view one, std::string_view other);
 
 /// Whether sound that goes in at one of these two nodes can come out at the other; not so with two that both play, or
-/// both record.
+/// both record. [any]
 [[nodiscard]] bool areTwoSides(const Properties& one, const Properties& other);
 
 }  // namespace quillmere::pipewire

@@ -14,6 +14,7 @@ namespace quillmere::pipewire {
 /// Ids of devices come back with the devices, so whoever follows the default output adds to the same properties for as
 /// long as the program runs. A listener that is there already therefore takes no further place, and a delivery looks at
 /// those alone that it is for.
+/// [any] throughout.
 class Listeners {
  public:
   explicit Listeners(Executor& main);
@@ -21,10 +22,9 @@ class Listeners {
   Listeners(const Listeners&) = delete;
   Listeners& operator=(const Listeners&) = delete;
 
-  // [any]
   void add(AudioObjectID object, const PropertyAddress& address, PropertyListener listener);
   void remove(AudioObjectID object, const PropertyAddress& address, const PropertyListener& listener);
-  /// A listener that is still there when its turn comes is called once, however often its property changed; those of
+  /// A listener that is still there when its turn comes is called once on [main], however often its property changed; those of
   /// one delivery in the order in which they were added.
   void tell(std::span<const PropertyChange> changes);
   /// How many there are.

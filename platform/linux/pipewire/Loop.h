@@ -13,30 +13,35 @@ struct spa_source;
 
 namespace quillmere::pipewire {
 
+/// The loop itself: its own thread, and every other one between lock() and unlock().
 class Loop {
  public:
+  /// [any]
   Loop();
-  /// stop() has been called.
+  /// stop() has been called. [any but loop]
   ~Loop();
   Loop(const Loop&) = delete;
   Loop& operator=(const Loop&) = delete;
 
-  /// False where the thread could not be started.
+  /// False where the thread could not be started. [any but loop]
   bool start();
-  /// Ends the thread. Not on the loop, not locked.
+  /// Ends the thread. [any but loop]
   void stop();
 
-  // Locks are recursive; on the loop itself it is held already.
+  /// Waits for the callback that runs, if one does. Locks are recursive; on the loop's own thread it is held already.
+  /// [any]
   void lock();
+  /// [loop]
   void unlock();
 
+  /// [any]
   [[nodiscard]] pw_loop* raw() const;
 
  private:
   pw_thread_loop* loop_;
 };
 
-/// Runs a callback once a delay has passed. All calls locked or on the loop.
+/// Runs a callback on [loop] once a delay has passed. [loop] throughout; the destructor also where the loop has ended.
 class LoopTimer {
  public:
   LoopTimer(Loop& loop, std::function<void()> fire);
@@ -55,7 +60,7 @@ class LoopTimer {
   spa_source* source_;
 };
 
-/// Runs a callback soon, outside whatever callback runs now; several calls may become one.
+/// Runs a callback on [loop] soon, outside whatever callback runs now; several calls may become one. [loop]
 class LoopSignal {
  public:
   LoopSignal(Loop& loop, std::function<void()> fire);
@@ -70,7 +75,7 @@ class LoopSignal {
   spa_source* source_;
 };
 
-/// Holds the loop for a scope.
+/// Holds the loop for a scope, which is [loop] by that. [any]
 class LoopLock {
  public:
   explicit LoopLock(Loop& loop) : loop_(loop) { loop_.lock(); }

@@ -1,4 +1,4 @@
-// The JSON values of the session manager's metadata.
+// The JSON values of the session manager's metadata. Pure: [any].
 #pragma once
 
 #include <optional>

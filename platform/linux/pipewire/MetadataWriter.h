@@ -7,6 +7,7 @@
 
 namespace quillmere::pipewire {
 
+/// [loop] throughout.
 class MetadataWriter {
  public:
   virtual ~MetadataWriter() = default;

@@ -9,6 +9,7 @@
 
 namespace quillmere::pipewire {
 
+/// [loop] throughout.
 class ObjectIDs {
  public:
   /// The id of this key, made on first use.

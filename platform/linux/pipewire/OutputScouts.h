@@ -21,7 +21,7 @@ namespace quillmere::pipewire {
 class OutputScouts final : public OutputFinder {
  public:
   /// `core` gives the connection of the moment, null where there is none. `changed` is told when find() may answer
-  /// otherwise and nothing in the model has changed.
+  /// otherwise and nothing in the model has changed. [loop]
   OutputScouts(Loop& loop, const GraphModel& model, std::function<pw_core*()> core, Logger log,
                std::function<void()> changed);
   ~OutputScouts() override;
@@ -30,7 +30,7 @@ class OutputScouts final : public OutputFinder {
 
   void need(const std::set<Destination>& destinations) override;
   [[nodiscard]] Answer find(const Destination& destination) const override;
-  /// The model has changed: notices which scouts have been linked and which have lost their link.
+  /// The model has changed: notices which scouts have been linked and which have lost their link. [loop]
   void graphChanged();
 
  private:

@@ -1,4 +1,4 @@
-// The text properties of the daemon's objects, and careful readers for them.
+// The text properties of the daemon's objects, and careful readers for them. Pure: [any].
 #pragma once
 
 #include <cstdint>

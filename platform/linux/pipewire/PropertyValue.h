@@ -1,4 +1,4 @@
-// The value of one property of one audio object, read from a snapshot.
+// The value of one property of one audio object, read from a snapshot. Pure: [any].
 #pragma once
 
 #include <cstdint>

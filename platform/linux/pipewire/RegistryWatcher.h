@@ -1,5 +1,5 @@
 // Follows the daemon's registry: binds what matters and feeds the graph model with what it tells.
-// Everything on the loop.
+// [loop] throughout, the events too.
 #pragma once
 
 #include <spa/utils/hook.h>

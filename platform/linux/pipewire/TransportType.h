@@ -1,4 +1,4 @@
-// How a device is connected, as the object model's four-character codes.
+// How a device is connected, as the object model's four-character codes. Pure: [any].
 #pragma once
 
 #include <cstdint>

@@ -9,6 +9,7 @@
 
 namespace quillmere {
 
+/// [any]; events come on a thread of its own, which the destructor waits for.
 class SocketChannel final : public Channel {
  public:
   /// Bytes. A longer message is taken for garbage, and ends the channel.

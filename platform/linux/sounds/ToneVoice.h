@@ -9,6 +9,7 @@
 
 namespace quillmere::sounds {
 
+/// [background]
 class ToneVoice {
  public:
   /// Connects and starts to play. `onEnd` is called once, on the stream's own thread, when the sound has ended or can't

@@ -1,5 +1,5 @@
 // The program's two short sounds, computed.
-// Pure functions of the name and the sample rate.
+// Pure functions of the name and the sample rate: [any].
 #pragma once
 
 #include <cstdint>

@@ -6,7 +6,7 @@
 namespace quillmere {
 
 /// Held from construction to destruction, whatever happens to the process. After a second's wait for another holder it
-/// goes without: a start must not hang on a process that does.
+/// goes without: a start must not hang on a process that does. [any]
 class DirectoryLock {
  public:
   explicit DirectoryLock(const std::filesystem::path& directory);

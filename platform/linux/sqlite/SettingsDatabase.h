@@ -1,5 +1,5 @@
 // The settings file itself: opening it whatever its state, reading it whole, writing one batch at a time.
-// One thread at a time.
+// [any], one thread at a time: opened on [main], written from then on by a thread that has nothing else to do.
 #pragma once
 
 #include <sqlite3.h>

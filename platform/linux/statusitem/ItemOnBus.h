@@ -18,7 +18,7 @@
 
 namespace quillmere::statusitem {
 
-/// Called on the bus's thread.
+/// Called on [bus].
 struct ItemEvents {
   std::function<void(bool isAvailable)> availabilityChanged;
   std::function<void(const StatusItemActivation& activation)> activated;
@@ -28,6 +28,7 @@ struct ItemEvents {
   std::function<void(int angleDelta)> scrolled;
 };
 
+/// Called on [main], as the item is; answers come and go on [bus].
 class ItemOnBus {
  public:
   ItemOnBus(ItemEvents events, LogSink& log, LinuxStatusItemOptions options);
@@ -36,7 +37,7 @@ class ItemOnBus {
   ItemOnBus(const ItemOnBus&) = delete;
   ItemOnBus& operator=(const ItemOnBus&) = delete;
 
-  /// [any]
+  /// Puts the icon into the panel, once. [any]
   void show();
   /// [any]
   void setMenu(std::vector<StatusMenuItem> menu);
@@ -46,7 +47,7 @@ class ItemOnBus {
   void answer(int question);
 
  private:
-  // Everything below belongs to the bus's thread.
+  // Everything below: [bus].
   using Answer = std::function<void(bool needsUpdate)>;
 
   void connected();

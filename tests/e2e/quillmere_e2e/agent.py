@@ -77,6 +77,13 @@ class Agent:
         answer = self.ask("away", seconds=60)
         return answer["away"], answer["machine"]
 
+    def end_watch(self):
+        self.ask("away", "end")
+
+    def heard(self):
+        """The applications whose taps hear them."""
+        return set(self.ask("heard")["heard"])
+
     def kill(self):
         self.process.kill()
         self.process.wait()

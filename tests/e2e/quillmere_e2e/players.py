@@ -73,15 +73,15 @@ class Player:
             if self.target:
                 command += [f"--device={self.target}"]
             return command + self.extra + [self.file or tone_file(self.hz, self.amplitude)]
+        if self.kind.startswith("mpv-"):
+            return [self.executable, "--no-config", "--no-video", "--no-terminal", "--idle=yes", "--loop-file=inf",
+                    f"--ao={self.kind.removeprefix('mpv-')}", f"--audio-client-name={self.binary}",
+                    f"--input-ipc-server={self._socket()}"] + self.extra + [self.file or tone_file(self.hz, self.amplitude)]
         if self.kind == "jack":
             return ["pw-jack", self.executable, "--no-config", "--load-scripts=no", "--no-video", "--no-terminal",
                     "--loop-file=inf", "--ao=jack", f"--jack-name={self.name}",
                     f"--jack-port={self.target or 'Desk Speakers'}:playback", *self.extra,
                     self.file or tone_file(self.hz, self.amplitude)]
-        if self.kind.startswith("mpv-"):
-            return [self.executable, "--no-config", "--no-video", "--no-terminal", "--idle=yes", "--loop-file=inf",
-                    f"--ao={self.kind.removeprefix('mpv-')}", f"--audio-client-name={self.binary}",
-                    f"--input-ipc-server={self._socket()}"] + self.extra + [self.file or tone_file(self.hz, self.amplitude)]
         source = ["audiotestsrc", "wave=sine", f"freq={self.hz}", f"volume={self.amplitude}", "!",
                   "audio/x-raw,format=F32LE,rate=48000,channels=2", "!"]
         if self.kind == "gst-pulse":
@@ -116,8 +116,8 @@ class Player:
 
     def streams(self, seen=None):
         """Its output streams in the graph as it is, or as it was seen, found by process id."""
-        seen = seen or graph.Graph()
-        streams = seen.jack_clients() if self.kind == "jack" else seen.output_streams()
+        standing = seen or graph.Graph()
+        streams = standing.jack_clients() if self.kind == "jack" else standing.output_streams()
         return [stream for stream in streams if stream["pid"] == self.process.pid]
 
     @property

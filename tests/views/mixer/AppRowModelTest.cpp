@@ -74,12 +74,12 @@ TEST_F(AppRows, DetectionThatFindsNothingNewTellsNothing) {
 TEST_F(AppRows, GainOfAnotherApplicationDoesNotConcernARow) {
   startWithSounding({spotify, editor});
   makeRows(AppRowModel::Filter::all);
-  for (int i = 0; i < rows->count(); ++i) {
-    if (rows->row(i)->name() != "Editor") continue;
-    QSignalSpy gains(rows->row(i), &AppRowPresenter::gainChanged);
-    state().setGain(0.3F, spotify);
-    EXPECT_EQ(gains.count(), 0);
-  }
+  ASSERT_TRUE(names().contains("Editor") && names().contains("Spotify"));
+  QSignalSpy others(rows->row(static_cast<int>(names().indexOf("Editor"))), &AppRowPresenter::gainChanged);
+  QSignalSpy own(rows->row(static_cast<int>(names().indexOf("Spotify"))), &AppRowPresenter::gainChanged);
+  state().setGain(0.3F, spotify);
+  EXPECT_EQ(own.count(), 1);
+  EXPECT_EQ(others.count(), 0);
 }
 
 TEST_F(AppRows, DraggingSetsTheGain) {

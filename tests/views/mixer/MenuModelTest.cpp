@@ -74,10 +74,15 @@ TEST_F(Menu, TellsWhetherAnythingIsChecked) {
 }
 
 TEST_F(Menu, DividersAndMissingRowsDoNothing) {
-  menu.setEntries(entries({"a", "-"}));
+  int chosen = 0;
+  const auto choose = [&chosen] { ++chosen; };
+  menu.setEntries({{"a", false, false, choose}, {{}, false, true, choose}});
   menu.trigger(1);
   menu.trigger(2);
   menu.trigger(-1);
+  EXPECT_EQ(chosen, 0);
+  menu.trigger(0);
+  EXPECT_EQ(chosen, 1);
 }
 
 TEST_F(Menu, EntryMayReplaceTheMenuThatItStandsIn) {

@@ -149,10 +149,16 @@ Item {
         }
 
         function test_aRingTakesProgressBeyondOne() {
-            const made = createTemporaryObject(ring, scene);
-            made.progress = 1.6;
-            waitForRendering(made);
-            compare(made.progress, 1.6);
+            const pictureAt = progress => {
+                const made = createTemporaryObject(ring, scene, { progress });
+                verify(waitForRendering(made));
+                const picture = grabImage(made);
+                made.destroy();
+                return picture;
+            };
+            const full = pictureAt(1);
+            verify(!pictureAt(0.6).equals(full));
+            verify(pictureAt(1.6).equals(full));
         }
 
         function test_buttonsAnswerToMouseAndKeys_data() {

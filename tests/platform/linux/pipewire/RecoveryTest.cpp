@@ -68,7 +68,7 @@ TEST_F(Recovery, TheTapIsBackAfterTheDaemonHasRestarted) {
   EXPECT_TRUE(isHeardAt(monitor, 0.25F, std::chrono::seconds(3))) << machine.log.all();
   EXPECT_EQ(machine.device(session::sinkA), device);
   EXPECT_EQ(machine.process("test.player"), process);
-  EXPECT_EQ(session::ourNodes().size(), 1U);
+  EXPECT_EQ(session::ourTaps().size(), 1U);
 }
 
 TEST_F(Recovery, TheTapIsBackAfterTheSessionManagerHasRestarted) {
@@ -82,7 +82,7 @@ TEST_F(Recovery, TheTapIsBackAfterTheSessionManagerHasRestarted) {
   player = std::make_unique<ChildProcess>(playSignal({"--app-id", "test.player"}));
   const MonitorRecorder monitor(session::sinkA);
   EXPECT_TRUE(isHeardAt(monitor, 0.25F, std::chrono::seconds(3))) << machine.log.all();
-  EXPECT_EQ(session::ourNodes().size(), 1U);
+  EXPECT_EQ(session::ourTaps().size(), 1U);
 }
 
 TEST_F(Recovery, NoNodeOfOursStaysWhileTheSessionManagerIsGone) {
