@@ -21,10 +21,6 @@ NodeKind kindOf(const Properties& node) {
   return NodeKind::other;
 }
 
-bool isOutput(const NodeRecord& node) {
-  return (node.kind == NodeKind::sink || node.kind == NodeKind::duplex) && !node.isOurs;
-}
-
 void merge(Properties& known, const Properties& fresh) {
   for (const auto& [key, value] : fresh) known[key] = value;
 }
@@ -286,6 +282,10 @@ const std::string& GraphModel::identifierOf(const NodeRecord& node) const {
   return found == clients_.end() ? none : found->second.identifier;
 }
 
+bool GraphModel::isOutput(const NodeRecord& node) {
+  return (node.kind == NodeKind::sink || node.kind == NodeKind::duplex) && !node.isOurs;
+}
+
 bool GraphModel::playsOnAnOutput(GlobalID id) const {
   const auto* node = this->node(id);
   if (node == nullptr || node->kind != NodeKind::jack || node->isOurs) return false;
@@ -308,9 +308,14 @@ std::vector<LinkRecord> GraphModel::linksAt(const std::map<GlobalID, std::set<Gl
   return links;
 }
 
+const PortRecord* GraphModel::port(GlobalID id) const {
+  const auto found = ports_.find(id);
+  return found == ports_.end() ? nullptr : &found->second;
+}
+
 bool GraphModel::isMonitorPort(GlobalID port) const {
-  const auto found = ports_.find(port);
-  return found != ports_.end() && found->second.isMonitor;
+  const auto* found = this->port(port);
+  return found != nullptr && found->isMonitor;
 }
 
 std::vector<PortRecord> GraphModel::portsOf(GlobalID node) const {

@@ -128,6 +128,8 @@ class GraphModel {
 
   /// A stream of an application: no level meter, no side of a filter and not ours.
   [[nodiscard]] bool countsAsStream(const NodeRecord& node) const;
+  /// A device that applications can play on.
+  [[nodiscard]] static bool isOutput(const NodeRecord& node);
   /// A JACK client with at least one port that is linked to an output.
   [[nodiscard]] bool playsOnAnOutput(GlobalID id) const;
   /// The nodes that share a link group with it.
@@ -137,6 +139,7 @@ class GraphModel {
   [[nodiscard]] std::vector<LinkRecord> linksInto(GlobalID inputNode) const;
   [[nodiscard]] std::vector<LinkRecord> linksFrom(GlobalID outputNode) const;
   [[nodiscard]] bool isMonitorPort(GlobalID port) const;
+  [[nodiscard]] const PortRecord* port(GlobalID id) const;
   [[nodiscard]] bool hasLink(GlobalID id) const { return links_.contains(id); }
   [[nodiscard]] bool hasLinkInto(GlobalID inputNode) const;
   [[nodiscard]] bool hasLinkFrom(GlobalID outputNode) const;

@@ -1,9 +1,6 @@
 #include "TapLinks.h"
 
-#include <pipewire/pipewire.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <iterator>
 
 namespace quillmere::pipewire {
@@ -44,32 +41,6 @@ std::vector<PortPair> outputLinks(std::span<const PortRecord> tap, std::span<con
   return {{left->id, front(leftOutput, 0)}, {right->id, front(rightOutput, 1)}};
 }
 
-struct TapLinks::Link {
-  TapLinks* owner = nullptr;
-  pw_proxy* proxy = nullptr;
-  spa_hook proxyListener{};
-  spa_hook listener{};
-  bool isStanding = false;
-  bool isGone = false;
-
-  void fail(int result, const char* message) {
-    if (!isGone) owner->log_.error(logText("a tap can't be linked to its output (%d): %s", result, message));
-    isGone = true;
-    owner->changed_();
-  }
-  void become(pw_link_state state, const char* error) {
-    if (state == PW_LINK_STATE_ERROR) return fail(-EIO, error != nullptr ? error : "no reason given");
-    isStanding = state >= PW_LINK_STATE_PAUSED;
-    owner->changed_();
-  }
-  ~Link() {
-    if (proxy == nullptr) return;
-    spa_hook_remove(&proxyListener);
-    spa_hook_remove(&listener);
-    pw_proxy_destroy(proxy);
-  }
-};
-
 TapLinks::TapLinks(pw_core* core, const GraphModel& model, std::string serial, Logger log,
                    std::function<void()> changed)
     : core_(core), model_(model), serial_(std::move(serial)), log_(std::move(log)), changed_(std::move(changed)) {}
@@ -82,9 +53,8 @@ bool TapLinks::wantMono() const {
 }
 
 bool TapLinks::isComplete() const {
-  return !links_.empty() && !hasFailed_ && std::all_of(links_.begin(), links_.end(), [](const auto& entry) {
-    return entry.second->isStanding && !entry.second->isGone;
-  });
+  return !links_.empty() && !hasFailed_ &&
+         std::all_of(links_.begin(), links_.end(), [](const auto& entry) { return entry.second->isStanding(); });
 }
 
 std::map<TapLinks::Ends, PortPair> TapLinks::wantedLinks(GlobalID node, GlobalID device) const {
@@ -110,58 +80,19 @@ void TapLinks::update(GlobalID node) {
   const auto wanted = wantedLinks(node, *device);
   std::erase_if(links_, [&](const auto& entry) {
     const bool isWanted = wanted.contains(entry.first);
-    if (isWanted && entry.second->isGone) hasFailed_ = true;
+    if (isWanted && entry.second->isGone()) hasFailed_ = true;
     return !isWanted;
   });
   for (const auto& [ends, ports] : wanted) {
     if (hasFailed_) return;
-    if (!links_.contains(ends)) links_.emplace(ends, make(node, *device, ports));
+    if (links_.contains(ends)) continue;
+    const auto* output = model_.port(ports.first);
+    const auto* input = model_.port(ports.second);
+    auto link =
+        std::make_unique<OwnLink>(core_, *output, *input, log_, "a tap can't be linked to its output", changed_);
+    hasFailed_ = link->isGone();
+    links_.emplace(ends, std::move(link));
   }
-}
-
-std::unique_ptr<TapLinks::Link> TapLinks::make(GlobalID node, GlobalID device, const PortPair& ports) {
-  static const auto proxyEvents = [] {
-    pw_proxy_events made{};
-    made.version = PW_VERSION_PROXY_EVENTS;
-    made.removed = [](void* data) {
-      static_cast<Link*>(data)->isGone = true;
-      static_cast<Link*>(data)->owner->changed_();
-    };
-    made.error = [](void* data, int, int result, const char* message) {
-      static_cast<Link*>(data)->fail(result, message);
-    };
-    return made;
-  }();
-  static const auto events = [] {
-    pw_link_events made{};
-    made.version = PW_VERSION_LINK_EVENTS;
-    made.info = [](void* data, const pw_link_info* info) {
-      static_cast<Link*>(data)->become(info->state, info->error);
-    };
-    return made;
-  }();
-  const auto text = [](GlobalID id) { return std::to_string(id); };
-  auto* properties = pw_properties_new(nullptr, nullptr);
-  pw_properties_set(properties, PW_KEY_LINK_OUTPUT_NODE, text(node).c_str());
-  pw_properties_set(properties, PW_KEY_LINK_OUTPUT_PORT, text(ports.first).c_str());
-  pw_properties_set(properties, PW_KEY_LINK_INPUT_NODE, text(device).c_str());
-  pw_properties_set(properties, PW_KEY_LINK_INPUT_PORT, text(ports.second).c_str());
-  // As the node's own property says to newer daemons.
-  pw_properties_set(properties, PW_KEY_LINK_PASSIVE, "true");
-  pw_properties_set(properties, PW_KEY_OBJECT_LINGER, "false");
-  auto link = std::make_unique<Link>();
-  link->owner = this;
-  link->proxy = static_cast<pw_proxy*>(
-      pw_core_create_object(core_, "link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, &properties->dict, 0));
-  pw_properties_free(properties);
-  if (link->proxy == nullptr) {
-    log_.error("a tap's link could not be asked for");
-    hasFailed_ = true;
-    return link;
-  }
-  pw_proxy_add_listener(link->proxy, &link->proxyListener, &proxyEvents, link.get());
-  pw_link_add_listener(reinterpret_cast<pw_link*>(link->proxy), &link->listener, &events, link.get());
-  return link;
 }
 
 }  // namespace quillmere::pipewire

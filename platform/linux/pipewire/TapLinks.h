@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "GraphModel.h"
+#include "OwnLink.h"
 #include "runtime/Logger.h"
 
 struct pw_core;
@@ -48,18 +49,16 @@ class TapLinks {
   [[nodiscard]] bool haveFailed() const { return hasFailed_; }
 
  private:
-  struct Link;
   /// Serials of a link's two ports: ids are given again at once.
   using Ends = std::pair<std::string, std::string>;
   [[nodiscard]] std::map<Ends, PortPair> wantedLinks(GlobalID node, GlobalID device) const;
-  [[nodiscard]] std::unique_ptr<Link> make(GlobalID node, GlobalID device, const PortPair& ports);
 
   pw_core* core_;
   const GraphModel& model_;
   std::string serial_;
   Logger log_;
   std::function<void()> changed_;
-  std::map<Ends, std::unique_ptr<Link>> links_;
+  std::map<Ends, std::unique_ptr<OwnLink>> links_;
   bool hasFailed_ = false;
 };
 
