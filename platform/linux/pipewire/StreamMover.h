@@ -12,42 +12,32 @@
 #include "Destination.h"
 #include "GraphModel.h"
 #include "MetadataWriter.h"
+#include "TapFeeder.h"
 #include "runtime/Logger.h"
 
 namespace quillmere::pipewire {
 
-class StreamMover {
+class StreamMover final : public TapFeeder {
  public:
   StreamMover(const GraphModel& model, MetadataWriter& metadata, Logger log);
 
-  /// From now on those of the application's playback streams, present and future, that are bound for `destination`
-  /// belong on the node of this serial. `route` is where all of them are bound unless another mixer says otherwise;
-  /// absent: each for where it asks to be.
   void claim(const std::string& application, const Destination& route, const Destination& destination,
-             const std::string& serial);
-  /// The streams on the node that had been claimed for that destination go back to where they were.
-  void release(const std::string& application, const Destination& destination);
-  /// Where the user has had streams of the application moved by another mixer counts no longer: they are routed anew.
-  void forgetWishes(const std::string& application);
-  /// Drops everything without a write: the session manager is gone and its metadata with it.
-  void forget();
+             const std::string& serial) override;
+  void release(const std::string& application, const Destination& destination) override;
+  void forgetWishes(const std::string& application) override;
+  void forget() override;
+  void settle() override;
+  [[nodiscard]] std::set<Destination> destinations(const std::string& application,
+                                                   const Destination& route) const override;
+  [[nodiscard]] bool hasRunningStream(const std::string& application, const Destination& route,
+                                      const Destination& destination) const override;
+  [[nodiscard]] bool hasTappedStream(const std::string& application, const Destination& route,
+                                     const Destination& destination) const override;
 
-  /// Where the application's streams are bound for: those that are there and may be moved.
-  [[nodiscard]] std::set<Destination> destinations(const std::string& application, const Destination& route) const;
-
-  /// Brings every stream where it belongs. To be called after any change of the graph.
-  void settle();
   /// A `target.object` in the metadata has changed; absent: it was deleted.
   void onTargetChanged(GlobalID stream, const std::optional<std::string>& target);
   /// A `target.node` has: 0.4 restores what it has stored for a new stream by this key alone.
   void onNodeTargetChanged(GlobalID stream, const std::optional<std::string>& target);
-
-  /// Whether a stream of the application that is bound there, and would be moved, is playing now.
-  [[nodiscard]] bool hasRunningStream(const std::string& application, const Destination& route,
-                                      const Destination& destination) const;
-  /// Whether one of these plays through a tap already.
-  [[nodiscard]] bool hasTappedStream(const std::string& application, const Destination& route,
-                                     const Destination& destination) const;
 
  private:
   struct Claim {

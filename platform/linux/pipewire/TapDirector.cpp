@@ -47,10 +47,10 @@ struct TapDirector::Session {
   int lostTicks = 0;
 };
 
-TapDirector::TapDirector(const GraphModel& model, StreamMover& mover, OutputFinder& outputs, ObjectIDs& ids,
+TapDirector::TapDirector(const GraphModel& model, TapFeeder& feeder, OutputFinder& outputs, ObjectIDs& ids,
                          PathFactory makePath, WakeAt wakeAt, Logger log)
     : model_(model),
-      mover_(mover),
+      feeder_(feeder),
       outputs_(outputs),
       ids_(ids),
       makePath_(std::move(makePath)),
@@ -90,7 +90,7 @@ Status TapDirector::createDevice(const AggregateDescription& description, AudioO
   made.targetGain = description.targetGain;
   if (!description.followsDefaultOutput && !description.mainDeviceUID.empty()) made.route = description.mainDeviceUID;
   if (made.route) {
-    for (const auto& application : made.applications) mover_.forgetWishes(application);
+    for (const auto& application : made.applications) feeder_.forgetWishes(application);
   }
   made.lanes.try_emplace(made.route);
   device = ids_.fresh();
@@ -182,7 +182,7 @@ void TapDirector::resume() {
 
 void TapDirector::suspend() {
   isRunning_ = false;
-  mover_.forget();
+  feeder_.forget();
   inCharge_.clear();
   leaving_.clear();
   for (auto& [id, device] : devices_) {
@@ -197,7 +197,7 @@ void TapDirector::suspend() {
 
 void TapDirector::giveEverythingBack() {
   isRunning_ = false;
-  for (const auto& [charge, session] : std::exchange(inCharge_, {})) mover_.release(charge.first, charge.second);
+  for (const auto& [charge, session] : std::exchange(inCharge_, {})) feeder_.release(charge.first, charge.second);
 }
 
 // --- sessions --------------------------------------------------------------------------------------------------------
@@ -290,7 +290,7 @@ void TapDirector::followStreams(Device& device) {
   // Without a gain to follow all streams play through the one IO block, wherever that is.
   if (device.running == 0 || device.targetGain == nullptr || !own.session || own.session->phase != Phase::live) return;
   std::set<Destination> bound{device.route};
-  for (const auto& application : device.applications) bound.merge(mover_.destinations(application, device.route));
+  for (const auto& application : device.applications) bound.merge(feeder_.destinations(application, device.route));
   bool hasChanged = false;
   for (auto lane = device.lanes.begin(); lane != device.lanes.end();) {
     const auto& session = lane->second.session;
@@ -360,13 +360,13 @@ const IOBlock* TapDirector::blockOf(const Device& device, const Lane& lane) {
 
 bool TapDirector::isHeard(const Session& session) const {
   return std::any_of(session.applications.begin(), session.applications.end(), [&](const auto& application) {
-    return mover_.hasRunningStream(application, session.route, session.destination);
+    return feeder_.hasRunningStream(application, session.route, session.destination);
   });
 }
 
 bool TapDirector::isTapped(const Session& session) const {
   return std::any_of(session.applications.begin(), session.applications.end(), [&](const auto& application) {
-    return mover_.hasTappedStream(application, session.route, session.destination);
+    return feeder_.hasTappedStream(application, session.route, session.destination);
   });
 }
 
@@ -440,7 +440,7 @@ void TapDirector::moment() {
 void TapDirector::handOver(Session& session) {
   for (const auto& application : session.applications) {
     inCharge_[{application, session.destination}] = &session;
-    mover_.claim(application, session.route, session.destination, session.serial);
+    feeder_.claim(application, session.route, session.destination, session.serial);
   }
   // Whoever has no stream left only waits for the last link to go.
   for (const auto& other : leaving_) {
@@ -450,9 +450,9 @@ void TapDirector::handOver(Session& session) {
       const Charge charge{application, other->destination};
       if (sessionInCharge(charge) != other.get()) continue;
       if (session.applications.contains(application) &&
-          !mover_.destinations(application, session.route).contains(other->destination)) {
+          !feeder_.destinations(application, session.route).contains(other->destination)) {
         inCharge_.erase(charge);
-        mover_.release(application, other->destination);
+        feeder_.release(application, other->destination);
       } else {
         isInCharge = true;
       }
@@ -468,7 +468,7 @@ void TapDirector::beginReturn(Session& session) {
     const Charge charge{application, session.destination};
     if (sessionInCharge(charge) != &session) continue;
     inCharge_.erase(charge);
-    mover_.release(application, session.destination);
+    feeder_.release(application, session.destination);
   }
   session.phase = Phase::returning;
   session.ticks = 0;
@@ -521,7 +521,7 @@ void TapDirector::graphChanged() {
     for (auto& [destination, lane] : device.lanes) progress(device, destination, lane);
     if (isRunning_) followStreams(device);
   }
-  mover_.settle();
+  feeder_.settle();
   dropReturned();
 }
 

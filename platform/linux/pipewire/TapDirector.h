@@ -15,7 +15,7 @@
 #include "Destination.h"
 #include "GraphModel.h"
 #include "ObjectIDs.h"
-#include "StreamMover.h"
+#include "TapFeeder.h"
 #include "TapFollower.h"
 #include "TapPath.h"
 #include "platform/AudioTypes.h"
@@ -36,7 +36,7 @@ class TapDirector {
   /// tick() is to be called this often for as long as wantsTicks().
   static constexpr Duration tickInterval = std::chrono::milliseconds(10);
 
-  TapDirector(const GraphModel& model, StreamMover& mover, OutputFinder& outputs, ObjectIDs& ids, PathFactory makePath,
+  TapDirector(const GraphModel& model, TapFeeder& feeder, OutputFinder& outputs, ObjectIDs& ids, PathFactory makePath,
               WakeAt wakeAt, Logger log);
   ~TapDirector();
 
@@ -123,7 +123,7 @@ class TapDirector {
   [[nodiscard]] Session* sessionInCharge(const Charge& charge) const;
 
   const GraphModel& model_;
-  StreamMover& mover_;
+  TapFeeder& feeder_;
   OutputFinder& outputs_;
   ObjectIDs& ids_;
   PathFactory makePath_;

@@ -6,6 +6,7 @@
 
 #include "Graph.h"
 #include "platform/linux/pipewire/AudioSnapshot.h"
+#include "platform/linux/pipewire/StreamMover.h"
 #include "platform/linux/pipewire/TapDirector.h"
 
 namespace quillmere::pipewire::test {
