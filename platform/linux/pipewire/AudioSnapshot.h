@@ -66,8 +66,8 @@ struct AudioSnapshot {
 /// Linear volumes by node.
 using Volumes = std::map<GlobalID, std::vector<float>>;
 
-/// The picture that the model gives now. `pendingVolumes` have been written by us and not been confirmed yet; they count
-/// as if they had. The snapshot has no default output yet. [loop]
+/// The picture that the model gives now. `pendingVolumes` have been written by us and not been confirmed yet; they
+/// count as if they had. The snapshot has no default output yet. [loop]
 [[nodiscard]] AudioSnapshot takeSnapshot(const GraphModel& model, const Volumes& pendingVolumes, ObjectIDs& ids);
 
 /// Lists a device that has gone, as it was in `before`, for as long as `isHeld` says that it counts as there. [any]

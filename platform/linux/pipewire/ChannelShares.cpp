@@ -74,4 +74,12 @@ std::string channelName(std::uint32_t position) {
   return "UNK";
 }
 
+std::uint32_t channelPosition(std::string_view name) {
+  for (const auto* entry = spa_type_audio_channel; entry->name != nullptr; ++entry) {
+    const std::string_view full = entry->name;
+    if (full.substr(full.rfind(':') + 1) == name) return entry->type;
+  }
+  return SPA_AUDIO_CHANNEL_UNKNOWN;
+}
+
 }  // namespace quillmere::pipewire

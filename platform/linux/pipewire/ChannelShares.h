@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "LibraryVersion.h"
@@ -42,5 +43,7 @@ struct SingleChannelMix {
 
 /// As the daemon and the session manager spell it in `audio.channel`, for instance "FL".
 [[nodiscard]] std::string channelName(std::uint32_t position);
+/// The other way round; `SPA_AUDIO_CHANNEL_UNKNOWN` for a name that is none.
+[[nodiscard]] std::uint32_t channelPosition(std::string_view name);
 
 }  // namespace quillmere::pipewire

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "DetourNode.h"
 #include "MetadataValue.h"
 #include "TapNode.h"
 
@@ -65,17 +66,26 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
           loop_, options_.remote, log_,
           {[this](pw_core* core) { onConnected(core); }, [this](std::uint32_t client) { model_.setOwnClient(client); },
            [this] { onLost(); }, [this](int sequence) { onDone(sequence); }}),
+      jack_(
+          model_,
+          [this](const std::vector<std::string>& channels) -> std::unique_ptr<Detour> {
+            auto* core = connection_.core();
+            if (core == nullptr) return nullptr;
+            return std::make_unique<DetourNode>(loop_, core, nameOfNode("detour"), channels, log_,
+                                                [this] { changed_.raise(); });
+          },
+          log_),
+      feeders_({&mover_, &jack_}),
       scouts_(
           loop_, model_, [this] { return connection_.core(); }, log_, [this] { changed_.raise(); }),
       director_(
-          model_, mover_, scouts_, ids_,
+          model_, feeders_, scouts_, ids_,
           [this](const std::optional<std::string>& output, const std::function<void()>&) -> std::unique_ptr<TapPath> {
             auto* core = connection_.core();
             if (core == nullptr) return nullptr;
-            const auto name =
-                std::string(ourNodePrefix) + "tap-" + std::to_string(getpid()) + "-" + std::to_string(++pathsMade_);
             // Told through the signal: a node must not be destroyed from its own callback.
-            return std::make_unique<TapNode>(core, model_, name, output, log_, [this] { changed_.raise(); });
+            return std::make_unique<TapNode>(core, model_, nameOfNode("tap"), output, log_,
+                                             [this] { changed_.raise(); });
           },
           [this](std::uint64_t nanos) { moment_.armAt(nanos); }, log_) {
   {
@@ -103,6 +113,11 @@ Host::~Host() {
     connection_.close();
   }
   loop_.stop();
+}
+
+std::string Host::nameOfNode(std::string_view kind) {
+  return std::string(ourNodePrefix) + std::string(kind) + "-" + std::to_string(getpid()) + "-" +
+         std::to_string(++nodesMade_);
 }
 
 // --- events ----------------------------------------------------------------------------------------------------------

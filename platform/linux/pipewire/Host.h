@@ -14,6 +14,7 @@
 #include "DefaultOutput.h"
 #include "DeviceVolume.h"
 #include "GraphModel.h"
+#include "JackFeeder.h"
 #include "Listeners.h"
 #include "Loop.h"
 #include "ObjectIDs.h"
@@ -101,6 +102,8 @@ class Host {
   void onMetadataPresence(bool isThere);
   void expectMissedMetadata();
   void deleteStaleTargets();
+  /// Unique among all nodes of ours.
+  [[nodiscard]] std::string nameOfNode(std::string_view kind);
 
   Logger log_;
   PipeWireOptions options_;
@@ -131,7 +134,7 @@ class Host {
   int secondSync_ = -1;
   int farewellSync_ = -1;
   bool isSynced_ = false;
-  std::uint64_t pathsMade_ = 0;
+  std::uint64_t nodesMade_ = 0;
   LoopSignal changed_;
   /// When the default output is to be judged again.
   LoopTimer judgement_;
@@ -146,6 +149,8 @@ class Host {
   DeviceVolume volume_;
   StreamMover mover_;
   Connection connection_;
+  JackFeeder jack_;
+  TapFeeders feeders_;
   OutputScouts scouts_;
   TapDirector director_;
 };

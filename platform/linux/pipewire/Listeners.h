@@ -24,8 +24,8 @@ class Listeners {
 
   void add(AudioObjectID object, const PropertyAddress& address, PropertyListener listener);
   void remove(AudioObjectID object, const PropertyAddress& address, const PropertyListener& listener);
-  /// A listener that is still there when its turn comes is called once on [main], however often its property changed; those of
-  /// one delivery in the order in which they were added.
+  /// A listener that is still there when its turn comes is called once on [main], however often its property changed;
+  /// those of one delivery in the order in which they were added.
   void tell(std::span<const PropertyChange> changes);
   /// How many there are.
   [[nodiscard]] std::size_t count() const;
