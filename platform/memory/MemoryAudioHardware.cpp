@@ -451,6 +451,12 @@ Status MemoryAudioHardware::destroyProcessTap(AudioObjectID tap) {
 Status MemoryAudioHardware::createAggregateDevice(const AggregateDescription& description, AudioObjectID& device) {
   const std::lock_guard lock(world_->mutex);
   if (const auto status = world_->begin(Method::createAggregateDevice, 0, {0, 0, 0})) return *status;
+  for (const auto& wanted : description.taps) {
+    const bool isThere = std::any_of(world_->taps.begin(), world_->taps.end(), [&](const auto& entry) {
+      return entry.second.exists && entry.second.description.uuid.text() == wanted.uid;
+    });
+    if (!isThere) return badObjectError;
+  }
   device = ++world_->lastID;
   Aggregate aggregate;
   aggregate.description = description;
@@ -475,6 +481,7 @@ Status MemoryAudioHardware::createIOProc(AudioObjectID device, const std::string
   if (const auto status = world_->begin(Method::createIOProc, device, {0, 0, 0})) return *status;
   auto* aggregate = world_->findAggregate(device);
   if (aggregate == nullptr) return badObjectError;
+  if (!block) return illegalOperationError;
   auto installed = std::make_shared<InstalledProc>();
   installed->block = std::move(block);
   installed->queueLabel = queueLabel;

@@ -1,6 +1,7 @@
 #include "support/Session.h"
 
 #include <pipewire/pipewire.h>
+#include <signal.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
@@ -9,6 +10,8 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -145,6 +148,16 @@ void control(const std::string& verb, const std::vector<std::string>& daemons) {
   close(connection);
   if (answer != "done\n") throw std::runtime_error("session: " + verb + ": " + answer);
 }
+
+HeldDaemon::HeldDaemon(const std::string& name) {
+  std::ifstream file(std::string(std::getenv("QUILLMERE_SESSION_DIR")) + "/daemons.json");
+  const std::string table{std::istreambuf_iterator<char>(file), {}};
+  const auto place = table.find('"' + name + "\": ");
+  if (place == std::string::npos) throw std::runtime_error("no daemon " + name);
+  pid_ = std::stoi(table.substr(place + name.size() + 4));
+  ::kill(pid_, SIGSTOP);
+}
+HeldDaemon::~HeldDaemon() { ::kill(pid_, SIGCONT); }
 
 void addSink(const std::string& name, const std::string& properties) {
   const int before = visitNodes(name, false);

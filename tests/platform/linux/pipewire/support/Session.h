@@ -25,6 +25,18 @@ inline const std::string sinkB = "quillmere_test_sink_b";
 [[nodiscard]] bool isPrivate();
 /// "stop", "start", "restart" or "kill" for daemons by name, as scripts/private-session has it.
 void control(const std::string& verb, const std::vector<std::string>& daemons);
+/// The session manager, stopped in the middle of whatever it does until the object goes. Meanwhile nobody new is let
+/// in.
+class HeldDaemon {
+ public:
+  explicit HeldDaemon(const std::string& name = "wireplumber");
+  ~HeldDaemon();
+  HeldDaemon(const HeldDaemon&) = delete;
+  HeldDaemon& operator=(const HeldDaemon&) = delete;
+
+ private:
+  int pid_;
+};
 /// Makes a virtual output device; `properties` are more of them as the daemon's JSON has it.
 void addSink(const std::string& name, const std::string& properties = {});
 void removeSink(const std::string& name);
