@@ -14,8 +14,10 @@ from quillmere_e2e.waiting import wait_for
 HEADSET = "quillmere_usb_headset"
 EARBUDS = "quillmere_bluetooth_earbuds"
 STUBBORN = "quillmere_stubborn_speakers"
-USB = {"device.bus": "usb", "device.api": "alsa", "device.form-factor": "headset"}
-BLUETOOTH = {"device.bus": "bluetooth", "device.api": "bluez5", "device.form-factor": "headset"}
+# Both session managers weigh what was chosen before; the newer one less than what a device says of itself.
+USB = {"device.bus": "usb", "device.api": "alsa", "device.form-factor": "headset", "priority.session": 1500}
+BLUETOOTH = {"device.bus": "bluetooth", "device.api": "bluez5", "device.form-factor": "headset",
+             "priority.session": 1500}
 
 
 class DefaultOutputTest(MixerTest):
@@ -83,6 +85,7 @@ class AnotherTakesOver(DefaultOutputTest):
         player = self.play("pw-play", "Routed", 500)
         app = self.agent.wait_until_live(player)
         self.plug(HEADSET, **USB)
+        self.make_default(DESK)
         wait_for(lambda: HEADSET in [device["uid"] for device in self.agent.state()["devices"]], "it is listed", 5)
         self.agent.route(app, HEADSET)
         graph.remove_sink(HEADSET)
@@ -111,6 +114,11 @@ class Restart(DefaultOutputTest):
         self.desk.stop()
 
     def check(self, *words):
+        if graph.session_manager_version() >= (0, 5):
+            # The PulseAudio server's dummy, which goes when the first device comes, makes 0.5.8 hang for twenty seconds
+            # now and then: an event over a device that goes while it is taken in never ends.
+            graph.session_control("stop", "pipewire-pulse")
+            self.addCleanup(graph.session_control, "start", "pipewire-pulse")
         app = self.agent.wait_for_app(self.play("pw-play", "Routed", 500))
         self.agent.route(app, HEADSET)
         self.make_default(HEADSET)
@@ -137,6 +145,9 @@ class Restart(DefaultOutputTest):
 
 class Choice(DefaultOutputTest):
     def set_volume(self, name, volume):
+        # A device that has never run knows no volume, on some releases.
+        if name != DESK:
+            self.monitor(name)
         graph.tool("wpctl", "set-volume", str(graph.Graph().node(name)["id"]), str(volume))
 
     def wait_for_master(self, volume):
