@@ -115,10 +115,12 @@ class Player:
             connection.recv(65536)
 
     def streams(self, seen=None):
-        """Its output streams in the graph as it is, or as it was seen, found by process id."""
+        """Its output streams in the graph as it is, or as it was seen."""
         standing = seen or graph.Graph()
-        streams = standing.jack_clients() if self.kind == "jack" else standing.output_streams()
-        return [stream for stream in streams if stream["pid"] == self.process.pid]
+        if self.kind == "jack":
+            # What starts it may be its parent and not itself.
+            return [client for client in standing.jack_clients() if client["name"] == self.name]
+        return [stream for stream in standing.output_streams() if stream["pid"] == self.process.pid]
 
     @property
     def pid(self):

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <memory>
 #include <optional>
@@ -279,14 +280,17 @@ TYPED_TEST_P(AudioHardwareContract, AListenerMayRemoveItselfAndOthersWhileItIsCa
 TYPED_TEST_P(AudioHardwareContract, OnlyListenersOfWhatHasChangedAreCalled) {
   const auto extra = this->plug("contract-extra");
   const auto speakers = this->device(this->host_.speakers());
+  // Some machines tell nobody of the volume of a device that has never sounded.
+  this->launch(this->app);
+  ASSERT_TRUE(this->levelIs(this->host_.speakers(), 1.0F));
   this->host_.run();
   CountedListener ofIt;
   CountedListener ofAnother;
   CountedListener ofTheSystem;
-  this->listen(extra, contractVolume, ofIt);
-  this->listen(speakers, contractVolume, ofAnother);
+  this->listen(speakers, contractVolume, ofIt);
+  this->listen(extra, contractVolume, ofAnother);
   this->listen(systemObjectID, {audio::devices}, ofTheSystem);
-  this->host_.moveVolume("contract-extra", 0.3F);
+  this->host_.moveVolume(this->host_.speakers(), 0.3F);
   EXPECT_TRUE(this->eventually([&] { return ofIt.told > 0; }));
   EXPECT_EQ(ofAnother.told, 0);
   EXPECT_EQ(ofTheSystem.told, 0);
@@ -301,7 +305,10 @@ TYPED_TEST_P(AudioHardwareContract, ADefaultOutputThatIsWrittenIsReadBackAtOnceA
   this->listen(systemObjectID, {audio::defaultOutputDevice}, defaults);
   EXPECT_EQ(this->setDefaultOutput(extra), noErr);
   EXPECT_EQ(this->defaultOutput(), extra);
+  // Whatever is told of the write itself is told now, and not together with the answer to it.
+  this->host_.run();
   EXPECT_TRUE(this->eventually([&] { return defaults.told > 0; }));
+  this->plug("contract-later");
   EXPECT_EQ(this->defaultOutput(), extra);
   EXPECT_EQ(defaults.told, 1);
 }
@@ -382,13 +389,16 @@ TYPED_TEST_P(AudioHardwareContract, AnElementThatADeviceHasNotCannotBeReadOrWrit
 }
 
 TYPED_TEST_P(AudioHardwareContract, AVolumeThatAnotherProgramMovesIsTold) {
-  const auto extra = this->plug("contract-extra");
-  ASSERT_TRUE(this->eventually([&] { return this->volume(extra).has_value(); }));
+  const auto speakers = this->device(this->host_.speakers());
+  ASSERT_TRUE(this->eventually([&] { return this->volume(speakers).has_value(); }));
+  // As above: it has sounded.
+  this->launch(this->app);
+  ASSERT_TRUE(this->levelIs(this->host_.speakers(), 1.0F));
   this->host_.run();
   CountedListener volumes;
-  this->listen(extra, contractVolume, volumes);
-  this->host_.moveVolume("contract-extra", 0.3F);
-  EXPECT_TRUE(this->eventually([&] { return std::fabs(this->volume(extra).value_or(-1.0F) - 0.3F) < 0.005F; }));
+  this->listen(speakers, contractVolume, volumes);
+  this->host_.moveVolume(this->host_.speakers(), 0.3F);
+  EXPECT_TRUE(this->eventually([&] { return std::fabs(this->volume(speakers).value_or(-1.0F) - 0.3F) < 0.005F; }));
   EXPECT_TRUE(this->eventually([&] { return volumes.told > 0; }));
 }
 
@@ -461,12 +471,13 @@ TYPED_TEST_P(AudioHardwareContract, TheBlockRunsOnlyBetweenStartAndStop) {
 
 TYPED_TEST_P(AudioHardwareContract, AStopWaitsForACallThatIsUnderWay) {
   const auto application = this->launch(this->app);
-  // Often enough that some stop falls into a call.
   auto path = this->build(application, 0.5F);
-  for (int round = 0; round < 20; ++round) {
+  path.block.setLength(std::chrono::milliseconds(4));
+  for (int round = 0; round < 5; ++round) {
     this->start(path);
-    ASSERT_TRUE(this->eventually([&, before = path.block.calls()] { return path.block.calls() > before; }));
+    ASSERT_TRUE(this->eventually([&] { return path.block.isInside(); }));
     this->stop(path);
+    ASSERT_FALSE(path.block.wasCalledWrongly());
   }
   this->destroy(path);
   EXPECT_FALSE(path.block.wasCalledWrongly());
