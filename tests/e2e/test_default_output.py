@@ -48,7 +48,7 @@ class DefaultOutputTest(MixerTest):
         wait_for(lambda: self.player.calls or time.monotonic() >= end, "the time is over", seconds + 5)
         self.assertEqual(self.player.calls, [])
 
-    def assert_a_real_loss_still_pauses(self, device, speakers=DESK):
+    def assert_a_real_loss_still_pauses(self, device):
         """And nothing has been pressed before."""
         self.assertEqual(self.player.calls, [])
         self.wait_until_it_is_known_to_play()
@@ -56,8 +56,9 @@ class DefaultOutputTest(MixerTest):
         graph.remove_sink(device)
         wait_for(lambda: self.player.calls, "the player is paused", 5)
         print(f"{self.id()}: paused {time.monotonic() - gone:.2f} s after the command", flush=True)
-        self.assertEqual(self.player.calls, ["Pause"])
-        self.assertEqual(graph.Graph().default_sink(), speakers)
+        # Once as the default, and once more where an application is routed to it.
+        self.assertEqual(set(self.player.calls), {"Pause"})
+        wait_for(lambda: graph.Graph().default_sink() == DESK, "the speakers have taken over")
 
 
 class AnotherTakesOver(DefaultOutputTest):
@@ -96,9 +97,10 @@ class Restart(DefaultOutputTest):
     """The headset belongs to the session manager, as sound cards do: it goes and comes back with it."""
 
     def setUp(self):
-        self.folders = [Path(os.environ[home]) / "wireplumber" / "scripts" / "private-devices.lua"
-                        for home in ("XDG_CONFIG_HOME", "XDG_DATA_HOME")]
-        for file in self.folders:
+        # Where they are depends on the release.
+        files = [Path(os.environ[home]) / "wireplumber" / "scripts" / "private-devices.lua"
+                 for home in ("XDG_CONFIG_HOME", "XDG_DATA_HOME")]
+        for file in filter(Path.exists, files):
             whole = file.read_text(encoding="utf-8")
             self.addCleanup(file.write_text, whole, encoding="utf-8")
             properties = {"factory.name": "support.null-audio-sink", "node.name": HEADSET, "media.class": "Audio/Sink",

@@ -1,5 +1,6 @@
 // Which output counts as the default while the session manager's word is awaited: after a choice of ours, when the
 // default has gone and the next one has not been told, over a restart. Knows no daemon; time comes with each question.
+// Everything on the loop.
 #pragma once
 
 #include <optional>

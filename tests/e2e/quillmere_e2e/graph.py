@@ -81,6 +81,10 @@ class Graph:
         value = self.metadata().get((0, "default.audio.sink"))
         return value.get("name") if isinstance(value, dict) else None
 
+    def taps(self):
+        """Those of Quillmere's nodes that applications are moved to."""
+        return [name for name in self.ours() if ".tap-" in name]
+
     def ours(self):
         """Nodes that belong to Quillmere's taps."""
         return [node["info"]["props"].get("node.name") for node in self.nodes()

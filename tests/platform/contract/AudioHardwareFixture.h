@@ -22,6 +22,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <functional>
@@ -51,12 +52,16 @@ class BlockUnderContract {
       const float gain = state->gain;
       const auto samples = std::min(in.byteCount, out.byteCount) / sizeof(float);
       for (std::size_t i = 0; i < samples; ++i) out.data[i] = gain * in.data[i];
+      const auto end = std::chrono::steady_clock::now() + state->length.load();
+      while (std::chrono::steady_clock::now() < end) continue;
       state->formsAreRight = state->formsAreRight && in.channelCount == 2 && out.channelCount == 2;
       ++state->calls;
       state->isInside = false;
     };
   }
   void setGain(float gain) { state_->gain = gain; }
+  /// Every call takes at least so long.
+  void setLength(std::chrono::microseconds length) { state_->length = length; }
   void allow() { state_->mayBeCalled = true; }
   /// Said when a call that ends the IO has returned: from here on any call is wrong, and so is one still under way.
   void forbid() {
@@ -64,12 +69,14 @@ class BlockUnderContract {
     if (state_->isInside) state_->wasCalledWrongly = true;
   }
   [[nodiscard]] std::uint64_t calls() const { return state_->calls; }
+  [[nodiscard]] bool isInside() const { return state_->isInside; }
   [[nodiscard]] bool wasCalledWrongly() const { return state_->wasCalledWrongly; }
   [[nodiscard]] bool formsAreRight() const { return state_->formsAreRight; }
 
  private:
   struct State {
     std::atomic<float> gain{1.0F};
+    std::atomic<std::chrono::microseconds> length{};
     std::atomic<bool> mayBeCalled{false};
     std::atomic<bool> isInside{false};
     std::atomic<bool> wasCalledWrongly{false};
