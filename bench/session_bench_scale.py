@@ -35,7 +35,7 @@ def measure(count):
         agent.away()
         since = time.monotonic()
         agent.ask("whisper")
-        wait_for(lambda: everybody <= agent.heard(), "all taps hear their applications", 60, pause=0.005)
+        agent.wait_until_heard(everybody, pause=0.005)
         soon = time.monotonic() - since
         wait_for(lambda: crowd.tapped(graph.Graph()) == count, "all play through their taps alone", 60, pause=0.2)
         away, machine = agent.away()

@@ -8,7 +8,6 @@
 
 #include "core/BundleID.h"
 #include "core/Mixer.h"
-#include "engine/ProcessTapSubgraph.h"
 #include "runtime/Threads.h"
 
 namespace quillmere {
@@ -45,14 +44,17 @@ ProcessTapEngine::ProcessTapEngine(AudioHardware& hardware, const Runtime& runti
     : hardware_(hardware),
       clocks_(runtime.clocks),
       log_(runtime.log, "ProcessTapEngine"),
-      queue_(runtime.makeSerialQueue("app.quillmere.engine")) {}
+      queue_(runtime.makeSerialQueue("app.quillmere.engine")),
+      builds_(*queue_, [this](const std::string& bundleID, std::unique_ptr<ProcessTapSubgraph> subgraph) {
+        takeBuilt(bundleID, std::move(subgraph));
+      }) {}
 
 ProcessTapEngine::~ProcessTapEngine() {
   ProcessTapEngine* self = this;
   installed.compare_exchange_strong(self, nullptr);
   going_ = true;
   queue_->sync([this] {
-    builds_.clear();
+    builds_.abandon();
     subgraphs_.clear();
   });
   // Runs what came in meanwhile, which by now does nothing, before the tables go.
@@ -77,15 +79,7 @@ void ProcessTapEngine::queueBody(Body body) {
 }
 
 void ProcessTapEngine::queueInTurn(const std::string& bundleID, Work step) {
-  queueBody([this, bundleID, step = std::move(step)] { inTurn(bundleID, step); });
-}
-
-void ProcessTapEngine::inTurn(const std::string& bundleID, Work step) {
-  if (const auto build = builds_.find(bundleID); build != builds_.end()) {
-    build->second.waiting.push_back(std::move(step));
-  } else {
-    step();
-  }
+  queueBody([this, bundleID, step = std::move(step)] { builds_.inTurn(bundleID, step); });
 }
 
 void ProcessTapEngine::applyGain(float gain, const std::string& bundleID) {
@@ -147,7 +141,7 @@ void ProcessTapEngine::updateProcessMap(std::vector<CoreAudioProcessMonitor::Sna
     // the processes they were built with, and those of applications that are gone stay.
     for (const auto& bundleID : keys) {
       if (old.contains(bundleID)) continue;
-      inTurn(bundleID, [this, bundleID] {
+      builds_.inTurn(bundleID, [this, bundleID] {
         const bool isWanted = routingMap_.contains(bundleID) && processMap_.contains(bundleID);
         if (isWanted && !subgraphs_.contains(bundleID)) spawnSubgraphLocked(bundleID, 1.0F);
       });
@@ -161,9 +155,9 @@ void ProcessTapEngine::refreshUnroutedSubgraphsForNewSystemDefault() {
       if (routingMap_.contains(bundleID)) return;
       if (const auto gain = tearDownSubgraphLocked(bundleID)) spawnSubgraphLocked(bundleID, *gain);
     };
-    const auto half = keysOf(builds_);
+    const auto onTheirWay = builds_.applications();
     for (const auto& bundleID : keysOf(subgraphs_)) rebuild(bundleID);
-    for (const auto& bundleID : half) inTurn(bundleID, [rebuild, bundleID] { rebuild(bundleID); });
+    for (const auto& bundleID : onTheirWay) builds_.inTurn(bundleID, [rebuild, bundleID] { rebuild(bundleID); });
   });
 }
 
@@ -181,10 +175,7 @@ void ProcessTapEngine::stop() {
   queue_->sync([this] {
     isStopping_ = true;
     // What has waited for a path still counts for the routes.
-    for (auto& [bundleID, build] : std::exchange(builds_, {})) {
-      build.subgraph.reset();
-      for (const auto& step : build.waiting) step();
-    }
+    for (const auto& step : builds_.abandon()) step();
     isStopping_ = false;
     for (const auto& bundleID : keysOf(subgraphs_)) tearDownSubgraphLocked(bundleID);
   });
@@ -199,67 +190,23 @@ void ProcessTapEngine::spawnSubgraphLocked(const std::string& bundleID, float in
                   " yet (process must be playing audio for the tap to attach)");
     return;
   }
-  auto subgraph = std::make_unique<ProcessTapSubgraph>(
-      hardware_, clocks_, bundleID, std::vector<AudioObjectID>(processes->second.begin(), processes->second.end()),
-      log_);
   const auto route = routingMap_.find(bundleID);
-  const auto outputUID = route == routingMap_.end() ? std::nullopt : std::optional<std::string>(route->second);
-  switch (subgraph->activate(initialGain, outputUID)) {
-    case ProcessTapSubgraph::Progress::waiting:
-      builds_[bundleID].subgraph = std::move(subgraph);
-      pollLater();
-      break;
-    case ProcessTapSubgraph::Progress::live:
-      keepLive(bundleID, std::move(subgraph));
-      break;
-    case ProcessTapSubgraph::Progress::failed:
-      logFailure(bundleID);
-      break;
-  }
+  builds_.build(bundleID,
+                std::make_unique<ProcessTapSubgraph>(
+                    hardware_, clocks_, bundleID,
+                    std::vector<AudioObjectID>(processes->second.begin(), processes->second.end()), log_),
+                initialGain, route == routingMap_.end() ? std::nullopt : std::optional(route->second));
 }
 
-void ProcessTapEngine::keepLive(const std::string& bundleID, std::unique_ptr<ProcessTapSubgraph> subgraph) {
+void ProcessTapEngine::takeBuilt(const std::string& bundleID, std::unique_ptr<ProcessTapSubgraph> subgraph) {
+  if (!subgraph) {
+    log_.error("subgraph activation failed for " + bundleID);
+    return;
+  }
   InputActivity activity(subgraph->words());
   subgraphs_[bundleID] = std::move(subgraph);
-  {
-    const std::lock_guard lock(activitiesMutex_);
-    activities_.insert_or_assign(bundleID, std::move(activity));
-  }
-  // One after the other, each would have had its time to itself.
-  for (auto& entry : builds_) entry.second.subgraph->waitAnew();
-}
-
-void ProcessTapEngine::logFailure(const std::string& bundleID) const {
-  log_.error("subgraph activation failed for " + bundleID);
-}
-
-void ProcessTapEngine::pollLater() {
-  if (std::exchange(isPollDue_, true)) return;
-  queue_->asyncAfter(ProcessTapSubgraph::alivePoll, [this] {
-    isPollDue_ = false;
-    pollBuilds();
-    if (!builds_.empty()) pollLater();
-  });
-}
-
-void ProcessTapEngine::pollBuilds() {
-  for (const auto& bundleID : keysOf(builds_)) {
-    const auto progress = builds_.at(bundleID).subgraph->proceed();
-    if (progress != ProcessTapSubgraph::Progress::waiting) {
-      endBuild(bundleID, progress == ProcessTapSubgraph::Progress::live);
-    }
-  }
-}
-
-void ProcessTapEngine::endBuild(const std::string& bundleID, bool isLive) {
-  auto build = std::move(builds_.extract(bundleID).mapped());
-  if (isLive) {
-    keepLive(bundleID, std::move(build.subgraph));
-  } else {
-    logFailure(bundleID);
-  }
-  // Any of them may begin the next path, which those behind it wait for in their turn.
-  for (auto& step : build.waiting) inTurn(bundleID, std::move(step));
+  const std::lock_guard lock(activitiesMutex_);
+  activities_.insert_or_assign(bundleID, std::move(activity));
 }
 
 std::optional<float> ProcessTapEngine::tearDownSubgraphLocked(const std::string& bundleID) {

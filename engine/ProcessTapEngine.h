@@ -3,7 +3,6 @@
 #pragma once
 
 #include <atomic>
-#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -14,18 +13,18 @@
 
 #include "engine/CoreAudioProcessMonitor.h"
 #include "engine/InputActivity.h"
+#include "engine/ProcessTapSubgraph.h"
+#include "engine/SubgraphBuilds.h"
 #include "platform/AudioHardware.h"
 #include "runtime/Runtime.h"
 
 namespace quillmere {
 
-class ProcessTapSubgraph;
-
 /// Callers get no result; failures end in the log.
 ///
 /// The calls of one application take effect one after the other, each when the one before is through with the path that
-/// it builds. Applications don't wait for one another: any number of paths is built side by side, and a path is given
-/// up when none has come alive for two seconds.
+/// it builds. Applications don't wait for one another: paths are built side by side, and one is given up when none has
+/// come alive for two seconds.
 class ProcessTapEngine {
  public:
   /// Makes the engine's queue. The hardware and the runtime's services outlive this.
@@ -63,24 +62,12 @@ class ProcessTapEngine {
   std::optional<float> tearDownSubgraphLocked(const std::string& bundleID);
 
  private:
-  /// A path that is not alive yet, and the calls of its application that came meanwhile.
-  struct Build {
-    std::unique_ptr<ProcessTapSubgraph> subgraph;
-    std::deque<Work> waiting;
-  };
-
   template <typename Body>
   void queueBody(Body body);
-  /// Queues one step of an application's story. [any]
+  /// Queues one step of an application's story, which runs when its path is built. [any]
   void queueInTurn(const std::string& bundleID, Work step);
-  /// Runs it: now, or when the application's path is built. [engine]
-  void inTurn(const std::string& bundleID, Work step);
-  // [engine]
-  void keepLive(const std::string& bundleID, std::unique_ptr<ProcessTapSubgraph> subgraph);
-  void endBuild(const std::string& bundleID, bool isLive);
-  void logFailure(const std::string& bundleID) const;
-  void pollBuilds();
-  void pollLater();
+  /// Null: the path has failed. [engine]
+  void takeBuilt(const std::string& bundleID, std::unique_ptr<ProcessTapSubgraph> subgraph);
 
   AudioHardware& hardware_;
   Clocks& clocks_;
@@ -94,9 +81,8 @@ class ProcessTapEngine {
   // The tables, touched on the queue only.
   std::map<std::string, std::set<AudioObjectID>> processMap_;
   std::map<std::string, std::unique_ptr<ProcessTapSubgraph>> subgraphs_;
-  std::map<std::string, Build> builds_;
   std::map<std::string, std::string> routingMap_;
-  bool isPollDue_ = false;
+  SubgraphBuilds builds_;
   /// What would be built now would be torn down at once.
   bool isStopping_ = false;
 

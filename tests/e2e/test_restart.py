@@ -6,6 +6,7 @@ import unittest
 from quillmere_e2e import graph
 from quillmere_e2e.case import DESK, MixerTest
 from quillmere_e2e.recording import Monitor
+from quillmere_e2e.waiting import wait_for
 
 SECONDS = 3.0
 
@@ -61,6 +62,23 @@ class Restart(MixerTest):
 
     def test_the_daemon_is_killed(self):
         self.check_restart("kill", "pipewire")
+
+    def test_a_gain_that_is_set_while_the_session_manager_is_away_is_heard_when_it_is_back(self):
+        player = self.play("pw-play", "Set meanwhile", 500)
+        app = self.agent.wait_until_live(player)
+        self.assert_level(self.desk, player, 1)
+        self.desk.stop()
+        graph.session_control("stop", "wireplumber")
+        self.agent.gain(app, 0.5)
+        wait_for(lambda: [line for line in self.agent.log.read_text(encoding="utf-8").splitlines() if app in line
+                          and ("subgraph live" in line or "subgraph activation failed" in line)],
+                 "the engine has done what it could")
+        graph.session_control("start", "wireplumber")
+        # With the last device some clients end, and some are not linked again; people start them anew.
+        player.stop()
+        player.start()
+        with Monitor(DESK) as desk:
+            self.assert_level(desk, player, 0.5)
 
     def test_the_pulseaudio_server_restarts(self):
         player = self.play("paplay", "Through Pulse", 500)

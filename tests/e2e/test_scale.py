@@ -49,11 +49,7 @@ class Scale(MixerTest):
         since = time.monotonic()
         self.agent.ask("whisper")
 
-        def are_heard():
-            self.assert_list(crowd, WHISPER)
-            return everybody <= self.agent.heard()
-
-        wait_for(are_heard, f"{count} taps hear their applications", 60)
+        self.agent.wait_until_heard(everybody, lambda: self.assert_list(crowd, WHISPER))
         print(f"{self.id()}: {count} taps live after {time.monotonic() - since:.2f} s", flush=True)
         wait_for(lambda: crowd.tapped(graph.Graph()) == count, f"{count} applications play through their taps alone", 60)
         self.assert_heard(crowd, WHISPER)

@@ -534,9 +534,7 @@ TEST_F(SlowPaths, SixtyFourApplicationsAreBuiltInTheTimeOfOne) {
   time.advance(490ms);
   EXPECT_FALSE(hardware.runningAggregateOver(1000));
   time.advance(10ms);
-  for (int index = 0; index < 64; ++index) {
-    EXPECT_EQ(gainOf(1000 + static_cast<AudioObjectID>(index)), 0.1F) << index;
-  }
+  for (AudioObjectID index = 0; index < 64; ++index) EXPECT_EQ(gainOf(1000 + index), 0.1F) << index;
 }
 
 TEST_F(SlowPaths, TheQueueIsFreeWhileAPathComesAlive) {

@@ -271,12 +271,6 @@ void Host::tell(const AudioSnapshot& before, std::shared_ptr<const AudioSnapshot
       const double now = director_.rate(tap);
       if (std::exchange(rate, now) != now) changes.push_back({tap, audio::tapFormat});
     }
-    for (const auto device : shared_.tapDevices) {
-      const bool isAlive = director_.isAlive(device);
-      if (isAlive != shared_.aliveDevices.contains(device)) changes.push_back({device, audio::deviceIsAlive});
-      isAlive ? static_cast<void>(shared_.aliveDevices.insert(device))
-              : static_cast<void>(shared_.aliveDevices.erase(device));
-    }
   }
   listeners.tell(changes);
 }

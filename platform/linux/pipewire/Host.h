@@ -39,10 +39,6 @@ class Host {
     const std::lock_guard lock(shared_.mutex);
     return shared_.snapshot;
   }
-  [[nodiscard]] bool isAliveDevice(AudioObjectID device) const {
-    const std::lock_guard lock(shared_.mutex);
-    return shared_.aliveDevices.contains(device);
-  }
   [[nodiscard]] bool isTapDevice(AudioObjectID device) const {
     const std::lock_guard lock(shared_.mutex);
     return shared_.tapDevices.contains(device);
@@ -83,7 +79,6 @@ class Host {
       shared_.tapDevices.insert(device);
     } else {
       shared_.tapDevices.erase(device);
-      shared_.aliveDevices.erase(device);
     }
   }
 
@@ -117,7 +112,6 @@ class Host {
     /// In Hz.
     std::map<AudioObjectID, double> tapRates;
     std::set<AudioObjectID> tapDevices;
-    std::set<AudioObjectID> aliveDevices;
     /// In Hz.
     double graphRate = 48000.0;
   } shared_;

@@ -19,7 +19,7 @@ PropertyValue property(const pipewire::Host& host, AudioObjectID object, const P
   if (const auto* device = snapshot->device(object)) return deviceProperty(*device, address);
   if (const auto* process = snapshot->process(object)) return processProperty(*process, address);
   if (const auto rate = host.tapRate(object)) return pipewire::tapProperty(*rate, address);
-  if (host.isTapDevice(object)) return pipewire::aggregateProperty(host.isAliveDevice(object), address);
+  if (host.isTapDevice(object)) return pipewire::aggregateProperty(address);
   return PropertyValue::failure(badObjectError);
 }
 

@@ -106,11 +106,12 @@ PropertyValue tapProperty(double rate, const PropertyAddress& address) {
   return PropertyValue::ofFormat(stereoFormat(rate));
 }
 
-PropertyValue aggregateProperty(bool isAlive, const PropertyAddress& address) {
+PropertyValue aggregateProperty(const PropertyAddress& address) {
   if (address.selector != audio::deviceIsAlive || !isMainGlobal(address)) {
     return PropertyValue::failure(unknownPropertyError);
   }
-  return PropertyValue::ofNumber(isAlive ? 1 : 0);
+  // It may be started at once: its sound is brought to it whenever daemon, session manager and output are there.
+  return PropertyValue::ofNumber(1);
 }
 
 }  // namespace quillmere::pipewire

@@ -93,6 +93,6 @@ struct PropertyValue {
 [[nodiscard]] PropertyValue processProperty(const ProcessSnapshot& process, const PropertyAddress& address);
 /// `rate` in Hz.
 [[nodiscard]] PropertyValue tapProperty(double rate, const PropertyAddress& address);
-[[nodiscard]] PropertyValue aggregateProperty(bool isAlive, const PropertyAddress& address);
+[[nodiscard]] PropertyValue aggregateProperty(const PropertyAddress& address);
 
 }  // namespace quillmere::pipewire

@@ -150,13 +150,6 @@ Status TapDirector::stop(AudioObjectID device, IOProcID proc, float appliedGain)
   return noErr;
 }
 
-bool TapDirector::isAlive(AudioObjectID device) const {
-  const auto found = devices_.find(device);
-  if (found == devices_.end()) return false;
-  const auto& own = found->second.lanes.at(found->second.route);
-  return own.session && (own.session->phase != Phase::opening || own.predecessor);
-}
-
 double TapDirector::rate(AudioObjectID tap) const {
   for (const auto& [id, device] : devices_) {
     if (device.tap != tap) continue;

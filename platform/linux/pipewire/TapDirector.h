@@ -51,7 +51,6 @@ class TapDirector {
 
   [[nodiscard]] bool hasTap(AudioObjectID tap) const { return taps_.contains(tap); }
   [[nodiscard]] bool hasDevice(AudioObjectID device) const { return devices_.contains(device); }
-  [[nodiscard]] bool isAlive(AudioObjectID device) const;
   /// The rate at which a tap's application is played, in Hz; the graph's where it isn't.
   [[nodiscard]] double rate(AudioObjectID tap) const;
 

@@ -8,7 +8,7 @@ import subprocess
 import time
 from pathlib import Path
 
-from .waiting import wait_for
+from .waiting import NotInTime, wait_for
 
 
 class Agent:
@@ -83,6 +83,20 @@ class Agent:
     def heard(self):
         """The applications whose taps hear them."""
         return set(self.ask("heard")["heard"])
+
+    def wait_until_heard(self, apps, meanwhile=lambda: None, seconds=60.0, pause=0.02):
+        """Each of them has been heard by its tap, since this was called; on a busy machine not all at the same moment."""
+        missing = set(apps)
+
+        def none_is_missing():
+            meanwhile()
+            missing.difference_update(self.heard())
+            return not missing
+
+        try:
+            wait_for(none_is_missing, "", seconds, pause)
+        except NotInTime:
+            raise NotInTime(f"not heard by their taps within {seconds:g} s: {sorted(missing)}") from None
 
     def kill(self):
         self.process.kill()
