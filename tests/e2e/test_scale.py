@@ -25,7 +25,11 @@ class Scale(MixerTest):
         expected = {member.binary: gain for member in crowd.members}
         self.assertEqual({app["bundleID"]: round(app["gain"], 6) for app in state["apps"] if app["bundleID"] in expected},
                          expected)
-        self.assertEqual(set(expected) - set(state["live"]), set())
+
+    def wait_until_all_are_live(self, crowd):
+        """Where the session manager is too busy to link a stream again at once, it is silent, and not live, for a while."""
+        everybody = {member.binary for member in crowd.members}
+        wait_for(lambda: everybody <= set(self.agent.state()["live"]), "all are live", 30)
 
     def assert_nobody_waited(self, what):
         away, machine = self.agent.away()
@@ -42,22 +46,24 @@ class Scale(MixerTest):
         # No more cycles than the players themselves ask for.
         self.desk = self.enterContext(Monitor(DESK, latency=4096))
         crowd = self.enterContext(Crowd(count))
-        everybody = {member.binary for member in crowd.members}
-        wait_for(lambda: everybody <= set(self.agent.state()["live"]), "all are live", 30)
+        self.wait_until_all_are_live(crowd)
         self.assert_heard(crowd, 1)
         self.agent.away()
         since = time.monotonic()
         self.agent.ask("whisper")
 
-        self.agent.wait_until_heard(everybody, lambda: self.assert_list(crowd, WHISPER))
+        self.agent.wait_until_heard({member.binary for member in crowd.members},
+                                    lambda: self.assert_list(crowd, WHISPER))
         print(f"{self.id()}: {count} taps live after {time.monotonic() - since:.2f} s", flush=True)
         wait_for(lambda: crowd.tapped(graph.Graph()) == count, f"{count} applications play through their taps alone", 60)
         self.assert_heard(crowd, WHISPER)
+        self.wait_until_all_are_live(crowd)
         self.assert_nobody_waited("making taps")
         self.agent.ask("whisper")
         wait_for(lambda: not graph.Graph().ours(), "all are given back", 60)
         self.assert_list(crowd, 1)
         self.assert_heard(crowd, 1)
+        self.wait_until_all_are_live(crowd)
         self.assert_nobody_waited("giving back")
 
     def test_sixteen_applications_are_tapped_at_once(self):

@@ -146,6 +146,7 @@ TEST_F(AppList, AnApplicationThatIsNotInTheListFallsOutOfTheStoreWithTheNextWrit
   storeApps({{"org.example.gone", "Gone", 0.5F, false, std::nullopt}});
   startWithThree();
   state().setGain(0.3F, spotify);
+  ASSERT_EQ(storedApps().size(), 3U);
   for (const auto& app : storedApps()) EXPECT_NE(app.bundleID, "org.example.gone");
   box->launch("org.example.gone", "Gone");
   box->detect();

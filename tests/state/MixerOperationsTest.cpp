@@ -163,6 +163,8 @@ TEST_F(MixerOperations, TheMasterStandsEvenIfTheHardwareRefusesIt) {
   startWithThree();
   box->audio.fail({Method::writeFloat32}, unspecifiedError, MemoryAudioHardware::always);
   state().setMasterGain(0.25F);
+  EXPECT_EQ(box->audio.volume(speakers, 0), 0.6F);
+  settle();
   EXPECT_FLOAT_EQ(*state().masterGain(), 0.25F);
   EXPECT_EQ(disk.real("quillmere.masterGain"), 0.25);
 }
@@ -171,9 +173,13 @@ TEST_F(MixerOperations, TheEchoOfItsOwnWriteLeavesTheMasterAlone) {
   startWithThree();
   int told = 0;
   const auto watch = state().masterGain().observe([&](float) { ++told; });
+  box->audio.clearCalls();
   state().setMasterGain(0.25F);
   settle();
+  ASSERT_GE(box->audio.callCount(Method::readFloat32), 1) << "the echo has come";
   EXPECT_EQ(told, 1);
+  EXPECT_EQ(box->audio.callCount(Method::writeFloat32), 1);
+  EXPECT_THAT(disk.written(), ElementsAre("quillmere.masterGain"));
 }
 
 TEST_F(MixerOperations, CompletingTheOnboardingIsStored) {

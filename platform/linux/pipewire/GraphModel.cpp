@@ -158,6 +158,8 @@ void GraphModel::dropLink(GlobalID id) {
 
 void GraphModel::setMetadata(GlobalID subject, const std::string& key, std::optional<std::string> value) {
   if (value) {
+    // The last word on the default that could be read stays in force.
+    if (subject == 0 && key == "default.audio.sink" && !nameFromMetadata(*value)) return;
     metadata_[{subject, key}] = std::move(*value);
   } else if (key.empty()) {
     std::erase_if(metadata_, [&](const auto& entry) { return entry.first.first == subject; });

@@ -106,6 +106,7 @@ class GraphModel {
   void setRoutes(GlobalID id, std::vector<RouteRecord> routes);
   void updatePort(GlobalID id, const Properties& properties);
   void updateLink(GlobalID id, const Properties& properties);
+  /// A default output that can't be read leaves the one before.
   void setMetadata(GlobalID subject, const std::string& key, std::optional<std::string> value);
   void clearMetadata();
   void setSetting(const std::string& key, const std::string& value);

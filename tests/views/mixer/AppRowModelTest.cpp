@@ -58,7 +58,10 @@ TEST_F(AppRows, RowIsTheSameObjectAfterItHasChanged) {
   const auto* row = rows->row(0);
   state().setGain(0.3F, spotify);
   sound(editor, true);
+  ASSERT_EQ(rows->count(), 2);
   EXPECT_TRUE(rows->row(0) == row || rows->row(1) == row);
+  EXPECT_EQ(row->name(), "Spotify");
+  EXPECT_FLOAT_EQ(static_cast<float>(row->gain()), 0.3F);
 }
 
 TEST_F(AppRows, DetectionThatFindsNothingNewTellsNothing) {
@@ -69,6 +72,12 @@ TEST_F(AppRows, DetectionThatFindsNothingNewTellsNothing) {
   QSignalSpy counts(rows.get(), &AppRowModel::countChanged);
   for (int i = 0; i < 10; ++i) box->detect();
   EXPECT_EQ(changes.count() + gains.count() + counts.count(), 0);
+  sound(editor, true);
+  state().setGain(0.3F, spotify);
+  state().toggleMute(spotify);
+  EXPECT_GE(changes.count(), 1);
+  EXPECT_EQ(gains.count(), 1);
+  EXPECT_EQ(counts.count(), 1);
 }
 
 TEST_F(AppRows, GainOfAnotherApplicationDoesNotConcernARow) {

@@ -35,7 +35,11 @@ TEST_F(Menu, NewEntryInTheMiddleIsOneInsertion) {
 
 TEST_F(Menu, EqualTitlesSideBySideAreEntriesOfTheirOwn) {
   menu.setEntries(entries({"a", "a"}));
+  EXPECT_EQ(menu.rowCount(), 2);
+  QSignalSpy inserted(&menu, &MenuModel::rowsInserted);
   menu.setEntries(entries({"a", "a", "a"}));
+  EXPECT_EQ(menu.rowCount(), 3);
+  EXPECT_EQ(inserted.count(), 1);
   menu.setEntries(entries({"a"}));
   EXPECT_EQ(menu.rowCount(), 1);
 }

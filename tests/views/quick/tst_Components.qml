@@ -207,6 +207,7 @@ Item {
         function test_theWordmarkKeepsItsProportions() {
             const small = createTemporaryObject(mark, scene);
             const large = createTemporaryObject(mark, scene, { height: 40 });
+            verify(small.implicitWidth > small.height);
             fuzzyCompare(large.implicitWidth, 2 * small.implicitWidth, 2);
         }
 

@@ -235,8 +235,18 @@ TEST_F(Devices, TwoDevicesOfOneNameAreTwoObjects) {
 
 TEST_F(Devices, BrokenMetadataIsLoggedAndTheSessionManagersWordStaysInForce) {
   Machine machine;
+  ASSERT_EQ(machine.defaultOutput(), session::sinkA);
   run({"pw-metadata", "0", "default.audio.sink", "{\"name\":", "Spa:String:JSON"});
   EXPECT_TRUE(eventually([&] { return machine.log.contains("can't be read"); })) << machine.log.all();
+  // A picture that is surely taken after that.
+  session::addSink("test_later");
+  ASSERT_TRUE(eventually([&] { return machine.device("test_later") != 0; }));
+  EXPECT_EQ(machine.defaultOutput(), session::sinkA);
+  EXPECT_TRUE(eventually([&] {
+    run({"pw-metadata", "0", "default.configured.audio.sink", "{\"name\":\"" + session::sinkB + "\"}",
+         "Spa:String:JSON"});
+    return machine.defaultOutput() == session::sinkB;
+  })) << "its next word is taken";
 }
 
 TEST_F(Devices, WithoutADaemonEverythingIsEmptyAndOneThatComesIsFound) {

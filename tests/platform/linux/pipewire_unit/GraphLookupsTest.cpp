@@ -75,6 +75,19 @@ TEST_F(GraphLookups, TheDefaultOutputIsTheOneThatWasToldLast) {
   EXPECT_EQ(model.outputSerial(std::nullopt), "");
 }
 
+TEST_F(GraphLookups, ADefaultThatCanNotBeReadLeavesTheOneBefore) {
+  sink(50, "desk");
+  tellDefault("{");
+  EXPECT_EQ(model.outputSerial(std::nullopt), "");
+  tellDefault(R"({"name":"desk"})");
+  for (const auto* broken : {"{\"name\":", "{}", "7", R"({"name":7})", ""}) {
+    tellDefault(broken);
+    EXPECT_EQ(model.outputSerial(std::nullopt), "1050") << broken;
+  }
+  tellDefault(std::nullopt);
+  EXPECT_EQ(model.outputSerial(std::nullopt), "") << "a word that is taken back is";
+}
+
 TEST_F(GraphLookups, WithTheMetadataTheDefaultOutputGoes) {
   sink(50, "desk");
   tellDefault(R"({"name":"desk"})");
