@@ -9,6 +9,7 @@ import subprocess
 import time
 import unittest
 from pathlib import Path
+from typing import NamedTuple
 
 from gi.repository import Gio, GLib
 
@@ -16,13 +17,59 @@ from quillmere_e2e import graph
 from quillmere_e2e.case import AMPLITUDE, DESK, PHONES, MixerTest
 from quillmere_e2e.players import copied_executable
 from quillmere_e2e.recording import Monitor
-from quillmere_e2e.tones import RATE, tone_file, tone_level
+from quillmere_e2e.tones import LEFT, RATE, RIGHT, tone_file, tone_level
 from quillmere_e2e.waiting import wait_for
 
 HEADSET = "quillmere_usb_headset"
 # One step of the 30 ms glide, the largest that a full change of gain can add between two samples.
 GLIDE_STEP = 1 - math.exp(-1 / (0.03 * RATE))
-ATTEMPTS = 5
+
+
+def sine_step(hz):
+    """The largest step between two samples of a sine."""
+    return 2 * math.sin(math.pi * hz / RATE)
+
+
+TRIES = 5
+# Of recordings that say nothing, because the machine has lost a cycle of the control.
+MOST_SPOILED = 10
+SHORTEST_CYCLE = 64
+# Of the phase, in radians. A gain that glides shifts what is measured by less than a hundredth. A cycle is a multiple
+# of 64 frames; skipped, it shifts a tone of 200 Hz by a multiple of 16 of its 240 frames.
+SMALLEST_JUMP = 0.08
+
+
+class Step(NamedTuple):
+    """A step between two samples that is steeper than it may be."""
+    frame: int
+    height: float
+    # A change of gain leaves the sine where it is. A cycle that is lost leaves silence, or is skipped, and then the
+    # sine goes on from another place.
+    is_lost_cycle: bool
+
+
+def phase(samples, first, hz):
+    """Of a sine, in radians: over the period that begins at a frame."""
+    turn = 2 * math.pi * hz / RATE
+    period = range(first, min(first + RATE // hz, len(samples)))
+    return math.atan2(sum(samples[frame] * math.cos(turn * frame) for frame in period),
+                      sum(samples[frame] * math.sin(turn * frame) for frame in period))
+
+
+def steps_in(samples, hz, glides):
+    """All steps that are higher than those of the sine itself and, where the gain changes, of one glide."""
+    allowed = AMPLITUDE * (sine_step(hz) + (GLIDE_STEP if glides else 0)) * 1.02 + 1e-4
+
+    def is_lost_cycle(frame):
+        start = frame + 1
+        if any(part and max(map(abs, part)) < 1e-5
+               for part in (samples[max(0, start - SHORTEST_CYCLE):start], samples[start:start + SHORTEST_CYCLE])):
+            return True
+        jump = phase(samples, start, hz) - phase(samples, max(0, start - RATE // hz), hz)
+        return abs(math.remainder(jump, 2 * math.pi)) > SMALLEST_JUMP
+
+    return [Step(frame, after - before, is_lost_cycle(frame))
+            for frame, (before, after) in enumerate(zip(samples, samples[1:])) if abs(after - before) > allowed]
 
 
 class Call:
@@ -55,40 +102,46 @@ class AutomationTest(MixerTest):
     def set_rule(self, app, target=0.3, delay_millis=500):
         self.agent.ask("rule", "qm-test-call", app, target, delay_millis)
 
-    def click_in(self, scenario, hz):
-        """The steepest step between two samples while `scenario` ran, if it is more than the sine's own and one of the
-        glide's together; else none."""
-        first = self.desk.frames()
-        scenario()
-        samples = self.desk.read(first, self.desk.frames() - first)
-        steepest = max(abs(after - before) for before, after in zip(samples, samples[1:]))
-        allowed = AMPLITUDE * (2 * math.sin(math.pi * hz / RATE) + GLIDE_STEP) * 1.02 + 1e-4
-        return steepest if steepest > allowed else None
+    def play_left(self, name, hz):
+        return self.play("pw-play", name, hz, file=tone_file(hz, AMPLITUDE, sides=LEFT))
 
-    def assert_no_click(self, scenario, player, app):
-        """A virtual machine that is not let run in time loses audio cycles, whoever plays. What clicks by itself clicks
-        every time; what the machine does is told by the same player when nobody touches it."""
-        clicks = []
-        for _ in range(ATTEMPTS):
-            clicks.append(self.click_in(scenario, player.hz))
-            if clicks[-1] is None:
-                return
-        self.agent.gain(app, 1)
-        wait_for(lambda: not graph.Graph().ours(), "the player is untouched")
+    def assert_no_click(self, scenario, player):
+        """Plays the scenario until TRIES of its recordings say something of us; none of these has a click.
 
-        def rest():
-            end = self.desk.frames() + 2 * RATE
-            wait_for(lambda: self.desk.frames() >= end, "two seconds of sound", 10)
+        A machine that is not let run in time loses audio cycles, whoever plays. What it has lost is told by a control:
+        the player is heard on the left only, and on the right of the same recording plays a stream that counts as no
+        application, so that nobody touches it. A recording with steps on the right says nothing and is made again. A
+        tap's sound goes through one process more than the control's, and that one may be late alone; then a whole cycle
+        is lost. In one of TRIES recordings that is put up with, in two not, and another kind of step in none."""
+        control = self.play("pw-play", "Control", player.hz, file=tone_file(player.hz, AMPLITUDE, sides=RIGHT),
+                            extra=["--properties", "{ stream.monitor = true }"])
+        self.assertIsNone(self.agent.find(control), "the mixer does not know the control")
 
-        untouched = [self.click_in(rest, player.hz) for _ in range(ATTEMPTS)]
-        if any(untouched):
-            self.skipTest(f"this machine loses cycles of a player that nobody touches: steps of {untouched}")
-        self.fail(f"a click each time: {clicks}")
+        recordings, lost, spoiled = 0, 0, []
+        while recordings < TRIES:
+            since = self.desk.frames()
+            scenario()
+            count = self.desk.frames() - since
+            steps = steps_in(self.desk.read(since, count), player.hz, glides=True)
+            right = self.desk.read(since, count, channel=1)
+            self.assertGreater(max(right), 0.9 * AMPLITUDE, "the control plays")
+            spoils = steps_in(right, control.hz, glides=False)
+            if spoils:
+                spoiled.append(spoils[0])
+                if len(spoiled) > MOST_SPOILED:
+                    self.skipTest(f"this machine loses cycles of a player that nobody touches: {len(spoiled)} of "
+                                  f"{len(spoiled) + recordings} recordings have steps, the first of each is {spoiled}")
+                continue
+            recordings += 1
+            clicks = [step for step in steps if not step.is_lost_cycle]
+            self.assertEqual(clicks, [], f"clicks in recording {recordings} of {TRIES}, and none in the control")
+            lost += bool(steps)
+            self.assertLess(lost, 2, f"cycles lost in {lost} of {recordings} recordings, and none in the control")
 
 
 class AutoDuck(AutomationTest):
     def test_a_call_takes_a_player_down_and_the_end_of_the_call_brings_it_back(self):
-        player = self.play("pw-play", "Music", 200)
+        player = self.play_left("Music", 200)
         app = self.agent.wait_until_live(player)
         self.set_rule(app)
         self.agent.gain(app, 0.9)
@@ -102,7 +155,7 @@ class AutoDuck(AutomationTest):
             self.assert_level(self.desk, player, 0.9)
             self.assertFalse(self.agent.state()["isDucking"])
 
-        self.assert_no_click(call_begins_and_ends, player, app)
+        self.assert_no_click(call_begins_and_ends, player)
 
     def test_a_recording_of_a_device_is_no_call(self):
         player = self.play("pw-play", "Music", 500)
@@ -128,7 +181,7 @@ class WhisperAndFocus(AutomationTest):
         self.assert_level(self.desk, high, 1)
 
     def test_whispering_a_live_tap_has_no_click(self):
-        player = self.play("pw-play", "Smooth", 200)
+        player = self.play_left("Smooth", 200)
         app = self.agent.wait_until_live(player)
         self.agent.gain(app, 0.6)
         self.assert_level(self.desk, player, 0.6)
@@ -139,7 +192,7 @@ class WhisperAndFocus(AutomationTest):
             self.agent.ask("whisper")
             self.assert_level(self.desk, player, 0.6)
 
-        self.assert_no_click(whisper_and_back, player, app)
+        self.assert_no_click(whisper_and_back, player)
 
     def test_focus_silences_all_but_one(self):
         kept, others = self.play("pw-play", "Kept", 500), self.play("paplay", "Silenced", 900)

@@ -13,17 +13,19 @@ RATE = 48000
 STEP_HZ = 100
 BLOCK = RATE // STEP_HZ
 SILENCE_DB = -200.0
+# What of a tone goes left and right.
+BOTH, LEFT, RIGHT = (1, 1), (1, 0), (0, 1)
 
 
-def tone_file(hz, amplitude, seconds=240, rate=RATE):
+def tone_file(hz, amplitude, seconds=240, rate=RATE, sides=BOTH):
     """A stereo 16-bit WAV file with a sine; made once a session. An amplitude of 0 gives silence."""
     if hz % STEP_HZ:
         raise ValueError("a tone is a multiple of 100 Hz")
-    path = Path(os.environ["TMPDIR"]) / f"tone-{hz}-{amplitude:g}-{seconds}-{rate}.wav"
+    path = Path(os.environ["TMPDIR"]) / f"tone-{hz}-{amplitude:g}-{seconds}-{rate}-{sides[0]}{sides[1]}.wav"
     if path.exists():
         return path
     block = [round(32767 * amplitude * math.sin(2 * math.pi * hz * frame / rate)) for frame in range(rate // STEP_HZ)]
-    return _write(path, block, seconds * STEP_HZ, rate)
+    return _write(path, block, seconds * STEP_HZ, rate, sides)
 
 
 def click_file(period_frames=12000, amplitude=0.5, seconds=240, rate=RATE):
@@ -35,10 +37,10 @@ def click_file(period_frames=12000, amplitude=0.5, seconds=240, rate=RATE):
     return _write(path, block, seconds * rate // period_frames, rate)
 
 
-def _write(path, block, repeats, rate):
+def _write(path, block, repeats, rate, sides=BOTH):
     stereo = array.array("h")
     for sample in block:
-        stereo.extend((sample, sample))
+        stereo.extend((sample * sides[0], sample * sides[1]))
     data = stereo.tobytes() * repeats
     header = struct.pack("<4sI4s4sIHHIIHH4sI", b"RIFF", 36 + len(data), b"WAVE", b"fmt ", 16, 1, 2, rate, rate * 4, 4,
                          16, b"data", len(data))
