@@ -13,7 +13,7 @@ namespace quillmere::wire {
 
 /// Calls `visit(name, operation)` for each operation of the mixer.
 template <typename Visitor>
-void visitCalls(Visitor&& visit) {
+void visitCalls(const Visitor& visit) {
   visit("setGain", &MixerState::setGain);
   visit("toggleMute", &MixerState::toggleMute);
   visit("setRouting", &MixerState::setRouting);
