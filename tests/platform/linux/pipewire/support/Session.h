@@ -49,6 +49,8 @@ void restartSessionManager();
 [[nodiscard]] std::vector<std::string> ourTaps();
 /// The number by which the PulseAudio server knows a stream, by its node.name; empty where there is none.
 [[nodiscard]] std::string sinkInputOf(const std::string& stream);
+/// Of a node, as the daemon calls it: "running", "idle", "suspended".
+[[nodiscard]] std::string stateOf(const std::string& node);
 /// Whether a port of the one node is linked to a port of the other.
 [[nodiscard]] bool areLinked(const std::string& output, const std::string& input);
 
