@@ -35,19 +35,25 @@ float settledLevel(const MonitorRecorder& monitor) {
   return ::testing::AssertionFailure() << "level " << peak << " instead of " << level;
 }
 
-/// Serial of a node by its name, as another mixer would look it up.
-std::string serialOf(const std::string& name) {
+/// Id and serial of a node by its name, as another mixer would look it up.
+std::string numberOf(const std::string& name, const std::string& pattern) {
   return run({"sh", "-c",
-              "pw-cli ls Node | awk -v want='\"" + name +
-                  "\"' '/object.serial/ {s=$3} /node.name/ && $3==want {gsub(/\"/, \"\", s); printf \"%s\", s}'"});
+              "pw-cli ls Node | awk -v want='\"" + name + "\"' '" + pattern +
+                  " /node.name/ && $3==want {gsub(/[\",]/, \"\", s); printf \"%s\", s}'"});
 }
+std::string idOf(const std::string& name) { return numberOf(name, "$1 == \"id\" {s=$2}"); }
+std::string serialOf(const std::string& name) { return numberOf(name, "/object.serial/ {s=$3}"); }
 
-/// Until the level there is what it is to be: the pulse server of 0.3.65 acknowledges a move now and then without
-/// making it, tap or no tap.
+/// Until the level there is what it is to be: the pulse server acknowledges a move now and then without making it, tap
+/// or no tap, and then none of those that follow. So the mixers that write the metadata themselves take turns with it.
 ::testing::AssertionResult playsAfterAMove(const std::string& stream, const std::string& device,
                                            const MonitorRecorder& monitor, float gain) {
   for (int attempt = 0; attempt < 5; ++attempt) {
-    run({"pactl", "move-sink-input", session::sinkInputOf(stream), device});
+    if (attempt % 2 == 0) {
+      run({"pactl", "move-sink-input", session::sinkInputOf(stream), device});
+    } else {
+      run({"pw-metadata", idOf(stream), "target.object", serialOf(device), "Spa:Id"});
+    }
     if (levelIs(monitor, gain)) return ::testing::AssertionSuccess();
   }
   return levelIs(monitor, gain);
@@ -210,8 +216,7 @@ TEST_F(TapInUntidyGraphs, ARoutedStreamThatAnotherMixerMovesToTheDefaultGoesTher
   EXPECT_TRUE(levelIs(monitorB, 0.0F));
 }
 
-// --- a device of the stream's own
-// -------------------------------------------------------------------------------------
+// --- a device of the stream's own -----------------------------------------------------------------------------------
 
 TEST_F(TapInUntidyGraphs, AnUnroutedApplicationStaysOnTheDeviceThatItNamesItself) {
   const auto player = playSignal({"--app-id", "test.player", "--prop", "target.object=" + session::sinkB});
@@ -231,10 +236,11 @@ TEST_F(TapInUntidyGraphs, AnUnroutedApplicationStaysOnTheDeviceThatItNamesItself
 
 TEST_F(TapInUntidyGraphs, AnUnroutedApplicationStaysWhereTheUserHadMovedIt) {
   const auto player = playSignal({"--app-id", "test.player"});
-  Machine machine;
   const MonitorRecorder monitorB(session::sinkB);
-  ASSERT_TRUE(machine.waitForSound("test.player"));
   ASSERT_TRUE(playsAfterAMove("test.player-1", session::sinkB, monitorB, 1.0F));
+  // From here: while clients come and go the daemon may keep a change of the metadata to itself for a moment.
+  Machine machine;
+  ASSERT_TRUE(machine.waitForSound("test.player"));
   TapUnderTest tap(machine, "test.player", 0.5F);
   EXPECT_TRUE(levelIs(monitorB, 0.5F)) << machine.log.all();
 }

@@ -226,6 +226,8 @@ std::string stateOf(const std::string& node) {
   return info.substr(begin + key.size(), info.find('"', begin + key.size()) - begin - key.size());
 }
 
+void keepGraph() { run({"sh", "-c", "exec pw-dump > \"$QUILLMERE_SESSION_DIR/logs/graph-$$.log\""}); }
+
 bool areLinked(const std::string& output, const std::string& input) {
   std::istringstream listing(run({"pw-link", "-l"}));
   std::string source;
