@@ -187,7 +187,7 @@ TEST_F(TapInUntidyGraphs, OnlyTheStreamThatAnotherMixerMovesGoes) {
   EXPECT_TRUE(eventually([] {
     const auto taps = session::ourTaps();
     return std::none_of(taps.begin(), taps.end(),
-                        [](const auto& tap) { return session::areLinked(tap, session::sinkB); });
+                        [](const auto& each) { return session::areLinked(each, session::sinkB); });
   })) << "an output that nobody plays on is left";
   tap.end();
   EXPECT_TRUE(levelIs(monitorA, 2.0F));
