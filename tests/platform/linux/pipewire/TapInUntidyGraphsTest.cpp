@@ -9,6 +9,7 @@
 #include "support/Level.h"
 #include "support/Machine.h"
 #include "support/MonitorRecorder.h"
+#include "support/ParameterSetter.h"
 #include "support/Session.h"
 #include "support/SessionTest.h"
 
@@ -265,6 +266,25 @@ TEST_F(TapInUntidyGraphs, AnUnroutedApplicationWhoseDeviceGoesPlaysWhereTheSessi
   session::addSink("test_own");
   const MonitorRecorder own("test_own");
   EXPECT_TRUE(levelIs(own, 0.5F)) << machine.log.all();
+}
+
+// --- others that wait for us
+// ---------------------------------------------------------------------------------------------
+
+// The daemon reads nothing more from a client that has set a parameter of our node until we have answered. Where it
+// read nothing from us either, because we waited for the session manager, and that client was the session manager, both
+// would wait for ever and nobody's streams would be linked any more.
+TEST_F(TapInUntidyGraphs, AClientThatSetsAParameterOfATapsNodeIsAnsweredWhileTheSessionManagerDoesNotAnswerUs) {
+  const auto player = playSignal({"--app-id", "test.player"});
+  Machine machine;
+  ASSERT_TRUE(machine.waitForSound("test.player"));
+  TapUnderTest tap(machine, "test.player", 0.5F);
+  ASSERT_TRUE(eventually([&] { return tap.calls() > 2; }));
+  ParameterSetter other(static_cast<std::uint32_t>(std::stoul(idOf(session::ourTaps().at(0)))));
+  const session::HeldDaemon held;
+  // By the new client we know that the metadata has to be told again: half a second later, two seconds at the latest.
+  const auto begin = nowMillis();
+  while (nowMillis() - begin < 3000) ASSERT_TRUE(other.isAnswered());
 }
 
 // --- a device that is another's alone
