@@ -22,13 +22,13 @@ class StatusBar : public StateFixture {
  protected:
   StatusBar() { startWithThree(); }
 
-  StatusBarController makeController(Updater* withUpdater = nullptr) {
+  StatusBarController makeController() {
     StatusBarIntents intents;
     intents.openMainWindow = [this](const std::optional<std::string>& section, const std::string&) {
       opened.push_back(section.value_or("none"));
     };
     intents.togglePopover = [this](const StatusItemActivation&) { ++toggles; };
-    return {state(), box->runtime, windows, box->workspace, withUpdater, std::move(intents)};
+    return {state(), box->runtime, windows, std::move(intents)};
   }
   static StatusMenuEntry entryFor(StatusAction action) {
     StatusMenuEntry entry;
@@ -114,9 +114,11 @@ TEST_F(StatusBar, WithoutAnUpdaterTheDownloadPageOpens) {
 }
 
 TEST_F(StatusBar, WithAnUpdaterBothFormsOfTheEntryAskIt) {
-  auto controller = makeController(&updater);
+  auto controller = makeController();
+  state().useUpdater(updater);
   controller.perform(entryFor(StatusAction::checkForUpdates));
   updater.latest = "999.0";
+  state().useUpdater(updater);
   EXPECT_EQ(controller.rebuildMenu()[8].title, "Download update…");
   controller.perform(entryFor(StatusAction::checkForUpdates));
   EXPECT_EQ(updater.checks, 2);
@@ -124,8 +126,9 @@ TEST_F(StatusBar, WithAnUpdaterBothFormsOfTheEntryAskIt) {
 }
 
 TEST_F(StatusBar, AnOlderPublishedVersionIsNoUpdate) {
-  auto controller = makeController(&updater);
+  auto controller = makeController();
   updater.latest = "0.0.1";
+  state().useUpdater(updater);
   EXPECT_EQ(controller.rebuildMenu()[8].title, "Check for Updates…");
 }
 
