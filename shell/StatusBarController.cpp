@@ -4,11 +4,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/Product.h"
+#include "core/VersionOrder.h"
 #include "platform/Updater.h"
 #include "platform/WindowSystem.h"
 #include "platform/Workspace.h"
 #include "runtime/Threads.h"
-#include "shell/VersionOrder.h"
 #include "state/MixerState.h"
 
 namespace quillmere {
@@ -37,7 +38,7 @@ std::vector<StatusMenuEntry> StatusBarController::rebuildMenu() const {
   input.now = runtime_.clocks.now();
   input.profiles = state_.profiles().get();
   input.activeProfileID = state_.activeProfileID().get();
-  const auto latest = updater_ != nullptr ? updater_->latestVersion() : std::nullopt;
+  const auto latest = updater_ != nullptr ? updater_->latestVersion().get() : std::nullopt;
   input.updateKnown = latest && isOutdated(appVersion(), *latest);
   return statusMenu(input);
 }
@@ -99,13 +100,16 @@ void StatusBarController::observeMenu(const std::function<void()>& changed) {
   subscriptions_.push_back(state_.sleepTimerEndsAt().observe([changed](const auto&) { changed(); }));
   subscriptions_.push_back(state_.profiles().observe([changed](const auto&) { changed(); }));
   subscriptions_.push_back(state_.activeProfileID().observe([changed](const auto&) { changed(); }));
+  if (updater_ != nullptr) {
+    subscriptions_.push_back(updater_->latestVersion().observe([changed](const auto&) { changed(); }));
+  }
 }
 
 void StatusBarController::checkForUpdates() {
   if (updater_ != nullptr) {
     updater_->checkForUpdates();
   } else {
-    workspace_.openURL(std::string(QUILLMERE_WEB_ADDRESS) + "/download");
+    workspace_.openURL(downloadAddress());
   }
 }
 
