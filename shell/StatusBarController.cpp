@@ -4,9 +4,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/Product.h"
+#include "core/VersionOrder.h"
 #include "platform/WindowSystem.h"
 #include "runtime/Threads.h"
-#include "shell/VersionOrder.h"
 #include "state/MixerState.h"
 
 namespace quillmere {

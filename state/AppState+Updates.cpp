@@ -1,4 +1,5 @@
 // Newer versions of this program: what is known of them, and the way to them.
+#include "core/Product.h"
 #include "platform/Updater.h"
 #include "platform/Workspace.h"
 #include "runtime/Threads.h"
@@ -9,7 +10,8 @@ namespace quillmere {
 void AppState::useUpdater(Updater& updater) {
   QUILLMERE_CHECK_ON(runtime_.main, "the updater is set off the main thread");
   updater_ = &updater;
-  latestVersion_.set(updater.latestVersion());
+  latestVersion_.set(*updater.latestVersion());
+  updaterWatch_ = updater.latestVersion().observe([this](const auto& version) { latestVersion_.set(version); });
 }
 
 void AppState::checkForUpdates() {
@@ -17,7 +19,7 @@ void AppState::checkForUpdates() {
   if (updater_ != nullptr) {
     updater_->checkForUpdates();
   } else {
-    machine_.workspace->openURL(QUILLMERE_WEB_ADDRESS "/download");
+    machine_.workspace->openURL(downloadAddress());
   }
 }
 

@@ -136,6 +136,7 @@ class AppState final : public MixerState, public std::enable_shared_from_this<Ap
   std::set<std::string> restoredEngineState_;
   std::optional<std::string> pendingResumeDeviceUID_;
   Updater* updater_ = nullptr;
+  Subscription updaterWatch_;
 };
 
 }  // namespace quillmere

@@ -13,7 +13,7 @@ if(ADDED)
 endif()
 
 get_filename_component(own "${SOURCE}" DIRECTORY)
-set(command "${COMPILER}" -std=c++20 -DQUILLMERE_WEB_ADDRESS="" "-I${FOLDER}" "-I${ROOT}/${own}" "-I${ROOT}/remote" ${FOLDERS})
+set(command "${COMPILER}" -std=c++20 "-I${FOLDER}" "-I${ROOT}/${own}" "-I${ROOT}/remote" ${FOLDERS})
 if(SOURCE MATCHES "links\\.cpp$")
   list(APPEND command "-I${ROOT}/state" "${ROOT}/${SOURCE}" "${ROOT}/state/AppState.cpp" -o "${FOLDER}/program")
 else()

@@ -13,8 +13,8 @@ namespace {
 class RecordingUpdater final : public Updater {
  public:
   void checkForUpdates() override { ++checks; }
-  [[nodiscard]] std::optional<std::string> latestVersion() const override { return latest; }
-  std::optional<std::string> latest;
+  [[nodiscard]] const Observable<std::optional<std::string>>& latestVersion() const override { return latest; }
+  Observable<std::optional<std::string>> latest;
   int checks = 0;
 };
 
@@ -117,18 +117,26 @@ TEST_F(StatusBar, WithAnUpdaterBothFormsOfTheEntryAskIt) {
   auto controller = makeController();
   state().useUpdater(updater);
   controller.perform(entryFor(StatusAction::checkForUpdates));
-  updater.latest = "999.0";
-  state().useUpdater(updater);
+  updater.latest.set("999.0");
   EXPECT_EQ(controller.rebuildMenu()[8].title, "Download update…");
   controller.perform(entryFor(StatusAction::checkForUpdates));
   EXPECT_EQ(updater.checks, 2);
   EXPECT_TRUE(box->workspace.openedURLs().empty());
 }
 
+TEST_F(StatusBar, TheMenuChangesWhenAVersionBecomesKnown) {
+  auto controller = makeController();
+  state().useUpdater(updater);
+  int changes = 0;
+  controller.observeMenu([&] { ++changes; });
+  updater.latest.set("999.0");
+  EXPECT_EQ(changes, 1);
+}
+
 TEST_F(StatusBar, AnOlderPublishedVersionIsNoUpdate) {
   auto controller = makeController();
-  updater.latest = "0.0.1";
   state().useUpdater(updater);
+  updater.latest.set("0.0.1");
   EXPECT_EQ(controller.rebuildMenu()[8].title, "Check for Updates…");
 }
 

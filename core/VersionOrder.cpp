@@ -1,5 +1,5 @@
 // Versions as texts of numbers separated by dots.
-#include "shell/VersionOrder.h"
+#include "core/VersionOrder.h"
 
 #include <algorithm>
 #include <charconv>
@@ -24,8 +24,6 @@ std::vector<std::int64_t> parts(std::string_view text) {
 }
 
 }  // namespace
-
-std::string_view appVersion() { return QUILLMERE_VERSION; }
 
 bool isOutdated(std::string_view current, std::string_view latest) {
   auto running = parts(current);

@@ -1,5 +1,5 @@
 // Versions compared.
-#include "shell/VersionOrder.h"
+#include "core/VersionOrder.h"
 
 #include <gtest/gtest.h>
 
