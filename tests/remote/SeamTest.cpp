@@ -11,10 +11,12 @@
 #include <utility>
 #include <vector>
 
+#include "core/Product.h"
 #include "platform/memory/MemoryWorkspace.h"
 #include "platform/memory/RecordingLogSink.h"
 #include "remote/MixerHost.h"
 #include "remote/RemoteState.h"
+#include "remote/SeamVersion.h"
 #include "remote/wire/Forms.h"
 #include "runtime/VirtualTime.h"
 
@@ -134,7 +136,9 @@ class Seam : public ::testing::Test {
     for (const auto& bytes : std::exchange(toMixer, {})) EXPECT_TRUE(host->take(decodeMessage(bytes).value()));
   }
   void connect() {
-    host.emplace(mixer, workspace, runtime, [this](const json& sent) { toRemote.push_back(encodeMessage(sent)); });
+    host.emplace(
+        mixer, workspace, runtime, [this](const json& sent) { toRemote.push_back(encodeMessage(sent)); },
+        [] { return false; });
     deliver();
   }
   void expectSame() const {
@@ -188,6 +192,11 @@ TEST_F(Seam, EachOperationReachesTheMixerWithItsArgumentsInTheirOrder) {
         mixer.noted.clear();
         deliver();
       });
+}
+
+TEST_F(Seam, TheVersionIsTheProgramsAndOfWhatCrosses) {
+  EXPECT_TRUE(seamVersion().starts_with(std::string(appVersion()) + " ("));
+  EXPECT_EQ(seamVersion(), seamVersion());
 }
 
 TEST_F(Seam, NoTwoThatCrossHaveTheSameName) {
