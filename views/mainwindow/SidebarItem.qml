@@ -6,7 +6,7 @@ PlainButton {
     id: root
 
     required property string title
-    required property string icon
+    required property string symbol
     required property bool isSelected
     // The number at the right; empty for none.
     required property string badge
@@ -54,7 +54,7 @@ PlainButton {
             Symbol {
                 objectName: "icon"
                 anchors.centerIn: parent
-                name: root.icon
+                name: root.symbol
                 pointSize: 12
                 weight: Font.Medium
                 color: root.isSelected ? root.accent : Tokens.textSecondary

@@ -35,7 +35,7 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const {
 QHash<int, QByteArray> SidebarModel::roleNames() const {
   return {{SectionRole, "section"},
           {TitleRole, "title"},
-          {SymbolRole, "icon"},
+          {SymbolRole, "symbol"},
           {SelectedRole, "isSelected"},
           {BadgeRole, "badge"}};
 }
