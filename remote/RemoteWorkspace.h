@@ -22,6 +22,10 @@ class RemoteWorkspace final : public Workspace {
 
   /// Nobody in this process asks.
   [[nodiscard]] std::vector<RunningApplication> runningApplications() override { return {}; }
+  [[nodiscard]] std::vector<InstalledApplication> installedApplications() override { return {}; }
+  [[nodiscard]] std::optional<InstalledApplication> installedApplication(const std::string&) override { return {}; }
+  [[nodiscard]] std::optional<InstalledApplication> applicationAt(const std::string&) override { return {}; }
+  void onApplicationsChanged(std::function<void()>) override {}
   /// Waits for the answer. [any but main]
   [[nodiscard]] std::optional<IconReference> icon(const std::string& bundleID) override;
   /// True: whether the program could be started is not known here.

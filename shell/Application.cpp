@@ -15,7 +15,6 @@
 #include "platform/SessionWatch.h"
 #include "platform/SingleInstance.h"
 #include "platform/StatusItem.h"
-#include "platform/Updater.h"
 #include "runtime/LoopExecutor.h"
 #include "runtime/ThreadPoolExecutor.h"
 #include "shell/LaunchOptions.h"
@@ -46,8 +45,8 @@ class Shell {
         runtime_(runtime),
         instance_(instance),
         item_(item),
-        windows_(launcher, state, *machine.defaults, *machine.workspace, runtime, windowsIntents(std::move(terminate))),
-        controller_(state, runtime, windows_, *machine.workspace, nullptr, statusBarIntents()),
+        windows_(launcher, state, *machine.workspace, runtime, windowsIntents(std::move(terminate))),
+        controller_(state, runtime, windows_, statusBarIntents()),
         presenter_(item_, controller_),
         oldPresenter_(windows_.oldTray(), controller_),
         delegate_(runtime, windows_, launchSteps()) {

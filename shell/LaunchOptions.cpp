@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <ostream>
 
-#include "shell/AppVersion.h"
+#include "core/Product.h"
 
 namespace quillmere {
 

@@ -20,7 +20,6 @@ namespace quillmere {
 
 class MixerHost;
 class MixerState;
-class UserDefaults;
 class Workspace;
 
 /// What the windows ask of the program. [main]
@@ -38,8 +37,8 @@ class WindowsProcess final : public WindowSystem {
   static constexpr const char* mainWindow = "main";
 
   /// All outlive it.
-  WindowsProcess(WindowsLauncher& launcher, MixerState& state, UserDefaults& defaults, Workspace& workspace,
-                 const Runtime& runtime, WindowsIntents intents);
+  WindowsProcess(WindowsLauncher& launcher, MixerState& state, Workspace& workspace, const Runtime& runtime,
+                 WindowsIntents intents);
   ~WindowsProcess() override;
   WindowsProcess(const WindowsProcess&) = delete;
   WindowsProcess& operator=(const WindowsProcess&) = delete;
@@ -86,7 +85,6 @@ class WindowsProcess final : public WindowSystem {
 
   WindowsLauncher& launcher_;
   MixerState& state_;
-  UserDefaults& defaults_;
   Workspace& workspace_;
   Runtime runtime_;
   WindowsIntents intents_;

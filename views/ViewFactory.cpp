@@ -11,6 +11,7 @@
 #include <memory>
 #include <utility>
 
+#include "integrations/DesktopServices.h"
 #include "views/design/Tokens.h"
 #include "views/mainwindow/MainWindowPresenter.h"
 #include "views/popover/MixerPanelPresenter.h"
@@ -69,12 +70,12 @@ std::unique_ptr<QQuickView> makeWindow(Workspace& workspace, const QString& comp
 
 ViewFactory::ViewFactory(ViewServices services) : services_(std::move(services)) {}
 
-// Pictures that are still being looked up read the machine's workspace.
+// Pictures that are still being looked up read the desktop's workspace.
 ViewFactory::~ViewFactory() { QThreadPool::globalInstance()->waitForDone(); }
 
 std::unique_ptr<QQuickWindow> ViewFactory::makePopover() {
   auto view = makeWindow(
-      services_.workspace, QStringLiteral("MixerPanel.qml"),
+      services_.desktop.workspace(), QStringLiteral("MixerPanel.qml"),
       std::make_unique<MixerPanelPresenter>(services_.state, services_.runtime, services_.settings, services_.intents));
   view->setResizeMode(QQuickView::SizeViewToRootObject);
   view->setTitle(QStringLiteral("quillmere"));
@@ -82,7 +83,7 @@ std::unique_ptr<QQuickWindow> ViewFactory::makePopover() {
 }
 
 std::unique_ptr<QQuickWindow> ViewFactory::makeMainWindow() {
-  auto view = makeWindow(services_.workspace, QStringLiteral("MainWindow.qml"),
+  auto view = makeWindow(services_.desktop.workspace(), QStringLiteral("MainWindow.qml"),
                          std::make_unique<MainWindowPresenter>(services_));
   view->setResizeMode(QQuickView::SizeRootObjectToView);
   view->setTitle(QStringLiteral("quillmere"));

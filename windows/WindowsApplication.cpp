@@ -21,7 +21,6 @@
 #include <utility>
 
 #include "remote/MessageType.h"
-#include "remote/RemoteDefaults.h"
 #include "remote/RemoteState.h"
 #include "remote/RemoteStatusItem.h"
 #include "remote/RemoteWorkspace.h"
@@ -68,7 +67,6 @@ class Windows final : public QObject {
       : runtime_(runtime),
         send_(std::move(send)),
         state_(std::make_shared<RemoteState>(runtime.log, send_)),
-        defaults_(send_),
         workspace_(send_),
         scenes_(runtime),
         popover_(runtime, [this]() -> std::unique_ptr<QWindow> { return factory().makePopover(); }) {
@@ -94,7 +92,6 @@ class Windows final : public QObject {
   void close() { workspace_.close(); }
 
   void take(const json& message) {
-    defaults_.take(message);
     if (state_->take(message) || (trayHost_ && trayHost_->take(message))) return;
     const auto number = message.find("number");
     // Words for an icon that is not there, for one, are none that anybody waits for.
@@ -175,7 +172,6 @@ class Windows final : public QObject {
   Runtime runtime_;
   SendMessage send_;
   std::shared_ptr<RemoteState> state_;
-  RemoteDefaults defaults_;
   RemoteWorkspace workspace_;
   std::optional<ViewFactory> factory_;
   SceneSet scenes_;

@@ -1,0 +1,19 @@
+// The build's own words. They are given to this file alone, so that a new version compiles little.
+#include "core/Product.h"
+
+namespace quillmere {
+
+std::string_view appVersion() {
+  const std::string_view version = QUILLMERE_VERSION;
+  return version.empty() ? "0.0.0" : version;
+}
+
+std::string_view buildNumber() { return QUILLMERE_BUILD_NUMBER; }
+
+std::string_view webAddress() { return QUILLMERE_WEB_ADDRESS; }
+
+std::string downloadAddress() { return std::string(webAddress()) + "/download"; }
+
+std::string_view feedbackMailbox() { return QUILLMERE_FEEDBACK_MAILBOX; }
+
+}  // namespace quillmere
