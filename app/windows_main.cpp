@@ -8,6 +8,7 @@
 #include "platform/linux/JournalLogSink.h"
 #include "platform/linux/LinuxDesktop.h"
 #include "platform/linux/LinuxWindowsLauncher.h"
+#include "platform/linux/ProgramBeside.h"
 #include "windows/WindowsApplication.h"
 
 int main(int argc, char** argv) {

@@ -22,7 +22,6 @@
 
 #include "integrations/DesktopServices.h"
 #include "remote/MessageType.h"
-#include "remote/RemoteDefaults.h"
 #include "remote/RemoteState.h"
 #include "remote/RemoteStatusItem.h"
 #include "remote/WindowMessages.h"
@@ -77,7 +76,6 @@ class Windows final : public QObject {
         send_(std::move(send)),
         host_(host),
         state_(std::make_shared<RemoteState>(runtime.log, send_)),
-        defaults_(send_),
         scenes_(runtime),
         popover_(runtime, [this]() -> std::unique_ptr<QWindow> { return factory().makePopover(); }) {
     scenes_.add(mainWindow, [this]() -> std::unique_ptr<QWindow> {
@@ -97,7 +95,6 @@ class Windows final : public QObject {
   }
 
   void take(const json& message) {
-    defaults_.take(message);
     if (state_->take(message) || (trayHost_ && trayHost_->take(message))) return;
     const auto number = message.find("number");
     // Words for an icon that is not there, for one, are none that anybody waits for.
@@ -172,7 +169,7 @@ class Windows final : public QObject {
       auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
       desktop_.emplace(host_.makeDesktop(runtime_, std::move(dialogue)), runtime_,
                        [state = state_] { return soundingIn(*state); });
-      factory_.emplace(state_, runtime_, std::make_shared<ViewSettings>(defaults_), desktop_->workspace(),
+      factory_.emplace(state_, runtime_, std::make_shared<ViewSettings>(*state_), desktop_->workspace(),
                        std::move(intents));
     }
     return *factory_;
@@ -182,7 +179,6 @@ class Windows final : public QObject {
   SendMessage send_;
   const WindowsHost& host_;
   std::shared_ptr<RemoteState> state_;
-  RemoteDefaults defaults_;
   std::optional<DesktopServices> desktop_;
   std::optional<ViewFactory> factory_;
   SceneSet scenes_;

@@ -48,16 +48,6 @@ Desktop makeLinuxDesktop(const Runtime& runtime, LinuxDesktopOptions options) {
   return desktop;
 }
 
-std::string programBeside(const std::vector<std::string>& places) {
-  std::error_code error;
-  const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-  for (const auto& place : places) {
-    auto file = (folder / place).lexically_normal();
-    if (std::filesystem::is_regular_file(file, error)) return file.string();
-  }
-  return {};
-}
-
 bool isSandboxed() {
   std::error_code error;
   return std::filesystem::exists("/.flatpak-info", error) || std::getenv("SNAP") != nullptr;

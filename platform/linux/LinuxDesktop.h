@@ -26,10 +26,6 @@ struct LinuxDesktopOptions {
 /// Whatever is missing is empty or silent. The runtime's services must outlive the desktop. [main]
 [[nodiscard]] Desktop makeLinuxDesktop(const Runtime& runtime, LinuxDesktopOptions options = {});
 
-/// The first of these files that exists, relative to the running executable's folder, as an absolute path; empty if
-/// none does. [any]
-[[nodiscard]] std::string programBeside(const std::vector<std::string>& places);
-
 /// Whether this program is shut in by Flatpak or Snap, where files of the desktop are not what they seem. [any]
 [[nodiscard]] bool isSandboxed();
 

@@ -14,8 +14,7 @@ namespace {
 class Windows : public ViewsFixture {
  protected:
   [[nodiscard]] std::unique_ptr<ViewFactory> factory() {
-    return std::make_unique<ViewFactory>(sharedState(), box->runtime,
-                                         std::make_shared<ViewSettings>(*box->machine.defaults),
+    return std::make_unique<ViewFactory>(sharedState(), box->runtime, std::make_shared<ViewSettings>(state()),
                                          *box->machine.workspace, intents());
   }
 };

@@ -17,7 +17,7 @@ class ViewsFixture : public StateFixture {
   /// Starts the state and the views' settings.
   void startViews() {
     box->start();
-    settings = std::make_shared<ViewSettings>(*box->machine.defaults);
+    settings = std::make_shared<ViewSettings>(state());
     forget();
   }
   /// A music player, a meeting application and an editor run; those named sound.

@@ -33,7 +33,7 @@ class NoPointer : public QObject {
 
 std::unique_ptr<QQuickWindow> open(const PreviewScene& scene, PreviewMachine& box) {
   scene.fill(box);
-  ViewFactory factory(box.state, box.runtime, std::make_shared<ViewSettings>(*box.machine.defaults), box.workspace,
+  ViewFactory factory(box.state, box.runtime, std::make_shared<ViewSettings>(*box.state), box.workspace,
                       {[] {}, [] { QCoreApplication::quit(); }, [](const std::string&, const BrowserTab&) {}});
   auto window = scene.window == PreviewScene::Window::popover ? factory.makePopover() : factory.makeMainWindow();
   if (scene.window == PreviewScene::Window::popover) window->setFlags(Qt::Tool | Qt::FramelessWindowHint);

@@ -38,7 +38,7 @@ class Bench : public QObject {
     }
     box_->launch("us.zoom.xos", "Zoom");
     box_->start();
-    settings_ = std::make_shared<ViewSettings>(*box_->machine.defaults);
+    settings_ = std::make_shared<ViewSettings>(*box_->state);
     activated_.clear();
     windowsOpened_ = 0;
     quits_ = 0;
