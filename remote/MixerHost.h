@@ -11,13 +11,12 @@
 namespace quillmere {
 
 class MixerState;
-class Workspace;
 
-/// [main] throughout. Everything but `send` outlives it, and the background work that it has posted.
+/// [main] throughout. Everything but `send` outlives it.
 class MixerHost {
  public:
   /// Sends all fields at once, and from then on what changes.
-  MixerHost(MixerState& state, Workspace& workspace, const Runtime& runtime, SendMessage send);
+  MixerHost(MixerState& state, const Runtime& runtime, SendMessage send);
   ~MixerHost();
 
   /// True if the message was for it; what can't be read is logged and ignored.
@@ -25,10 +24,8 @@ class MixerHost {
 
  private:
   void call(const nlohmann::json& message);
-  void findIcon(const nlohmann::json& message);
 
   MixerState& state_;
-  Workspace& workspace_;
   Runtime runtime_;
   SendMessage send_;
   std::vector<Subscription> subscriptions_;

@@ -30,11 +30,10 @@ struct WindowsProcess::Guard {
   WindowsProcess& process;
 };
 
-WindowsProcess::WindowsProcess(WindowsLauncher& launcher, MixerState& state, Workspace& workspace,
-                               const Runtime& runtime, WindowsIntents intents)
+WindowsProcess::WindowsProcess(WindowsLauncher& launcher, MixerState& state, const Runtime& runtime,
+                               WindowsIntents intents)
     : launcher_(launcher),
       state_(state),
-      workspace_(workspace),
       runtime_(runtime),
       intents_(std::move(intents)),
       oldTrayPause_(firstPause),
@@ -72,7 +71,7 @@ bool WindowsProcess::start() {
   asked_ = 0;
   pending_.clear();
   // Answers to questions may come when the process they are for has gone.
-  host_ = std::make_unique<MixerHost>(state_, workspace_, runtime_, [weak = std::weak_ptr(channel_)](const json& sent) {
+  host_ = std::make_unique<MixerHost>(state_, runtime_, [weak = std::weak_ptr(channel_)](const json& sent) {
     if (const auto channel = weak.lock()) channel->send(encodeMessage(sent));
   });
   if (isOldTrayWanted_) {

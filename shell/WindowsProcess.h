@@ -20,7 +20,6 @@ namespace quillmere {
 
 class MixerHost;
 class MixerState;
-class Workspace;
 
 /// What the windows ask of the program. [main]
 struct WindowsIntents {
@@ -37,8 +36,7 @@ class WindowsProcess final : public WindowSystem {
   static constexpr const char* mainWindow = "main";
 
   /// All outlive it.
-  WindowsProcess(WindowsLauncher& launcher, MixerState& state, Workspace& workspace, const Runtime& runtime,
-                 WindowsIntents intents);
+  WindowsProcess(WindowsLauncher& launcher, MixerState& state, const Runtime& runtime, WindowsIntents intents);
   ~WindowsProcess() override;
   WindowsProcess(const WindowsProcess&) = delete;
   WindowsProcess& operator=(const WindowsProcess&) = delete;
@@ -85,7 +83,6 @@ class WindowsProcess final : public WindowSystem {
 
   WindowsLauncher& launcher_;
   MixerState& state_;
-  Workspace& workspace_;
   Runtime runtime_;
   WindowsIntents intents_;
   ActivationPolicy policy_ = ActivationPolicy::regular;

@@ -11,7 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/memory/MemoryWorkspace.h"
 #include "platform/memory/RecordingLogSink.h"
 #include "remote/MixerHost.h"
 #include "remote/RemoteState.h"
@@ -134,7 +133,7 @@ class Seam : public ::testing::Test {
     for (const auto& bytes : std::exchange(toMixer, {})) EXPECT_TRUE(host->take(decodeMessage(bytes).value()));
   }
   void connect() {
-    host.emplace(mixer, workspace, runtime, [this](const json& sent) { toRemote.push_back(encodeMessage(sent)); });
+    host.emplace(mixer, runtime, [this](const json& sent) { toRemote.push_back(encodeMessage(sent)); });
     deliver();
   }
   void expectSame() const {
@@ -145,7 +144,6 @@ class Seam : public ::testing::Test {
   VirtualTime time;
   RecordingLogSink log;
   Runtime runtime{time.runtime(log)};
-  MemoryWorkspace workspace;
   NotedMixer mixer;
   std::vector<std::string> toRemote;
   std::vector<std::string> toMixer;

@@ -68,8 +68,8 @@ TEST_F(ThreadChecksDeathTest, EveryOperationOfTheMixerInAnotherProcess) {
 
 TEST_F(ThreadChecksDeathTest, TheMixersEndOfTheBorder) {
   startWithThree();
-  MixerHost host(state(), box->workspace, box->runtime, send);
-  expectMainOnly({{"the host", [&] { MixerHost another(state(), box->workspace, box->runtime, send); }},
+  MixerHost host(state(), box->runtime, send);
+  expectMainOnly({{"the host", [&] { MixerHost another(state(), box->runtime, send); }},
                   {"take", [&] { host.take({{"type", "nothing"}}); }}},
                  [this](const auto& work) { onTheBackground(work); });
 }
