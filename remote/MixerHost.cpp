@@ -7,7 +7,6 @@
 #include <string>
 #include <utility>
 
-#include "platform/Workspace.h"
 #include "remote/MessageType.h"
 #include "runtime/Threads.h"
 #include "state/MixerState.h"
@@ -19,27 +18,8 @@ namespace quillmere {
 
 using nlohmann::json;
 
-namespace {
-
-json iconAnswer(const json& number, const std::optional<IconReference>& icon) {
-  json answer{{wire::type, wire::icon}, {"number", number}};
-  if (!icon) return answer;
-  if (const auto* themed = std::get_if<ThemedIcon>(&*icon)) answer["themed"] = themed->name;
-  if (const auto* file = std::get_if<FileIcon>(&*icon)) answer["file"] = file->path;
-  if (const auto* encoded = std::get_if<EncodedIcon>(&*icon)) {
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(encoded->png.size());
-    for (const auto byte : encoded->png) bytes.push_back(std::to_integer<std::uint8_t>(byte));
-    answer["png"] = json::binary(std::move(bytes));
-  }
-  return answer;
-}
-
-}  // namespace
-
-MixerHost::MixerHost(MixerState& state, Workspace& workspace, const Runtime& runtime, SendMessage send,
-                     IsBehind isBehind)
-    : state_(state), workspace_(workspace), runtime_(runtime), send_(std::move(send)), isBehind_(std::move(isBehind)) {
+MixerHost::MixerHost(MixerState& state, const Runtime& runtime, SendMessage send, IsBehind isBehind)
+    : state_(state), runtime_(runtime), send_(std::move(send)), isBehind_(std::move(isBehind)) {
   QUILLMERE_CHECK_ON(runtime_.main, "the mixer's host is made off the main thread");
   auto values = json::object();
   state_.visitFields([&values, this](const char* name, const auto& field) {
@@ -90,10 +70,6 @@ bool MixerHost::take(const json& message) {
   try {
     if (type == wire::call) {
       call(message);
-    } else if (type == wire::findIcon) {
-      findIcon(message);
-    } else if (type == wire::openURL) {
-      workspace_.openURL(message.at("url").get<std::string>());
     } else {
       return false;
     }
@@ -117,13 +93,6 @@ void MixerHost::call(const json& message) {
     wire::perform(state_, operation, message.at("arguments"));
   });
   if (!isKnown) throw std::invalid_argument("no operation " + name);
-}
-
-void MixerHost::findIcon(const json& message) {
-  // Desktop entries may have to be read for it.
-  runtime_.background.post(
-      [&workspace = workspace_, send = send_, number = message.at("number"),
-       bundleID = message.at("bundleID").get<std::string>()] { send(iconAnswer(number, workspace.icon(bundleID))); });
 }
 
 }  // namespace quillmere

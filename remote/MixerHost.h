@@ -15,9 +15,8 @@
 namespace quillmere {
 
 class MixerState;
-class Workspace;
 
-/// [main] throughout. Everything but `send` outlives it, and the background work that it has posted.
+/// [main] throughout. Everything but `send` outlives it.
 class MixerHost {
  public:
   /// Whether what was sent has to wait for the other process.
@@ -25,7 +24,7 @@ class MixerHost {
 
   /// Sends all fields at once, and from then on what changes. To a process that is behind nothing more is sent: of each
   /// field that changes meanwhile it gets the last value, with catchUp().
-  MixerHost(MixerState& state, Workspace& workspace, const Runtime& runtime, SendMessage send, IsBehind isBehind);
+  MixerHost(MixerState& state, const Runtime& runtime, SendMessage send, IsBehind isBehind);
   ~MixerHost();
 
   /// True if the message was for it; what can't be read is logged and ignored.
@@ -38,10 +37,8 @@ class MixerHost {
   void tell(const char* name, const T& value);
   void tellPerformed();
   void call(const nlohmann::json& message);
-  void findIcon(const nlohmann::json& message);
 
   MixerState& state_;
-  Workspace& workspace_;
   Runtime runtime_;
   SendMessage send_;
   IsBehind isBehind_;

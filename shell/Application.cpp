@@ -10,6 +10,7 @@
 
 #include "engine/DriverClient.h"
 #include "engine/ProcessTapEngine.h"
+#include "integrations/ReleaseUpdater.h"
 #include "platform/Channel.h"
 #include "platform/Machine.h"
 #include "platform/SessionWatch.h"
@@ -40,13 +41,14 @@ constexpr auto trayPatience = std::chrono::seconds(10);
 /// Everything the user meets, over a state that stands. Lives as long as the main loop runs.
 class Shell {
  public:
-  Shell(AppState& state, const Runtime& runtime, Machine& machine, SingleInstance& instance, StatusItem& item,
-        WindowsLauncher& launcher, const std::function<void()>& terminate)
+  Shell(AppState& state, const Runtime& runtime, SingleInstance& instance, StatusItem& item, WindowsLauncher& launcher,
+        ReleaseUpdater* updater, const std::function<void()>& terminate)
       : state_(state),
+        updater_(updater),
         runtime_(runtime),
         instance_(instance),
         item_(item),
-        windows_(launcher, state, *machine.workspace, runtime, windowsIntents(terminate)),
+        windows_(launcher, state, runtime, windowsIntents(terminate)),
         controller_(state, runtime, windows_, statusBarIntents()),
         presenter_(item_, controller_),
         oldPresenter_(windows_.oldTray(), controller_),
@@ -119,8 +121,10 @@ class Shell {
     LaunchSteps steps;
     // It was, before there was a machine.
     steps.acquireInstance = [this] { return instance_.acquire(std::nullopt); };
-    // No update service is known: the menu leads to the download page.
-    steps.startUpdater = [] {};
+    // Where no release feed is known the menu leads to the download page.
+    steps.startUpdater = [this] {
+      if (updater_ != nullptr) updater_->start();
+    };
     steps.createStatusItem = [this] { createStatusItem(); };
     return steps;
   }
@@ -146,6 +150,7 @@ class Shell {
   }
 
   AppState& state_;
+  ReleaseUpdater* updater_;
   Subscription listed_;
   Runtime runtime_;
   SingleInstance& instance_;
@@ -187,12 +192,17 @@ int runApplication(int argc, char** argv, const Host& host) {
   engine.install();
   DriverClient driver(engine, background);
   driver.install();
+  std::optional<ReleaseUpdater> updater;
+  if (machine.releaseFeed) {
+    updater.emplace(*machine.releaseFeed, *machine.defaults, *machine.workspace, runtime);
+  }
   auto state = AppState::create(machine, runtime, driver);
+  if (updater) state->useUpdater(*updater);
   AppState::installShared(state);
   {
     const auto item = host.makeStatusItem(runtime);
     const auto terminate = [&main] { main.stop(); };
-    Shell shell(*state, runtime, machine, *instance, *item, *launcher, terminate);
+    Shell shell(*state, runtime, *instance, *item, *launcher, updater ? &*updater : nullptr, terminate);
     const TerminationSignals signals(main, terminate);
     const auto session = host.makeSessionWatch(runtime);
     session->onEnded([terminate, &log] {

@@ -31,11 +31,10 @@ struct WindowsProcess::Guard {
   WindowsProcess& process;
 };
 
-WindowsProcess::WindowsProcess(WindowsLauncher& launcher, MixerState& state, Workspace& workspace,
-                               const Runtime& runtime, WindowsIntents intents)
+WindowsProcess::WindowsProcess(WindowsLauncher& launcher, MixerState& state, const Runtime& runtime,
+                               WindowsIntents intents)
     : launcher_(launcher),
       state_(state),
-      workspace_(workspace),
       runtime_(runtime),
       intents_(std::move(intents)),
       watch_(runtime, [this] { hangs(); }),
@@ -80,12 +79,8 @@ bool WindowsProcess::start() {
   isGreeted_ = false;
   watch_.started();
   send({{"type", wire::hello}, {"version", seamVersion()}});
-  // Answers to questions may come when the process they are for has gone.
   host_ = std::make_unique<MixerHost>(
-      state_, workspace_, runtime_,
-      [weak = std::weak_ptr(channel_)](const json& sent) {
-        if (const auto channel = weak.lock()) channel->send(encodeMessage(sent));
-      },
+      state_, runtime_, [this](const json& sent) { send(sent); },
       [this] { return channel_->waitingBytes() > mostWaiting; });
   if (isOldTrayWanted_) {
     tell({{"type", wire::keepOldTray}, {"isWanted", true}});

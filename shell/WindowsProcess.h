@@ -23,7 +23,6 @@ namespace quillmere {
 
 class MixerHost;
 class MixerState;
-class Workspace;
 
 /// What the windows ask of the program. [main]
 struct WindowsIntents {
@@ -47,8 +46,7 @@ class WindowsProcess final : public WindowSystem {
   static constexpr std::size_t mostWaiting = 65536;
 
   /// All outlive it.
-  WindowsProcess(WindowsLauncher& launcher, MixerState& state, Workspace& workspace, const Runtime& runtime,
-                 WindowsIntents intents);
+  WindowsProcess(WindowsLauncher& launcher, MixerState& state, const Runtime& runtime, WindowsIntents intents);
   ~WindowsProcess() override;
   WindowsProcess(const WindowsProcess&) = delete;
   WindowsProcess& operator=(const WindowsProcess&) = delete;
@@ -99,7 +97,6 @@ class WindowsProcess final : public WindowSystem {
 
   WindowsLauncher& launcher_;
   MixerState& state_;
-  Workspace& workspace_;
   Runtime runtime_;
   WindowsIntents intents_;
   ActivationPolicy policy_ = ActivationPolicy::regular;

@@ -10,11 +10,8 @@ constexpr const char* type = "type";
 constexpr const char* fields = "fields";        ///< values: all fields by name. Before any other.
 constexpr const char* field = "field";          ///< name, value: a field that has changed.
 constexpr const char* performed = "performed";  ///< One call has been performed, after whatever it changed.
-constexpr const char* icon = "icon";            ///< number, and themed, file or png; none of these where there is none.
 
 // To the mixer.
-constexpr const char* call = "call";          ///< name, arguments.
-constexpr const char* findIcon = "findIcon";  ///< number, bundleID.
-constexpr const char* openURL = "openURL";    ///< url.
+constexpr const char* call = "call";  ///< name, arguments.
 
 }  // namespace quillmere::wire

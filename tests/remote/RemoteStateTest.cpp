@@ -10,7 +10,6 @@
 
 #include "StateFixture.h"
 #include "remote/MixerHost.h"
-#include "remote/RemoteWorkspace.h"
 
 namespace quillmere {
 namespace {
@@ -22,7 +21,7 @@ class Remote : public StateFixture {
   /// The other process comes.
   void connect() {
     host = std::make_unique<MixerHost>(
-        state(), box->workspace, box->runtime,
+        state(), box->runtime,
         [this](const json& message) { toRemote.push_back(encodeMessage(message)); }, [this] { return isBehind; });
     remote = std::make_unique<RemoteState>(box->log, toHost());
     deliver();
@@ -33,7 +32,6 @@ class Remote : public StateFixture {
   void takeOne() {
     const auto message = decodeMessage(toRemote.front()).value();
     toRemote.pop_front();
-    if (workspace.take(message)) return;
     EXPECT_TRUE(remote->take(message)) << message;
   }
   void performOne() {
@@ -57,7 +55,6 @@ class Remote : public StateFixture {
   std::deque<std::string> toMixer;
   std::unique_ptr<MixerHost> host;
   std::unique_ptr<RemoteState> remote;
-  RemoteWorkspace workspace{toHost()};
 };
 
 /// All fields must arrive: those that differ are named.
@@ -272,7 +269,6 @@ TEST_F(Remote, BadMessagesAreLoggedAndChangeNothing) {
            json{{"type", "call"}, {"name", "setGain"}, {"arguments", json::array({0.5})}},
            json{{"type", "call"}, {"name", "setGain"}, {"arguments", json::array({"loud", spotify})}},
            json{{"type", "call"}, {"name", "deleteProfile"}, {"arguments", json::array({"not an identity"})}},
-           json{{"type", "findIcon"}, {"number", 1}},
        }) {
     box->log.clear();
     EXPECT_TRUE(host->take(bad)) << bad;

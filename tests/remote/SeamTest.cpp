@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "core/Product.h"
-#include "platform/memory/MemoryWorkspace.h"
 #include "platform/memory/RecordingLogSink.h"
 #include "remote/MixerHost.h"
 #include "remote/RemoteState.h"
@@ -137,7 +136,7 @@ class Seam : public ::testing::Test {
   }
   void connect() {
     host.emplace(
-        mixer, workspace, runtime, [this](const json& sent) { toRemote.push_back(encodeMessage(sent)); },
+        mixer, runtime, [this](const json& sent) { toRemote.push_back(encodeMessage(sent)); },
         [] { return false; });
     deliver();
   }
@@ -149,7 +148,6 @@ class Seam : public ::testing::Test {
   VirtualTime time;
   RecordingLogSink log;
   Runtime runtime{time.runtime(log)};
-  MemoryWorkspace workspace;
   NotedMixer mixer;
   std::vector<std::string> toRemote;
   std::vector<std::string> toMixer;

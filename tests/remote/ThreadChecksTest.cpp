@@ -68,9 +68,9 @@ TEST_F(ThreadChecksDeathTest, EveryOperationOfTheMixerInAnotherProcess) {
 
 TEST_F(ThreadChecksDeathTest, TheMixersEndOfTheBorder) {
   startWithThree();
-  MixerHost host(state(), box->workspace, box->runtime, send, [] { return false; });
+  MixerHost host(state(), box->runtime, send, [] { return false; });
   expectMainOnly(
-      {{"the host", [&] { MixerHost another(state(), box->workspace, box->runtime, send, [] { return false; }); }},
+      {{"the host", [&] { MixerHost another(state(), box->runtime, send, [] { return false; }); }},
        {"take", [&] { host.take({{"type", "nothing"}}); }}},
       [this](const auto& work) { onTheBackground(work); });
 }
