@@ -131,7 +131,7 @@ class Windows final : public QObject {
   void perform(const std::string& type, const json& message) {
     if (type == wire::openWindow) {
       setActivationToken(message);
-      scenes_.open(message.at("window").get<std::string>());
+      openWindow(message);
     } else if (type == wire::closeWindow) {
       scenes_.close(message.at("window").get<std::string>());
     } else if (type == wire::orderFront) {
@@ -147,6 +147,17 @@ class Windows final : public QObject {
       popover_.close();
     } else if (type == wire::keepOldTray) {
       keepOldTray(message.at("isWanted").get<bool>());
+    }
+  }
+
+  void openWindow(const json& message) {
+    const auto identifier = message.at("window").get<std::string>();
+    scenes_.open(identifier);
+    const auto section = message.find("section");
+    if (section == message.end() || identifier != mainWindow) return;
+    // Before its next picture, whether the window is new or was there.
+    if (auto* window = qobject_cast<QQuickWindow*>(scenes_.window(identifier))) {
+      ViewFactory::showSection(*window, section->get<std::string>());
     }
   }
 

@@ -129,6 +129,37 @@ class AnotherStart(Running):
         self.assertEqual(self.program.windows(), [])
 
 
+class Sections(Running):
+    """The section that is asked for shows, in a window that is made for it and in one that is there."""
+
+    def wait_for_section(self, wanted):
+        def selected():
+            return [tab.name for tab in a11y.find_all(self.program.accessible_name(), a11y.PAGE_TAB) if a11y.selected(tab)]
+
+        wait_for(lambda: selected() == [wanted], f"the section {wanted} shows", STARTED)
+
+    def test_the_menus_settings_lead_to_them_in_a_new_window(self):
+        self.choose("Settings…")
+        self.wait_for_section("Settings")
+
+    def test_the_menus_settings_lead_to_them_in_an_open_window_which_then_keeps_them(self):
+        self.open_main_window()
+        self.wait_for_section("Mixer")
+        self.choose("Settings…")
+        self.wait_for_section("Settings")
+        self.choose("Open quillmere Window")
+        # Had that changed the section, it would have done so before this one is taken up.
+        self.assertEqual(self.start_again("--section=Cellar").returncode, 0)
+        self.item.property("Title")
+        self.wait_for_section("Settings")
+
+    def test_a_second_start_may_name_a_section(self):
+        self.assertEqual(self.start_again("--section=Profiles").returncode, 0)
+        self.wait_for_section("Profiles")
+        self.assertEqual(self.start_again("--section", "Auto-Duck").returncode, 0)
+        self.wait_for_section("Auto-Duck")
+
+
 class UnlikeHalves(unittest.TestCase):
     def test_they_say_so_and_end(self):
         build = Path(os.environ["QUILLMERE_BUILD"]) / "app"
