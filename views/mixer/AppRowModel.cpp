@@ -8,6 +8,7 @@
 
 #include "state/MixerState.h"
 #include "state/ViewSettings.h"
+#include "views/ViewIntents.h"
 
 namespace quillmere {
 
@@ -67,7 +68,7 @@ void AppRowModel::insertedAt(int at, const std::string& key) {
     if (app.bundleID != key) continue;
     const int tabLimit = filter_ == Filter::live ? TabListModel::compactLimit : TabListModel::noLimit;
     auto* made = new AppRowPresenter(
-        *state_, app, tabLimit, [this, key](const BrowserTab& tab) { activateTab_(key, tab); }, this);
+        *state_, app, tabLimit, [this, key](const BrowserTab& tab) { ask(activateTab_, key, tab); }, this);
     made->update(app, state_->liveBundleIDs()->contains(key), state_->duckedBundleIDs()->contains(key));
     rows_.insert(rows_.begin() + at, made);
     return;

@@ -9,7 +9,7 @@
 
 #include "runtime/Observable.h"
 #include "views/mixer/AppRowPresenter.h"
-#include "views/mixer/KeyedListModel.h"
+#include "views/shared/KeyedListModel.h"
 
 namespace quillmere {
 

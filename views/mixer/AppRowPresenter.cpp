@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "state/MixerState.h"
-#include "views/mixer/AppIconProvider.h"
+#include "views/shared/AppIconProvider.h"
 
 namespace quillmere {
 

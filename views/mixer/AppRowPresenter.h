@@ -7,7 +7,7 @@
 
 #include "core/AudioApp.h"
 #include "views/mixer/AppRowLook.h"
-#include "views/mixer/MenuModel.h"
+#include "views/shared/MenuModel.h"
 #include "views/tabs/TabListModel.h"
 
 namespace quillmere {

@@ -1,23 +1,20 @@
 // The sleep timer's control.
 #include "views/popover/SleepTimerPresenter.h"
 
-#include <array>
+#include <iterator>
 #include <utility>
 
 #include "core/RemainingText.h"
+#include "core/SleepChoices.h"
 #include "state/MixerState.h"
 
 namespace quillmere {
 
-namespace {
-constexpr std::array minuteChoices{15, 30, 45, 60, 90};
-}
-
 SleepTimerPresenter::SleepTimerPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, QObject* parent)
     : QObject(parent), state_(std::move(state)), runtime_(runtime) {
   std::vector<MenuEntry> entries;
-  entries.reserve(std::size(minuteChoices) + 1);
-  for (const int minutes : minuteChoices) {
+  entries.reserve(std::size(sleepChoices) + 1);
+  for (const int minutes : sleepChoices) {
     entries.push_back(
         {tr("%1 minutes").arg(minutes), false, false, [this, minutes] { state_->startSleepTimer(minutes); }});
   }

@@ -1,5 +1,5 @@
 // The focus block's controls.
-#include "views/mainwindow/FocusPresenter.h"
+#include "views/focus/FocusPresenter.h"
 
 #include <algorithm>
 #include <map>

@@ -9,7 +9,6 @@ Card {
     id: root
 
     required property ProfileListModel list
-    required property ProfilesPresenter profiles
 
     readonly property real rowHeight: 36
     readonly property real iconSide: 24
@@ -118,6 +117,6 @@ Card {
     GhostButton {
         text: qsTr("Save current as new profile…")
         symbol: "plus"
-        onClicked: root.profiles.saveCurrent()
+        onClicked: root.list.saveCurrent()
     }
 }

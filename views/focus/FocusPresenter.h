@@ -8,7 +8,7 @@
 
 #include "runtime/Observable.h"
 #include "runtime/Runtime.h"
-#include "views/mixer/MenuModel.h"
+#include "views/shared/MenuModel.h"
 
 namespace quillmere {
 

@@ -1,5 +1,5 @@
 // Application icons for QML.
-#include "views/mixer/AppIconProvider.h"
+#include "views/shared/AppIconProvider.h"
 
 #include <QBuffer>
 #include <QCoreApplication>

@@ -1,5 +1,5 @@
 // Works out the smallest set of row changes between two orders.
-#include "views/mixer/KeyedListModel.h"
+#include "views/shared/KeyedListModel.h"
 
 #include <algorithm>
 #include <map>

@@ -1,5 +1,5 @@
 // The entries of a menu as data.
-#include "views/mixer/MenuModel.h"
+#include "views/shared/MenuModel.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,9 +1,10 @@
 // The saved profiles as rows.
-#include "views/mainwindow/ProfileListModel.h"
+#include "views/profiles/ProfileListModel.h"
 
 #include <algorithm>
 #include <utility>
 
+#include "core/ProfileNames.h"
 #include "state/MixerState.h"
 
 namespace quillmere {
@@ -33,6 +34,8 @@ QVariant ProfileListModel::data(const QModelIndex& index, int role) const {
 QHash<int, QByteArray> ProfileListModel::roleNames() const {
   return {{NameRole, "name"}, {SizeTextRole, "sizeText"}, {ActiveRole, "active"}};
 }
+
+void ProfileListModel::saveCurrent() { state_->addProfile(nextProfileName(*state_->profiles())); }
 
 void ProfileListModel::apply(int row) {
   if (const auto id = idAt(row)) state_->applyProfile(*id);

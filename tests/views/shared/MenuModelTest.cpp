@@ -1,5 +1,5 @@
 // Menus as data: what changes is told as little as will do.
-#include "views/mixer/MenuModel.h"
+#include "views/shared/MenuModel.h"
 
 #include <gtest/gtest.h>
 

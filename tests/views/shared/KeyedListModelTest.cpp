@@ -1,5 +1,5 @@
 // Rows keep their identity, and views are told as little as will do.
-#include "views/mixer/KeyedListModel.h"
+#include "views/shared/KeyedListModel.h"
 
 #include <gtest/gtest.h>
 

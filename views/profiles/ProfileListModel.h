@@ -7,7 +7,7 @@
 
 #include "core/Profile.h"
 #include "runtime/Observable.h"
-#include "views/mixer/KeyedListModel.h"
+#include "views/shared/KeyedListModel.h"
 
 namespace quillmere {
 
@@ -27,6 +27,8 @@ class ProfileListModel final : public KeyedListModel {
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
+  /// Saves the present layout as "Untitled" with the next number.
+  Q_INVOKABLE void saveCurrent();
   Q_INVOKABLE void apply(int row);
   Q_INVOKABLE void duplicate(int row);
   Q_INVOKABLE void remove(int row);

@@ -1,5 +1,5 @@
 // Auto-Duck's card.
-#include "views/mainwindow/DuckPresenter.h"
+#include "views/autoduck/DuckPresenter.h"
 
 #include <QStringList>
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The main window's left side: the mix at a glance, the output, and every application.
+// The mixer's page: the mix at a glance, the output, and every application.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -8,7 +8,7 @@ import Quillmere.Views
 Item {
     id: root
 
-    required property MainWindowPresenter presenter
+    required property MixerCanvasPresenter presenter
 
     readonly property real heroHeight: 104
     readonly property real wideName: 180

@@ -1,5 +1,5 @@
 // Icons of every kind come at the size that was asked for; those that can't be had come as one clear pixel.
-#include "views/mixer/AppIconProvider.h"
+#include "views/shared/AppIconProvider.h"
 
 #include <gtest/gtest.h>
 
