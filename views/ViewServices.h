@@ -11,17 +11,17 @@
 
 namespace quillmere {
 
+class DesktopServices;
 class MixerState;
 class ViewSettings;
-class Workspace;
 
 /// [main] The references outlive every window.
 struct ViewServices {
   std::shared_ptr<MixerState> state;
   Runtime runtime;
   std::shared_ptr<ViewSettings> settings;
-  /// Asked for icons, from any thread.
-  Workspace& workspace;
+  /// What windows ask the desktop themselves; its workspace is asked for icons, from any thread.
+  DesktopServices& desktop;
   ViewIntents intents;
   /// The version of this program.
   std::string appVersion;

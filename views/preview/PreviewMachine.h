@@ -5,8 +5,10 @@
 #include <memory>
 #include <string>
 
+#include "integrations/DesktopServices.h"
 #include "platform/Machine.h"
 #include "platform/memory/MemoryAudioHardware.h"
+#include "platform/memory/MemoryDesktop.h"
 #include "platform/memory/MemoryWorkspace.h"
 #include "platform/memory/RecordingLogSink.h"
 #include "runtime/VirtualTime.h"
@@ -25,6 +27,8 @@ class PreviewMachine {
   void addDevice(const std::string& uid, const std::string& name);
   /// A running application. `icon` is the path of an image; empty for none.
   void launch(const std::string& bundleID, const std::string& name, bool sounds, const std::string& icon = {});
+  /// An application that is there and does not run.
+  void install(const std::string& bundleID, const std::string& name, const std::string& icon = {});
   void setListening(const std::string& bundleID, bool listens);
   /// Starts the state and lets it see everything.
   void start();
@@ -36,6 +40,9 @@ class PreviewMachine {
   MemoryAudioHardware& audio;
   MemoryWorkspace& workspace;
   Runtime runtime;
+  /// What the windows ask themselves. Applications that are launched run here too.
+  MemoryDesktop desktop;
+  DesktopServices services;
   std::shared_ptr<AppState> state;
   std::shared_ptr<Observable<std::optional<std::string>>> latestVersion =
       std::make_shared<Observable<std::optional<std::string>>>();

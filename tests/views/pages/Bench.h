@@ -7,6 +7,8 @@
 
 #include "RecordingDefaults.h"
 #include "VirtualMachine.h"
+#include "integrations/DesktopServices.h"
+#include "platform/memory/MemoryDesktop.h"
 #include "state/ViewSettings.h"
 #include "views/activity/ActivityCanvasPresenter.h"
 #include "views/mainwindow/MainWindowPresenter.h"
@@ -35,6 +37,7 @@ class Bench : public QObject {
     mixer_.reset();
     activity_.reset();
     settings_.reset();
+    desktop_.reset();
     box_.reset();
     disk_ = std::make_unique<RecordingDefaults>();
     box_ = std::make_unique<VirtualMachine>(*disk_);
@@ -63,8 +66,8 @@ class Bench : public QObject {
     intents.previousTrack = [this] { transport_.append("previous"); };
     intents.togglePlayPause = [this] { transport_.append("play/pause"); };
     intents.nextTrack = [this] { transport_.append("next"); };
-    const ViewServices services{box_->state, box_->runtime, settings_,     *box_->machine.workspace,
-                                intents,     "1.9.9",       latestVersion_};
+    desktop_ = std::make_unique<DesktopServices>(MemoryDesktop().desktop, box_->runtime);
+    const ViewServices services{box_->state, box_->runtime, settings_, *desktop_, intents, "1.9.9", latestVersion_};
     panel_ = std::make_unique<MixerPanelPresenter>(box_->state, box_->runtime, settings_, intents);
     window_ = std::make_unique<MainWindowPresenter>(services);
     mixer_ = std::make_unique<MixerCanvasPresenter>(services);
@@ -130,6 +133,7 @@ class Bench : public QObject {
 
   std::unique_ptr<RecordingDefaults> disk_;
   std::unique_ptr<VirtualMachine> box_;
+  std::unique_ptr<DesktopServices> desktop_;
   std::shared_ptr<ViewSettings> settings_;
   std::unique_ptr<MixerPanelPresenter> panel_;
   std::unique_ptr<MainWindowPresenter> window_;
