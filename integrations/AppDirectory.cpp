@@ -60,9 +60,9 @@ Async<std::vector<InstalledApp>> scanInBackground(Workspace& workspace, Executor
 }
 
 Async<std::optional<InstalledApp>> ask(Workspace& workspace, ApplicationChooser& chooser, Executor& background,
-                                       std::string title) {
+                                       ApplicationQuestion question) {
   Completion<std::optional<std::string>> chosen;
-  chooser.choose(title, chosen.resolver());
+  chooser.choose(question, chosen.resolver());
   auto path = co_await chosen;
   if (!path || !*path) co_return std::nullopt;
   Completion<std::optional<InstalledApplication>> read;
@@ -129,9 +129,9 @@ std::string AppDirectory::name(const std::string& bundleID) {
   return nameFromIdentifier(bundleID);
 }
 
-Async<std::optional<InstalledApp>> AppDirectory::browse(std::string title) {
+Async<std::optional<InstalledApp>> AppDirectory::browse(ApplicationQuestion question) {
   QUILLMERE_CHECK_ON(runtime_.main, "applications are chosen off the main thread");
-  return ask(workspace_, chooser_, runtime_.background, std::move(title));
+  return ask(workspace_, chooser_, runtime_.background, std::move(question));
 }
 
 std::vector<RunningApplication> AppDirectory::running() {

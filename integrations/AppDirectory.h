@@ -43,7 +43,7 @@ class AppDirectory {
   [[nodiscard]] std::optional<IconReference> icon(const std::string& bundleID) { return workspace_.icon(bundleID); }
   /// Opens the system's dialogue for an application; absent where it was cancelled, or what was chosen is none. To be
   /// awaited in a task on the main executor.
-  [[nodiscard]] Async<std::optional<InstalledApp>> browse(std::string title);
+  [[nodiscard]] Async<std::optional<InstalledApp>> browse(ApplicationQuestion question);
 
   /// Grows when running or installed applications have changed: whoever shows names, icons or lists asks again then.
   [[nodiscard]] const Observable<std::uint64_t>& revision() const { return revision_; }

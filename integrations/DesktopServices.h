@@ -1,6 +1,8 @@
 // What the windows' presenters know of the desktop, made of its ports and handed to whoever makes windows.
 #pragma once
 
+#include <optional>
+
 #include "integrations/AppDirectory.h"
 #include "integrations/LaunchAtLogin.h"
 #include "integrations/PermissionMonitor.h"
@@ -16,14 +18,17 @@ class DesktopServices {
 
   [[nodiscard]] Workspace& workspace() { return *desktop_.workspace; }
   [[nodiscard]] AppDirectory& apps() { return apps_; }
-  [[nodiscard]] PermissionMonitor& permissions() { return permissions_; }
-  [[nodiscard]] LaunchAtLogin& launchAtLogin() { return launchAtLogin_; }
+  /// Reads the permissions with the first question for it, as launchAtLogin() does the login item: most windows never
+  /// show either.
+  [[nodiscard]] PermissionMonitor& permissions();
+  [[nodiscard]] LaunchAtLogin& launchAtLogin();
 
  private:
   Desktop desktop_;
+  Runtime runtime_;
   AppDirectory apps_;
-  PermissionMonitor permissions_;
-  LaunchAtLogin launchAtLogin_;
+  std::optional<PermissionMonitor> permissions_;
+  std::optional<LaunchAtLogin> launchAtLogin_;
 };
 
 }  // namespace quillmere

@@ -7,6 +7,15 @@
 
 namespace quillmere {
 
+/// What the dialogue says, in the user's language.
+struct ApplicationQuestion {
+  std::string title;
+  /// What is to be chosen from, as the choice of files is called: "Applications".
+  std::string filterName;
+
+  friend bool operator==(const ApplicationQuestion&, const ApplicationQuestion&) = default;
+};
+
 /// [main]
 class ApplicationChooser {
  public:
@@ -14,9 +23,9 @@ class ApplicationChooser {
   using Reply = std::function<void(std::optional<std::string> path)>;
 
   virtual ~ApplicationChooser() = default;
-  /// Opens the dialogue under this title and returns; replies once, later, from the main loop. Not at all once this
+  /// Opens the dialogue and returns; replies once, later, from the main loop. Not at all once this
   /// object has gone. A second question while one is open is answered as cancelled.
-  virtual void choose(const std::string& title, Reply reply) = 0;
+  virtual void choose(const ApplicationQuestion& question, Reply reply) = 0;
 };
 
 }  // namespace quillmere

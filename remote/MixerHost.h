@@ -11,14 +11,12 @@
 namespace quillmere {
 
 class MixerState;
-class UserDefaults;
-class Workspace;
 
-/// [main] throughout. Everything but `send` outlives it, and the background work that it has posted.
+/// [main] throughout. Everything but `send` outlives it.
 class MixerHost {
  public:
-  /// Sends all fields and the views' settings at once, and from then on what changes.
-  MixerHost(MixerState& state, UserDefaults& defaults, Workspace& workspace, const Runtime& runtime, SendMessage send);
+  /// Sends all fields at once, and from then on what changes.
+  MixerHost(MixerState& state, const Runtime& runtime, SendMessage send);
   ~MixerHost();
 
   /// True if the message was for it; what can't be read is logged and ignored.
@@ -26,12 +24,8 @@ class MixerHost {
 
  private:
   void call(const nlohmann::json& message);
-  void findIcon(const nlohmann::json& message);
-  void store(const nlohmann::json& message);
 
   MixerState& state_;
-  UserDefaults& defaults_;
-  Workspace& workspace_;
   Runtime runtime_;
   SendMessage send_;
   std::vector<Subscription> subscriptions_;

@@ -10,12 +10,12 @@
 
 #include "engine/DriverClient.h"
 #include "engine/ProcessTapEngine.h"
+#include "integrations/ReleaseUpdater.h"
 #include "platform/Channel.h"
 #include "platform/Machine.h"
 #include "platform/SessionWatch.h"
 #include "platform/SingleInstance.h"
 #include "platform/StatusItem.h"
-#include "platform/Updater.h"
 #include "runtime/LoopExecutor.h"
 #include "runtime/ThreadPoolExecutor.h"
 #include "shell/LaunchOptions.h"
@@ -40,14 +40,15 @@ constexpr auto trayPatience = std::chrono::seconds(10);
 /// Everything the user meets, over a state that stands. Lives as long as the main loop runs.
 class Shell {
  public:
-  Shell(AppState& state, const Runtime& runtime, Machine& machine, SingleInstance& instance, StatusItem& item,
-        WindowsLauncher& launcher, std::function<void()> terminate)
+  Shell(AppState& state, const Runtime& runtime, SingleInstance& instance, StatusItem& item, WindowsLauncher& launcher,
+        ReleaseUpdater* updater, std::function<void()> terminate)
       : state_(state),
+        updater_(updater),
         runtime_(runtime),
         instance_(instance),
         item_(item),
-        windows_(launcher, state, *machine.defaults, *machine.workspace, runtime, windowsIntents(std::move(terminate))),
-        controller_(state, runtime, windows_, *machine.workspace, nullptr, statusBarIntents()),
+        windows_(launcher, state, runtime, windowsIntents(std::move(terminate))),
+        controller_(state, runtime, windows_, statusBarIntents()),
         presenter_(item_, controller_),
         oldPresenter_(windows_.oldTray(), controller_),
         delegate_(runtime, windows_, launchSteps()) {
@@ -107,8 +108,10 @@ class Shell {
   LaunchSteps launchSteps() {
     LaunchSteps steps;
     steps.acquireInstance = [this] { return instance_.acquire(); };
-    // No update service is known: the menu leads to the download page.
-    steps.startUpdater = [] {};
+    // Where no release feed is known the menu leads to the download page.
+    steps.startUpdater = [this] {
+      if (updater_ != nullptr) updater_->start();
+    };
     steps.createStatusItem = [this] { createStatusItem(); };
     return steps;
   }
@@ -134,6 +137,7 @@ class Shell {
   }
 
   AppState& state_;
+  ReleaseUpdater* updater_;
   Subscription listed_;
   Runtime runtime_;
   SingleInstance& instance_;
@@ -166,13 +170,18 @@ int runApplication(int argc, char** argv, const Host& host) {
   engine.install();
   DriverClient driver(engine, background);
   driver.install();
+  std::optional<ReleaseUpdater> updater;
+  if (machine.releaseFeed) {
+    updater.emplace(*machine.releaseFeed, *machine.defaults, *machine.workspace, runtime);
+  }
   auto state = AppState::create(machine, runtime, driver);
+  if (updater) state->useUpdater(*updater);
   AppState::installShared(state);
   const auto instance = host.makeSingleInstance(runtime);
   {
     const auto item = host.makeStatusItem(runtime);
     const auto terminate = [&main] { main.stop(); };
-    Shell shell(*state, runtime, machine, *instance, *item, *launcher, terminate);
+    Shell shell(*state, runtime, *instance, *item, *launcher, updater ? &*updater : nullptr, terminate);
     const TerminationSignals signals(main, terminate);
     const auto session = host.makeSessionWatch(runtime);
     session->onEnded([terminate, &log] {

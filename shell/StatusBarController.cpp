@@ -6,9 +6,7 @@
 
 #include "core/Product.h"
 #include "core/VersionOrder.h"
-#include "platform/Updater.h"
 #include "platform/WindowSystem.h"
-#include "platform/Workspace.h"
 #include "runtime/Threads.h"
 #include "state/MixerState.h"
 
@@ -22,13 +20,8 @@ constexpr const char* settingsSection = "Settings";
 }  // namespace
 
 StatusBarController::StatusBarController(MixerState& state, const Runtime& runtime, WindowSystem& windows,
-                                         Workspace& workspace, Updater* updater, StatusBarIntents intents)
-    : state_(state),
-      runtime_(runtime),
-      windows_(windows),
-      workspace_(workspace),
-      updater_(updater),
-      intents_(std::move(intents)) {}
+                                         StatusBarIntents intents)
+    : state_(state), runtime_(runtime), windows_(windows), intents_(std::move(intents)) {}
 
 std::vector<StatusMenuEntry> StatusBarController::rebuildMenu() const {
   QUILLMERE_CHECK_ON(runtime_.main, "the status item is handled off the main thread");
@@ -38,7 +31,7 @@ std::vector<StatusMenuEntry> StatusBarController::rebuildMenu() const {
   input.now = runtime_.clocks.now();
   input.profiles = state_.profiles().get();
   input.activeProfileID = state_.activeProfileID().get();
-  const auto latest = updater_ != nullptr ? updater_->latestVersion().get() : std::nullopt;
+  const auto& latest = *state_.latestVersion();
   input.updateKnown = latest && isOutdated(appVersion(), *latest);
   return statusMenu(input);
 }
@@ -72,7 +65,7 @@ void StatusBarController::perform(const StatusMenuEntry& entry, const std::strin
       windows_.showAboutPanel();
       break;
     case StatusAction::checkForUpdates:
-      checkForUpdates();
+      state_.checkForUpdates();
       break;
     case StatusAction::quit:
       windows_.terminate();
@@ -100,17 +93,7 @@ void StatusBarController::observeMenu(const std::function<void()>& changed) {
   subscriptions_.push_back(state_.sleepTimerEndsAt().observe([changed](const auto&) { changed(); }));
   subscriptions_.push_back(state_.profiles().observe([changed](const auto&) { changed(); }));
   subscriptions_.push_back(state_.activeProfileID().observe([changed](const auto&) { changed(); }));
-  if (updater_ != nullptr) {
-    subscriptions_.push_back(updater_->latestVersion().observe([changed](const auto&) { changed(); }));
-  }
-}
-
-void StatusBarController::checkForUpdates() {
-  if (updater_ != nullptr) {
-    updater_->checkForUpdates();
-  } else {
-    workspace_.openURL(downloadAddress());
-  }
+  subscriptions_.push_back(state_.latestVersion().observe([changed](const auto&) { changed(); }));
 }
 
 }  // namespace quillmere

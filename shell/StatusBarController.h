@@ -14,9 +14,7 @@
 namespace quillmere {
 
 class MixerState;
-class Updater;
 class WindowSystem;
-class Workspace;
 
 /// Steps outside the state that entries lead to.
 struct StatusBarIntents {
@@ -28,8 +26,7 @@ struct StatusBarIntents {
 /// [main] throughout. All that is passed in outlives this.
 class StatusBarController {
  public:
-  StatusBarController(MixerState& state, const Runtime& runtime, WindowSystem& windows, Workspace& workspace,
-                      Updater* updater, StatusBarIntents intents);
+  StatusBarController(MixerState& state, const Runtime& runtime, WindowSystem& windows, StatusBarIntents intents);
 
   /// The menu as it should read now.
   [[nodiscard]] std::vector<StatusMenuEntry> rebuildMenu() const;
@@ -42,13 +39,9 @@ class StatusBarController {
   void observeMenu(const std::function<void()>& changed);
 
  private:
-  void checkForUpdates();
-
   MixerState& state_;
   Runtime runtime_;
   WindowSystem& windows_;
-  Workspace& workspace_;
-  Updater* updater_;
   StatusBarIntents intents_;
   int scrollRemainder_ = 0;
   std::vector<Subscription> subscriptions_;

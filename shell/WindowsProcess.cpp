@@ -30,12 +30,10 @@ struct WindowsProcess::Guard {
   WindowsProcess& process;
 };
 
-WindowsProcess::WindowsProcess(WindowsLauncher& launcher, MixerState& state, UserDefaults& defaults,
-                               Workspace& workspace, const Runtime& runtime, WindowsIntents intents)
+WindowsProcess::WindowsProcess(WindowsLauncher& launcher, MixerState& state, const Runtime& runtime,
+                               WindowsIntents intents)
     : launcher_(launcher),
       state_(state),
-      defaults_(defaults),
-      workspace_(workspace),
       runtime_(runtime),
       intents_(std::move(intents)),
       oldTrayPause_(firstPause),
@@ -73,10 +71,9 @@ bool WindowsProcess::start() {
   asked_ = 0;
   pending_.clear();
   // Answers to questions may come when the process they are for has gone.
-  host_ = std::make_unique<MixerHost>(state_, defaults_, workspace_, runtime_,
-                                      [weak = std::weak_ptr(channel_)](const json& sent) {
-                                        if (const auto channel = weak.lock()) channel->send(encodeMessage(sent));
-                                      });
+  host_ = std::make_unique<MixerHost>(state_, runtime_, [weak = std::weak_ptr(channel_)](const json& sent) {
+    if (const auto channel = weak.lock()) channel->send(encodeMessage(sent));
+  });
   if (isOldTrayWanted_) {
     tell({{"type", wire::keepOldTray}, {"isWanted", true}});
     oldTray_.connected();

@@ -20,8 +20,6 @@ namespace quillmere {
 
 class MixerHost;
 class MixerState;
-class UserDefaults;
-class Workspace;
 
 /// What the windows ask of the program. [main]
 struct WindowsIntents {
@@ -38,8 +36,7 @@ class WindowsProcess final : public WindowSystem {
   static constexpr const char* mainWindow = "main";
 
   /// All outlive it.
-  WindowsProcess(WindowsLauncher& launcher, MixerState& state, UserDefaults& defaults, Workspace& workspace,
-                 const Runtime& runtime, WindowsIntents intents);
+  WindowsProcess(WindowsLauncher& launcher, MixerState& state, const Runtime& runtime, WindowsIntents intents);
   ~WindowsProcess() override;
   WindowsProcess(const WindowsProcess&) = delete;
   WindowsProcess& operator=(const WindowsProcess&) = delete;
@@ -86,8 +83,6 @@ class WindowsProcess final : public WindowSystem {
 
   WindowsLauncher& launcher_;
   MixerState& state_;
-  UserDefaults& defaults_;
-  Workspace& workspace_;
   Runtime runtime_;
   WindowsIntents intents_;
   ActivationPolicy policy_ = ActivationPolicy::regular;

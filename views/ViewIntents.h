@@ -18,12 +18,6 @@ struct ViewIntents {
   std::function<void()> onboardingFinished;
   /// Brings a browser's tab to the front.
   std::function<void(const std::string& bundleID, const BrowserTab& tab)> activateTab;
-  /// What the status item's entry for updates does too.
-  std::function<void()> checkForUpdates;
-  // The player of what is shown as now playing.
-  std::function<void()> previousTrack;
-  std::function<void()> togglePlayPause;
-  std::function<void()> nextTrack;
 };
 
 /// Calls an intent, if there is somebody who takes it.

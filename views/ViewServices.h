@@ -2,10 +2,8 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 
-#include "runtime/Observable.h"
 #include "runtime/Runtime.h"
 #include "views/ViewIntents.h"
 
@@ -25,8 +23,6 @@ struct ViewServices {
   ViewIntents intents;
   /// The version of this program.
   std::string appVersion;
-  /// The newest version that has been published, as far as it is known. Null where nobody looks for one.
-  std::shared_ptr<const Observable<std::optional<std::string>>> latestVersion;
 };
 
 }  // namespace quillmere

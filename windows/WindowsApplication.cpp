@@ -20,17 +20,17 @@
 #include <thread>
 #include <utility>
 
+#include "integrations/DesktopServices.h"
 #include "remote/MessageType.h"
-#include "remote/RemoteDefaults.h"
 #include "remote/RemoteState.h"
 #include "remote/RemoteStatusItem.h"
-#include "remote/RemoteWorkspace.h"
 #include "remote/WindowMessages.h"
 #include "runtime/ThreadPoolExecutor.h"
 #include "state/ViewSettings.h"
 #include "views/ViewFactory.h"
 #include "windows/AboutPanel.h"
 #include "windows/BrandIconImage.h"
+#include "windows/DialogApplicationChooser.h"
 #include "windows/OldTrayItem.h"
 #include "windows/PopoverController.h"
 #include "windows/QtMainExecutor.h"
@@ -62,14 +62,20 @@ void setActivationToken(const json& message) {
   if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
 }
 
+/// What the mixer lists runs, even where the desktop knows nothing of it.
+std::vector<RunningApplication> soundingIn(const MixerState& state) {
+  std::vector<RunningApplication> running;
+  for (const auto& app : *state.apps()) running.push_back({app.bundleID, app.name, 0});
+  return running;
+}
+
 class Windows final : public QObject {
  public:
-  Windows(const Runtime& runtime, SendMessage send)
+  Windows(const Runtime& runtime, SendMessage send, const WindowsHost& host)
       : runtime_(runtime),
         send_(std::move(send)),
+        host_(host),
         state_(std::make_shared<RemoteState>(runtime.log, send_)),
-        defaults_(send_),
-        workspace_(send_),
         scenes_(runtime),
         popover_(runtime, [this]() -> std::unique_ptr<QWindow> { return factory().makePopover(); }) {
     scenes_.add(mainWindow, [this]() -> std::unique_ptr<QWindow> {
@@ -88,13 +94,7 @@ class Windows final : public QObject {
     connect(&about_, &AboutPanel::closed, this, &Windows::offerToEnd);
   }
 
-  /// Called where messages arrive; true if the message is dealt with.
-  bool takeAtOnce(const json& message) { return workspace_.take(message); }
-  /// Nothing more comes. [any]
-  void close() { workspace_.close(); }
-
   void take(const json& message) {
-    defaults_.take(message);
     if (state_->take(message) || (trayHost_ && trayHost_->take(message))) return;
     const auto number = message.find("number");
     // Words for an icon that is not there, for one, are none that anybody waits for.
@@ -166,17 +166,20 @@ class Windows final : public QObject {
       ViewIntents intents;
       intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
       intents.quit = [this] { send_({{"type", wire::quit}}); };
-      factory_.emplace(ViewServices{state_, runtime_, std::make_shared<ViewSettings>(defaults_), workspace_,
-                                    std::move(intents), QUILLMERE_VERSION, nullptr});
+      auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
+      desktop_.emplace(host_.makeDesktop(runtime_, std::move(dialogue)), runtime_,
+                       [state = state_] { return soundingIn(*state); });
+      factory_.emplace(ViewServices{state_, runtime_, std::make_shared<ViewSettings>(*state_), *desktop_,
+                                    std::move(intents), std::string(appVersion())});
     }
     return *factory_;
   }
 
   Runtime runtime_;
   SendMessage send_;
+  const WindowsHost& host_;
   std::shared_ptr<RemoteState> state_;
-  RemoteDefaults defaults_;
-  RemoteWorkspace workspace_;
+  std::optional<DesktopServices> desktop_;
   std::optional<ViewFactory> factory_;
   SceneSet scenes_;
   PopoverController popover_;
@@ -232,17 +235,14 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   const Runtime runtime{main, background, clocks, *log, makeThreadSerialQueue};
 
   Line line;
-  Windows windows(runtime, [&line](const json& message) { line.send(message); });
+  Windows windows(runtime, [&line](const json& message) { line.send(message); }, host);
   ChannelEvents events;
   events.received = [&windows, &main](const std::string& bytes) {
     auto message = decodeMessage(bytes);
-    if (!message || windows.takeAtOnce(*message)) return;
+    if (!message) return;
     main.post([&windows, taken = std::move(*message)] { windows.take(taken); });
   };
-  events.closed = [&windows, &main] {
-    windows.close();
-    main.post([] { QCoreApplication::exit(0); });
-  };
+  events.closed = [&main] { main.post([] { QCoreApplication::exit(0); }); };
   auto channel = host.openChannel(std::move(events));
   if (!channel) {
     std::fputs("quillmere-windows draws the windows of quillmere, which starts it\n", stderr);
@@ -250,7 +250,6 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   }
   line.open(std::move(channel));
   const int exitCode = QApplication::exec();
-  windows.close();
   line.close();
   main.shutDown();
   background.shutDown();

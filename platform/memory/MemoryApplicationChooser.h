@@ -12,8 +12,8 @@ namespace quillmere {
 /// [main]
 class MemoryApplicationChooser final : public ApplicationChooser {
  public:
-  void choose(const std::string& title, Reply reply) override {
-    titles_.push_back(title);
+  void choose(const ApplicationQuestion& question, Reply reply) override {
+    questions_.push_back(question);
     if (waiting_) {
       reply(std::nullopt);
       return;
@@ -26,11 +26,10 @@ class MemoryApplicationChooser final : public ApplicationChooser {
     if (const auto reply = std::exchange(waiting_, {})) reply(std::move(path));
   }
   [[nodiscard]] bool isOpen() const { return static_cast<bool>(waiting_); }
-  /// The title of every question.
-  [[nodiscard]] const std::vector<std::string>& titles() const { return titles_; }
+  [[nodiscard]] const std::vector<ApplicationQuestion>& questions() const { return questions_; }
 
  private:
-  std::vector<std::string> titles_;
+  std::vector<ApplicationQuestion> questions_;
   Reply waiting_;
 };
 

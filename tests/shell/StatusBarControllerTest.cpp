@@ -22,13 +22,13 @@ class StatusBar : public StateFixture {
  protected:
   StatusBar() { startWithThree(); }
 
-  StatusBarController makeController(Updater* withUpdater = nullptr) {
+  StatusBarController makeController() {
     StatusBarIntents intents;
     intents.openMainWindow = [this](const std::optional<std::string>& section, const std::string&) {
       opened.push_back(section.value_or("none"));
     };
     intents.togglePopover = [this](const StatusItemActivation&) { ++toggles; };
-    return {state(), box->runtime, windows, box->workspace, withUpdater, std::move(intents)};
+    return {state(), box->runtime, windows, std::move(intents)};
   }
   static StatusMenuEntry entryFor(StatusAction action) {
     StatusMenuEntry entry;
@@ -114,7 +114,8 @@ TEST_F(StatusBar, WithoutAnUpdaterTheDownloadPageOpens) {
 }
 
 TEST_F(StatusBar, WithAnUpdaterBothFormsOfTheEntryAskIt) {
-  auto controller = makeController(&updater);
+  auto controller = makeController();
+  state().useUpdater(updater);
   controller.perform(entryFor(StatusAction::checkForUpdates));
   updater.latest.set("999.0");
   EXPECT_EQ(controller.rebuildMenu()[8].title, "Download update…");
@@ -124,7 +125,8 @@ TEST_F(StatusBar, WithAnUpdaterBothFormsOfTheEntryAskIt) {
 }
 
 TEST_F(StatusBar, TheMenuChangesWhenAVersionBecomesKnown) {
-  auto controller = makeController(&updater);
+  auto controller = makeController();
+  state().useUpdater(updater);
   int changes = 0;
   controller.observeMenu([&] { ++changes; });
   updater.latest.set("999.0");
@@ -132,7 +134,8 @@ TEST_F(StatusBar, TheMenuChangesWhenAVersionBecomesKnown) {
 }
 
 TEST_F(StatusBar, AnOlderPublishedVersionIsNoUpdate) {
-  auto controller = makeController(&updater);
+  auto controller = makeController();
+  state().useUpdater(updater);
   updater.latest.set("0.0.1");
   EXPECT_EQ(controller.rebuildMenu()[8].title, "Check for Updates…");
 }

@@ -39,7 +39,7 @@ class Icon : public Started {
   std::vector<std::string> opened;
   std::vector<StatusItemActivation> clicks;
   MemoryStatusItem item;
-  StatusBarController controller{state(), box->runtime, windows, box->workspace, nullptr, intents()};
+  StatusBarController controller{state(), box->runtime, windows, intents()};
   StatusItemPresenter presenter{item, controller};
 };
 

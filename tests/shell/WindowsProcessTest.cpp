@@ -81,7 +81,7 @@ class WindowsOfTheProgram : public Started {
 
   FakeLauncher launcher;
   std::vector<std::string> events;
-  WindowsProcess windows{launcher, state(), disk, box->workspace, box->runtime, intents()};
+  WindowsProcess windows{launcher, state(), box->runtime, intents()};
 };
 
 TEST_F(WindowsOfTheProgram, NoProcessRunsBeforeAWindowIsWanted) {

@@ -19,7 +19,7 @@ class ViewsFixture : public StateFixture {
   /// Starts the state and the views' settings.
   void startViews() {
     box->start();
-    settings = std::make_shared<ViewSettings>(*box->machine.defaults);
+    settings = std::make_shared<ViewSettings>(state());
     forget();
   }
   /// A music player, a meeting application and an editor run; those named sound.
@@ -45,15 +45,11 @@ class ViewsFixture : public StateFixture {
     made.activateTab = [this](const std::string& bundleID, const BrowserTab& tab) {
       activated.emplace_back(bundleID, tab);
     };
-    made.checkForUpdates = [this] { ++updatesAsked; };
-    made.previousTrack = [this] { transport.emplace_back("previous"); };
-    made.togglePlayPause = [this] { transport.emplace_back("play/pause"); };
-    made.nextTrack = [this] { transport.emplace_back("next"); };
     return made;
   }
   /// What the pages stand on; this program's version is 1.9.9.
   [[nodiscard]] ViewServices services() {
-    return {sharedState(), box->runtime, settings, desktopServices(), intents(), "1.9.9", latestVersion};
+    return {sharedState(), box->runtime, settings, desktopServices(), intents(), "1.9.9"};
   }
   /// What the windows know of `desktop`; made with the first question, which takes its ports over. The mixer's
   /// applications run there.
@@ -90,10 +86,6 @@ class ViewsFixture : public StateFixture {
   int onboardingsFinished = 0;
   int windowsOpened = 0;
   int quits = 0;
-  int updatesAsked = 0;
-  std::vector<std::string> transport;
-  std::shared_ptr<Observable<std::optional<std::string>>> latestVersion =
-      std::make_shared<Observable<std::optional<std::string>>>();
   std::vector<std::pair<std::string, BrowserTab>> activated;
 
  private:

@@ -33,11 +33,11 @@ FocusCanvasPresenter::FocusCanvasPresenter(const ViewServices& services, QObject
       ticker_(services.runtime, [this] { Q_EMIT timeChanged(); }) {
   subscriptions_.push_back(state_->pomodoroPhase().observe([this](const auto&) {
     tellAll();
-    ticker_.setOn(running());
+    ticker_.setRunning(running());
   }));
   subscriptions_.push_back(state_->pomodoroFocusMinutes().observe([this](int) { tellAll(); }));
   subscriptions_.push_back(state_->pomodoroBreakMinutes().observe([this](int) { tellAll(); }));
-  ticker_.setOn(running());
+  ticker_.setRunning(running());
 }
 
 QString FocusCanvasPresenter::heading() const {

@@ -11,7 +11,7 @@
 #include "views/ViewServices.h"
 #include "views/focus/FocusCellModel.h"
 #include "views/picker/AppPickerPresenter.h"
-#include "views/shared/SecondTicker.h"
+#include "views/shared/SecondsTicker.h"
 
 namespace quillmere {
 
@@ -78,7 +78,7 @@ class FocusCanvasPresenter final : public QObject {
   Runtime runtime_;
   FocusCellModel cells_;
   AppPickerPresenter picker_;
-  SecondTicker ticker_;
+  SecondsTicker ticker_;
   std::vector<Subscription> subscriptions_;
 };
 

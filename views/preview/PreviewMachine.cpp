@@ -71,6 +71,16 @@ void PreviewMachine::install(const std::string& bundleID, const std::string& nam
   if (!icon.empty()) desktop.workspace.setIcon(bundleID, FileIcon{icon});
 }
 
+void PreviewMachine::play(const std::string& title, const std::string& artist, const std::string& bundleID,
+                          bool playing) {
+  auto& player = static_cast<MemoryNowPlayingSource&>(*machine.nowPlaying);
+  NowPlayingInfo info{{nowplaying::title, title}, {nowplaying::playbackRate, playing ? 1.0 : 0.0}};
+  if (!artist.empty()) info[nowplaying::artist] = artist;
+  player.setInfo(std::move(info));
+  const auto source = running_.find(bundleID);
+  player.setApplicationPID(source == running_.end() ? -1 : source->second.process.pid);
+}
+
 void PreviewMachine::setListening(const std::string& bundleID, bool listens) {
   auto& each = running_.at(bundleID);
   each.process.isRunningInput = listens;
@@ -79,6 +89,7 @@ void PreviewMachine::setListening(const std::string& bundleID, bool listens) {
 
 void PreviewMachine::start() {
   state = AppState::create(machine, runtime, std::make_shared<SilentEngine>(time.background()));
+  state->useUpdater(updater);
   time.runUntilIdle();
   advance(0.4);
 }

@@ -13,6 +13,7 @@
 #include "platform/memory/RecordingLogSink.h"
 #include "runtime/VirtualTime.h"
 #include "state/AppState.h"
+#include "views/preview/PreviewUpdater.h"
 
 namespace quillmere {
 
@@ -29,6 +30,8 @@ class PreviewMachine {
   void launch(const std::string& bundleID, const std::string& name, bool sounds, const std::string& icon = {});
   /// An application that is there and does not run.
   void install(const std::string& bundleID, const std::string& name, const std::string& icon = {});
+  /// A player tells of a track; an empty identifier for nobody.
+  void play(const std::string& title, const std::string& artist, const std::string& bundleID, bool playing);
   void setListening(const std::string& bundleID, bool listens);
   /// Starts the state and lets it see everything.
   void start();
@@ -43,9 +46,8 @@ class PreviewMachine {
   /// What the windows ask themselves. Applications that are launched run here too.
   MemoryDesktop desktop;
   DesktopServices services;
+  PreviewUpdater updater;
   std::shared_ptr<AppState> state;
-  std::shared_ptr<Observable<std::optional<std::string>>> latestVersion =
-      std::make_shared<Observable<std::optional<std::string>>>();
 
  private:
   struct Running {

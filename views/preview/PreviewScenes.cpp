@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "views/ViewFactory.h"
 #include "views/mixer/AppRowModel.h"
 #include "views/popover/MixerPanelPresenter.h"
 #include "views/preview/FormScenes.h"
@@ -88,6 +89,23 @@ void fillForty(PreviewMachine& box) {
   box.start();
 }
 
+void fillPlaying(PreviewMachine& box) {
+  fillSeveral(box);
+  box.play("Weird Fishes / Arpeggi", "Radiohead", spotify, true);
+  box.advance(1.1);
+}
+
+void fillUpdate(PreviewMachine& box) {
+  fillPlaying(box);
+  box.updater.latest.set("2.0");
+}
+
+void fillCall(PreviewMachine& box) {
+  fillDucked(box);
+  box.play("Weird Fishes / Arpeggi", "", "", false);
+  box.advance(1.1);
+}
+
 AppRowModel* rowsOf(QQuickWindow& window) {
   auto* presenter = static_cast<QQuickView&>(window).rootObject()->property("presenter").value<QObject*>();
   // In the main window they are its page's.
@@ -138,11 +156,34 @@ void openTabs(QQuickWindow& window, int count) {
 void openElevenTabs(QQuickWindow& window) {
   openTabs(window, 11);
   QCoreApplication::processEvents();
+  if (auto* rows = find(*window.contentItem(), [](QQuickItem& item) { return item.objectName() == "rows"; })) {
+    QMetaObject::invokeMethod(rows, "positionViewAtIndex", Q_ARG(int, 0), Q_ARG(int, 0));
+    QCoreApplication::processEvents();
+  }
   clickButton(window, "11 tabs");
 }
 
 void hoverRow(QQuickWindow& window) {
   if (auto* item = button(window, "Output for Spotify")) move(window, centreOf(*item) - QPointF(60, 0));
+}
+
+void showActivity(QQuickWindow& window) { ViewFactory::showSection(window, "Activity"); }
+
+void hoverCard(QQuickWindow& window) {
+  if (auto* item = button(window, "Output for Spotify")) move(window, centreOf(*item) - QPointF(200, 0));
+}
+
+/// The main window as far down as it goes.
+void smallest(QQuickWindow& window) { window.resize(1040, 660); }
+
+void tile(QQuickWindow& window) {
+  window.setMinimumSize({});
+  window.resize(620, 560);
+}
+
+void scrollToEnd(QQuickWindow& window) {
+  auto* rows = find(*window.contentItem(), [](QQuickItem& item) { return item.objectName() == "rows"; });
+  if (rows) QMetaObject::invokeMethod(rows, "positionViewAtEnd");
 }
 
 void fillFocus(PreviewMachine& box) {
@@ -193,12 +234,28 @@ std::vector<PreviewScene> mixerScenes() {
        [](QQuickWindow& window) { clickButton(window, "Profile: "); }},
       {"main-several", Window::main, fillSeveral, {}},
       {"main-empty", Window::main, fillEmpty, {}},
+      {"main-playing", Window::main, fillPlaying, {}},
+      {"main-update", Window::main, fillUpdate, smallest},
+      {"main-call", Window::main, fillCall, {}},
+      {"main-tile", Window::main, fillPlaying, tile},
+      {"main-cards", Window::main, fillSeveral, scrollToEnd},
+      {"main-names-cards", Window::main, fillNames, scrollToEnd},
+      {"main-forty-end", Window::main, fillForty, scrollToEnd},
+      {"activity", Window::main, fillSeveral, showActivity},
+      {"activity-empty", Window::main, fillEmpty, showActivity},
+      {"activity-forty", Window::main, fillForty, showActivity},
+      {"activity-names", Window::main, fillNames, showActivity},
       {"main-ducked", Window::main, fillDucked, {}},
       {"main-focus", Window::main, fillFocus, {}},
       {"main-names", Window::main, fillNames, {}},
       {"main-forty", Window::main, fillForty, {}},
       {"main-tabs", Window::main, fillSeveral, openElevenTabs},
-      {"main-hover", Window::main, fillSeveral, hoverRow},
+      {"main-hover", Window::main, fillSeveral,
+       [](QQuickWindow& window) {
+         scrollToEnd(window);
+         QCoreApplication::processEvents();
+         hoverCard(window);
+       }},
   };
 }
 

@@ -9,7 +9,7 @@ Item {
     property real side: 22
     property real tileSymbolSize: 11
     // A single pixel stands for no icon.
-    readonly property bool missing: picture.status === Image.Error
+    readonly property bool missing: picture.status === Image.Null || picture.status === Image.Error
                                     || (picture.status === Image.Ready && picture.implicitWidth <= 1)
 
     // The provider rounds its pictures by it.

@@ -1,21 +1,19 @@
 // Reading and indexing desktop entries.
 #include "applications/DesktopEntries.h"
 
-#include <fcntl.h>
 #include <glib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <set>
 #include <tuple>
 #include <utility>
 
+#include "applications/SmallFile.h"
 #include "text/CleanText.h"
 
 namespace quillmere::applications {
@@ -23,7 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t maxFileBytes = std::size_t{1024} * 1024;
 constexpr int maxDepth = 8;
 constexpr std::size_t maxEntries = 10000;
 
@@ -73,48 +70,6 @@ std::string idOf(const fs::path& file, const fs::path& folder) {
   return id;
 }
 
-/// The text of a regular file of a sensible size; otherwise absent, with `problem` saying why.
-std::optional<std::string> textOf(const fs::path& file, std::string& problem) {
-  // A pipe would wait for somebody to write, a device might never end.
-  const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  struct stat facts{};
-  if (descriptor < 0 || ::fstat(descriptor, &facts) != 0) {
-    problem = std::strerror(errno);
-    if (descriptor >= 0) ::close(descriptor);
-    return std::nullopt;
-  }
-  std::string text;
-  if (!S_ISREG(facts.st_mode)) problem = "no regular file";
-  // One that grows while it is read has no size to go by.
-  std::array<char, 16384> piece{};
-  while (problem.empty() && text.size() <= maxFileBytes) {
-    const auto count = ::read(descriptor, piece.data(), piece.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) problem = std::strerror(errno);
-    if (count <= 0) break;
-    text.append(piece.data(), static_cast<std::size_t>(count));
-  }
-  ::close(descriptor);
-  if (problem.empty() && text.size() > maxFileBytes) problem = "too large";
-  if (!problem.empty()) return std::nullopt;
-  return text;
-}
-
-bool isInstalled(const std::string& program, const std::string& searchPath) {
-  if (program.empty()) return true;
-  const auto file = resolved(program, searchPath);
-  return !file.empty() && ::access(file.c_str(), X_OK) == 0;
-}
-
-bool isMeantFor(const DesktopEntry& entry, const std::vector<std::string>& desktops) {
-  // The session's first name that an entry mentions decides.
-  for (const auto& desktop : desktops) {
-    if (std::ranges::find(entry.onlyShowIn, desktop) != entry.onlyShowIn.end()) return true;
-    if (std::ranges::find(entry.notShowIn, desktop) != entry.notShowIn.end()) return false;
-  }
-  return entry.onlyShowIn.empty();
-}
-
 /// What was left out of one reading, in one line however much it is.
 class Omissions {
  public:
@@ -151,7 +106,7 @@ class Reader {
 
   /// Absent for what is no application, is deleted, or is broken; the last is told in `problem`.
   std::optional<DesktopEntry> entryOf(const fs::path& file, const std::string& id, std::string& problem) const {
-    const auto text = textOf(file, problem);
+    const auto text = readSmallFile(file.string(), problem);
     if (!text) return std::nullopt;
     auto entry = parseDesktopEntry(id, *text, problem);
     if (!entry) {
@@ -159,8 +114,8 @@ class Reader {
       return std::nullopt;
     }
     entry->path = file.string();
-    entry->isListed =
-        entry->isVisible && isMeantFor(*entry, places_.desktops) && isInstalled(entry->tryExec, places_.searchPath);
+    entry->isListed = entry->isVisible && isMeantFor(entry->onlyShowIn, entry->notShowIn, places_.desktops) &&
+                      (entry->tryExec.empty() || isProgram(entry->tryExec, places_.searchPath));
     return entry;
   }
 
@@ -242,6 +197,23 @@ std::vector<std::string> currentDesktops() {
     rest.remove_prefix(std::min(end + 1, rest.size()));
   }
   return desktops;
+}
+
+bool isMeantFor(const std::vector<std::string>& onlyShowIn, const std::vector<std::string>& notShowIn,
+                const std::vector<std::string>& desktops) {
+  // The session's first name that an entry mentions decides.
+  for (const auto& desktop : desktops) {
+    if (std::ranges::find(onlyShowIn, desktop) != onlyShowIn.end()) return true;
+    if (std::ranges::find(notShowIn, desktop) != notShowIn.end()) return false;
+  }
+  return onlyShowIn.empty();
+}
+
+bool isProgram(const std::string& program, const std::string& searchPath) {
+  const auto file = resolved(program, searchPath);
+  struct stat facts{};
+  return !file.empty() && ::stat(file.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) &&
+         ::access(file.c_str(), X_OK) == 0;
 }
 
 std::shared_ptr<const DesktopEntries> DesktopEntries::read(const Places& places, const Report& report) {

@@ -19,6 +19,12 @@ namespace quillmere::applications {
 /// What the session says its desktop is, the most particular name first.
 [[nodiscard]] std::vector<std::string> currentDesktops();
 
+/// Whether an entry with these lists is meant for a desktop of these names. Pure.
+[[nodiscard]] bool isMeantFor(const std::vector<std::string>& onlyShowIn, const std::vector<std::string>& notShowIn,
+                              const std::vector<std::string>& desktops);
+/// Whether there is a program to run: a path, or a name to be looked for. [any but main]
+[[nodiscard]] bool isProgram(const std::string& program, const std::string& searchPath);
+
 class DesktopEntries {
  public:
   using Report = std::function<void(const std::string& problem)>;

@@ -43,7 +43,7 @@ class FormsBench : public QObject {
     }
     box_->start();
     services_ = std::make_unique<DesktopServices>(std::move(desktop_->desktop), box_->runtime);
-    settings_ = std::make_shared<ViewSettings>(*box_->machine.defaults);
+    settings_ = std::make_shared<ViewSettings>(*box_->state);
     onboardingsFinished_ = 0;
     advance(0);
   }
@@ -53,7 +53,7 @@ class FormsBench : public QObject {
     page_.reset();
     ViewIntents intents;
     intents.onboardingFinished = [this] { ++onboardingsFinished_; };
-    const ViewServices services{box_->state, box_->runtime, settings_, *services_, intents, "1.9.9", nullptr};
+    const ViewServices services{box_->state, box_->runtime, settings_, *services_, intents, "1.9.9"};
     if (page == QLatin1StringView("AutoDuck")) page_ = std::make_unique<AutoDuckCanvasPresenter>(services);
     if (page == QLatin1StringView("Focus")) page_ = std::make_unique<FocusCanvasPresenter>(services);
     if (page == QLatin1StringView("Profiles")) page_ = std::make_unique<ProfilesCanvasPresenter>(services);
