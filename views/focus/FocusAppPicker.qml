@@ -11,6 +11,9 @@ Column {
     required property FocusCanvasPresenter presenter
 
     readonly property real cellGap: Tokens.spacing.m
+    readonly property real fadeWidth: 32
+    // What the card behind looks like over the canvas.
+    readonly property color ground: Qt.tint(Tokens.canvasBG, Tokens.cardBG)
 
     spacing: Tokens.spacing.m
 
@@ -33,55 +36,98 @@ Column {
         }
     }
 
-    Flickable {
-        id: strip
-
-        readonly property real last: Math.max(0, contentWidth - width)
-
-        function reveal(cell: Item): void {
-            const at = cell.mapToItem(row, 0, 0).x;
-            contentX = Math.max(Math.min(contentX, at), at + cell.width - width);
-        }
-
-        objectName: "strip"
+    Item {
         width: parent.width
-        height: row.height
-        contentWidth: row.width
-        boundsBehavior: Flickable.StopAtBounds
-        interactive: contentWidth > width
-        clip: interactive
+        height: strip.height
 
-        Row {
-            id: row
+        Flickable {
+            id: strip
 
-            spacing: root.cellGap
+            readonly property real last: Math.max(0, contentWidth - width)
 
-            Accessible.role: Accessible.List
-            Accessible.name: qsTr("Keep this app playing during focus")
+            function reveal(cell: Item): void {
+                const at = cell.mapToItem(row, 0, 0).x;
+                contentX = Math.max(Math.min(contentX, at), at + cell.width - width);
+            }
 
-            Repeater {
-                model: root.presenter.cells
+            objectName: "strip"
+            width: parent.width
+            height: row.height
+            contentWidth: row.width
+            boundsBehavior: Flickable.StopAtBounds
+            interactive: contentWidth > width
+            clip: interactive
 
-                FocusAppCell {
-                    onTapped: root.presenter.cells.tap(index)
-                    onRemoveAsked: root.presenter.cells.remove(index)
+            Row {
+                id: row
+
+                spacing: root.cellGap
+
+                Accessible.role: Accessible.List
+                Accessible.name: qsTr("Keep this app playing during focus")
+
+                Repeater {
+                    model: root.presenter.cells
+
+                    FocusAppCell {
+                        onTapped: root.presenter.cells.tap(index)
+                        onRemoveAsked: root.presenter.cells.remove(index)
+                        onActiveFocusChanged: if (activeFocus) strip.reveal(this)
+                    }
+                }
+
+                AddFocusAppCell {
+                    onClicked: root.presenter.addApp()
                     onActiveFocusChanged: if (activeFocus) strip.reveal(this)
                 }
             }
 
-            AddFocusAppCell {
-                onClicked: root.presenter.addApp()
-                onActiveFocusChanged: if (activeFocus) strip.reveal(this)
+            // A wheel that only goes up and down moves the row where it is longer than its place.
+            WheelHandler {
+                enabled: strip.interactive
+                orientation: Qt.Vertical
+                acceptedDevices: PointerDevice.Mouse
+                onWheel: (event) => {
+                    strip.contentX = Math.max(0, Math.min(strip.last, strip.contentX - event.angleDelta.y / 2));
+                }
             }
         }
 
-        // A wheel that only goes up and down moves the row where it is longer than its place.
-        WheelHandler {
-            enabled: strip.interactive
-            orientation: Qt.Vertical
-            acceptedDevices: PointerDevice.Mouse
-            onWheel: (event) => {
-                strip.contentX = Math.max(0, Math.min(strip.last, strip.contentX - event.angleDelta.y / 2));
+        // More cells lie beyond the edges.
+        Rectangle {
+            objectName: "moreBefore"
+            width: root.fadeWidth
+            height: strip.height
+            visible: strip.contentX > 0.5
+            gradient: Gradient {
+                orientation: Gradient.Horizontal
+                GradientStop {
+                    position: 0
+                    color: root.ground
+                }
+                GradientStop {
+                    position: 1
+                    color: Tokens.alpha(root.ground, 0)
+                }
+            }
+        }
+
+        Rectangle {
+            objectName: "moreBehind"
+            anchors.right: parent.right
+            width: root.fadeWidth
+            height: strip.height
+            visible: strip.contentX < strip.last - 0.5
+            gradient: Gradient {
+                orientation: Gradient.Horizontal
+                GradientStop {
+                    position: 0
+                    color: Tokens.alpha(root.ground, 0)
+                }
+                GradientStop {
+                    position: 1
+                    color: root.ground
+                }
             }
         }
     }

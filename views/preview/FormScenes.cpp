@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <algorithm>
 
 #include "views/ViewFactory.h"
 #include "views/preview/PreviewGestures.h"
@@ -114,11 +115,20 @@ void fillPermissions(PreviewMachine& box, bool trusted, FocusAuthorization focus
   box.desktop.permissions.setFocus(focus);
 }
 
+/// Lets the window lay out what has come.
+void breathe(QQuickWindow& window) {
+  constexpr int frames = 15;
+  for (int frame = 0; frame < frames; ++frame) {
+    window.update();
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+  }
+}
+
 /// Shows a section, and then does what else is to be done.
 Act at(const std::string& section, Act act = {}) {
   return [section, act = std::move(act)](QQuickWindow& window) {
     ViewFactory::showSection(window, section);
-    for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+    breathe(window);
     if (act) act(window);
   };
 }
@@ -129,13 +139,13 @@ QQuickItem* named(QQuickWindow& window, const QString& name) {
 
 void scrollDown(QQuickWindow& window) {
   if (auto* page = named(window, "page")) {
-    page->setProperty("contentY", page->property("contentHeight").toDouble() - page->height());
+    page->setProperty("contentY", std::max(0.0, page->property("contentHeight").toDouble() - page->height()));
   }
 }
 
 /// Types into whatever has the focus.
 void type(QQuickWindow& window, const QString& text) {
-  for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+  breathe(window);
   for (const auto letter : text) {
     QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
     QCoreApplication::sendEvent(&window, &press);
@@ -145,7 +155,7 @@ void type(QQuickWindow& window, const QString& text) {
 Act pick(const QString& query) {
   return at("Auto-Duck", [query](QQuickWindow& window) {
     if (auto* page = named(window, "page")) page->setProperty("contentY", 400);
-    for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+    breathe(window);
     clickButton(window, "Add trigger app");
     type(window, query);
   });
@@ -153,7 +163,12 @@ Act pick(const QString& query) {
 
 void editProfile(QQuickWindow& window) {
   clickButton(window, "Evening");
-  if (auto* field = named(window, "name")) click(window, centreOf(*field));
+  breathe(window);
+  if (auto* field = find(*window.contentItem(), [](QQuickItem& item) {
+        return item.isVisible() && item.property("placeholderText").toString() == QLatin1StringView("Profile name");
+      })) {
+    click(window, centreOf(*field));
+  }
   type(window, " at home");
 }
 
@@ -203,7 +218,7 @@ std::vector<PreviewScene> formScenes() {
        at("Focus",
           [](QQuickWindow& window) {
             scrollDown(window);
-            for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+            breathe(window);
             if (auto* cell = button(window, "Rhythmbox")) move(window, centreOf(*cell));
           })},
       {"profiles", Window::main, fillProfiles, at("Profiles")},
@@ -221,7 +236,7 @@ std::vector<PreviewScene> formScenes() {
        at("Profiles",
           [](QQuickWindow& window) {
             clickButton(window, "Evening");
-            for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+            breathe(window);
             clickButton(window, "Output for VLC");
           })},
       {"settings", Window::main, fill, at("Settings")},

@@ -136,6 +136,8 @@ Item {
     Panel {
         id: card
 
+        // What it looks like over the canvas.
+        readonly property color ground: Qt.tint(Tokens.canvasBG, Tokens.cardBG)
         readonly property real room: footer.y - y - Tokens.spacing.l
 
         anchors.top: top.bottom
@@ -170,6 +172,11 @@ Item {
                 editor: root.editor
                 onActiveFocusChanged: if (activeFocus) ListView.view.positionViewAtIndex(index, ListView.Contain)
             }
+        }
+
+        ScrollFade {
+            list: list
+            ground: card.ground
         }
 
         ScrollThumb {

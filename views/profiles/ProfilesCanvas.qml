@@ -37,6 +37,14 @@ Item {
         }
     }
 
+    ScrollFade {
+        list: list
+        topGround: Tokens.lightened(Tokens.canvasBG, Tokens.brandSage, backdropLight)
+
+        // The window's backdrop is lightest there.
+        readonly property real backdropLight: 0.07
+    }
+
     ScrollThumb {
         list: list
     }

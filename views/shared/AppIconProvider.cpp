@@ -90,7 +90,9 @@ class IconResponse final : public QQuickImageResponse {
       image.fill(Qt::transparent);
     }
     image_ = std::move(image);
-    Q_EMIT finished();
+    // Later, in the thread that asked: it listens only once it has been given this response, and the pool may be
+    // quicker.
+    QMetaObject::invokeMethod(this, &IconResponse::finished, Qt::QueuedConnection);
   }
 
  private:

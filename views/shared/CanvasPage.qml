@@ -76,6 +76,14 @@ Item {
         }
     }
 
+    ScrollFade {
+        list: flick
+        // The window's backdrop is lightest there.
+        topGround: Tokens.lightened(Tokens.canvasBG, Tokens.brandSage, backdropLight)
+
+        readonly property real backdropLight: 0.07
+    }
+
     ScrollThumb {
         list: flick
     }
