@@ -24,6 +24,7 @@
 #include "remote/MessageType.h"
 #include "remote/RemoteState.h"
 #include "remote/RemoteStatusItem.h"
+#include "remote/SeamVersion.h"
 #include "remote/WindowMessages.h"
 #include "runtime/ThreadPoolExecutor.h"
 #include "state/ViewSettings.h"
@@ -95,11 +96,16 @@ class Windows final : public QObject {
   }
 
   void take(const json& message) {
+    if (!isGreeted_) {
+      greet(message);
+      return;
+    }
     if (state_->take(message) || (trayHost_ && trayHost_->take(message))) return;
     const auto number = message.find("number");
     // Words for an icon that is not there, for one, are none that anybody waits for.
     if (number == message.end() || !number->is_number_unsigned()) return;
     seen_ = number->get<std::uint64_t>();
+    send_({{"type", wire::begun}, {"seen", seen_}});
     const auto type = messageType(message);
     try {
       perform(type, message);
@@ -111,6 +117,17 @@ class Windows final : public QObject {
   }
 
  private:
+  /// The first word is what the other half is; one that is not of this half's version is not understood.
+  void greet(const json& message) {
+    const auto version = messageType(message) == wire::hello ? message.value("version", std::string()) : std::string();
+    isGreeted_ = version == seamVersion();
+    send_({{"type", wire::hello}, {"version", seamVersion()}});
+    if (isGreeted_) return;
+    Logger(runtime_.log, "Windows")
+        .error("these windows are of version " + seamVersion() + ", the program behind them of " + version);
+    QCoreApplication::exit(EXIT_FAILURE);
+  }
+
   void perform(const std::string& type, const json& message) {
     if (type == wire::openWindow) {
       setActivationToken(message);
@@ -187,6 +204,8 @@ class Windows final : public QObject {
   std::unique_ptr<OldTrayItem> tray_;
   std::optional<StatusItemHost> trayHost_;
   std::uint64_t seen_ = 0;
+  /// Whether the program behind the windows is the other half of this one.
+  bool isGreeted_ = false;
 };
 
 /// The way out, for whoever still has something to say when it is closed.

@@ -66,6 +66,13 @@ class Program:
         self.stop()
 
 
+def shown_windows():
+    """The program's windows that show, by their title."""
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^quillmere$"], check=False,
+                           stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+    return found.stdout.split()
+
+
 def picture(path):
     """The whole screen as a PNG file."""
     Path(path).parent.mkdir(parents=True, exist_ok=True)
