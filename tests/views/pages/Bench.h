@@ -172,6 +172,7 @@ class Bench : public QObject {
 
   std::unique_ptr<RecordingDefaults> disk_;
   std::unique_ptr<VirtualMachine> box_;
+  std::unique_ptr<DesktopServices> desktop_;
   std::shared_ptr<ViewSettings> settings_;
   std::unique_ptr<MixerPanelPresenter> panel_;
   std::unique_ptr<MainWindowPresenter> window_;

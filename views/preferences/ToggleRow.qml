@@ -11,24 +11,26 @@ Item {
 
     signal toggled(bool on)
 
-    implicitHeight: words.implicitHeight
+    implicitHeight: Math.max(words.implicitHeight, toggle.implicitHeight)
 
     Column {
         id: words
 
         anchors.left: parent.left
         anchors.right: toggle.left
-        anchors.rightMargin: Tokens.spacing.m
+        anchors.rightMargin: Tokens.spacing.l
+        anchors.verticalCenter: parent.verticalCenter
         spacing: 2
 
         Paragraph {
             width: parent.width
             text: root.title
-            font: Tokens.face(12, Font.Medium)
+            font: Tokens.bodyEmphasis
             Accessible.ignored: true
         }
 
         Paragraph {
+            objectName: "help"
             width: parent.width
             visible: text.length > 0
             text: root.help
@@ -41,12 +43,15 @@ Item {
         id: toggle
 
         anchors.right: parent.right
-        anchors.verticalCenter: words.verticalCenter
+        anchors.verticalCenter: parent.verticalCenter
         label: root.title
         checked: root.on
         onToggled: {
-            root.toggled(checked);
+            const wanted = checked;
+            // It shows what is so, not what was asked for.
             checked = Qt.binding(() => root.on);
+            root.toggled(wanted);
         }
+        Accessible.description: root.help
     }
 }
