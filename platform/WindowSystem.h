@@ -25,8 +25,6 @@ class WindowSystem {
 
   virtual ~WindowSystem() = default;
   [[nodiscard]] virtual std::vector<WindowInfo> windows() const = 0;
-  /// Whether a window of this identifier can be opened.
-  [[nodiscard]] virtual bool canOpen(const std::string& identifier) const = 0;
   /// Opens the window, or shows it where it is already; unknown identifiers are ignored.
   virtual void open(const std::string& identifier) = 0;
   /// Closes the window; one that does not exist is ignored.

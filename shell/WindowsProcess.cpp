@@ -21,6 +21,8 @@ namespace {
 /// A process that draws the icon in an old tray is started again when it has ended: soon, then less and less soon.
 constexpr Duration firstPause = std::chrono::seconds(1);
 constexpr Duration longestPause = std::chrono::minutes(1);
+/// Whoever clicks on an icon that hangs asks nobody: a process that draws one is asked now and then.
+constexpr Duration tendPeriod = std::chrono::seconds(30);
 
 json message(const char* type) { return {{"type", type}}; }
 
@@ -42,7 +44,9 @@ WindowsProcess::WindowsProcess(WindowsLauncher& launcher, MixerState& state, con
       oldTray_(runtime.log, [this](const json& sent) { send(sent); }) {}
 
 WindowsProcess::~WindowsProcess() {
-  if (oldTrayTimer_ != 0) runtime_.main.cancelTimer(oldTrayTimer_);
+  for (const auto timer : {oldTrayTimer_, tendTimer_}) {
+    if (timer != 0) runtime_.main.cancelTimer(timer);
+  }
   host_.reset();
   guard_.reset();
 }
@@ -85,6 +89,7 @@ bool WindowsProcess::start() {
   if (isOldTrayWanted_) {
     tell({{"type", wire::keepOldTray}, {"isWanted", true}});
     oldTray_.connected();
+    tendOldTray();
   }
   return true;
 }
@@ -152,6 +157,16 @@ void WindowsProcess::restartForOldTray() {
   oldTrayPause_ = std::min(2 * oldTrayPause_, longestPause);
 }
 
+void WindowsProcess::tendOldTray() {
+  if (tendTimer_ != 0) return;
+  tendTimer_ = runtime_.main.postAfter(tendPeriod, [this] {
+    tendTimer_ = 0;
+    if (!isOldTrayWanted_ || !channel_) return;
+    ask(message(wire::answer));
+    tendOldTray();
+  });
+}
+
 void WindowsProcess::ask(json asked) {
   QUILLMERE_CHECK_ON(runtime_.main, "the windows are asked off the main thread");
   if (!start()) return;
@@ -184,7 +199,7 @@ void WindowsProcess::togglePopover(const StatusItemActivation& activation) {
 void WindowsProcess::closePopover() { tell(message(wire::closePopover)); }
 
 void WindowsProcess::open(const std::string& identifier, const ActivationRequest& request) {
-  if (!canOpen(identifier)) return;
+  if (identifier != mainWindow && identifier != onboardingWindow) return;
   auto asked = message(wire::openWindow, identifier);
   asked["token"] = request.activationToken;
   if (request.section) asked["section"] = *request.section;
@@ -200,6 +215,7 @@ void WindowsProcess::setOldTrayWanted(bool isWanted) {
   } else if (channel_) {
     tell({{"type", wire::keepOldTray}, {"isWanted", true}});
     oldTray_.connected();
+    tendOldTray();
   } else if (!start()) {
     restartForOldTray();
   }

@@ -42,6 +42,7 @@ struct WindowsIntents {
 class WindowsProcess final : public WindowSystem {
  public:
   static constexpr const char* mainWindow = "main";
+  static constexpr const char* onboardingWindow = "onboarding";
   /// Bytes that a process which does not read may let wait before it is told only how things have come to be.
   static constexpr std::size_t mostWaiting = 65536;
 
@@ -63,7 +64,6 @@ class WindowsProcess final : public WindowSystem {
   [[nodiscard]] bool isRunning() const { return channel_ != nullptr; }
 
   [[nodiscard]] std::vector<WindowInfo> windows() const override;
-  [[nodiscard]] bool canOpen(const std::string& identifier) const override { return identifier == mainWindow; }
   void open(const std::string& identifier) override { open(identifier, {}); }
   void close(const std::string& identifier) override;
   void orderFront(const std::string& identifier) override;
@@ -86,6 +86,7 @@ class WindowsProcess final : public WindowSystem {
   void hangs();
   void askAgain(const std::map<std::uint64_t, nlohmann::json>& owed);
   void restartForOldTray();
+  void tendOldTray();
   /// Starts the process if need be.
   void ask(nlohmann::json asked);
   /// Nothing happens where there is no process, hence no window.
@@ -114,6 +115,7 @@ class WindowsProcess final : public WindowSystem {
   bool isOldTrayWanted_ = false;
   Duration oldTrayPause_;
   TimerID oldTrayTimer_ = 0;
+  TimerID tendTimer_ = 0;
   RemoteStatusItem oldTray_;
   /// One for each process: what arrives late, of a process that is gone, finds its guard gone too.
   std::shared_ptr<Guard> guard_;

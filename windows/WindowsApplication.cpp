@@ -45,6 +45,7 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* mainWindow = "main";
+constexpr const char* onboardingWindow = "onboarding";
 
 /// Where the icon is, as far as a click tells: the pointer, or what the panel says of it, if that is over a panel. A
 /// pointer anywhere else says nothing.
@@ -82,6 +83,10 @@ class Windows final : public QObject {
     scenes_.add(mainWindow, [this]() -> std::unique_ptr<QWindow> {
       QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
       return factory().makeMainWindow();
+    });
+    scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
+      QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
+      return factory().makeOnboarding();
     });
     connect(&scenes_, &SceneSet::shown, this,
             [this](const std::string& window) { send_({{"type", wire::windowShown}, {"window", window}}); });
@@ -194,6 +199,7 @@ class Windows final : public QObject {
       ViewIntents intents;
       intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
       intents.quit = [this] { send_({{"type", wire::quit}}); };
+      intents.onboardingFinished = [this] { send_({{"type", wire::finishOnboarding}}); };
       auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
       desktop_.emplace(host_.makeDesktop(runtime_, std::move(dialogue)), runtime_,
                        [state = state_] { return soundingIn(*state); });

@@ -16,7 +16,6 @@ class MemoryWindowSystem final : public WindowSystem {
   explicit MemoryWindowSystem(std::set<std::string> openable) : openable_(std::move(openable)) {}
 
   [[nodiscard]] std::vector<WindowInfo> windows() const override;
-  [[nodiscard]] bool canOpen(const std::string& identifier) const override { return openable_.contains(identifier); }
   void open(const std::string& identifier) override;
   void close(const std::string& identifier) override;
   void orderFront(const std::string& identifier) override;

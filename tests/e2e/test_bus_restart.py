@@ -5,8 +5,8 @@ import subprocess
 import unittest
 
 from quillmere_e2e import graph
-from quillmere_e2e.case import forget_settings
 from quillmere_e2e.program import Program, shown_windows
+from quillmere_e2e.settings import forget_settings
 from quillmere_e2e.waiting import wait_for
 
 

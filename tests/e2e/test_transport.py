@@ -4,9 +4,9 @@
 import unittest
 
 from quillmere_e2e import accessibility as a11y
-from quillmere_e2e.case import forget_settings
 from quillmere_e2e.mpris import BusPlayer
 from quillmere_e2e.program import Program
+from quillmere_e2e.settings import forget_settings
 from quillmere_e2e.waiting import wait_for
 
 

@@ -8,11 +8,12 @@ import unittest
 
 from quillmere_e2e import accessibility as a11y
 from quillmere_e2e import graph
-from quillmere_e2e.case import AMPLITUDE, DESK, PHONES, forget_settings
+from quillmere_e2e.case import AMPLITUDE, DESK, PHONES
 from quillmere_e2e.players import Player
 from quillmere_e2e.processes import is_alive
 from quillmere_e2e.program import Program, shown_windows
 from quillmere_e2e.recording import Monitor
+from quillmere_e2e.settings import forget_settings
 from quillmere_e2e.tones import to_db
 from quillmere_e2e.waiting import wait_for
 

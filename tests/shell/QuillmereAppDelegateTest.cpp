@@ -122,14 +122,6 @@ TEST_F(Shell, TheMainWindowTakesThePlaceOfAnOnboardingThatIsOver) {
   EXPECT_EQ(windows.activationPolicy(), ActivationPolicy::regular);
 }
 
-TEST_F(Shell, WithoutAnOnboardingAFirstRunKeepsItsMainWindow) {
-  MemoryWindowSystem bare({"main"});
-  QuillmereAppDelegate delegate(time.runtime(log), bare, {});
-  delegate.handleMainWindowAppear(false);
-  time.advance(std::chrono::seconds(1));
-  EXPECT_EQ(bare.calls, (Calls{"activate", "front main"}));
-}
-
 using ShellDeathTest = Shell;
 
 TEST_F(ShellDeathTest, EveryCallOffTheMainThreadStopsTheProcess) {

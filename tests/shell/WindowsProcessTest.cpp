@@ -335,6 +335,14 @@ TEST_F(WindowsOfTheProgram, ASectionIsCarriedToTheWindow) {
   EXPECT_FALSE(wishes[1].contains("section"));
 }
 
+TEST_F(WindowsOfTheProgram, TheOnboardingIsAWindowLikeTheMainOneButNothingBeginsWithIt) {
+  windows.open("onboarding");
+  EXPECT_EQ(sent("openWindow")[0].at("window"), "onboarding");
+  say({{"type", "windowShown"}, {"window", "onboarding"}});
+  EXPECT_TRUE(events.empty());
+  EXPECT_EQ(windows.windows(), (std::vector<WindowInfo>{{"onboarding", true}}));
+}
+
 TEST_F(WindowsOfTheProgram, AnotherVersionsWindowsAreNotListenedTo) {
   launcher.greeting["version"] = "0.0.1 (0)";
   windows.open("main");
@@ -496,6 +504,26 @@ TEST_F(WindowsThatHang, AnOldTrayIsLookedForAgain) {
   box->advanceSeconds(5.0);
   ASSERT_EQ(launcher.lines.size(), 2U);
   EXPECT_EQ(sent("keepOldTray").size(), 1U);
+}
+
+TEST_F(WindowsThatHang, AnIconThatNobodyCanAskAnythingWithIsReplacedToo) {
+  windows.setOldTrayWanted(true);
+  say({{"type", "taken"}, {"seen", 1}});
+  box->advanceSeconds(29.0);
+  EXPECT_EQ(launcher.lines.size(), 1U);
+  box->advanceSeconds(7.0);
+  ASSERT_EQ(launcher.lines.size(), 2U);
+  EXPECT_EQ(sent("keepOldTray").size(), 1U);
+}
+
+TEST_F(WindowsThatHang, AnIconThatAnswersStays) {
+  windows.setOldTrayWanted(true);
+  for (int round = 0; round < 20; ++round) {
+    box->advanceSeconds(15.0);
+    say({{"type", "taken"}, {"seen", 1000}});
+  }
+  EXPECT_EQ(launcher.lines.size(), 1U);
+  EXPECT_GE(sent("answer").size(), 9U);
 }
 
 TEST_F(WindowsThatHang, AnAnswerThatWaitsForThisThreadIsInTime) {

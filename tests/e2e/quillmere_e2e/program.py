@@ -5,7 +5,7 @@ import signal
 import subprocess
 from pathlib import Path
 
-from . import accessibility, tray
+from . import accessibility, settings, tray
 from .processes import family
 from .waiting import wait_for
 
@@ -13,14 +13,19 @@ ACCESSIBLE_NAME = "quillmere"
 
 
 class Program:
-    def __init__(self, path=None, arguments=(), environment=None):
+    """Started by somebody who knows it, unless it `is_first_run`."""
+
+    def __init__(self, path=None, arguments=(), environment=None, is_first_run=False):
         self.path = str(path or Path(os.environ["QUILLMERE_BUILD"]) / "app/quillmere")
         self.arguments = list(arguments)
         self.environment = environment or {}
+        self.is_first_run = is_first_run
         self.process = None
         self.log = Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / "quillmere.log"
 
     def start(self):
+        if not self.is_first_run:
+            settings.greet()
         with open(self.log, "ab") as log:
             self.process = subprocess.Popen([self.path, *self.arguments], stdin=subprocess.DEVNULL, stdout=log,
                                             stderr=log, env=os.environ | self.environment)
@@ -66,9 +71,9 @@ class Program:
         self.stop()
 
 
-def shown_windows():
+def shown_windows(title="quillmere"):
     """The program's windows that show, by their title."""
-    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^quillmere$"], check=False,
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"], check=False,
                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
     return found.stdout.split()
 
