@@ -34,8 +34,8 @@ std::unique_ptr<QQuickWindow> open(const PreviewScene& scene, PreviewMachine& bo
   scene.fill(box);
   ViewIntents intents;
   intents.quit = [] { QCoreApplication::quit(); };
-  ViewFactory factory({box.state, box.runtime, std::make_shared<ViewSettings>(*box.state), box.services,
-                       std::move(intents), "1.9.9"});
+  ViewFactory factory(
+      {box.state, box.runtime, std::make_shared<ViewSettings>(*box.state), box.services, std::move(intents), "1.9.9"});
   auto window = scene.window == PreviewScene::Window::popover ? factory.makePopover() : factory.makeMainWindow();
   if (scene.window == PreviewScene::Window::popover) window->setFlags(Qt::Tool | Qt::FramelessWindowHint);
   window->show();
