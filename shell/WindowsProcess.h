@@ -42,6 +42,7 @@ struct WindowsIntents {
 class WindowsProcess final : public WindowSystem {
  public:
   static constexpr const char* mainWindow = "main";
+  static constexpr const char* onboardingWindow = "onboarding";
   /// Bytes that a process which does not read may let wait before it is told only how things have come to be.
   static constexpr std::size_t mostWaiting = 65536;
 
@@ -63,7 +64,9 @@ class WindowsProcess final : public WindowSystem {
   [[nodiscard]] bool isRunning() const { return channel_ != nullptr; }
 
   [[nodiscard]] std::vector<WindowInfo> windows() const override;
-  [[nodiscard]] bool canOpen(const std::string& identifier) const override { return identifier == mainWindow; }
+  [[nodiscard]] bool canOpen(const std::string& identifier) const override {
+    return identifier == mainWindow || identifier == onboardingWindow;
+  }
   void open(const std::string& identifier) override { open(identifier, {}); }
   void close(const std::string& identifier) override;
   void orderFront(const std::string& identifier) override;

@@ -45,6 +45,7 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* mainWindow = "main";
+constexpr const char* onboardingWindow = "onboarding";
 
 /// Where the icon is, as far as a click tells: the pointer, or what the panel says of it, if that is over a panel. A
 /// pointer anywhere else says nothing.
@@ -61,6 +62,13 @@ std::optional<QRect> anchorOf(const std::optional<QPoint>& click) {
 void setActivationToken(const json& message) {
   const auto token = message.value("token", std::string());
   if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+}
+
+/// Puts a window that is not shown yet into the middle of its screen, where the desktop lets a program choose.
+void centre(QWindow& window) {
+  QRect place(QPoint(), window.size());
+  place.moveCenter(window.screen()->availableGeometry().center());
+  window.setPosition(place.topLeft());
 }
 
 /// What the mixer lists runs, even where the desktop knows nothing of it.
@@ -82,6 +90,12 @@ class Windows final : public QObject {
     scenes_.add(mainWindow, [this]() -> std::unique_ptr<QWindow> {
       QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
       return factory().makeMainWindow();
+    });
+    scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
+      QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
+      auto window = factory().makeOnboarding();
+      centre(*window);
+      return window;
     });
     connect(&scenes_, &SceneSet::shown, this,
             [this](const std::string& window) { send_({{"type", wire::windowShown}, {"window", window}}); });
@@ -183,6 +197,7 @@ class Windows final : public QObject {
       ViewIntents intents;
       intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
       intents.quit = [this] { send_({{"type", wire::quit}}); };
+      intents.onboardingFinished = [this] { send_({{"type", wire::finishOnboarding}}); };
       auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
       desktop_.emplace(host_.makeDesktop(runtime_, std::move(dialogue)), runtime_,
                        [state = state_] { return soundingIn(*state); });

@@ -261,6 +261,12 @@ TEST_F(WindowsOfTheProgram, WishesOfTheWindowsReachTheProgram) {
   EXPECT_EQ(events, (std::vector<std::string>{"open none", "open Settings", "finished", "terminate"}));
 }
 
+TEST_F(WindowsOfTheProgram, BothOfItsWindowsCanBeOpenedAndNoOther) {
+  EXPECT_TRUE(windows.canOpen("main"));
+  EXPECT_TRUE(windows.canOpen("onboarding"));
+  EXPECT_FALSE(windows.canOpen("cellar"));
+}
+
 TEST_F(WindowsOfTheProgram, NonsenseIsLoggedAndIgnored) {
   windows.open("main");
   box->log.clear();
