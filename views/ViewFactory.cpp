@@ -2,6 +2,7 @@
 #include "views/ViewFactory.h"
 
 #include <QtQml/qqmlextensionplugin.h>
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QLoggingCategory>
 #include <QQmlEngine>
@@ -14,6 +15,7 @@
 #include "integrations/DesktopServices.h"
 #include "views/design/Tokens.h"
 #include "views/mainwindow/MainWindowPresenter.h"
+#include "views/onboarding/OnboardingPresenter.h"
 #include "views/popover/MixerPanelPresenter.h"
 #include "views/shared/AppIconProvider.h"
 
@@ -26,6 +28,9 @@ namespace {
 
 constexpr QSize mainWindowSize(1120, 720);
 constexpr QSize mainWindowMinimum(1040, 660);
+constexpr QSize onboardingSize(640, 600);
+/// Below its own size the first run scrolls.
+constexpr QSize onboardingMinimum(400, 240);
 
 /// What frames cost, for who asks: QT_LOGGING_RULES="app.quillmere.frames.debug=true".
 Q_LOGGING_CATEGORY(frames, "app.quillmere.frames", QtInfoMsg)
@@ -89,6 +94,17 @@ std::unique_ptr<QQuickWindow> ViewFactory::makeMainWindow() {
   view->setTitle(QStringLiteral("quillmere"));
   view->setMinimumSize(mainWindowMinimum);
   view->resize(mainWindowSize);
+  return view;
+}
+
+std::unique_ptr<QQuickWindow> ViewFactory::makeOnboarding() {
+  auto view = makeWindow(services_.desktop.workspace(), QStringLiteral("OnboardingWindow.qml"),
+                         std::make_unique<OnboardingPresenter>(services_));
+  view->setResizeMode(QQuickView::SizeRootObjectToView);
+  view->setTitle(QCoreApplication::translate("OnboardingWindow", "Welcome to quillmere"));
+  view->setMinimumSize(onboardingMinimum);
+  view->setMaximumSize(onboardingSize);
+  view->resize(onboardingSize);
   return view;
 }
 

@@ -14,6 +14,8 @@ struct ViewIntents {
   /// Opens the main window and brings the program to the front.
   std::function<void()> openMainWindow;
   std::function<void()> quit;
+  /// The first run has come to its end: its window goes, and the main window comes.
+  std::function<void()> onboardingFinished;
   /// Brings a browser's tab to the front.
   std::function<void(const std::string& bundleID, const BrowserTab& tab)> activateTab;
 };

@@ -27,7 +27,7 @@ def is_selected(element):
 class MainWindow(unittest.TestCase):
     def setUp(self):
         self.addCleanup(forget_settings)
-        settings.store_bool("quillmere.onboardingCompleted", True)
+        settings.complete_first_run()
         self.desk = self.enterContext(Monitor(DESK))
         self.program = self.enterContext(Program(arguments=["--background"]))
         self.player = self.enterContext(Player("pw-play", "Violin", 500, AMPLITUDE))

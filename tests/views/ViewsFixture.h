@@ -41,6 +41,7 @@ class ViewsFixture : public StateFixture {
     ViewIntents made;
     made.openMainWindow = [this] { ++windowsOpened; };
     made.quit = [this] { ++quits; };
+    made.onboardingFinished = [this] { ++onboardingsFinished; };
     made.activateTab = [this](const std::string& bundleID, const BrowserTab& tab) {
       activated.emplace_back(bundleID, tab);
     };
@@ -82,6 +83,7 @@ class ViewsFixture : public StateFixture {
 
   MemoryDesktop desktop;
   std::shared_ptr<ViewSettings> settings;
+  int onboardingsFinished = 0;
   int windowsOpened = 0;
   int quits = 0;
   std::vector<std::pair<std::string, BrowserTab>> activated;

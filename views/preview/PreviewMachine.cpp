@@ -1,6 +1,8 @@
 // A machine in memory for pictures.
 #include "views/preview/PreviewMachine.h"
 
+#include <utility>
+
 #include "platform/memory/MemoryMediaKeys.h"
 #include "platform/memory/MemoryNowPlayingSource.h"
 #include "platform/memory/MemorySoundPlayer.h"
@@ -62,6 +64,11 @@ void PreviewMachine::launch(const std::string& bundleID, const std::string& name
   if (!icon.empty()) desktop.workspace.setIcon(bundleID, FileIcon{icon});
   const MemoryProcess process{bundleID, pid, sounds, false};
   running_[bundleID] = {audio.addProcess(process), process};
+}
+
+void PreviewMachine::install(const std::string& bundleID, const std::string& name, const std::string& icon) {
+  desktop.workspace.install(bundleID, name, "/usr/share/applications/" + bundleID + ".desktop");
+  if (!icon.empty()) desktop.workspace.setIcon(bundleID, FileIcon{icon});
 }
 
 void PreviewMachine::play(const std::string& title, const std::string& artist, const std::string& bundleID,

@@ -28,6 +28,8 @@ class PreviewMachine {
   void addDevice(const std::string& uid, const std::string& name);
   /// A running application. `icon` is the path of an image; empty for none.
   void launch(const std::string& bundleID, const std::string& name, bool sounds, const std::string& icon = {});
+  /// An application that is there and does not run.
+  void install(const std::string& bundleID, const std::string& name, const std::string& icon = {});
   /// A player tells of a track; an empty identifier for nobody.
   void play(const std::string& title, const std::string& artist, const std::string& bundleID, bool playing);
   void setListening(const std::string& bundleID, bool listens);
