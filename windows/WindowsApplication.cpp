@@ -20,6 +20,7 @@
 #include <thread>
 #include <utility>
 
+#include "core/Product.h"
 #include "integrations/DesktopServices.h"
 #include "remote/MessageType.h"
 #include "remote/RemoteState.h"
@@ -64,6 +65,13 @@ void setActivationToken(const json& message) {
   if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
 }
 
+/// Puts a window that is not shown yet into the middle of its screen, where the desktop lets a program choose.
+void centre(QWindow& window) {
+  QRect place(QPoint(), window.size());
+  place.moveCenter(window.screen()->availableGeometry().center());
+  window.setPosition(place.topLeft());
+}
+
 /// What the mixer lists runs, even where the desktop knows nothing of it.
 std::vector<RunningApplication> soundingIn(const MixerState& state) {
   std::vector<RunningApplication> running;
@@ -86,7 +94,9 @@ class Windows final : public QObject {
     });
     scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
       QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
-      return factory().makeOnboarding();
+      auto window = factory().makeOnboarding();
+      centre(*window);
+      return window;
     });
     connect(&scenes_, &SceneSet::shown, this,
             [this](const std::string& window) { send_({{"type", wire::windowShown}, {"window", window}}); });

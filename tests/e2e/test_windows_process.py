@@ -161,27 +161,10 @@ class Sections(Running):
 
 
 class FirstRun(unittest.TestCase):
-    def test_the_onboarding_takes_the_main_windows_place_and_gives_it_back(self):
-        self.addCleanup(forget_settings)
-        forget_settings()
-        program = self.enterContext(Program(is_first_run=True))
-        wait_for(lambda: shown_windows("Welcome to quillmere"), "the onboarding shows", STARTED)
-        wait_for(lambda: not shown_windows(), "the main window has gone", 5)
-        name = program.accessible_name()
-        a11y.press(a11y.find(name, a11y.BUTTON, "Continue", 10))
-        a11y.find(name, a11y.LABEL, "A couple of optional permissions", 10)
-        a11y.press(a11y.find(name, a11y.BUTTON, "Continue", 10))
-        wait_for(shown_windows, "the main window shows", STARTED)
-        wait_for(lambda: not shown_windows("Welcome to quillmere"), "the onboarding has gone", 5)
-        self.assertEqual(program.stop(), 0)
-        with program:
-            wait_for(shown_windows, "the main window shows at once", STARTED)
-            self.assertEqual(shown_windows("Welcome to quillmere"), [])
-
     def test_who_leaves_it_is_greeted_again(self):
         self.addCleanup(forget_settings)
         forget_settings()
-        program = self.enterContext(Program(is_first_run=True))
+        program = self.enterContext(Program(first_run=True))
         onboarding = wait_for(lambda: shown_windows("Welcome to quillmere"), "the onboarding shows", STARTED)[0]
         subprocess.run(["xdotool", "windowactivate", "--sync", onboarding, "key", "alt+F4"], check=True)
         wait_for(lambda: not shown_windows("Welcome to quillmere"), "the onboarding has gone", 5)

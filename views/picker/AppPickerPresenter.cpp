@@ -73,7 +73,8 @@ void AppPickerPresenter::browse() {
   dialogue_.cancel();
   dialogue_ = startTask(runtime_.main, [this](TaskContext& task) -> Async<void> {
     if (task.isCancelled()) co_return;
-    const auto app = co_await directory_.browse(tr("Add an app").toStdString());
+    ApplicationQuestion question{tr("Add an app").toStdString(), tr("Applications").toStdString()};
+    const auto app = co_await directory_.browse(std::move(question));
     if (task.isCancelled() || !app) co_return;
     finish(*app);
   });

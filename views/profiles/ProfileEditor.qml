@@ -217,44 +217,70 @@ Item {
     Item {
         id: footer
 
+        readonly property real room: width - 2 * root.edge
+        readonly property real gap: Tokens.spacing.s
+        // On one line with the button at the left, where there is room.
+        readonly property bool folds: bin.width + Tokens.spacing.l + actions.naturalWidth > room
+
         anchors.bottom: parent.bottom
         width: parent.width
-        height: saver.height + 2 * Tokens.spacing.l
+        height: actions.y + actions.height + Tokens.spacing.l
 
         Hairline {
             width: parent.width
         }
 
         GhostButton {
+            id: bin
+
             objectName: "delete"
-            anchors.left: parent.left
-            anchors.leftMargin: root.edge
-            anchors.verticalCenter: parent.verticalCenter
+            x: root.edge
+            y: footer.folds ? Tokens.spacing.l : actions.y + (actions.height - height) / 2
             text: qsTr("Delete profile")
             symbol: "trash"
             onClicked: root.editor.remove()
         }
 
-        Row {
-            anchors.right: parent.right
-            anchors.rightMargin: root.edge
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: Tokens.spacing.s
+        Flow {
+            id: actions
 
-            GhostButton {
-                objectName: "discard"
-                anchors.verticalCenter: parent.verticalCenter
+            readonly property real naturalWidth: saver.width + footer.gap + applier.width
+                                                 + (root.editor.dirty ? discarder.width + footer.gap : 0)
+
+            x: footer.folds ? root.edge : footer.width - root.edge - width
+            y: Tokens.spacing.l + (footer.folds ? bin.height + footer.gap : 0)
+            width: Math.min(naturalWidth, footer.room)
+            spacing: footer.gap
+
+            // As high as the primary button, which the quieter ones are not.
+            Item {
                 visible: root.editor.dirty
-                text: qsTr("Discard")
-                onClicked: root.editor.discard()
+                width: discarder.width
+                height: saver.height
+
+                GhostButton {
+                    id: discarder
+
+                    objectName: "discard"
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: qsTr("Discard")
+                    onClicked: root.editor.discard()
+                }
             }
 
-            GhostButton {
-                objectName: "apply"
-                anchors.verticalCenter: parent.verticalCenter
-                text: qsTr("Apply now")
-                symbol: "play.fill"
-                onClicked: root.editor.apply()
+            Item {
+                width: applier.width
+                height: saver.height
+
+                GhostButton {
+                    id: applier
+
+                    objectName: "apply"
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: qsTr("Apply now")
+                    symbol: "play.fill"
+                    onClicked: root.editor.apply()
+                }
             }
 
             PrimaryButton {

@@ -22,7 +22,9 @@ FocusScope {
 
     readonly property real rowHeight: 44
     readonly property real iconSide: 28
-    readonly property real nameWidth: 150
+    // Where there is little room, the slider keeps some before name and figure do.
+    readonly property real nameWidth: Math.max(48, Math.min(150, width - 330))
+    readonly property bool showsPercent: width >= 400
     readonly property real percentWidth: 40
     readonly property real gap: Tokens.spacing.m
 
@@ -75,7 +77,7 @@ FocusScope {
 
         anchors.left: nameLabel.right
         anchors.leftMargin: root.gap
-        anchors.right: percent.left
+        anchors.right: root.showsPercent ? percent.left : buttons.left
         anchors.rightMargin: Tokens.spacing.s
         anchors.verticalCenter: parent.verticalCenter
         height: 20
@@ -93,6 +95,7 @@ FocusScope {
         anchors.rightMargin: Tokens.spacing.s
         anchors.verticalCenter: parent.verticalCenter
         width: root.percentWidth
+        visible: root.showsPercent
         text: root.percentText
         font: Tokens.metric
         color: root.muted ? Tokens.textTertiary : Tokens.textSecondary

@@ -8,7 +8,10 @@ Item {
 
     required property ProfilesCanvasPresenter presenter
 
-    readonly property real listWidth: 280
+    // A page that is forced to be narrower than it asks for leaves the editor what it needs.
+    readonly property real leastList: 160
+    readonly property real leastEditor: 460
+    readonly property real listWidth: Math.min(280, Math.max(leastList, width - leastEditor))
 
     ProfileList {
         id: list

@@ -13,19 +13,18 @@ ACCESSIBLE_NAME = "quillmere"
 
 
 class Program:
-    """Started by somebody who knows it, unless it `is_first_run`."""
-
-    def __init__(self, path=None, arguments=(), environment=None, is_first_run=False):
+    def __init__(self, path=None, arguments=(), environment=None, first_run=False):
+        """Without settings it starts as it does for somebody who has been welcomed already, unless `first_run`."""
         self.path = str(path or Path(os.environ["QUILLMERE_BUILD"]) / "app/quillmere")
         self.arguments = list(arguments)
         self.environment = environment or {}
-        self.is_first_run = is_first_run
+        self.first_run = first_run
         self.process = None
         self.log = Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / "quillmere.log"
 
     def start(self):
-        if not self.is_first_run:
-            settings.greet()
+        if not self.first_run:
+            settings.complete_first_run()
         with open(self.log, "ab") as log:
             self.process = subprocess.Popen([self.path, *self.arguments], stdin=subprocess.DEVNULL, stdout=log,
                                             stderr=log, env=os.environ | self.environment)

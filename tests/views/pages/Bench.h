@@ -128,9 +128,7 @@ class Bench : public QObject {
     advance(1.1);
   }
   /// The media keys that were pressed, by their numbers.
-  Q_INVOKABLE QList<int> pressedKeys() const {
-    return {box_->keys.pressed().begin(), box_->keys.pressed().end()};
-  }
+  Q_INVOKABLE QList<int> pressedKeys() const { return {box_->keys.pressed().begin(), box_->keys.pressed().end()}; }
   Q_INVOKABLE void addProfile(const QString& name, bool isActive) {
     box_->state->addProfile(name.toStdString());
     if (isActive) box_->state->applyProfile(box_->state->profiles()->back().id);
@@ -172,7 +170,6 @@ class Bench : public QObject {
 
   std::unique_ptr<RecordingDefaults> disk_;
   std::unique_ptr<VirtualMachine> box_;
-  std::unique_ptr<DesktopServices> desktop_;
   std::shared_ptr<ViewSettings> settings_;
   std::unique_ptr<MixerPanelPresenter> panel_;
   std::unique_ptr<MainWindowPresenter> window_;

@@ -372,6 +372,33 @@ Item {
             verify(row.mapToItem(page, 0, row.height).y < footer);
         }
 
+        function test_narrowPageFoldsWithoutOverlap() {
+            start();
+            make();
+            mouseClick(tile("Evening"));
+            tryVerify(() => rows().length === 3);
+            page.width = 500;
+            page.height = 420;
+            waitForRendering(page);
+            mouseClick(Finder.named(rows()[0], "mute"));
+            waitForRendering(page);
+            compare(named("profiles").width, 160);
+            const slider = Finder.all(item => item instanceof LevelSlider, rows()[0])[0];
+            verify(slider.width >= 40, slider.width + " wide");
+            const label = Finder.named(rows()[0], "name");
+            verify(label.mapToItem(page, label.width, 0).x <= slider.mapToItem(page, 0, 0).x);
+            const buttons = [button("Delete profile"), named("discard"), named("apply"), save()];
+            for (let i = 0; i < buttons.length; ++i) {
+                const box = buttons[i].mapToItem(page, 0, 0, buttons[i].width, buttons[i].height);
+                verify(box.x >= 160 && box.right <= page.width, buttons[i].text + " at " + box);
+                for (let k = 0; k < i; ++k) {
+                    const other = buttons[k].mapToItem(page, 0, 0, buttons[k].width, buttons[k].height);
+                    verify(box.bottom <= other.y || other.bottom <= box.y || box.right <= other.x || other.right <= box.x,
+                           buttons[i].text + " over " + buttons[k].text);
+                }
+            }
+        }
+
         function test_tabGoesThroughTheListBeforeTheEditor() {
             start();
             make();
