@@ -25,8 +25,6 @@ class WindowSystem {
 
   virtual ~WindowSystem() = default;
   [[nodiscard]] virtual std::vector<WindowInfo> windows() const = 0;
-  /// Whether a window of this identifier can be opened.
-  [[nodiscard]] virtual bool canOpen(const std::string& identifier) const = 0;
   /// Opens the window, or shows it where it is already; unknown identifiers are ignored.
   virtual void open(const std::string& identifier) = 0;
   /// Closes the window; one that does not exist is ignored.
@@ -37,7 +35,8 @@ class WindowSystem {
   virtual void setActivationPolicy(ActivationPolicy policy) = 0;
   /// Brings the program to the front, ignoring others.
   virtual void activate() = 0;
-  virtual void showAboutPanel() = 0;
+  /// `activationToken`: what lets it come to the front on desktops that ask for a reason, or empty.
+  virtual void showAboutPanel(const std::string& activationToken) = 0;
   /// Ends the program from its main loop, with exit code 0.
   virtual void terminate() = 0;
   /// Called after a window has become key, with its identifier.

@@ -57,8 +57,7 @@ void QuillmereAppDelegate::refreshActivationPolicy() {
 
 void QuillmereAppDelegate::handleMainWindowAppear(bool hasCompletedOnboarding) {
   QUILLMERE_CHECK_ON(runtime_.main, "the launch is handled off the main thread");
-  // A build without an onboarding keeps its main window: closing it would leave a first run with nothing to look at.
-  if (hasCompletedOnboarding || !windows_.canOpen(onboardingWindow)) {
+  if (hasCompletedOnboarding) {
     runtime_.main.post([this] {
       windows_.activate();
       windows_.orderFront(mainWindow);
@@ -70,6 +69,13 @@ void QuillmereAppDelegate::handleMainWindowAppear(bool hasCompletedOnboarding) {
     windows_.open(onboardingWindow);
     windows_.activate();
   });
+}
+
+void QuillmereAppDelegate::finishOnboarding() {
+  QUILLMERE_CHECK_ON(runtime_.main, "the onboarding is ended off the main thread");
+  windows_.close(onboardingWindow);
+  windows_.open(mainWindow);
+  windows_.activate();
 }
 
 }  // namespace quillmere

@@ -51,6 +51,11 @@ void SceneSet::activate() {
   }
 }
 
+QWindow* SceneSet::window(const std::string& identifier) const {
+  const auto scene = scenes_.find(identifier);
+  return scene != scenes_.end() ? scene->second->window() : nullptr;
+}
+
 bool SceneSet::holdsAny() const {
   return std::any_of(scenes_.begin(), scenes_.end(), [](const auto& each) { return each.second->window() != nullptr; });
 }

@@ -28,6 +28,8 @@ class SceneSet final : public QObject {
   void orderFront(const std::string& identifier);
   /// Brings all that show to the front.
   void activate();
+  /// The window under this identifier, shown or kept; null where there is none at the moment.
+  [[nodiscard]] QWindow* window(const std::string& identifier) const;
   /// Whether any window is shown, or kept for a quick return.
   [[nodiscard]] bool holdsAny() const;
 

@@ -20,17 +20,19 @@
 #include <thread>
 #include <utility>
 
+#include "core/Product.h"
+#include "integrations/DesktopServices.h"
 #include "remote/MessageType.h"
-#include "remote/RemoteDefaults.h"
 #include "remote/RemoteState.h"
 #include "remote/RemoteStatusItem.h"
-#include "remote/RemoteWorkspace.h"
+#include "remote/SeamVersion.h"
 #include "remote/WindowMessages.h"
 #include "runtime/ThreadPoolExecutor.h"
 #include "state/ViewSettings.h"
 #include "views/ViewFactory.h"
 #include "windows/AboutPanel.h"
 #include "windows/BrandIconImage.h"
+#include "windows/DialogApplicationChooser.h"
 #include "windows/OldTrayItem.h"
 #include "windows/PopoverController.h"
 #include "windows/QtMainExecutor.h"
@@ -44,6 +46,7 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* mainWindow = "main";
+constexpr const char* onboardingWindow = "onboarding";
 
 /// Where the icon is, as far as a click tells: the pointer, or what the panel says of it, if that is over a panel. A
 /// pointer anywhere else says nothing.
@@ -62,19 +65,38 @@ void setActivationToken(const json& message) {
   if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
 }
 
+/// Puts a window that is not shown yet into the middle of its screen, where the desktop lets a program choose.
+void centre(QWindow& window) {
+  QRect place(QPoint(), window.size());
+  place.moveCenter(window.screen()->availableGeometry().center());
+  window.setPosition(place.topLeft());
+}
+
+/// What the mixer lists runs, even where the desktop knows nothing of it.
+std::vector<RunningApplication> soundingIn(const MixerState& state) {
+  std::vector<RunningApplication> running;
+  for (const auto& app : *state.apps()) running.push_back({app.bundleID, app.name, 0});
+  return running;
+}
+
 class Windows final : public QObject {
  public:
-  Windows(const Runtime& runtime, SendMessage send)
+  Windows(const Runtime& runtime, SendMessage send, const WindowsHost& host)
       : runtime_(runtime),
         send_(std::move(send)),
+        host_(host),
         state_(std::make_shared<RemoteState>(runtime.log, send_)),
-        defaults_(send_),
-        workspace_(send_),
         scenes_(runtime),
         popover_(runtime, [this]() -> std::unique_ptr<QWindow> { return factory().makePopover(); }) {
     scenes_.add(mainWindow, [this]() -> std::unique_ptr<QWindow> {
       QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
       return factory().makeMainWindow();
+    });
+    scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
+      QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
+      auto window = factory().makeOnboarding();
+      centre(*window);
+      return window;
     });
     connect(&scenes_, &SceneSet::shown, this,
             [this](const std::string& window) { send_({{"type", wire::windowShown}, {"window", window}}); });
@@ -88,18 +110,17 @@ class Windows final : public QObject {
     connect(&about_, &AboutPanel::closed, this, &Windows::offerToEnd);
   }
 
-  /// Called where messages arrive; true if the message is dealt with.
-  bool takeAtOnce(const json& message) { return workspace_.take(message); }
-  /// Nothing more comes. [any]
-  void close() { workspace_.close(); }
-
   void take(const json& message) {
-    defaults_.take(message);
+    if (!isGreeted_) {
+      greet(message);
+      return;
+    }
     if (state_->take(message) || (trayHost_ && trayHost_->take(message))) return;
     const auto number = message.find("number");
     // Words for an icon that is not there, for one, are none that anybody waits for.
     if (number == message.end() || !number->is_number_unsigned()) return;
     seen_ = number->get<std::uint64_t>();
+    send_({{"type", wire::begun}, {"seen", seen_}});
     const auto type = messageType(message);
     try {
       perform(type, message);
@@ -111,10 +132,21 @@ class Windows final : public QObject {
   }
 
  private:
+  /// The first word is what the other half is; one that is not of this half's version is not understood.
+  void greet(const json& message) {
+    const auto version = messageType(message) == wire::hello ? message.value("version", std::string()) : std::string();
+    isGreeted_ = version == seamVersion();
+    send_({{"type", wire::hello}, {"version", seamVersion()}});
+    if (isGreeted_) return;
+    Logger(runtime_.log, "Windows")
+        .error("these windows are of version " + seamVersion() + ", the program behind them of " + version);
+    QCoreApplication::exit(EXIT_FAILURE);
+  }
+
   void perform(const std::string& type, const json& message) {
     if (type == wire::openWindow) {
       setActivationToken(message);
-      scenes_.open(message.at("window").get<std::string>());
+      openWindow(message);
     } else if (type == wire::closeWindow) {
       scenes_.close(message.at("window").get<std::string>());
     } else if (type == wire::orderFront) {
@@ -130,6 +162,17 @@ class Windows final : public QObject {
       popover_.close();
     } else if (type == wire::keepOldTray) {
       keepOldTray(message.at("isWanted").get<bool>());
+    }
+  }
+
+  void openWindow(const json& message) {
+    const auto identifier = message.at("window").get<std::string>();
+    scenes_.open(identifier);
+    const auto section = message.find("section");
+    if (section == message.end() || identifier != mainWindow) return;
+    // Before its next picture, whether the window is new or was there.
+    if (auto* window = qobject_cast<QQuickWindow*>(scenes_.window(identifier))) {
+      ViewFactory::showSection(*window, section->get<std::string>());
     }
   }
 
@@ -166,16 +209,21 @@ class Windows final : public QObject {
       ViewIntents intents;
       intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
       intents.quit = [this] { send_({{"type", wire::quit}}); };
-      factory_.emplace(state_, runtime_, std::make_shared<ViewSettings>(defaults_), workspace_, std::move(intents));
+      intents.onboardingFinished = [this] { send_({{"type", wire::finishOnboarding}}); };
+      auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
+      desktop_.emplace(host_.makeDesktop(runtime_, std::move(dialogue)), runtime_,
+                       [state = state_] { return soundingIn(*state); });
+      factory_.emplace(ViewServices{state_, runtime_, std::make_shared<ViewSettings>(*state_), *desktop_,
+                                    std::move(intents), std::string(appVersion())});
     }
     return *factory_;
   }
 
   Runtime runtime_;
   SendMessage send_;
+  const WindowsHost& host_;
   std::shared_ptr<RemoteState> state_;
-  RemoteDefaults defaults_;
-  RemoteWorkspace workspace_;
+  std::optional<DesktopServices> desktop_;
   std::optional<ViewFactory> factory_;
   SceneSet scenes_;
   PopoverController popover_;
@@ -183,6 +231,8 @@ class Windows final : public QObject {
   std::unique_ptr<OldTrayItem> tray_;
   std::optional<StatusItemHost> trayHost_;
   std::uint64_t seen_ = 0;
+  /// Whether the program behind the windows is the other half of this one.
+  bool isGreeted_ = false;
 };
 
 /// The way out, for whoever still has something to say when it is closed.
@@ -231,17 +281,14 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   const Runtime runtime{main, background, clocks, *log, makeThreadSerialQueue};
 
   Line line;
-  Windows windows(runtime, [&line](const json& message) { line.send(message); });
+  Windows windows(runtime, [&line](const json& message) { line.send(message); }, host);
   ChannelEvents events;
   events.received = [&windows, &main](const std::string& bytes) {
     auto message = decodeMessage(bytes);
-    if (!message || windows.takeAtOnce(*message)) return;
+    if (!message) return;
     main.post([&windows, taken = std::move(*message)] { windows.take(taken); });
   };
-  events.closed = [&windows, &main] {
-    windows.close();
-    main.post([] { QCoreApplication::exit(0); });
-  };
+  events.closed = [&main] { main.post([] { QCoreApplication::exit(0); }); };
   auto channel = host.openChannel(std::move(events));
   if (!channel) {
     std::fputs("quillmere-windows draws the windows of quillmere, which starts it\n", stderr);
@@ -249,7 +296,6 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   }
   line.open(std::move(channel));
   const int exitCode = QApplication::exec();
-  windows.close();
   line.close();
   main.shutDown();
   background.shutDown();

@@ -12,7 +12,7 @@ std::vector<WindowInfo> MemoryWindowSystem::windows() const {
 
 void MemoryWindowSystem::open(const std::string& identifier) {
   calls.push_back("open " + identifier);
-  if (!canOpen(identifier)) return;
+  if (!openable_.contains(identifier)) return;
   visible_[identifier] = true;
   if (becameKey_) becameKey_(identifier);
 }

@@ -16,14 +16,13 @@ class MemoryWindowSystem final : public WindowSystem {
   explicit MemoryWindowSystem(std::set<std::string> openable) : openable_(std::move(openable)) {}
 
   [[nodiscard]] std::vector<WindowInfo> windows() const override;
-  [[nodiscard]] bool canOpen(const std::string& identifier) const override { return openable_.contains(identifier); }
   void open(const std::string& identifier) override;
   void close(const std::string& identifier) override;
   void orderFront(const std::string& identifier) override;
   [[nodiscard]] ActivationPolicy activationPolicy() const override { return policy_; }
   void setActivationPolicy(ActivationPolicy policy) override;
   void activate() override { calls.emplace_back("activate"); }
-  void showAboutPanel() override { calls.emplace_back("about"); }
+  void showAboutPanel(const std::string& /*activationToken*/) override { calls.emplace_back("about"); }
   void terminate() override { calls.emplace_back("terminate"); }
   void onWindowBecameKey(WindowObserver observer) override { becameKey_ = std::move(observer); }
   void onWindowWillClose(WindowObserver observer) override { willClose_ = std::move(observer); }

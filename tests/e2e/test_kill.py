@@ -6,8 +6,9 @@ import unittest
 from pathlib import Path
 
 from quillmere_e2e import graph
-from quillmere_e2e.case import DESK, PHONES, MixerTest, forget_settings
+from quillmere_e2e.case import DESK, PHONES, MixerTest
 from quillmere_e2e.players import Player
+from quillmere_e2e.settings import forget_settings
 from quillmere_e2e.waiting import wait_for
 
 

@@ -4,8 +4,9 @@ import pyatspi
 
 from .waiting import wait_for
 
-SLIDER, BUTTON, LABEL, CHECK_BOX, MENU_ITEM = (pyatspi.ROLE_SLIDER, pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_LABEL,
-                                               pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_MENU_ITEM)
+SLIDER, BUTTON, LABEL, CHECK_BOX, MENU_ITEM, PAGE_TAB = (
+    pyatspi.ROLE_SLIDER, pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_LABEL, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_MENU_ITEM,
+    pyatspi.ROLE_PAGE_TAB)
 
 
 def applications(name=None):
@@ -36,6 +37,13 @@ def walk(element):
 def showing(element):
     try:
         return element.getState().contains(pyatspi.STATE_SHOWING)
+    except Exception:
+        return False
+
+
+def selected(element):
+    try:
+        return element.getState().contains(pyatspi.STATE_SELECTED)
     except Exception:
         return False
 

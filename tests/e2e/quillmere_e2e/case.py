@@ -8,19 +8,13 @@ from . import graph
 from .agent import Agent
 from .players import Player
 from .recording import Monitor
+from .settings import forget_settings
 from .tones import to_db
 from .waiting import wait_for
 
 DESK = "quillmere_test_sink_a"
 PHONES = "quillmere_test_sink_b"
 AMPLITUDE = 0.25
-
-
-def forget_settings():
-    """The next start is a first run."""
-    folder = os.path.join(os.environ["XDG_CONFIG_HOME"], "quillmere")
-    for name in os.listdir(folder) if os.path.isdir(folder) else []:
-        os.unlink(os.path.join(folder, name))
 
 
 class MixerTest(unittest.TestCase):

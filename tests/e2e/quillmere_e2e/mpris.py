@@ -59,9 +59,9 @@ class BusPlayer:
         invocation.return_value(None)
         pauses = method in ("Pause", "Stop") or (method == "PlayPause" and self.status == "Playing")
         if method in ("Play", "Pause", "PlayPause", "Stop"):
-            self._set_status("Paused" if pauses else "Playing")
+            self.set_status("Paused" if pauses else "Playing")
 
-    def _set_status(self, status):
+    def set_status(self, status):
         self.status = status
         self._bus.emit_signal(None, PATH, "org.freedesktop.DBus.Properties", "PropertiesChanged",
                               GLib.Variant("(sa{sv}as)", (PLAYER, {"PlaybackStatus": GLib.Variant("s", status)}, [])))
