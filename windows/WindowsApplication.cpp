@@ -20,6 +20,7 @@
 #include <thread>
 #include <utility>
 
+#include "core/Product.h"
 #include "integrations/DesktopServices.h"
 #include "remote/MessageType.h"
 #include "remote/RemoteState.h"
