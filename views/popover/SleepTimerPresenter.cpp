@@ -11,7 +11,7 @@
 namespace quillmere {
 
 SleepTimerPresenter::SleepTimerPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, QObject* parent)
-    : QObject(parent), state_(std::move(state)), runtime_(runtime) {
+    : QObject(parent), state_(std::move(state)), runtime_(runtime), ticker_(runtime, [this] { Q_EMIT remainingChanged(); }) {
   std::vector<MenuEntry> entries;
   entries.reserve(std::size(sleepChoices) + 1);
   for (const int minutes : sleepChoices) {
@@ -22,12 +22,8 @@ SleepTimerPresenter::SleepTimerPresenter(std::shared_ptr<MixerState> state, cons
   subscription_ = state_->sleepTimerEndsAt().observe([this](const auto&) {
     Q_EMIT runningChanged();
     Q_EMIT remainingChanged();
-    scheduleTick();
+    followTime();
   });
-}
-
-SleepTimerPresenter::~SleepTimerPresenter() {
-  if (tickTimer_ != 0) runtime_.main.cancelTimer(tickTimer_);
 }
 
 bool SleepTimerPresenter::running() const { return state_->sleepTimerEndsAt()->has_value(); }
@@ -41,20 +37,11 @@ void SleepTimerPresenter::setVisible(bool visible) {
   if (visible_ == visible) return;
   visible_ = visible;
   if (visible) Q_EMIT remainingChanged();
-  scheduleTick();
+  followTime();
 }
 
 void SleepTimerPresenter::cancel() { state_->cancelSleepTimer(); }
 
-void SleepTimerPresenter::scheduleTick() {
-  if (tickTimer_ != 0) runtime_.main.cancelTimer(std::exchange(tickTimer_, 0));
-  const auto endsAt = *state_->sleepTimerEndsAt();
-  if (!visible_ || !endsAt) return;
-  tickTimer_ = runtime_.main.postAfter(std::chrono::seconds(1), [this] {
-    tickTimer_ = 0;
-    Q_EMIT remainingChanged();
-    scheduleTick();
-  });
-}
+void SleepTimerPresenter::followTime() { ticker_.setRunning(visible_ && running()); }
 
 }  // namespace quillmere

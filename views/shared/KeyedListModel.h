@@ -25,7 +25,7 @@ class KeyedListModel : public QAbstractListModel {
 
  protected:
   /// Brings the rows into the order of `wanted`, whose later repetitions of a key are left out. Rows that keep their
-  /// order relative to each other are not touched.
+  /// order relative to each other are not touched. Neighbours that come or go do so together.
   void arrange(const std::vector<std::string>& wanted);
 
   // The subclass keeps its rows in step. Called between the begin and the end of the change that views are told of.
@@ -34,6 +34,10 @@ class KeyedListModel : public QAbstractListModel {
   virtual void moved(int from, int to) = 0;
 
  private:
+  using Keys = std::vector<std::string>::const_iterator;
+
+  void dropRows(int first, int last);
+  void addRows(int at, Keys first, Keys last);
   void moveRow(int from, int to);
 
   std::vector<std::string> keys_;
