@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <ostream>
 
-#include "shell/VersionOrder.h"
+#include "shell/AppVersion.h"
 
 namespace quillmere {
 

@@ -4,11 +4,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/VersionOrder.h"
 #include "platform/Updater.h"
 #include "platform/WindowSystem.h"
 #include "platform/Workspace.h"
 #include "runtime/Threads.h"
-#include "shell/VersionOrder.h"
+#include "shell/AppVersion.h"
 #include "state/MixerState.h"
 
 namespace quillmere {

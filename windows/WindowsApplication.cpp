@@ -198,7 +198,8 @@ class Windows final : public QObject {
       ViewIntents intents;
       intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
       intents.quit = [this] { send_({{"type", wire::quit}}); };
-      factory_.emplace(state_, runtime_, std::make_shared<ViewSettings>(defaults_), workspace_, std::move(intents));
+      factory_.emplace(ViewServices{state_, runtime_, std::make_shared<ViewSettings>(defaults_), workspace_,
+                                    std::move(intents), QUILLMERE_VERSION, nullptr});
     }
     return *factory_;
   }

@@ -7,8 +7,8 @@
 
 #include "StateFixture.h"
 #include "state/ViewSettings.h"
-#include "views/ViewFactory.h"
-#include "views/mixer/MenuModel.h"
+#include "views/ViewServices.h"
+#include "views/shared/MenuModel.h"
 
 namespace quillmere {
 
@@ -36,8 +36,21 @@ class ViewsFixture : public StateFixture {
   }
   [[nodiscard]] std::shared_ptr<AppState> sharedState() const { return box->state; }
   [[nodiscard]] ViewIntents intents() {
-    return {[this] { ++windowsOpened; }, [this] { ++quits; },
-            [this](const std::string& bundleID, const BrowserTab& tab) { activated.emplace_back(bundleID, tab); }};
+    ViewIntents made;
+    made.openMainWindow = [this] { ++windowsOpened; };
+    made.quit = [this] { ++quits; };
+    made.activateTab = [this](const std::string& bundleID, const BrowserTab& tab) {
+      activated.emplace_back(bundleID, tab);
+    };
+    made.checkForUpdates = [this] { ++updatesAsked; };
+    made.previousTrack = [this] { transport.emplace_back("previous"); };
+    made.togglePlayPause = [this] { transport.emplace_back("play/pause"); };
+    made.nextTrack = [this] { transport.emplace_back("next"); };
+    return made;
+  }
+  /// What the pages stand on; this program's version is 1.9.9.
+  [[nodiscard]] ViewServices services() {
+    return {sharedState(), box->runtime, settings, *box->machine.workspace, intents(), "1.9.9", latestVersion};
   }
 
   /// Titles with "* " before those that are marked, and "-" for a divider.
@@ -60,6 +73,10 @@ class ViewsFixture : public StateFixture {
   std::shared_ptr<ViewSettings> settings;
   int windowsOpened = 0;
   int quits = 0;
+  int updatesAsked = 0;
+  std::vector<std::string> transport;
+  std::shared_ptr<Observable<std::optional<std::string>>> latestVersion =
+      std::make_shared<Observable<std::optional<std::string>>>();
   std::vector<std::pair<std::string, BrowserTab>> activated;
 };
 

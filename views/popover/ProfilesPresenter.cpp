@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/ProfileNames.h"
 #include "state/MixerState.h"
 
 namespace quillmere {
@@ -23,9 +24,7 @@ QString ProfilesPresenter::activeName() const {
   return active == profiles.end() ? tr("Default") : QString::fromStdString(active->name);
 }
 
-void ProfilesPresenter::saveCurrent() {
-  state_->addProfile("Untitled " + std::to_string(state_->profiles()->size() + 1));
-}
+void ProfilesPresenter::saveCurrent() { state_->addProfile(nextProfileName(*state_->profiles())); }
 
 void ProfilesPresenter::refresh() {
   std::vector<MenuEntry> entries;

@@ -37,6 +37,8 @@ class PreviewMachine {
   MemoryWorkspace& workspace;
   Runtime runtime;
   std::shared_ptr<AppState> state;
+  std::shared_ptr<Observable<std::optional<std::string>>> latestVersion =
+      std::make_shared<Observable<std::optional<std::string>>>();
 
  private:
   struct Running {

@@ -146,8 +146,10 @@ void clickButton(QQuickWindow& window, const QString& text) {
 }
 
 AppRowModel* rowsOf(QQuickWindow& window) {
-  auto* root = static_cast<QQuickView&>(window).rootObject();
-  return root->property("presenter").value<QObject*>()->property("rows").value<AppRowModel*>();
+  auto* presenter = static_cast<QQuickView&>(window).rootObject()->property("presenter").value<QObject*>();
+  // In the main window they are its page's.
+  if (auto* page = presenter->property("canvas").value<QObject*>()) presenter = page;
+  return presenter->property("rows").value<AppRowModel*>();
 }
 
 void openTabs(QQuickWindow& window, int count) {
@@ -249,11 +251,6 @@ const std::vector<PreviewScene>& previewScenes() {
       {"popover-empty-profiles", Window::popover, fillEmpty,
        [](QQuickWindow& window) { clickButton(window, "Profile: "); }},
       {"main-several", Window::main, fillSeveral, {}},
-      {"main-side", Window::main, fillFocus,
-       [](QQuickWindow& window) {
-         auto* side = find(*window.contentItem(), [](QQuickItem& item) { return item.objectName() == "side"; });
-         if (side) side->setProperty("contentY", side->property("contentHeight").toDouble() - side->height());
-       }},
       {"main-empty", Window::main, fillEmpty, {}},
       {"main-ducked", Window::main, fillDucked, {}},
       {"main-focus", Window::main, fillFocus, {}},

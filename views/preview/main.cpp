@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <memory>
 
-#include "integrations/BrowserTab.h"
 #include "state/ViewSettings.h"
 #include "views/ViewFactory.h"
 #include "views/preview/PreviewMachine.h"
@@ -33,8 +32,10 @@ class NoPointer : public QObject {
 
 std::unique_ptr<QQuickWindow> open(const PreviewScene& scene, PreviewMachine& box) {
   scene.fill(box);
-  ViewFactory factory(box.state, box.runtime, std::make_shared<ViewSettings>(*box.machine.defaults), box.workspace,
-                      {[] {}, [] { QCoreApplication::quit(); }, [](const std::string&, const BrowserTab&) {}});
+  ViewIntents intents;
+  intents.quit = [] { QCoreApplication::quit(); };
+  ViewFactory factory({box.state, box.runtime, std::make_shared<ViewSettings>(*box.machine.defaults), box.workspace,
+                       std::move(intents), "1.9.9", box.latestVersion});
   auto window = scene.window == PreviewScene::Window::popover ? factory.makePopover() : factory.makeMainWindow();
   if (scene.window == PreviewScene::Window::popover) window->setFlags(Qt::Tool | Qt::FramelessWindowHint);
   window->show();

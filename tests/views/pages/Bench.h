@@ -8,7 +8,9 @@
 #include "RecordingDefaults.h"
 #include "VirtualMachine.h"
 #include "state/ViewSettings.h"
+#include "views/activity/ActivityCanvasPresenter.h"
 #include "views/mainwindow/MainWindowPresenter.h"
+#include "views/mixercanvas/MixerCanvasPresenter.h"
 #include "views/popover/MixerPanelPresenter.h"
 
 namespace quillmere {
@@ -17,6 +19,10 @@ class Bench : public QObject {
   Q_OBJECT
   Q_PROPERTY(quillmere::MixerPanelPresenter* panel READ panel NOTIFY made)
   Q_PROPERTY(quillmere::MainWindowPresenter* window READ window NOTIFY made)
+  Q_PROPERTY(quillmere::MixerCanvasPresenter* mixer READ mixer NOTIFY made)
+  Q_PROPERTY(quillmere::ActivityCanvasPresenter* activity READ activity NOTIFY made)
+  Q_PROPERTY(QStringList transport READ transport NOTIFY made)
+  Q_PROPERTY(int updatesAsked MEMBER updatesAsked_ NOTIFY made)
   Q_PROPERTY(QStringList activatedTabs READ activatedTabs NOTIFY made)
   Q_PROPERTY(int windowsOpened MEMBER windowsOpened_ NOTIFY made)
   Q_PROPERTY(int quits MEMBER quits_ NOTIFY made)
@@ -26,6 +32,8 @@ class Bench : public QObject {
   Q_INVOKABLE void start(int count, int sounding) {
     panel_.reset();
     window_.reset();
+    mixer_.reset();
+    activity_.reset();
     settings_.reset();
     box_.reset();
     disk_ = std::make_unique<RecordingDefaults>();
@@ -42,13 +50,26 @@ class Bench : public QObject {
     activated_.clear();
     windowsOpened_ = 0;
     quits_ = 0;
-    const ViewIntents intents{
-        [this] { ++windowsOpened_; }, [this] { ++quits_; },
-        [this](const std::string&, const BrowserTab& tab) { activated_.append(QString::fromStdString(tab.title)); }};
+    updatesAsked_ = 0;
+    transport_.clear();
+    latestVersion_ = std::make_shared<Observable<std::optional<std::string>>>();
+    ViewIntents intents;
+    intents.openMainWindow = [this] { ++windowsOpened_; };
+    intents.quit = [this] { ++quits_; };
+    intents.activateTab = [this](const std::string&, const BrowserTab& tab) {
+      activated_.append(QString::fromStdString(tab.title));
+    };
+    intents.checkForUpdates = [this] { ++updatesAsked_; };
+    intents.previousTrack = [this] { transport_.append("previous"); };
+    intents.togglePlayPause = [this] { transport_.append("play/pause"); };
+    intents.nextTrack = [this] { transport_.append("next"); };
+    const ViewServices services{box_->state, box_->runtime, settings_,     *box_->machine.workspace,
+                                intents,     "1.9.9",       latestVersion_};
     panel_ = std::make_unique<MixerPanelPresenter>(box_->state, box_->runtime, settings_, intents);
-    window_ = std::make_unique<MainWindowPresenter>(box_->state, box_->runtime, settings_, intents);
+    window_ = std::make_unique<MainWindowPresenter>(services);
+    mixer_ = std::make_unique<MixerCanvasPresenter>(services);
+    activity_ = std::make_unique<ActivityCanvasPresenter>(services);
     panel_->setVisible(true);
-    window_->setVisible(true);
     Q_EMIT made();
   }
   Q_INVOKABLE void stop() { start(0, 0); }
@@ -79,10 +100,14 @@ class Bench : public QObject {
   /// Gives the row `count` tabs, of which the first is active: "Tab 1" and so on.
   Q_INVOKABLE void openTabs(QObject* row, int count) const { fill(*static_cast<AppRowPresenter*>(row)->tabs(), count); }
   /// The row of the main window's list, whose tabs have no limit.
-  Q_INVOKABLE QObject* fullRow(int at) const { return window_->rows()->row(at); }
+  Q_INVOKABLE QObject* fullRow(int at) const { return mixer_->rows()->row(at); }
 
   [[nodiscard]] MixerPanelPresenter* panel() const { return panel_.get(); }
   [[nodiscard]] MainWindowPresenter* window() const { return window_.get(); }
+  [[nodiscard]] MixerCanvasPresenter* mixer() const { return mixer_.get(); }
+  [[nodiscard]] ActivityCanvasPresenter* activity() const { return activity_.get(); }
+  [[nodiscard]] QStringList transport() const { return transport_; }
+  Q_INVOKABLE void publish(const QString& version) const { latestVersion_->set(version.toStdString()); }
   [[nodiscard]] QStringList activatedTabs() const { return activated_; }
 
  Q_SIGNALS:
@@ -108,6 +133,11 @@ class Bench : public QObject {
   std::shared_ptr<ViewSettings> settings_;
   std::unique_ptr<MixerPanelPresenter> panel_;
   std::unique_ptr<MainWindowPresenter> window_;
+  std::unique_ptr<MixerCanvasPresenter> mixer_;
+  std::unique_ptr<ActivityCanvasPresenter> activity_;
+  std::shared_ptr<Observable<std::optional<std::string>>> latestVersion_;
+  QStringList transport_;
+  int updatesAsked_ = 0;
   QStringList activated_;
   int windowsOpened_ = 0;
   int quits_ = 0;

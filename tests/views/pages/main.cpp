@@ -4,7 +4,7 @@
 #include <QtQuickTest>
 
 #include "Bench.h"
-#include "views/mixer/AppIconProvider.h"
+#include "views/shared/AppIconProvider.h"
 
 Q_IMPORT_QML_PLUGIN(Quillmere_DesignPlugin)
 Q_IMPORT_QML_PLUGIN(Quillmere_ViewsPlugin)

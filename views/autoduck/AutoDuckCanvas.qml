@@ -1,0 +1,25 @@
+// The page of Auto-Duck.
+import QtQuick
+import Quillmere.Design
+import Quillmere.Views
+
+Flickable {
+    id: root
+
+    required property AutoDuckCanvasPresenter presenter
+
+    readonly property real widest: 480
+
+    contentHeight: card.height + 2 * Tokens.spacing.xl
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
+
+    DuckCard {
+        id: card
+
+        x: Tokens.spacing.xxl
+        y: Tokens.spacing.xl
+        width: Math.min(root.widest, root.width - 2 * x)
+        duck: root.presenter.duck
+    }
+}

@@ -1,0 +1,101 @@
+// One section in the sidebar.
+import QtQuick
+import Quillmere.Design
+
+PlainButton {
+    id: root
+
+    required property string title
+    required property string symbol
+    required property bool isSelected
+    // The number at the right; empty for none.
+    required property string badge
+    property color accent: Tokens.brandSage
+
+    readonly property bool hovering: hovered
+    readonly property real iconBox: 22
+    readonly property real iconFill: 0.18
+    readonly property real selectedFill: 0.04
+    readonly property real corner: 8
+    readonly property real gap: 8
+    readonly property color contentColor: isSelected ? Tokens.textPrimary : Tokens.textSecondary
+
+    text: title
+    implicitHeight: 34
+    horizontalPadding: Tokens.spacing.s
+    focusCorner: corner
+    // One stop of the keyboard for all of them; the arrows choose.
+    focusPolicy: isSelected ? Qt.StrongFocus : Qt.ClickFocus
+
+    Accessible.role: Accessible.PageTab
+    Accessible.name: title
+    Accessible.description: badge
+    Accessible.selectable: true
+    Accessible.selected: isSelected
+
+    background: Rectangle {
+        objectName: "ground"
+        radius: root.corner
+        color: root.isSelected ? Tokens.alpha(Tokens.white, root.selectedFill)
+             : root.hovering ? Tokens.cardBGHover : Tokens.clear
+    }
+
+    contentItem: Item {
+        Rectangle {
+            id: box
+
+            objectName: "iconBox"
+            anchors.verticalCenter: parent.verticalCenter
+            width: root.iconBox
+            height: root.iconBox
+            radius: Tokens.corner.chip
+            color: root.isSelected ? Tokens.alpha(root.accent, root.iconFill) : Tokens.clear
+
+            Symbol {
+                objectName: "icon"
+                anchors.centerIn: parent
+                name: root.symbol
+                pointSize: 12
+                weight: Font.Medium
+                color: root.isSelected ? root.accent : Tokens.textSecondary
+            }
+        }
+
+        Label {
+            objectName: "title"
+            anchors.left: box.right
+            anchors.leftMargin: root.gap
+            anchors.right: count.visible ? count.left : parent.right
+            anchors.rightMargin: count.visible ? root.gap : 0
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.title
+            font: Tokens.face(13, root.isSelected ? Font.DemiBold : Font.Medium)
+            color: root.contentColor
+            horizontalAlignment: Text.AlignLeft
+            Accessible.ignored: true
+        }
+
+        Rectangle {
+            id: count
+
+            objectName: "badge"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            visible: root.badge.length > 0
+            width: figures.implicitWidth + 10
+            height: figures.implicitHeight + 2
+            radius: height / 2
+            color: Tokens.cardStroke
+
+            Figures {
+                id: figures
+
+                anchors.centerIn: parent
+                text: root.badge
+                font: Tokens.captionStrong
+                color: Tokens.textSecondary
+                Accessible.ignored: true
+            }
+        }
+    }
+}
