@@ -76,6 +76,8 @@ inline constexpr Rgba systemGreen{0.188, 0.82, 0.345};
 /// The opaque ground of menus and tool tips, which float above the cards.
 inline constexpr Rgba floatBG{0.106, 0.118, 0.141};
 inline constexpr Rgba floatStroke = white.at(0.12);
+/// The edge of a window without a frame, over whatever lies beneath.
+inline constexpr Rgba windowStroke = white.at(0.24);
 inline constexpr Rgba focusRing = brandMint.at(0.9);
 }  // namespace colour
 

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "platform/Workspace.h"
+#include "views/shared/IconTheme.h"
 
 namespace quillmere {
 
@@ -96,6 +97,7 @@ void deliver(Delivery& delivery, QImage image) {
 void drawThemed(const std::shared_ptr<Delivery>& delivery, const QString& name, QSize size) {
   // The icon theme belongs to the main thread.
   QMetaObject::invokeMethod(QCoreApplication::instance(), [delivery, name, size] {
+    ensureIconTheme();
     const auto icon = QIcon::fromTheme(name);
     deliver(*delivery, icon.isNull() ? QImage() : boxed(icon.pixmap(size, 1.0).toImage(), size));
   });
