@@ -37,8 +37,8 @@ class ScrollSteps {
   void reset() { pending_ = 0; }
 
  private:
-  /// In units.
-  double pending_ = 0;
+  /// As a wheel would have turned, in eighths of a degree: whole numbers, so that parts add up.
+  int pending_ = 0;
 };
 
 }  // namespace quillmere

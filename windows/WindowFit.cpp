@@ -40,8 +40,11 @@ class Fit final : public QObject {
     const auto* screen = window_.screen();
     if (screen == nullptr) return;
     const auto told = window_.frameMargins();
-    const auto fitting = fittingSizes({window_.isVisible() ? window_.size() : wanted_.size, wanted_.minimum},
-                                      screen->availableSize(), told.isNull() ? likelyFrame : told);
+    // Of a screen and a frame that are not whole in these pixels, both were rounded.
+    const int lost = screen->devicePixelRatio() > 1 ? 1 : 0;
+    const auto fitting =
+        fittingSizes({window_.isVisible() ? window_.size() : wanted_.size, wanted_.minimum}, screen->availableSize(),
+                     (told.isNull() ? likelyFrame : told) + QMargins(lost, lost, lost, lost));
     window_.setMinimumSize(fitting.minimum);
     // What the desktop has made as large as the screen stays so.
     if ((window_.windowStates() & (Qt::WindowMaximized | Qt::WindowFullScreen)) != 0) return;

@@ -11,7 +11,7 @@ namespace quillmere {
 
 /// Whoever shows a row contains one. A list keeps showing a row that its model has given up: while it fades, and for as
 /// long as a hidden window draws no picture. [main]
-class RowHold final : public QObject {
+class RowHold : public QObject {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(quillmere::AppRowPresenter* row READ row WRITE setRow NOTIFY rowChanged FINAL REQUIRED)

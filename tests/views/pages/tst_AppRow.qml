@@ -171,6 +171,7 @@ Item {
 
         function test_routeMenuSendsTheApplicationToADevice() {
             mouseMove(appRow, 10, 10);
+            mouseMove(route(), 8, 8);
             mouseClick(route());
             tryCompare(route(), "open", true);
             const menu = route().madeMenu;
@@ -200,6 +201,7 @@ Item {
         }
 
         function test_chosenEntryKeepsItsMarkWhenChosenAgain() {
+            mouseMove(route(), 8, 8);
             mouseClick(route());
             const menu = route().madeMenu;
             tryCompare(menu, "opened", true);

@@ -168,6 +168,7 @@ Item {
             verify(!profiles.itemAt(0).hasMarks);
             profiles.close();
             tryCompare(profiles, "visible", false);
+            mouseMove(button(panel, "Output for App 1"), 8, 8);
             mouseClick(button(panel, "Output for App 1"));
             const routes = button(panel, "Output for App 1").madeMenu;
             tryCompare(routes, "opened", true);
