@@ -105,14 +105,18 @@ void WindowsProcess::stop() {
 }
 
 void WindowsProcess::ended() {
-  const auto closed = std::exchange(isVisible_, {});
+  const auto closed = isVisible_;
   const auto lost = std::exchange(pending_, {});
   stop();
-  for (const auto& [identifier, isVisible] : closed) {
-    for (const auto& observer : willClose_) observer(identifier);
-  }
+  tellClosed(closed);
   if (isOldTrayWanted_) restartForOldTray();
   askAgain(lost);
+}
+
+void WindowsProcess::tellClosed(const std::map<std::string, bool>& windows) {
+  for (const auto& [identifier, isVisible] : windows) {
+    for (const auto& observer : willClose_) observer(identifier);
+  }
 }
 
 void WindowsProcess::hangs() {
@@ -122,8 +126,8 @@ void WindowsProcess::hangs() {
   const auto owed = std::exchange(pending_, {});
   stop();
   if (isOldTrayWanted_) restartForOldTray();
-  if (isAskedAgain_) {
-    isAskedAgain_ = false;
+  if (std::exchange(isAskedAgain_, false)) {
+    tellClosed(shown);
     return;
   }
   // First what was there, so that what was wished for comes to lie on it.
@@ -138,12 +142,13 @@ void WindowsProcess::hangs() {
 void WindowsProcess::askAgain(const std::map<std::uint64_t, json>& owed) {
   if (owed.empty() || std::exchange(isAskedAgain_, !isAskedAgain_)) return;
   // Who gets no answer asks again: that is one wish, and two of a toggle would be none. The last one knows best where.
+  const auto kind = [](const json& asked) {
+    return asked.at("type").get<std::string>() + asked.value("window", std::string());
+  };
   std::map<std::string, json> last;
+  for (const auto& [number, asked] : owed) last.insert_or_assign(kind(asked), asked);
   for (const auto& [number, asked] : owed) {
-    last.insert_or_assign(asked.at("type").get<std::string>() + asked.value("window", std::string()), asked);
-  }
-  for (const auto& [number, asked] : owed) {
-    const auto wish = last.extract(asked.at("type").get<std::string>() + asked.value("window", std::string()));
+    const auto wish = last.extract(kind(asked));
     if (!wish.empty()) ask(wish.mapped());
   }
 }

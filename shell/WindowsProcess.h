@@ -84,6 +84,8 @@ class WindowsProcess final : public WindowSystem {
   void stop();
   void ended();
   void hangs();
+  /// Windows that have gone with their process.
+  void tellClosed(const std::map<std::string, bool>& windows);
   void askAgain(const std::map<std::uint64_t, nlohmann::json>& owed);
   void restartForOldTray();
   void tendOldTray();

@@ -497,6 +497,19 @@ TEST_F(WindowsThatHang, AWishThatMakesEveryProcessHangIsGivenUpUntilTheNextOne) 
   EXPECT_EQ(launcher.lines.size(), 3U);
 }
 
+TEST_F(WindowsThatHang, ThatAWindowHasGoneForGoodIsToldOnceItIsGivenUp) {
+  showMain();
+  std::vector<std::string> closed;
+  windows.onWindowWillClose([&](const std::string& identifier) { closed.push_back(identifier); });
+  windows.togglePopover({});
+  box->advanceSeconds(5.0);
+  EXPECT_TRUE(closed.empty()) << "it comes back";
+  sayWindow("windowShown");
+  box->advanceSeconds(60.0);
+  EXPECT_EQ(closed, (std::vector<std::string>{"main"}));
+  EXPECT_TRUE(windows.windows().empty());
+}
+
 TEST_F(WindowsThatHang, AnOldTrayIsLookedForAgain) {
   windows.setOldTrayWanted(true);
   settle();
