@@ -46,6 +46,8 @@ PlainButton {
     Accessible.description: badge.length > 0 ? badgeText : ""
     Accessible.selectable: true
     Accessible.selected: isSelected
+    // A screen reader that runs makes every button one once more when it stands.
+    Component.onCompleted: Accessible.role = Accessible.PageTab
 
     background: Item {
         Rectangle {

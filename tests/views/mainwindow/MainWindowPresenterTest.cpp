@@ -41,8 +41,8 @@ class MainWindow : public ViewsFixture {
 
 TEST_F(MainWindow, SectionsStandInTheirOrderWithTheirTitlesSymbolsAndCanvases) {
   const QStringList titles{"Mixer", "Profiles", "Activity", "Auto-Duck", "Focus", "Settings"};
-  const QStringList symbols{"slider.horizontal.3", "rectangle.stack", "waveform.path", "waveform.badge.minus",
-                            "timer",               "gearshape"};
+  const QStringList symbols{"slider.horizontal.3",  "rectangle.stack", "waveform.path",
+                            "waveform.badge.minus", "timer",           "gearshape"};
   const QStringList canvases{"MixerCanvas",    "ProfilesCanvas", "ActivityCanvas",
                              "AutoDuckCanvas", "FocusCanvas",    "PreferencesCanvas"};
   ASSERT_EQ(allSections.size(), 6U);

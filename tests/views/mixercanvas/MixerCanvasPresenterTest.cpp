@@ -143,9 +143,8 @@ TEST_F(MixerPage, DetectionThatFindsNothingNewTellsNothing) {
   startWithSounding({spotify});
   make();
   int told = 0;
-  for (const auto signal :
-       {&MixerCanvasPresenter::liveChanged, &MixerCanvasPresenter::subtitleChanged,
-        &MixerCanvasPresenter::averageGainChanged, &MixerCanvasPresenter::duckingChanged}) {
+  for (const auto signal : {&MixerCanvasPresenter::liveChanged, &MixerCanvasPresenter::subtitleChanged,
+                            &MixerCanvasPresenter::averageGainChanged, &MixerCanvasPresenter::duckingChanged}) {
     QObject::connect(page.get(), signal, page.get(), [&told] { ++told; });
   }
   for (int i = 0; i < 20; ++i) box->detect();
