@@ -7,6 +7,7 @@
 
 #include "platform/Machine.h"
 #include "platform/SingleInstance.h"
+#include "platform/linux/ActivationToken.h"
 #include "platform/linux/JournalLogSink.h"
 #include "platform/linux/LinuxMachine.h"
 #include "platform/linux/LinuxSessionWatch.h"
@@ -31,6 +32,7 @@ int main(int argc, char** argv) {
   host.makeSingleInstance = [](const Runtime& runtime) {
     return std::make_unique<LinuxSingleInstance>(runtime.main, runtime.log);
   };
+  host.takeActivationToken = takeActivationToken;
   host.makeStatusItem = [](const Runtime& runtime) {
     return std::make_unique<LinuxStatusItem>(runtime.main, runtime.log);
   };

@@ -3,10 +3,9 @@
 
 namespace quillmere {
 
-std::string_view appVersion() {
-  const std::string_view version = QUILLMERE_VERSION;
-  return version.empty() ? "0.0.0" : version;
-}
+std::string_view appVersion() { return bundleVersion().empty() ? "0.0.0" : bundleVersion(); }
+
+std::string_view bundleVersion() { return QUILLMERE_VERSION; }
 
 std::string_view buildNumber() { return QUILLMERE_BUILD_NUMBER; }
 

@@ -8,6 +8,8 @@ namespace quillmere {
 
 /// This program's version, "0.0.0" if the build gave none.
 [[nodiscard]] std::string_view appVersion();
+/// The same where the build gave one, else empty.
+[[nodiscard]] std::string_view bundleVersion();
 /// Which build of that version this is; empty if the build didn't say.
 [[nodiscard]] std::string_view buildNumber();
 /// The product's web address, without a trailing slash.

@@ -18,19 +18,51 @@ namespace quillmere {
 
 using nlohmann::json;
 
-MixerHost::MixerHost(MixerState& state, const Runtime& runtime, SendMessage send)
-    : state_(state), runtime_(runtime), send_(std::move(send)) {
+MixerHost::MixerHost(MixerState& state, const Runtime& runtime, SendMessage send, IsBehind isBehind)
+    : state_(state), runtime_(runtime), send_(std::move(send)), isBehind_(std::move(isBehind)) {
   QUILLMERE_CHECK_ON(runtime_.main, "the mixer's host is made off the main thread");
   auto values = json::object();
   state_.visitFields([&values, this](const char* name, const auto& field) {
     values[name] = field.get();
-    subscriptions_.push_back(field.observe(
-        [this, name](const auto& value) { send_({{wire::type, wire::field}, {"name", name}, {"value", value}}); }));
+    subscriptions_.push_back(field.observe([this, name](const auto& value) { tell(name, value); }));
   });
   send_({{wire::type, wire::fields}, {"values", std::move(values)}});
 }
 
 MixerHost::~MixerHost() = default;
+
+template <typename T>
+void MixerHost::tell(const char* name, const T& value) {
+  // What has waited once goes with the rest, in one order.
+  if (!untold_.empty() || untoldPerformed_ > 0 || isBehind_()) {
+    untold_.insert(name);
+  } else {
+    send_({{wire::type, wire::field}, {"name", name}, {"value", value}});
+  }
+}
+
+void MixerHost::tellPerformed() {
+  if (!untold_.empty() || untoldPerformed_ > 0 || isBehind_()) {
+    ++untoldPerformed_;
+  } else {
+    send_({{wire::type, wire::performed}});
+  }
+}
+
+void MixerHost::catchUp() {
+  QUILLMERE_CHECK_ON(runtime_.main, "the mixer's host catches up off the main thread");
+  state_.visitFields([this](const char* name, const auto& field) {
+    const auto untold = untold_.find(name);
+    if (untold == untold_.end() || isBehind_()) return;
+    untold_.erase(untold);
+    send_({{wire::type, wire::field}, {"name", name}, {"value", field.get()}});
+  });
+  // After whatever they have changed.
+  while (untold_.empty() && untoldPerformed_ > 0 && !isBehind_()) {
+    --untoldPerformed_;
+    send_({{wire::type, wire::performed}});
+  }
+}
 
 bool MixerHost::take(const json& message) {
   QUILLMERE_CHECK_ON(runtime_.main, "the mixer's host takes a message off the main thread");
@@ -50,9 +82,9 @@ bool MixerHost::take(const json& message) {
 void MixerHost::call(const json& message) {
   // Whatever becomes of it, the other end learns that this call is over.
   struct Ending {
-    const SendMessage& send;
-    ~Ending() { send({{wire::type, wire::performed}}); }
-  } const ending{send_};
+    MixerHost& host;
+    ~Ending() { host.tellPerformed(); }
+  } const ending{*this};
   const auto& name = message.at("name").get_ref<const std::string&>();
   bool isKnown = false;
   MixerState::visitOperations([&](const char* known, auto operation) {

@@ -16,6 +16,7 @@
 #include "platform/SessionWatch.h"
 #include "platform/SingleInstance.h"
 #include "platform/StatusItem.h"
+#include "remote/SeamVersion.h"
 #include "runtime/LoopExecutor.h"
 #include "runtime/ThreadPoolExecutor.h"
 #include "shell/LaunchOptions.h"
@@ -41,13 +42,13 @@ constexpr auto trayPatience = std::chrono::seconds(10);
 class Shell {
  public:
   Shell(AppState& state, const Runtime& runtime, SingleInstance& instance, StatusItem& item, WindowsLauncher& launcher,
-        ReleaseUpdater* updater, std::function<void()> terminate)
+        ReleaseUpdater* updater, const std::function<void()>& terminate)
       : state_(state),
         updater_(updater),
         runtime_(runtime),
         instance_(instance),
         item_(item),
-        windows_(launcher, state, runtime, windowsIntents(std::move(terminate))),
+        windows_(launcher, state, runtime, windowsIntents(terminate)),
         controller_(state, runtime, windows_, statusBarIntents()),
         presenter_(item_, controller_),
         oldPresenter_(windows_.oldTray(), controller_),
@@ -57,57 +58,69 @@ class Shell {
       Logger(runtime_.log, "Application").info(std::to_string(apps.size()) + " applications listed");
       listed_.cancel();
     });
+    instance_.onActivationRequested([this](const ActivationRequest& request) { openMainWindow(request); });
     controller_.observeMenu([this] {
       presenter_.refresh();
       oldPresenter_.refresh();
     });
   }
 
-  void start(const LaunchOptions& options) {
-    instance_.onActivationRequested([this] { openMainWindow({}); });
+  /// `wish` is absent for a start into the background.
+  void start(const std::optional<ActivationRequest>& wish) {
     if (!delegate_.applicationDidFinishLaunching()) return;
-    if (options.inBackground) {
+    if (!wish) {
       runtime_.main.postAfter(trayPatience, [this] {
         if (!hasIcon()) windows_.open(WindowsProcess::mainWindow);
       });
       return;
     }
     // After the status item, which is what people look for first.
-    runtime_.main.post([this] { windows_.open(WindowsProcess::mainWindow); });
+    runtime_.main.post([this, wish = *wish] { windows_.open(WindowsProcess::mainWindow, wish); });
   }
+
+  /// The windows turned out not to be this program's other half.
+  [[nodiscard]] bool isBroken() const { return isBroken_; }
 
  private:
   [[nodiscard]] bool hasIcon() { return item_.isAvailable() || windows_.oldTray().isAvailable(); }
 
-  void openMainWindow(const std::string& activationToken) {
-    windows_.open(WindowsProcess::mainWindow, activationToken);
+  void openMainWindow(const ActivationRequest& request) {
+    windows_.open(WindowsProcess::mainWindow, request);
     windows_.activate();
   }
 
-  WindowsIntents windowsIntents(std::function<void()> terminate) {
+  WindowsIntents windowsIntents(const std::function<void()>& terminate) {
     WindowsIntents intents;
-    intents.openMainWindow = [this] {
+    intents.openMainWindow = [this](const ActivationRequest& request) {
       windows_.closePopover();
-      openMainWindow({});
+      openMainWindow(request);
     };
     intents.mainWindowShown = [this] { delegate_.handleMainWindowAppear(state_.hasCompletedOnboarding().get()); };
-    intents.terminate = std::move(terminate);
+    intents.finishOnboarding = [this] { delegate_.finishOnboarding(); };
+    intents.halvesDiffer = [this, terminate](const std::string& version) {
+      const auto problem = "this is version " + seamVersion() +
+                           ", and the program that draws its windows says to be of " +
+                           (version.empty() ? "none" : version) + ": it is not installed whole";
+      Logger(runtime_.log, "Application").error(problem);
+      std::cerr << "quillmere: " << problem << '\n';
+      isBroken_ = true;
+      terminate();
+    };
+    intents.terminate = terminate;
     return intents;
   }
 
   StatusBarIntents statusBarIntents() {
     StatusBarIntents intents;
-    // The main window has no sections yet: every request shows the one page there is.
-    intents.openMainWindow = [this](const std::optional<std::string>&, const std::string& activationToken) {
-      openMainWindow(activationToken);
-    };
+    intents.openMainWindow = [this](const ActivationRequest& request) { openMainWindow(request); };
     intents.togglePopover = [this](const StatusItemActivation& activation) { windows_.togglePopover(activation); };
     return intents;
   }
 
   LaunchSteps launchSteps() {
     LaunchSteps steps;
-    steps.acquireInstance = [this] { return instance_.acquire(); };
+    // It was, before there was a machine.
+    steps.acquireInstance = [this] { return instance_.acquire(std::nullopt); };
     // Where no release feed is known the menu leads to the download page.
     steps.startUpdater = [this] {
       if (updater_ != nullptr) updater_->start();
@@ -148,6 +161,7 @@ class Shell {
   StatusItemPresenter oldPresenter_;
   QuillmereAppDelegate delegate_;
   TimerID panelTimer_ = 0;
+  bool isBroken_ = false;
 };
 
 }  // namespace
@@ -156,12 +170,20 @@ int runApplication(int argc, char** argv, const Host& host) {
   int exitCode = EXIT_SUCCESS;
   const auto options = parseArguments(argc, argv, std::cout, std::cerr, exitCode);
   if (!options) return exitCode;
+  std::optional<ActivationRequest> wish = ActivationRequest{options->section, host.takeActivationToken()};
+  if (options->inBackground) wish.reset();
 
   const auto log = host.makeLogSink();
   SystemClocks clocks;
   LoopExecutor main;
   ThreadPoolExecutor background(backgroundThreads);
   const Runtime runtime{main, background, clocks, *log, makeThreadSerialQueue};
+  // First of all: what plays is in the hands of the instance that runs.
+  const auto instance = host.makeSingleInstance(runtime);
+  if (!instance->acquire(wish)) {
+    Logger(*log, "Application").standard("quillmere runs already");
+    return EXIT_SUCCESS;
+  }
   const auto launcher = host.makeWindowsLauncher(runtime);
   if (!launcher) return EXIT_FAILURE;
 
@@ -177,7 +199,6 @@ int runApplication(int argc, char** argv, const Host& host) {
   auto state = AppState::create(machine, runtime, driver);
   if (updater) state->useUpdater(*updater);
   AppState::installShared(state);
-  const auto instance = host.makeSingleInstance(runtime);
   {
     const auto item = host.makeStatusItem(runtime);
     const auto terminate = [&main] { main.stop(); };
@@ -188,8 +209,9 @@ int runApplication(int argc, char** argv, const Host& host) {
       Logger(*log, "Application").standard("the desktop session has ended");
       terminate();
     });
-    main.post([&shell, &options] { shell.start(*options); });
+    main.post([&shell, &wish] { shell.start(wish); });
     main.run();
+    if (shell.isBroken()) exitCode = EXIT_FAILURE;
   }
   // The running streams hold the state: they go with the queues they wait in, before what the state uses.
   AppState::installShared(nullptr);

@@ -43,7 +43,7 @@ void StatusBarController::perform(const StatusMenuEntry& entry, const std::strin
     case StatusAction::separator:
       break;
     case StatusAction::openMainWindow:
-      intents_.openMainWindow(std::nullopt, activationToken);
+      intents_.openMainWindow({std::nullopt, activationToken});
       break;
     case StatusAction::toggleWhisper:
       state_.toggleWhisperMode();
@@ -58,11 +58,11 @@ void StatusBarController::perform(const StatusMenuEntry& entry, const std::strin
       if (const auto id = Uuid::parse(entry.representedObject)) state_.applyProfile(*id);
       break;
     case StatusAction::openSettings:
-      intents_.openMainWindow(settingsSection, activationToken);
+      intents_.openMainWindow({settingsSection, activationToken});
       break;
     case StatusAction::openAbout:
       windows_.activate();
-      windows_.showAboutPanel();
+      windows_.showAboutPanel(activationToken);
       break;
     case StatusAction::checkForUpdates:
       state_.checkForUpdates();

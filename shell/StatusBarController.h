@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/ActivationRequest.h"
 #include "platform/StatusItem.h"
 #include "runtime/Observable.h"
 #include "runtime/Runtime.h"
@@ -18,8 +19,8 @@ class WindowSystem;
 
 /// Steps outside the state that entries lead to.
 struct StatusBarIntents {
-  /// Opens the main window and brings the program to the front; the section, if any, is one of the window's own.
-  std::function<void(std::optional<std::string> section, const std::string& activationToken)> openMainWindow;
+  /// Opens the main window and brings the program to the front.
+  std::function<void(const ActivationRequest& request)> openMainWindow;
   std::function<void(const StatusItemActivation& activation)> togglePopover;
 };
 

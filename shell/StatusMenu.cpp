@@ -1,15 +1,12 @@
 // The status item's menu as plain data.
 #include "shell/StatusMenu.h"
 
-#include <array>
-
 #include "core/RemainingText.h"
+#include "core/SleepChoices.h"
 
 namespace quillmere {
 
 namespace {
-
-constexpr std::array sleepChoices{15, 30, 45, 60, 90};
 
 StatusMenuEntry item(std::string title, StatusAction action, std::string key = {}) {
   StatusMenuEntry entry;

@@ -2,49 +2,33 @@
 // Each window owns its presenters and its engine, so that dropping the window gives all of it back.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 
-#include "runtime/Runtime.h"
+#include "views/ViewServices.h"
 
 class QQuickWindow;
 
 namespace quillmere {
 
-class MixerState;
-struct BrowserTab;
-class ViewSettings;
-class Workspace;
-
-/// What gestures in the views ask of the rest of the program. [main]
-struct ViewIntents {
-  /// Opens the main window and brings the program to the front.
-  std::function<void()> openMainWindow;
-  std::function<void()> quit;
-  /// Brings a browser's tab to the front.
-  std::function<void(const std::string& bundleID, const BrowserTab& tab)> activateTab;
-};
-
 /// [main] throughout. Windows may be made and destroyed any number of times; they don't need the factory afterwards.
 class ViewFactory {
  public:
-  /// The workspace, asked for icons from any thread, and the runtime's services outlive every window.
-  ViewFactory(std::shared_ptr<MixerState> state, const Runtime& runtime, std::shared_ptr<ViewSettings> settings,
-              Workspace& workspace, ViewIntents intents);
+  explicit ViewFactory(ViewServices services);
   ~ViewFactory();
 
   /// The mixer panel, not yet shown: 340 points wide, its height follows its content.
   [[nodiscard]] std::unique_ptr<QQuickWindow> makePopover();
-  /// The window "quillmere", 1120 by 720 points, not yet shown.
+  /// The window "quillmere", 1120 by 720 points, not yet shown. It shows the mixer until it is told another section.
   [[nodiscard]] std::unique_ptr<QQuickWindow> makeMainWindow();
+  /// The first run's window, not yet shown: 640 by 600 points, never larger. Its end is told as an intent.
+  [[nodiscard]] std::unique_ptr<QQuickWindow> makeOnboarding();
+  /// Shows a section ("Settings") in a window of makeMainWindow(), shown yet or not; a text that names none changes
+  /// nothing.
+  static void showSection(QQuickWindow& mainWindow, const std::string& section);
 
  private:
-  std::shared_ptr<MixerState> state_;
-  Runtime runtime_;
-  std::shared_ptr<ViewSettings> settings_;
-  Workspace& workspace_;
-  ViewIntents intents_;
+  ViewServices services_;
 };
 
 }  // namespace quillmere

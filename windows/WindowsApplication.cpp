@@ -20,10 +20,12 @@
 #include <thread>
 #include <utility>
 
+#include "core/Product.h"
 #include "integrations/DesktopServices.h"
 #include "remote/MessageType.h"
 #include "remote/RemoteState.h"
 #include "remote/RemoteStatusItem.h"
+#include "remote/SeamVersion.h"
 #include "remote/WindowMessages.h"
 #include "runtime/ThreadPoolExecutor.h"
 #include "state/ViewSettings.h"
@@ -44,6 +46,7 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* mainWindow = "main";
+constexpr const char* onboardingWindow = "onboarding";
 
 /// Where the icon is, as far as a click tells: the pointer, or what the panel says of it, if that is over a panel. A
 /// pointer anywhere else says nothing.
@@ -60,6 +63,13 @@ std::optional<QRect> anchorOf(const std::optional<QPoint>& click) {
 void setActivationToken(const json& message) {
   const auto token = message.value("token", std::string());
   if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+}
+
+/// Puts a window that is not shown yet into the middle of its screen, where the desktop lets a program choose.
+void centre(QWindow& window) {
+  QRect place(QPoint(), window.size());
+  place.moveCenter(window.screen()->availableGeometry().center());
+  window.setPosition(place.topLeft());
 }
 
 /// What the mixer lists runs, even where the desktop knows nothing of it.
@@ -82,6 +92,12 @@ class Windows final : public QObject {
       QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
       return factory().makeMainWindow();
     });
+    scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
+      QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
+      auto window = factory().makeOnboarding();
+      centre(*window);
+      return window;
+    });
     connect(&scenes_, &SceneSet::shown, this,
             [this](const std::string& window) { send_({{"type", wire::windowShown}, {"window", window}}); });
     connect(&scenes_, &SceneSet::becameKey, this,
@@ -95,11 +111,16 @@ class Windows final : public QObject {
   }
 
   void take(const json& message) {
+    if (!isGreeted_) {
+      greet(message);
+      return;
+    }
     if (state_->take(message) || (trayHost_ && trayHost_->take(message))) return;
     const auto number = message.find("number");
     // Words for an icon that is not there, for one, are none that anybody waits for.
     if (number == message.end() || !number->is_number_unsigned()) return;
     seen_ = number->get<std::uint64_t>();
+    send_({{"type", wire::begun}, {"seen", seen_}});
     const auto type = messageType(message);
     try {
       perform(type, message);
@@ -111,6 +132,17 @@ class Windows final : public QObject {
   }
 
  private:
+  /// The first word is what the other half is; one that is not of this half's version is not understood.
+  void greet(const json& message) {
+    const auto version = messageType(message) == wire::hello ? message.value("version", std::string()) : std::string();
+    isGreeted_ = version == seamVersion();
+    send_({{"type", wire::hello}, {"version", seamVersion()}});
+    if (isGreeted_) return;
+    Logger(runtime_.log, "Windows")
+        .error("these windows are of version " + seamVersion() + ", the program behind them of " + version);
+    QCoreApplication::exit(EXIT_FAILURE);
+  }
+
   void perform(const std::string& type, const json& message) {
     if (type == wire::openWindow) {
       setActivationToken(message);
@@ -166,11 +198,12 @@ class Windows final : public QObject {
       ViewIntents intents;
       intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
       intents.quit = [this] { send_({{"type", wire::quit}}); };
+      intents.onboardingFinished = [this] { send_({{"type", wire::finishOnboarding}}); };
       auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
       desktop_.emplace(host_.makeDesktop(runtime_, std::move(dialogue)), runtime_,
                        [state = state_] { return soundingIn(*state); });
-      factory_.emplace(state_, runtime_, std::make_shared<ViewSettings>(*state_), desktop_->workspace(),
-                       std::move(intents));
+      factory_.emplace(ViewServices{state_, runtime_, std::make_shared<ViewSettings>(*state_), *desktop_,
+                                    std::move(intents), std::string(appVersion())});
     }
     return *factory_;
   }
@@ -187,6 +220,8 @@ class Windows final : public QObject {
   std::unique_ptr<OldTrayItem> tray_;
   std::optional<StatusItemHost> trayHost_;
   std::uint64_t seen_ = 0;
+  /// Whether the program behind the windows is the other half of this one.
+  bool isGreeted_ = false;
 };
 
 /// The way out, for whoever still has something to say when it is closed.

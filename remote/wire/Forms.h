@@ -57,17 +57,12 @@ inline void from_json(const nlohmann::json& form, PomodoroPhase& phase) {
   phase = {enumerated(form.at(0), PomodoroPhase::Kind::idle), Date{form.at(1).get<double>()}};
 }
 
-// A record as an object of its members. Each of them is named: one more or less does not compile.
+// The second function is never called. It takes a record apart, which compiles only into all of its members.
 #define QUILLMERE_RECORD(Record, ...)                     \
   NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Record, __VA_ARGS__) \
   inline void expectAllMembers(const Record& record) { [[maybe_unused]] const auto& [__VA_ARGS__] = record; }
 
-QUILLMERE_RECORD(Date, secondsSinceReference)
-QUILLMERE_RECORD(AudioApp, bundleID, name, gain, muted, routedDeviceUID)
-QUILLMERE_RECORD(Profile, id, name, apps, focusModeID, updatedAt)
-QUILLMERE_RECORD(DuckRule, triggerBundleIDs, duckedBundleIDs, targetGain, fadeMillis, restoreDelayMillis)
-QUILLMERE_RECORD(AudioOutputDevice, uid, name, id, isDefault)
-QUILLMERE_RECORD(BrowserTab, id, browserBundleID, title, urlString, isActive)
-QUILLMERE_RECORD(NowPlayingTrack, title, artist, album, sourceBundleID, isPlaying, elapsedTime, totalDuration)
+#define RECORD QUILLMERE_RECORD
+#include "wire/Records.def"
 
 }  // namespace quillmere

@@ -7,7 +7,7 @@ namespace quillmere::wire {
 constexpr const char* type = "type";
 
 // From the mixer.
-constexpr const char* fields = "fields";        ///< values: all fields by name. The first message.
+constexpr const char* fields = "fields";        ///< values: all fields by name. Before any other.
 constexpr const char* field = "field";          ///< name, value: a field that has changed.
 constexpr const char* performed = "performed";  ///< One call has been performed, after whatever it changed.
 

@@ -20,8 +20,9 @@ class Remote : public StateFixture {
  protected:
   /// The other process comes.
   void connect() {
-    host = std::make_unique<MixerHost>(state(), box->runtime,
-                                       [this](const json& message) { toRemote.push_back(encodeMessage(message)); });
+    host = std::make_unique<MixerHost>(
+        state(), box->runtime,
+        [this](const json& message) { toRemote.push_back(encodeMessage(message)); }, [this] { return isBehind; });
     remote = std::make_unique<RemoteState>(box->log, toHost());
     deliver();
   }
@@ -49,6 +50,7 @@ class Remote : public StateFixture {
                          [&](const AudioApp& each) { return each.bundleID == bundleID; });
   }
 
+  bool isBehind = false;
   std::deque<std::string> toRemote;
   std::deque<std::string> toMixer;
   std::unique_ptr<MixerHost> host;
@@ -318,6 +320,55 @@ TEST_F(Remote, AnUnreadableValueThatWasHeldBackLosesNoOtherOne) {
   EXPECT_TRUE(remote->take({{"type", "performed"}}));
   EXPECT_EQ(*remote->masterGain(), 0.75F);
   EXPECT_FALSE(remote->apps()->empty());
+}
+
+TEST_F(Remote, OneThatIsBehindIsToldOnlyHowThingsHaveComeToBe) {
+  startWithThree();
+  connect();
+  isBehind = true;
+  for (int step = 0; step < 1000; ++step) {
+    state().setGain(0.001F * static_cast<float>(step), spotify);
+    state().setMasterGain(0.001F * static_cast<float>(step));
+  }
+  state().toggleWhisperMode();
+  EXPECT_TRUE(toRemote.empty());
+  isBehind = false;
+  host->catchUp();
+  EXPECT_LE(toRemote.size(), 4U);
+  deliver();
+  expectSame(state(), *remote);
+  state().setMasterGain(0.75F);
+  EXPECT_EQ(toRemote.size(), 1U) << "all is as before";
+}
+
+TEST_F(Remote, OneThatFallsBehindAgainWhileItCatchesUpGetsTheRestLater) {
+  startWithThree();
+  connect();
+  isBehind = true;
+  state().setGain(0.25F, spotify);
+  state().setMasterGain(0.5F);
+  host->catchUp();
+  EXPECT_TRUE(toRemote.empty());
+  isBehind = false;
+  host->catchUp();
+  deliver();
+  expectSame(state(), *remote);
+}
+
+TEST_F(Remote, ALevelOfOneThatIsBehindIsNotPulledBackByAnOlderOne) {
+  startWithThree();
+  connect();
+  isBehind = true;
+  state().setGain(0.25F, zoom);
+  remote->setGain(0.5F, spotify);
+  performOne();
+  EXPECT_TRUE(toRemote.empty()) << "not even that the call is over";
+  isBehind = false;
+  host->catchUp();
+  ASSERT_EQ(toRemote.size(), 2U);
+  EXPECT_EQ(decodeMessage(toRemote.back()).value().at("type"), "performed") << "after what it has changed";
+  deliver();
+  expectSame(state(), *remote);
 }
 
 TEST_F(Remote, BytesThatAreNoMessageAreNone) {

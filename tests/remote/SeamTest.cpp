@@ -11,9 +11,11 @@
 #include <utility>
 #include <vector>
 
+#include "core/Product.h"
 #include "platform/memory/RecordingLogSink.h"
 #include "remote/MixerHost.h"
 #include "remote/RemoteState.h"
+#include "remote/SeamVersion.h"
 #include "remote/wire/Forms.h"
 #include "runtime/VirtualTime.h"
 
@@ -133,7 +135,9 @@ class Seam : public ::testing::Test {
     for (const auto& bytes : std::exchange(toMixer, {})) EXPECT_TRUE(host->take(decodeMessage(bytes).value()));
   }
   void connect() {
-    host.emplace(mixer, runtime, [this](const json& sent) { toRemote.push_back(encodeMessage(sent)); });
+    host.emplace(
+        mixer, runtime, [this](const json& sent) { toRemote.push_back(encodeMessage(sent)); },
+        [] { return false; });
     deliver();
   }
   void expectSame() const {
@@ -186,6 +190,11 @@ TEST_F(Seam, EachOperationReachesTheMixerWithItsArgumentsInTheirOrder) {
         mixer.noted.clear();
         deliver();
       });
+}
+
+TEST_F(Seam, TheVersionIsTheProgramsAndOfWhatCrosses) {
+  EXPECT_TRUE(seamVersion().starts_with(std::string(appVersion()) + " ("));
+  EXPECT_EQ(seamVersion(), seamVersion());
 }
 
 TEST_F(Seam, NoTwoThatCrossHaveTheSameName) {

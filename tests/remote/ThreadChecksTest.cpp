@@ -68,10 +68,11 @@ TEST_F(ThreadChecksDeathTest, EveryOperationOfTheMixerInAnotherProcess) {
 
 TEST_F(ThreadChecksDeathTest, TheMixersEndOfTheBorder) {
   startWithThree();
-  MixerHost host(state(), box->runtime, send);
-  expectMainOnly({{"the host", [&] { MixerHost another(state(), box->runtime, send); }},
-                  {"take", [&] { host.take({{"type", "nothing"}}); }}},
-                 [this](const auto& work) { onTheBackground(work); });
+  MixerHost host(state(), box->runtime, send, [] { return false; });
+  expectMainOnly(
+      {{"the host", [&] { MixerHost another(state(), box->runtime, send, [] { return false; }); }},
+       {"take", [&] { host.take({{"type", "nothing"}}); }}},
+      [this](const auto& work) { onTheBackground(work); });
 }
 
 TEST_F(ThreadChecksDeathTest, TheIconAtBothEnds) {

@@ -24,8 +24,8 @@ class StatusBar : public StateFixture {
 
   StatusBarController makeController() {
     StatusBarIntents intents;
-    intents.openMainWindow = [this](const std::optional<std::string>& section, const std::string&) {
-      opened.push_back(section.value_or("none"));
+    intents.openMainWindow = [this](const ActivationRequest& request) {
+      opened.push_back(request.section.value_or("none"));
     };
     intents.togglePopover = [this](const StatusItemActivation&) { ++toggles; };
     return {state(), box->runtime, windows, std::move(intents)};

@@ -13,10 +13,7 @@ namespace {
 
 class Windows : public ViewsFixture {
  protected:
-  [[nodiscard]] std::unique_ptr<ViewFactory> factory() {
-    return std::make_unique<ViewFactory>(sharedState(), box->runtime, std::make_shared<ViewSettings>(state()),
-                                         *box->machine.workspace, intents());
-  }
+  [[nodiscard]] std::unique_ptr<ViewFactory> factory() { return std::make_unique<ViewFactory>(services()); }
 };
 
 TEST_F(Windows, PopoverIsThreeHundredAndFortyWide) {

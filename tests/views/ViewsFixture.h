@@ -6,9 +6,11 @@
 #include <memory>
 
 #include "StateFixture.h"
+#include "integrations/DesktopServices.h"
+#include "platform/memory/MemoryDesktop.h"
 #include "state/ViewSettings.h"
-#include "views/ViewFactory.h"
-#include "views/mixer/MenuModel.h"
+#include "views/ViewServices.h"
+#include "views/shared/MenuModel.h"
 
 namespace quillmere {
 
@@ -36,8 +38,30 @@ class ViewsFixture : public StateFixture {
   }
   [[nodiscard]] std::shared_ptr<AppState> sharedState() const { return box->state; }
   [[nodiscard]] ViewIntents intents() {
-    return {[this] { ++windowsOpened; }, [this] { ++quits; },
-            [this](const std::string& bundleID, const BrowserTab& tab) { activated.emplace_back(bundleID, tab); }};
+    ViewIntents made;
+    made.openMainWindow = [this] { ++windowsOpened; };
+    made.quit = [this] { ++quits; };
+    made.onboardingFinished = [this] { ++onboardingsFinished; };
+    made.activateTab = [this](const std::string& bundleID, const BrowserTab& tab) {
+      activated.emplace_back(bundleID, tab);
+    };
+    return made;
+  }
+  /// What the pages stand on; this program's version is 1.9.9.
+  [[nodiscard]] ViewServices services() {
+    return {sharedState(), box->runtime, settings, desktopServices(), intents(), "1.9.9"};
+  }
+  /// What the windows know of `desktop`; made with the first question, which takes its ports over. The mixer's
+  /// applications run there.
+  [[nodiscard]] DesktopServices& desktopServices() {
+    if (!desktopServices_) {
+      desktopServices_ = std::make_unique<DesktopServices>(std::move(desktop.desktop), box->runtime, [this] {
+        std::vector<RunningApplication> running;
+        for (const auto& app : *state().apps()) running.push_back({app.bundleID, app.name, 0});
+        return running;
+      });
+    }
+    return *desktopServices_;
   }
 
   /// Titles with "* " before those that are marked, and "-" for a divider.
@@ -57,10 +81,15 @@ class ViewsFixture : public StateFixture {
     FAIL() << "no entry " << title.toStdString();
   }
 
+  MemoryDesktop desktop;
   std::shared_ptr<ViewSettings> settings;
+  int onboardingsFinished = 0;
   int windowsOpened = 0;
   int quits = 0;
   std::vector<std::pair<std::string, BrowserTab>> activated;
+
+ private:
+  std::unique_ptr<DesktopServices> desktopServices_;
 };
 
 inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }

@@ -99,6 +99,8 @@ Tokens::Tokens(QObject* parent)
       floatBG_(toColor(design::colour::floatBG)),
       floatStroke_(toColor(design::colour::floatStroke)),
       focusRing_(toColor(design::colour::focusRing)),
+      thinMaterial_(toColor(design::colour::thinMaterial)),
+      thickMaterial_(toColor(design::colour::thickMaterial)),
       heroDisplay_(toFont(design::face::heroDisplay)),
       displayXL_(toFont(design::face::displayXL)),
       displayL_(toFont(design::face::displayL)),

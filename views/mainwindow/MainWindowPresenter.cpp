@@ -1,91 +1,98 @@
-// What the main window shows.
+// What the main window shows around its canvas.
 #include "views/mainwindow/MainWindowPresenter.h"
 
 #include <utility>
 
+#include "core/VersionOrder.h"
 #include "state/MixerState.h"
-#include "state/ViewSettings.h"
 
 namespace quillmere {
 
-MainWindowPresenter::MainWindowPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime,
-                                         std::shared_ptr<ViewSettings> settings, const ViewIntents& intents,
-                                         QObject* parent)
+MainWindowPresenter::MainWindowPresenter(ViewServices services, QObject* parent)
     : QObject(parent),
-      state_(std::move(state)),
-      settings_(std::move(settings)),
-      rows_(state_, *settings_, AppRowModel::Filter::all, intents.activateTab),
-      output_(state_, runtime, DeviceSymbolStyle::large),
-      profiles_(state_, intents.openMainWindow),
-      profileList_(state_),
-      sleepTimer_(state_, runtime),
-      focus_(state_, runtime),
-      duck_(state_) {
-  const auto follow = [this](const auto& field, void (MainWindowPresenter::*changed)()) {
-    subscriptions_.push_back(field.observe([this, changed](const auto&) { Q_EMIT(this->*changed)(); }));
-  };
-  follow(state_->apps(), &MainWindowPresenter::mixChanged);
-  follow(state_->liveBundleIDs(), &MainWindowPresenter::mixChanged);
-  follow(state_->isDucking(), &MainWindowPresenter::mixChanged);
-  follow(state_->isWhisperMode(), &MainWindowPresenter::whisperChanged);
-  follow(state_->pauseOnHeadphoneDisconnect(), &MainWindowPresenter::settingsChanged);
-  follow(settings_->scrollOverRowAdjustsVolume(), &MainWindowPresenter::settingsChanged);
-  follow(settings_->showDuckBanner(), &MainWindowPresenter::settingsChanged);
+      services_(std::move(services)),
+      upperItems_({Section::mixer, Section::profiles, Section::activity, Section::duck, Section::focus}),
+      lowerItems_({Section::settings}) {
+  const auto& state = *services_.state;
+  subscriptions_.push_back(state.liveBundleIDs().observe([this](const auto&) { refreshLive(); }));
+  subscriptions_.push_back(state.isDucking().observe([this](bool) { Q_EMIT duckingTextChanged(); }));
+  subscriptions_.push_back(state.latestVersion().observe([this](const auto&) { Q_EMIT updateTextChanged(); }));
+  refreshLive();
 }
 
-QString MainWindowPresenter::greeting() const {
-  const auto count = state_->liveBundleIDs()->size();
-  if (count == 0) return tr("Quiet right now.");
-  return count == 1 ? tr("Mixing 1 source.") : tr("Mixing %1 sources.").arg(count);
+MainWindowPresenter::~MainWindowPresenter() = default;
+
+QUrl MainWindowPresenter::canvasSource() const {
+  if (hidden_) return {};
+  return QStringLiteral("qrc:/qt/qml/Quillmere/Views/%1.qml").arg(canvasOf(section_));
 }
 
-QString MainWindowPresenter::subtitle() const {
-  if (*state_->isDucking()) return tr("Music ducked — a call is active.");
-  const auto count = state_->apps()->size();
-  if (count == 0) return tr("Open Spotify, Slack, a YouTube tab — apps appear here.");
-  return count == 1 ? tr("1 app connected.") : tr("%1 apps connected.").arg(count);
-}
-
-QString MainWindowPresenter::liveCountText() const { return tr("%1 live").arg(state_->liveBundleIDs()->size()); }
-
-int MainWindowPresenter::liveCount() const { return static_cast<int>(state_->liveBundleIDs()->size()); }
-
-double MainWindowPresenter::averageGain() const {
-  double sum = 0.0;
-  int count = 0;
-  for (const auto& app : *state_->apps()) {
-    if (!state_->liveBundleIDs()->contains(app.bundleID)) continue;
-    sum += static_cast<double>(app.gain);
-    ++count;
+QObject* MainWindowPresenter::canvas() {
+  if (!canvas_ && !hidden_) {
+    canvas_ = makeCanvasPresenter(section_, services_).release();
+    canvas_->setParent(this);
   }
-  return count > 0 ? sum / count : 0.0;
+  return canvas_;
 }
 
-bool MainWindowPresenter::anyApps() const { return !state_->apps()->empty(); }
-
-bool MainWindowPresenter::whisperOn() const { return *state_->isWhisperMode(); }
-
-QString MainWindowPresenter::whisperText() const {
-  return whisperOn() ? tr("Whisper Mode on — tap to restore") : tr("Engage Whisper Mode");
+QString MainWindowPresenter::liveText() const {
+  if (liveCount_ == 0) return {};
+  return liveCount_ == 1 ? tr("1 source active") : tr("%n sources active", nullptr, liveCount_);
 }
 
-bool MainWindowPresenter::scrollAdjusts() const { return *settings_->scrollOverRowAdjustsVolume(); }
+QString MainWindowPresenter::duckingText() const {
+  return *services_.state->isDucking() ? tr("Ducked — call active") : QString();
+}
 
-void MainWindowPresenter::setScrollAdjusts(bool adjusts) { settings_->setScrollOverRowAdjustsVolume(adjusts); }
-
-bool MainWindowPresenter::showsDuckBanner() const { return *settings_->showDuckBanner(); }
-
-void MainWindowPresenter::setShowsDuckBanner(bool shows) { settings_->setShowDuckBanner(shows); }
-
-bool MainWindowPresenter::pausesOnDisconnect() const { return *state_->pauseOnHeadphoneDisconnect(); }
-
-void MainWindowPresenter::setPausesOnDisconnect(bool pauses) { state_->setPauseOnHeadphoneDisconnect(pauses); }
+QString MainWindowPresenter::updateText() const {
+  const auto& latest = *services_.state->latestVersion();
+  if (!latest || !isOutdated(services_.appVersion, *latest)) return {};
+  return tr("Update available — v%1").arg(QString::fromStdString(*latest));
+}
 
 void MainWindowPresenter::setVisible(bool visible) {
-  sleepTimer_.setVisible(visible);
-  focus_.setVisible(visible);
+  if (hidden_ == !visible) return;
+  hidden_ = !visible;
+  if (hidden_) {
+    dropCanvas();
+    showSection(Section::mixer);
+  } else {
+    Q_EMIT canvasChanged();
+  }
 }
 
-void MainWindowPresenter::toggleWhisper() { state_->toggleWhisperMode(); }
+void MainWindowPresenter::show(const QString& rawValue) {
+  if (const auto section = sectionOf(rawValue)) showSection(*section);
+}
+
+void MainWindowPresenter::showNext(int places) {
+  const int count = static_cast<int>(allSections.size());
+  const int at = (static_cast<int>(section_) + places % count + count) % count;
+  showSection(allSections[static_cast<std::size_t>(at)]);
+}
+
+void MainWindowPresenter::update() { services_.state->checkForUpdates(); }
+
+void MainWindowPresenter::showSection(Section section) {
+  if (section == section_) return;
+  section_ = section;
+  upperItems_.setSelected(section);
+  lowerItems_.setSelected(section);
+  Q_EMIT sectionChanged();
+  dropCanvas();
+}
+
+void MainWindowPresenter::dropCanvas() {
+  auto* leaving = std::exchange(canvas_, nullptr);
+  Q_EMIT canvasChanged();
+  // The page that shows it goes later too, and before it.
+  if (leaving) leaving->deleteLater();
+}
+
+void MainWindowPresenter::refreshLive() {
+  const auto count = static_cast<int>(services_.state->liveBundleIDs()->size());
+  upperItems_.setLiveCount(count);
+  if (std::exchange(liveCount_, count) != count) Q_EMIT liveTextChanged();
+}
 
 }  // namespace quillmere

@@ -1,97 +1,80 @@
-// What the main window shows: every application, the output, and the automations within reach.
+// What the main window shows around its canvas: the sections, which of them shows, and the banner of an update.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
 #include <QObject>
+#include <QUrl>
 #include <memory>
 #include <vector>
 
 #include "runtime/Observable.h"
-#include "runtime/Runtime.h"
-#include "views/ViewFactory.h"
-#include "views/mainwindow/DuckPresenter.h"
-#include "views/mainwindow/FocusPresenter.h"
-#include "views/mainwindow/ProfileListModel.h"
-#include "views/mixer/AppRowModel.h"
-#include "views/mixer/OutputPresenter.h"
-#include "views/popover/ProfilesPresenter.h"
-#include "views/popover/SleepTimerPresenter.h"
+#include "views/ViewServices.h"
+#include "views/mainwindow/Section.h"
+#include "views/mainwindow/SidebarModel.h"
 
 namespace quillmere {
-
-class MixerState;
-class ViewSettings;
 
 /// [main] Made with its window and gone with it.
 class MainWindowPresenter final : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Made with its window")
-  Q_PROPERTY(quillmere::AppRowModel* rows READ rows CONSTANT FINAL)
-  Q_PROPERTY(quillmere::OutputPresenter* output READ output CONSTANT FINAL)
-  Q_PROPERTY(quillmere::ProfilesPresenter* profiles READ profiles CONSTANT FINAL)
-  Q_PROPERTY(quillmere::ProfileListModel* profileList READ profileList CONSTANT FINAL)
-  Q_PROPERTY(quillmere::SleepTimerPresenter* sleepTimer READ sleepTimer CONSTANT FINAL)
-  Q_PROPERTY(quillmere::FocusPresenter* focus READ focus CONSTANT FINAL)
-  Q_PROPERTY(quillmere::DuckPresenter* duck READ duck CONSTANT FINAL)
-  Q_PROPERTY(QString greeting READ greeting NOTIFY mixChanged FINAL)
-  Q_PROPERTY(QString subtitle READ subtitle NOTIFY mixChanged FINAL)
-  Q_PROPERTY(QString liveCountText READ liveCountText NOTIFY mixChanged FINAL)
-  Q_PROPERTY(int liveCount READ liveCount NOTIFY mixChanged FINAL)
-  Q_PROPERTY(double averageGain READ averageGain NOTIFY mixChanged FINAL)
-  Q_PROPERTY(bool anyApps READ anyApps NOTIFY mixChanged FINAL)
-  Q_PROPERTY(bool whisperOn READ whisperOn NOTIFY whisperChanged FINAL)
-  Q_PROPERTY(QString whisperText READ whisperText NOTIFY whisperChanged FINAL)
-  Q_PROPERTY(bool scrollAdjusts READ scrollAdjusts WRITE setScrollAdjusts NOTIFY settingsChanged FINAL)
-  Q_PROPERTY(bool showsDuckBanner READ showsDuckBanner WRITE setShowsDuckBanner NOTIFY settingsChanged FINAL)
-  Q_PROPERTY(bool pausesOnDisconnect READ pausesOnDisconnect WRITE setPausesOnDisconnect NOTIFY settingsChanged FINAL)
+  Q_PROPERTY(quillmere::SidebarModel* upperItems READ upperItems CONSTANT FINAL)
+  Q_PROPERTY(quillmere::SidebarModel* lowerItems READ lowerItems CONSTANT FINAL)
+  Q_PROPERTY(QString section READ section NOTIFY sectionChanged FINAL)
+  Q_PROPERTY(QUrl canvasSource READ canvasSource NOTIFY canvasChanged FINAL)
+  Q_PROPERTY(QObject* canvas READ canvas NOTIFY canvasChanged FINAL)
+  Q_PROPERTY(QString liveText READ liveText NOTIFY liveTextChanged FINAL)
+  Q_PROPERTY(QString duckingText READ duckingText NOTIFY duckingTextChanged FINAL)
+  Q_PROPERTY(QString updateText READ updateText NOTIFY updateTextChanged FINAL)
 
  public:
-  MainWindowPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, std::shared_ptr<ViewSettings> settings,
-                      const ViewIntents& intents, QObject* parent = nullptr);
+  explicit MainWindowPresenter(ViewServices services, QObject* parent = nullptr);
+  ~MainWindowPresenter() override;
 
-  [[nodiscard]] AppRowModel* rows() { return &rows_; }
-  [[nodiscard]] OutputPresenter* output() { return &output_; }
-  [[nodiscard]] ProfilesPresenter* profiles() { return &profiles_; }
-  [[nodiscard]] ProfileListModel* profileList() { return &profileList_; }
-  [[nodiscard]] SleepTimerPresenter* sleepTimer() { return &sleepTimer_; }
-  [[nodiscard]] FocusPresenter* focus() { return &focus_; }
-  [[nodiscard]] DuckPresenter* duck() { return &duck_; }
-  [[nodiscard]] QString greeting() const;
-  [[nodiscard]] QString subtitle() const;
-  [[nodiscard]] QString liveCountText() const;
-  [[nodiscard]] int liveCount() const;
-  /// The mean gain of the applications that sound; 0 when none does.
-  [[nodiscard]] double averageGain() const;
-  [[nodiscard]] bool anyApps() const;
-  [[nodiscard]] bool whisperOn() const;
-  [[nodiscard]] QString whisperText() const;
-  [[nodiscard]] bool scrollAdjusts() const;
-  void setScrollAdjusts(bool adjusts);
-  [[nodiscard]] bool showsDuckBanner() const;
-  void setShowsDuckBanner(bool shows);
-  [[nodiscard]] bool pausesOnDisconnect() const;
-  void setPausesOnDisconnect(bool pauses);
-  /// Told by the window: what counts time does so only while it can be seen.
+  [[nodiscard]] SidebarModel* upperItems() { return &upperItems_; }
+  [[nodiscard]] SidebarModel* lowerItems() { return &lowerItems_; }
+  /// The raw value of the section that shows.
+  [[nodiscard]] QString section() const { return rawValue(section_); }
+  /// The component that shows the section; none while the window is hidden.
+  [[nodiscard]] QUrl canvasSource() const;
+  /// What that component shows: made anew each time its section is shown. Null while the window is hidden.
+  [[nodiscard]] QObject* canvas();
+  /// "3 sources active"; empty while nothing sounds.
+  [[nodiscard]] QString liveText() const;
+  /// Empty while nothing is ducked.
+  [[nodiscard]] QString duckingText() const;
+  /// Empty unless a newer version is known.
+  [[nodiscard]] QString updateText() const;
+  /// Told by the window. One that is closed and opened anew starts at the mixer, with nothing as it was left.
   void setVisible(bool visible);
 
-  Q_INVOKABLE void toggleWhisper();
+  /// Shows the section of this raw value; a text that is none changes nothing.
+  Q_INVOKABLE void show(const QString& rawValue);
+  /// Shows the section so many places further down the sidebar, from its end at the beginning again.
+  Q_INVOKABLE void showNext(int places);
+  Q_INVOKABLE void update();
 
  Q_SIGNALS:
-  void mixChanged();
-  void whisperChanged();
-  void settingsChanged();
+  void sectionChanged();
+  void canvasChanged();
+  void liveTextChanged();
+  void duckingTextChanged();
+  void updateTextChanged();
 
  private:
-  std::shared_ptr<MixerState> state_;
-  std::shared_ptr<ViewSettings> settings_;
-  AppRowModel rows_;
-  OutputPresenter output_;
-  ProfilesPresenter profiles_;
-  ProfileListModel profileList_;
-  SleepTimerPresenter sleepTimer_;
-  FocusPresenter focus_;
-  DuckPresenter duck_;
+  void showSection(Section section);
+  void dropCanvas();
+  void refreshLive();
+
+  ViewServices services_;
+  Section section_ = Section::mixer;
+  SidebarModel upperItems_;
+  SidebarModel lowerItems_;
+  /// A child.
+  QObject* canvas_ = nullptr;
+  bool hidden_ = false;
+  int liveCount_ = 0;
   std::vector<Subscription> subscriptions_;
 };
 

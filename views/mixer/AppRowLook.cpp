@@ -41,6 +41,10 @@ AppRowLook appRowLook(const AudioApp& app, bool isLive, bool isDucked, const std
   look.muteSymbol = app.muted ? QStringLiteral("speaker.slash.fill") : QStringLiteral("speaker.wave.2");
   look.muteColor = app.muted ? QStringLiteral("brandRed") : QStringLiteral("textSecondary");
   look.muteTip = app.muted ? text("Unmute") : text("Mute");
+  look.cardSubtitle = isDucked                          ? text("Ducked")
+                      : look.routedDeviceName.isEmpty() ? QString::fromStdString(app.bundleID)
+                                                        : QStringLiteral("→ ") + look.routedDeviceName;
+  look.cardPercentColor = app.muted ? QStringLiteral("textTertiary") : QStringLiteral("textPrimary");
   look.muted = app.muted;
   look.live = isLive;
   look.ducked = isDucked;

@@ -23,6 +23,9 @@ struct AppRowLook {
   QString muteSymbol;
   QString muteColor;
   QString muteTip;
+  /// The main window's second line: what is special about the application, else its identifier.
+  QString cardSubtitle;
+  QString cardPercentColor;
   bool muted = false;
   bool live = false;
   bool ducked = false;

@@ -2,12 +2,12 @@
 #include "views/mixer/AppRowModel.h"
 
 #include <QTimer>
-#include <algorithm>
 #include <chrono>
 #include <utility>
 
 #include "state/MixerState.h"
 #include "state/ViewSettings.h"
+#include "views/ViewIntents.h"
 
 namespace quillmere {
 
@@ -22,16 +22,18 @@ AppRowModel::AppRowModel(std::shared_ptr<MixerState> state, ViewSettings& settin
       settings_(settings),
       filter_(filter),
       activateTab_(std::move(activateTab)) {
-  const auto follow = [this](const auto& field) {
-    subscriptions_.push_back(field.observe([this](const auto&) { refresh(); }));
+  const auto follow = [this](const auto& field, void (AppRowModel::*refresh)()) {
+    subscriptions_.push_back(field.observe([this, refresh](const auto&) { (this->*refresh)(); }));
   };
-  follow(state_->apps());
-  follow(state_->liveBundleIDs());
-  follow(state_->duckedBundleIDs());
-  follow(state_->outputDevices());
-  follow(state_->browserTabs());
-  follow(settings_.scrollOverRowAdjustsVolume());
-  refresh();
+  follow(state_->apps(), &AppRowModel::refreshApps);
+  follow(state_->liveBundleIDs(), &AppRowModel::refreshApps);
+  follow(state_->duckedBundleIDs(), &AppRowModel::refreshApps);
+  follow(state_->browserTabs(), &AppRowModel::refreshTabs);
+  follow(settings_.scrollOverRowAdjustsVolume(), &AppRowModel::refreshScroll);
+  subscriptions_.push_back(state_->outputDevices().observe([this](const auto&) {
+    for (auto* each : rows_) each->updateDevices();
+  }));
+  refreshApps();
 }
 
 AppRowModel::~AppRowModel() = default;
@@ -43,35 +45,46 @@ QVariant AppRowModel::data(const QModelIndex& index, int role) const {
 
 QHash<int, QByteArray> AppRowModel::roleNames() const { return {{RowRole, "row"}}; }
 
-void AppRowModel::refresh() {
+void AppRowModel::refreshApps() {
   const auto& live = *state_->liveBundleIDs();
   const auto& ducked = *state_->duckedBundleIDs();
-  const auto& tabs = *state_->browserTabs();
   std::vector<std::string> wanted;
+  wanted.reserve(state_->apps()->size());
   for (const auto& app : *state_->apps()) {
-    if (filter_ == Filter::all || live.contains(app.bundleID)) wanted.push_back(app.bundleID);
+    if (filter_ == Filter::live && !live.contains(app.bundleID)) continue;
+    // Of several entries with one identifier the first counts, as in the state's own operations.
+    if (apps_.emplace(app.bundleID, &app).second) wanted.push_back(app.bundleID);
   }
   arrange(wanted);
-  for (int at = 0; at < count(); ++at) {
-    // Of several entries with one identifier the first counts, as in the state's own operations.
-    const auto& app = *std::ranges::find(*state_->apps(), keys()[static_cast<std::size_t>(at)], &AudioApp::bundleID);
-    row(at)->update(app, live.contains(app.bundleID), ducked.contains(app.bundleID));
-    row(at)->setScrollAdjusts(*settings_.scrollOverRowAdjustsVolume());
-    const auto open = tabs.find(app.bundleID);
-    row(at)->tabs()->setTabs(open == tabs.end() ? std::vector<BrowserTab>{} : open->second);
+  for (std::size_t at = 0; at < rows_.size(); ++at) {
+    const auto& app = *apps_.at(keys()[at]);
+    rows_[at]->update(app, live.contains(app.bundleID), ducked.contains(app.bundleID));
   }
+  apps_.clear();
+}
+
+void AppRowModel::refreshTabs() {
+  for (auto* each : rows_) showTabs(*each);
+}
+
+void AppRowModel::refreshScroll() {
+  for (auto* each : rows_) each->setScrollAdjusts(*settings_.scrollOverRowAdjustsVolume());
+}
+
+void AppRowModel::showTabs(AppRowPresenter& row) const {
+  const auto open = state_->browserTabs()->find(row.identifier());
+  row.tabs()->setTabs(open == state_->browserTabs()->end() ? std::vector<BrowserTab>{} : open->second);
 }
 
 void AppRowModel::insertedAt(int at, const std::string& key) {
-  for (const auto& app : *state_->apps()) {
-    if (app.bundleID != key) continue;
-    const int tabLimit = filter_ == Filter::live ? TabListModel::compactLimit : TabListModel::noLimit;
-    auto* made = new AppRowPresenter(
-        *state_, app, tabLimit, [this, key](const BrowserTab& tab) { activateTab_(key, tab); }, this);
-    made->update(app, state_->liveBundleIDs()->contains(key), state_->duckedBundleIDs()->contains(key));
-    rows_.insert(rows_.begin() + at, made);
-    return;
-  }
+  const auto& app = *apps_.at(key);
+  const int tabLimit = filter_ == Filter::live ? TabListModel::compactLimit : TabListModel::noLimit;
+  auto* made = new AppRowPresenter(
+      *state_, app, tabLimit, [this, key](const BrowserTab& tab) { ask(activateTab_, key, tab); }, this);
+  made->update(app, state_->liveBundleIDs()->contains(key), state_->duckedBundleIDs()->contains(key));
+  made->setScrollAdjusts(*settings_.scrollOverRowAdjustsVolume());
+  showTabs(*made);
+  rows_.insert(rows_.begin() + at, made);
 }
 
 void AppRowModel::removedAt(int at) {

@@ -5,11 +5,13 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "runtime/Observable.h"
 #include "views/mixer/AppRowPresenter.h"
-#include "views/mixer/KeyedListModel.h"
+#include "views/shared/KeyedListModel.h"
 
 namespace quillmere {
 
@@ -45,7 +47,12 @@ class AppRowModel final : public KeyedListModel {
   void moved(int from, int to) override;
 
  private:
-  void refresh();
+  using AppsByID = std::unordered_map<std::string_view, const AudioApp*>;
+
+  void refreshApps();
+  void refreshTabs();
+  void refreshScroll();
+  void showTabs(AppRowPresenter& row) const;
 
   std::shared_ptr<MixerState> state_;
   ViewSettings& settings_;
@@ -53,6 +60,8 @@ class AppRowModel final : public KeyedListModel {
   ActivateTab activateTab_;
   /// Children of the model: what has no parent, a scene may take for its own.
   std::vector<AppRowPresenter*> rows_;
+  /// The state's applications while the rows are brought into step with them.
+  AppsByID apps_;
   std::vector<Subscription> subscriptions_;
 };
 

@@ -5,7 +5,8 @@
 #include <utility>
 
 #include "state/MixerState.h"
-#include "views/mixer/AppIconProvider.h"
+#include "views/mixer/DeviceMenus.h"
+#include "views/shared/AppIconProvider.h"
 
 namespace quillmere {
 
@@ -16,19 +17,31 @@ constexpr float gainPerScrollUnit = 0.005F;
 
 AppRowPresenter::AppRowPresenter(MixerState& state, AudioApp app, int tabLimit, TabListModel::Activate activateTab,
                                  QObject* parent)
-    : QObject(parent), state_(state), app_(std::move(app)), tabs_(tabLimit, std::move(activateTab)) {}
+    : QObject(parent), state_(state), app_(std::move(app)), tabs_(tabLimit, std::move(activateTab)) {
+  look_ = appRowLook(app_, false, false, *state_.outputDevices());
+}
+
+MenuModel* AppRowPresenter::routeMenu() {
+  if (!routeMenu_) {
+    routeMenu_ = new MenuModel(this);
+    fillRouteMenu();
+  }
+  return routeMenu_;
+}
 
 QUrl AppRowPresenter::iconSource() const { return AppIconProvider::urlFor(app_.bundleID); }
 
 void AppRowPresenter::update(const AudioApp& app, bool isLive, bool isDucked) {
+  if (app == app_ && isLive == look_.live && isDucked == look_.ducked) return;
   const auto before = std::exchange(app_, app);
-  fillRouteMenu();
-  auto look = appRowLook(app, isLive, isDucked, *state_.outputDevices());
-  if (look != look_) {
-    look_ = std::move(look);
-    Q_EMIT lookChanged();
-  }
+  show(appRowLook(app_, isLive, isDucked, *state_.outputDevices()));
+  if (before.routedDeviceUID != app_.routedDeviceUID) fillRouteMenu();
   if (before.gain != app_.gain) Q_EMIT gainChanged();
+}
+
+void AppRowPresenter::updateDevices() {
+  show(appRowLook(app_, look_.live, look_.ducked, *state_.outputDevices()));
+  fillRouteMenu();
 }
 
 void AppRowPresenter::setScrollAdjusts(bool adjusts) {
@@ -48,16 +61,17 @@ bool AppRowPresenter::scrollBy(double delta) {
 
 void AppRowPresenter::toggleMute() { state_.toggleMute(app_.bundleID); }
 
+void AppRowPresenter::show(AppRowLook look) {
+  if (look == look_) return;
+  look_ = std::move(look);
+  Q_EMIT lookChanged();
+}
+
 void AppRowPresenter::fillRouteMenu() {
-  std::vector<MenuEntry> entries;
-  entries.push_back(
-      {tr("System default"), !app_.routedDeviceUID, false, [this] { state_.setRouting(std::nullopt, app_.bundleID); }});
-  entries.push_back(MenuEntry::divider());
-  for (const auto& device : *state_.outputDevices()) {
-    entries.push_back({QString::fromStdString(device.name), app_.routedDeviceUID == device.uid, false,
-                       [this, uid = device.uid] { state_.setRouting(uid, app_.bundleID); }});
-  }
-  routeMenu_.setEntries(std::move(entries));
+  if (!routeMenu_) return;
+  routeMenu_->setEntries(
+      routeEntries(*state_.outputDevices(), app_.routedDeviceUID,
+                   [this](std::optional<std::string> uid) { state_.setRouting(std::move(uid), app_.bundleID); }));
 }
 
 }  // namespace quillmere

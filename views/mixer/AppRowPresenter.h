@@ -7,7 +7,7 @@
 
 #include "core/AudioApp.h"
 #include "views/mixer/AppRowLook.h"
-#include "views/mixer/MenuModel.h"
+#include "views/shared/MenuModel.h"
 #include "views/tabs/TabListModel.h"
 
 namespace quillmere {
@@ -35,6 +35,8 @@ class AppRowPresenter final : public QObject {
   Q_PROPERTY(QString muteSymbol READ muteSymbol NOTIFY lookChanged FINAL)
   Q_PROPERTY(QString muteColor READ muteColor NOTIFY lookChanged FINAL)
   Q_PROPERTY(QString muteTip READ muteTip NOTIFY lookChanged FINAL)
+  Q_PROPERTY(QString cardSubtitle READ cardSubtitle NOTIFY lookChanged FINAL)
+  Q_PROPERTY(QString cardPercentColor READ cardPercentColor NOTIFY lookChanged FINAL)
   Q_PROPERTY(bool muted READ muted NOTIFY lookChanged FINAL)
   Q_PROPERTY(bool live READ live NOTIFY lookChanged FINAL)
   Q_PROPERTY(bool ducked READ ducked NOTIFY lookChanged FINAL)
@@ -44,9 +46,11 @@ class AppRowPresenter final : public QObject {
   AppRowPresenter(MixerState& state, AudioApp app, int tabLimit, TabListModel::Activate activateTab,
                   QObject* parent = nullptr);
 
+  [[nodiscard]] const std::string& identifier() const { return app_.bundleID; }
   [[nodiscard]] QString bundleID() const { return QString::fromStdString(app_.bundleID); }
   [[nodiscard]] QUrl iconSource() const;
-  [[nodiscard]] MenuModel* routeMenu() { return &routeMenu_; }
+  /// Filled when it is first asked for: most rows' menus are never opened.
+  [[nodiscard]] MenuModel* routeMenu();
   [[nodiscard]] TabListModel* tabs() { return &tabs_; }
   [[nodiscard]] double gain() const { return static_cast<double>(app_.gain); }
   [[nodiscard]] QString percentText() const { return quillmere::percentText(app_.gain); }
@@ -60,13 +64,17 @@ class AppRowPresenter final : public QObject {
   [[nodiscard]] QString muteSymbol() const { return look_.muteSymbol; }
   [[nodiscard]] QString muteColor() const { return look_.muteColor; }
   [[nodiscard]] QString muteTip() const { return look_.muteTip; }
+  [[nodiscard]] QString cardSubtitle() const { return look_.cardSubtitle; }
+  [[nodiscard]] QString cardPercentColor() const { return look_.cardPercentColor; }
   [[nodiscard]] bool muted() const { return look_.muted; }
   [[nodiscard]] bool live() const { return look_.live; }
   [[nodiscard]] bool ducked() const { return look_.ducked; }
   [[nodiscard]] bool scrollAdjusts() const { return scrollAdjusts_; }
 
-  /// Takes what the state says of the application now.
+  /// Takes what the state says of the application now. What is as it was costs nothing and tells nothing.
   void update(const AudioApp& app, bool isLive, bool isDucked);
+  /// The output devices have changed.
+  void updateDevices();
   void setScrollAdjusts(bool adjusts);
 
   Q_INVOKABLE void setGain(double gain);
@@ -81,13 +89,15 @@ class AppRowPresenter final : public QObject {
   void scrollAdjustsChanged();
 
  private:
+  void show(AppRowLook look);
   void fillRouteMenu();
 
   MixerState& state_;
   AudioApp app_;
   AppRowLook look_;
   bool scrollAdjusts_ = true;
-  MenuModel routeMenu_;
+  /// A child; null until it is asked for.
+  MenuModel* routeMenu_ = nullptr;
   TabListModel tabs_;
 };
 

@@ -8,6 +8,7 @@
 
 #include "state/MixerState.h"
 #include "views/mixer/AppRowLook.h"
+#include "views/mixer/DeviceMenus.h"
 
 namespace quillmere {
 
@@ -92,12 +93,8 @@ void OutputPresenter::flashPercent() {
 }
 
 void OutputPresenter::refreshDevices() {
-  std::vector<MenuEntry> entries;
-  for (const auto& device : *state_->outputDevices()) {
-    entries.push_back({QString::fromStdString(device.name), *state_->outputDeviceUID() == device.uid, false,
-                       [this, uid = device.uid] { state_->setOutputDeviceUID(uid); }});
-  }
-  deviceMenu_.setEntries(std::move(entries));
+  deviceMenu_.setEntries(deviceEntries(*state_->outputDevices(), *state_->outputDeviceUID(),
+                                       [this](std::string uid) { state_->setOutputDeviceUID(std::move(uid)); }));
   Q_EMIT deviceChanged();
 }
 

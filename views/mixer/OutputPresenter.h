@@ -12,7 +12,7 @@
 #include "engine/AudioOutputDevice.h"
 #include "runtime/Observable.h"
 #include "runtime/Runtime.h"
-#include "views/mixer/MenuModel.h"
+#include "views/shared/MenuModel.h"
 
 namespace quillmere {
 

@@ -49,8 +49,8 @@ void MixerPanelPresenter::refreshBanner() {
 
 void MixerPanelPresenter::toggleWhisper() { state_->toggleWhisperMode(); }
 
-void MixerPanelPresenter::openWindow() { intents_.openMainWindow(); }
+void MixerPanelPresenter::openWindow() { ask(intents_.openMainWindow); }
 
-void MixerPanelPresenter::quit() { intents_.quit(); }
+void MixerPanelPresenter::quit() { ask(intents_.quit); }
 
 }  // namespace quillmere

@@ -8,7 +8,7 @@
 
 #include "runtime/Observable.h"
 #include "runtime/Runtime.h"
-#include "views/ViewFactory.h"
+#include "views/ViewIntents.h"
 #include "views/mixer/AppRowModel.h"
 #include "views/mixer/OutputPresenter.h"
 #include "views/popover/ProfilesPresenter.h"

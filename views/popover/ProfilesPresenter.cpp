@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "state/MixerState.h"
+#include "views/shared/ProfileNames.h"
 
 namespace quillmere {
 
@@ -23,9 +24,7 @@ QString ProfilesPresenter::activeName() const {
   return active == profiles.end() ? tr("Default") : QString::fromStdString(active->name);
 }
 
-void ProfilesPresenter::saveCurrent() {
-  state_->addProfile("Untitled " + std::to_string(state_->profiles()->size() + 1));
-}
+void ProfilesPresenter::saveCurrent() { state_->addProfile(nextProfileName(state_->profiles()->size()).toStdString()); }
 
 void ProfilesPresenter::refresh() {
   std::vector<MenuEntry> entries;

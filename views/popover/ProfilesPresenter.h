@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "runtime/Observable.h"
-#include "views/mixer/MenuModel.h"
+#include "views/shared/MenuModel.h"
 
 namespace quillmere {
 

@@ -1,23 +1,23 @@
 // The sleep timer's control.
 #include "views/popover/SleepTimerPresenter.h"
 
-#include <array>
+#include <iterator>
 #include <utility>
 
 #include "core/RemainingText.h"
+#include "core/SleepChoices.h"
 #include "state/MixerState.h"
 
 namespace quillmere {
 
-namespace {
-constexpr std::array minuteChoices{15, 30, 45, 60, 90};
-}
-
 SleepTimerPresenter::SleepTimerPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, QObject* parent)
-    : QObject(parent), state_(std::move(state)), runtime_(runtime) {
+    : QObject(parent),
+      state_(std::move(state)),
+      runtime_(runtime),
+      ticker_(runtime, [this] { Q_EMIT remainingChanged(); }) {
   std::vector<MenuEntry> entries;
-  entries.reserve(std::size(minuteChoices) + 1);
-  for (const int minutes : minuteChoices) {
+  entries.reserve(std::size(sleepChoices) + 1);
+  for (const int minutes : sleepChoices) {
     entries.push_back(
         {tr("%1 minutes").arg(minutes), false, false, [this, minutes] { state_->startSleepTimer(minutes); }});
   }
@@ -25,12 +25,8 @@ SleepTimerPresenter::SleepTimerPresenter(std::shared_ptr<MixerState> state, cons
   subscription_ = state_->sleepTimerEndsAt().observe([this](const auto&) {
     Q_EMIT runningChanged();
     Q_EMIT remainingChanged();
-    scheduleTick();
+    followTime();
   });
-}
-
-SleepTimerPresenter::~SleepTimerPresenter() {
-  if (tickTimer_ != 0) runtime_.main.cancelTimer(tickTimer_);
 }
 
 bool SleepTimerPresenter::running() const { return state_->sleepTimerEndsAt()->has_value(); }
@@ -44,20 +40,11 @@ void SleepTimerPresenter::setVisible(bool visible) {
   if (visible_ == visible) return;
   visible_ = visible;
   if (visible) Q_EMIT remainingChanged();
-  scheduleTick();
+  followTime();
 }
 
 void SleepTimerPresenter::cancel() { state_->cancelSleepTimer(); }
 
-void SleepTimerPresenter::scheduleTick() {
-  if (tickTimer_ != 0) runtime_.main.cancelTimer(std::exchange(tickTimer_, 0));
-  const auto endsAt = *state_->sleepTimerEndsAt();
-  if (!visible_ || !endsAt) return;
-  tickTimer_ = runtime_.main.postAfter(std::chrono::seconds(1), [this] {
-    tickTimer_ = 0;
-    Q_EMIT remainingChanged();
-    scheduleTick();
-  });
-}
+void SleepTimerPresenter::followTime() { ticker_.setRunning(visible_ && running()); }
 
 }  // namespace quillmere

@@ -9,7 +9,8 @@
 
 #include "runtime/Observable.h"
 #include "runtime/Runtime.h"
-#include "views/mixer/MenuModel.h"
+#include "views/shared/MenuModel.h"
+#include "views/shared/SecondsTicker.h"
 
 namespace quillmere {
 
@@ -26,7 +27,6 @@ class SleepTimerPresenter final : public QObject {
 
  public:
   SleepTimerPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, QObject* parent = nullptr);
-  ~SleepTimerPresenter() override;
 
   [[nodiscard]] bool running() const;
   /// "12:34"; empty while the timer is off.
@@ -42,13 +42,13 @@ class SleepTimerPresenter final : public QObject {
   void remainingChanged();
 
  private:
-  void scheduleTick();
+  void followTime();
 
   std::shared_ptr<MixerState> state_;
   Runtime runtime_;
   MenuModel menu_;
   bool visible_ = false;
-  TimerID tickTimer_ = 0;
+  SecondsTicker ticker_;
   Subscription subscription_;
 };
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "integrations/BrowserTab.h"
-#include "views/mixer/KeyedListModel.h"
+#include "views/shared/KeyedListModel.h"
 
 namespace quillmere {
 

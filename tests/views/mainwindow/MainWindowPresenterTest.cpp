@@ -1,253 +1,248 @@
-// What the main window shows, without a window.
+// The main window around its canvas, without a window.
 #include "views/mainwindow/MainWindowPresenter.h"
 
+#include <QPointer>
 #include <QSignalSpy>
 
 #include "../ViewsFixture.h"
+#include "platform/Updater.h"
 
 namespace quillmere {
 namespace {
 
+class KnownVersion final : public Updater {
+ public:
+  void checkForUpdates() override { ++checks; }
+  [[nodiscard]] const Observable<std::optional<std::string>>& latestVersion() const override { return latest; }
+
+  Observable<std::optional<std::string>> latest;
+  int checks = 0;
+};
+
 class MainWindow : public ViewsFixture {
  protected:
+  /// This program's version is 1.9.9.
   void make() {
-    window = std::make_unique<MainWindowPresenter>(sharedState(), box->runtime, settings, intents());
-    window->setVisible(true);
+    box->state->useUpdater(updater);
+    window = std::make_unique<MainWindowPresenter>(services());
   }
-  void TearDown() override { window.reset(); }
-  [[nodiscard]] FocusPresenter& focus() const { return *window->focus(); }
-  [[nodiscard]] QString profile(int row, int role) const {
-    return window->profileList()->data(window->profileList()->index(row), role).toString();
+  void TearDown() override {
+    window.reset();
+    box->state.reset();
   }
+  [[nodiscard]] static QString text(SidebarModel& items, int row, int role) {
+    return items.data(items.index(row), role).toString();
+  }
+  [[nodiscard]] QString badge() const { return text(*window->upperItems(), 0, SidebarModel::BadgeRole); }
 
+  KnownVersion updater;
   std::unique_ptr<MainWindowPresenter> window;
 };
 
-TEST_F(MainWindow, EmptyMachineIsGreetedQuietly) {
-  startViews();
-  make();
-  EXPECT_EQ(window->greeting(), "Quiet right now.");
-  EXPECT_EQ(window->subtitle(), "Open Spotify, Slack, a YouTube tab — apps appear here.");
-  EXPECT_FALSE(window->anyApps());
-  EXPECT_EQ(window->averageGain(), 0.0);
+TEST_F(MainWindow, SectionsStandInTheirOrderWithTheirTitlesSymbolsAndCanvases) {
+  const QStringList titles{"Mixer", "Profiles", "Activity", "Auto-Duck", "Focus", "Settings"};
+  const QStringList symbols{"slider.horizontal.3",  "rectangle.stack", "waveform.path",
+                            "waveform.badge.minus", "timer",           "gearshape"};
+  const QStringList canvases{"MixerCanvas",    "ProfilesCanvas", "ActivityCanvas",
+                             "AutoDuckCanvas", "FocusCanvas",    "PreferencesCanvas"};
+  ASSERT_EQ(allSections.size(), 6U);
+  for (std::size_t at = 0; at < allSections.size(); ++at) {
+    const auto row = static_cast<qsizetype>(at);
+    EXPECT_EQ(rawValue(allSections[at]), titles[row]);
+    EXPECT_EQ(titleOf(allSections[at]), titles[row]);
+    EXPECT_EQ(symbolOf(allSections[at]), symbols[row]);
+    EXPECT_EQ(canvasOf(allSections[at]), canvases[row]);
+    EXPECT_EQ(sectionOf(titles[row]), allSections[at]);
+  }
 }
 
-TEST_F(MainWindow, OneSourceIsSingular) {
-  box->launch(spotify, "Spotify");
-  box->setSounding(spotify, true);
+TEST_F(MainWindow, SettingsStandsByItselfBelowTheOthers) {
   startViews();
   make();
-  EXPECT_EQ(window->greeting(), "Mixing 1 source.");
-  EXPECT_EQ(window->subtitle(), "1 app connected.");
+  QStringList upper;
+  for (int row = 0; row < window->upperItems()->rowCount(); ++row) {
+    upper.append(text(*window->upperItems(), row, SidebarModel::TitleRole));
+  }
+  EXPECT_EQ(upper, QStringList({"Mixer", "Profiles", "Activity", "Auto-Duck", "Focus"}));
+  ASSERT_EQ(window->lowerItems()->rowCount(), 1);
+  EXPECT_EQ(text(*window->lowerItems(), 0, SidebarModel::TitleRole), "Settings");
+  EXPECT_EQ(text(*window->lowerItems(), 0, SidebarModel::SymbolRole), "gearshape");
 }
 
-TEST_F(MainWindow, KnownButSilentApplicationsAreCounted) {
+TEST_F(MainWindow, StartsAtTheMixer) {
+  startViews();
+  make();
+  EXPECT_EQ(window->section(), "Mixer");
+  EXPECT_EQ(window->canvasSource().fileName(), "MixerCanvas.qml");
+  EXPECT_EQ(text(*window->upperItems(), 0, SidebarModel::SelectedRole), "true");
+}
+
+TEST_F(MainWindow, RequestNamesASectionByItsRawValue) {
+  startViews();
+  make();
+  window->show("Settings");
+  EXPECT_EQ(window->section(), "Settings");
+  EXPECT_EQ(window->canvasSource().fileName(), "PreferencesCanvas.qml");
+  EXPECT_EQ(text(*window->lowerItems(), 0, SidebarModel::SelectedRole), "true");
+  EXPECT_EQ(text(*window->upperItems(), 0, SidebarModel::SelectedRole), "false");
+}
+
+TEST_F(MainWindow, RequestThatNamesNoSectionChangesNothing) {
+  startViews();
+  make();
+  window->show("Focus");
+  QSignalSpy changes(window.get(), &MainWindowPresenter::canvasChanged);
+  window->show("settings");
+  window->show("");
+  window->show("PreferencesCanvas");
+  EXPECT_EQ(window->section(), "Focus");
+  EXPECT_EQ(changes.count(), 0);
+}
+
+TEST_F(MainWindow, EachSectionHasACanvasPresenterOfItsOwn) {
+  startViews();
+  make();
+  for (const auto section : allSections) {
+    window->show(rawValue(section));
+    ASSERT_NE(window->canvas(), nullptr);
+    EXPECT_EQ(QString(window->canvas()->metaObject()->className()), "quillmere::" + canvasOf(section) + "Presenter");
+  }
+}
+
+TEST_F(MainWindow, CanvasStartsAnewEachTimeItsSectionIsShown) {
+  startViews();
+  make();
+  const QPointer<QObject> first = window->canvas();
+  window->show("Focus");
+  const QPointer<QObject> focus = window->canvas();
+  window->show("Mixer");
+  EXPECT_NE(window->canvas(), first.data());
+  // What showed it may still need it for a moment.
+  EXPECT_FALSE(focus.isNull());
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(focus.isNull());
+  EXPECT_TRUE(first.isNull());
+}
+
+TEST_F(MainWindow, SectionThatShowsAlreadyKeepsItsCanvas) {
+  startViews();
+  make();
+  window->show("Focus");
+  auto* canvas = window->canvas();
+  window->show("Focus");
+  EXPECT_EQ(window->canvas(), canvas);
+}
+
+TEST_F(MainWindow, ClosedAndOpenedAnewItStartsAtTheMixer) {
+  startViews();
+  make();
+  window->show("Activity");
+  window->setVisible(false);
+  EXPECT_EQ(window->canvas(), nullptr);
+  EXPECT_TRUE(window->canvasSource().isEmpty());
+  window->setVisible(true);
+  EXPECT_EQ(window->section(), "Mixer");
+  EXPECT_NE(window->canvas(), nullptr);
+}
+
+TEST_F(MainWindow, OpeningThatNamesASectionShowsIt) {
+  startViews();
+  make();
+  window->setVisible(false);
+  window->show("Settings");
+  EXPECT_EQ(window->canvas(), nullptr);
+  window->setVisible(true);
+  EXPECT_EQ(window->section(), "Settings");
+  EXPECT_EQ(window->canvasSource().fileName(), "PreferencesCanvas.qml");
+}
+
+TEST_F(MainWindow, NextSectionGoesRoundAtBothEnds) {
+  startViews();
+  make();
+  window->showNext(-1);
+  EXPECT_EQ(window->section(), "Settings");
+  window->showNext(1);
+  window->showNext(1);
+  EXPECT_EQ(window->section(), "Profiles");
+}
+
+TEST_F(MainWindow, NothingLiveAndNothingDuckedHasNoStatusAndNoBadge) {
   startWithSounding({});
   make();
-  EXPECT_EQ(window->greeting(), "Quiet right now.");
-  EXPECT_EQ(window->subtitle(), "3 apps connected.");
-  EXPECT_EQ(window->rows()->count(), 3);
-  EXPECT_EQ(window->averageGain(), 0.0);
+  EXPECT_EQ(window->liveText(), "");
+  EXPECT_EQ(window->duckingText(), "");
+  EXPECT_EQ(badge(), "");
 }
 
-TEST_F(MainWindow, CallTakesTheSubtitleWhateverTheNumberOfApplications) {
+TEST_F(MainWindow, OneLiveApplicationIsSingular) {
   startWithSounding({spotify});
   make();
-  microphone(zoom, true);
-  EXPECT_EQ(window->subtitle(), "Music ducked — a call is active.");
+  EXPECT_EQ(window->liveText(), "1 source active");
+  EXPECT_EQ(badge(), "1");
 }
 
-TEST_F(MainWindow, AverageGainIsThatOfWhatSounds) {
+TEST_F(MainWindow, TwoLiveApplicationsAndACallShowBothLinesAndTheBadge) {
   startWithSounding({spotify, editor});
   make();
-  state().setGain(0.5F, spotify);
-  state().setGain(0.0F, zoom);
-  EXPECT_DOUBLE_EQ(window->averageGain(), 0.75);
-}
-
-TEST_F(MainWindow, WhisperButtonSaysWhatItDoes) {
-  startWithSounding({spotify});
-  make();
-  EXPECT_EQ(window->whisperText(), "Engage Whisper Mode");
-  window->toggleWhisper();
-  EXPECT_EQ(window->whisperText(), "Whisper Mode on — tap to restore");
-  EXPECT_TRUE(window->whisperOn());
-}
-
-TEST_F(MainWindow, SettingsAreWrittenThrough) {
-  startViews();
-  make();
-  window->setScrollAdjusts(false);
-  window->setShowsDuckBanner(false);
-  window->setPausesOnDisconnect(false);
-  EXPECT_EQ(disk.boolean("scrollOverRowAdjustsVolume"), false);
-  EXPECT_EQ(disk.boolean("showDuckBanner"), false);
-  EXPECT_EQ(disk.boolean("quillmere.pauseOnHeadphoneDisconnect"), false);
-}
-
-TEST_F(MainWindow, FocusIsReadyAtFirst) {
-  startViews();
-  make();
-  EXPECT_EQ(focus().heading(), "Ready to focus");
-  EXPECT_EQ(focus().explanation(), "Hit start, quillmere takes care of the noise.");
-  EXPECT_EQ(focus().primaryText(), "Start 25-minute focus");
-  EXPECT_EQ(focus().primarySymbol(), "play.fill");
-  EXPECT_EQ(focus().timeText(), "25:00");
-  EXPECT_EQ(focus().phaseWord(), "ready");
-  EXPECT_EQ(focus().progress(), 0.0);
-  EXPECT_FALSE(focus().running());
-}
-
-TEST_F(MainWindow, FocusRunsThroughItsPhases) {
-  startWithSounding({spotify});
-  make();
-  focus().primaryAction();
-  EXPECT_EQ(focus().heading(), "Deep work in progress");
-  EXPECT_EQ(focus().primaryText(), "Skip to break");
-  EXPECT_EQ(focus().primarySymbol(), "forward.end.fill");
-  box->advanceSeconds(5 * 60);
-  EXPECT_EQ(focus().timeText(), "20:00");
-  EXPECT_DOUBLE_EQ(focus().progress(), 0.2);
-  focus().primaryAction();
-  box->advanceSeconds(1.1);
-  EXPECT_EQ(focus().heading(), "Take a breath");
-  EXPECT_EQ(focus().primaryText(), "Skip to idle");
-  EXPECT_EQ(focus().phaseWord(), "break");
-  focus().primaryAction();
-  box->advanceSeconds(1.1);
-  EXPECT_EQ(focus().heading(), "Ready to focus");
-}
-
-TEST_F(MainWindow, CancellingAFocusBlockGivesTheGainsBack) {
-  startWithSounding({spotify});
-  make();
-  focus().primaryAction();
-  EXPECT_FLOAT_EQ(box->gainOf(spotify), 0.0F);
-  focus().cancel();
-  EXPECT_FLOAT_EQ(box->gainOf(spotify), 1.0F);
-  EXPECT_FALSE(focus().running());
-}
-
-TEST_F(MainWindow, PhaseWhoseTickerIsLateReadsZeroAndFull) {
-  startViews();
-  make();
-  focus().primaryAction();
-  box->time.jumpWallClock(3600);
-  EXPECT_EQ(focus().timeText(), "0:00");
-  EXPECT_EQ(focus().progress(), 1.0);
-}
-
-TEST_F(MainWindow, FocusCountdownTicksOnlyWhileVisible) {
-  startViews();
-  make();
-  focus().primaryAction();
-  QSignalSpy spy(&focus(), &FocusPresenter::timeChanged);
-  box->advanceSeconds(3.5);
-  EXPECT_EQ(spy.count(), 3);
-  window->setVisible(false);
-  box->advanceSeconds(10);
-  EXPECT_EQ(spy.count(), 3);
-}
-
-TEST_F(MainWindow, FocusLengthsAreCutToMinutesAndHeldInTheirRanges) {
-  startViews();
-  make();
-  focus().setFocusLength(0.5);
-  EXPECT_EQ(focus().focusLengthText(), "30 min");
-  focus().setFocusLength(0.0);
-  EXPECT_EQ(focus().focusLengthText(), "5 min");
-  focus().setFocusLength(1.0);
-  EXPECT_EQ(focus().focusLengthText(), "60 min");
-  focus().setBreakLength(0.349);
-  EXPECT_EQ(focus().breakLengthText(), "10 min");
-  focus().setBreakLength(0.0);
-  EXPECT_EQ(focus().breakLengthText(), "1 min");
-}
-
-TEST_F(MainWindow, FocusApplicationsAreSortedByNameBehindNone) {
-  startWithSounding({});
-  make();
-  state().setFocusCandidateBundleIDs({spotify, "app.whitenoise"});
-  EXPECT_EQ(titles(*focus().appMenu()), QStringList({"* None", "-", "app.whitenoise", "Editor", "Spotify", "Zoom"}));
-  choose(*focus().appMenu(), "Spotify");
-  EXPECT_EQ(focus().focusAppName(), "Spotify");
-  EXPECT_EQ(*state().pomodoroFocusBundleID(), spotify);
-  choose(*focus().appMenu(), "None");
-  EXPECT_EQ(focus().focusAppName(), "None");
-}
-
-TEST_F(MainWindow, DuckTargetIsCutNotRounded) {
-  startViews();
-  make();
-  window->duck()->setTarget(0.305);
-  EXPECT_EQ(window->duck()->targetText(), "30%");
-  EXPECT_FLOAT_EQ(state().duckRule()->targetGain, 0.305F);
-}
-
-TEST_F(MainWindow, RestoreDelayIsCutToMilliseconds) {
-  startViews();
-  make();
-  EXPECT_EQ(window->duck()->delayText(), "1500 ms");
-  window->duck()->setDelay(0.5);
-  EXPECT_EQ(window->duck()->delayText(), "2500 ms");
-  EXPECT_EQ(state().duckRule()->restoreDelayMillis, 2500);
-}
-
-TEST_F(MainWindow, DuckListsNameWhatIsKnownAndCountInTheRightNumber) {
-  startWithSounding({});
-  make();
-  auto rule = *state().duckRule();
-  rule.triggerBundleIDs = {zoom};
-  rule.duckedBundleIDs = {};
-  state().setDuckRule(rule);
-  EXPECT_EQ(window->duck()->triggerNames(), "Zoom");
-  EXPECT_EQ(window->duck()->triggerCountText(), "1 app");
-  EXPECT_EQ(window->duck()->duckedCountText(), "0 apps");
-}
-
-TEST_F(MainWindow, DuckListsCountWhatHasNoName) {
-  startWithSounding({});
-  make();
-  auto rule = *state().duckRule();
-  rule.triggerBundleIDs = {zoom, "org.example.unheard", "org.example.unknown"};
-  rule.duckedBundleIDs = {"org.example.unheard"};
-  state().setDuckRule(rule);
-  EXPECT_EQ(window->duck()->triggerNames(), "Zoom, + 2 more");
-  EXPECT_EQ(window->duck()->duckedNames(), "");
-  EXPECT_EQ(window->duck()->duckedCountText(), "1 app");
-}
-
-TEST_F(MainWindow, DuckCardFollowsTheCall) {
-  startWithSounding({spotify});
-  make();
-  EXPECT_EQ(window->duck()->statusText(), "Standing by");
   microphone(zoom, true);
-  EXPECT_EQ(window->duck()->statusText(), "Ducking now");
+  EXPECT_EQ(window->liveText(), "2 sources active");
+  EXPECT_EQ(window->duckingText(), "Ducked — call active");
+  EXPECT_EQ(badge(), "2");
+  for (int row = 1; row < window->upperItems()->rowCount(); ++row) {
+    EXPECT_EQ(text(*window->upperItems(), row, SidebarModel::BadgeRole), "");
+  }
 }
 
-TEST_F(MainWindow, ProfilesAreListedWithTheirSizes) {
-  startWithSounding({});
+TEST_F(MainWindow, BadgeFollowsWhatSoundsAndOnlyThatEntryIsTold) {
+  startWithSounding({spotify});
   make();
-  window->profiles()->saveCurrent();
-  ASSERT_EQ(window->profileList()->count(), 2);
-  EXPECT_EQ(profile(1, ProfileListModel::NameRole), "Untitled 2");
-  EXPECT_EQ(profile(1, ProfileListModel::SizeTextRole), "3 apps");
-  EXPECT_EQ(profile(0, ProfileListModel::SizeTextRole), "0 apps");
+  QSignalSpy upper(window->upperItems(), &SidebarModel::dataChanged);
+  QSignalSpy lower(window->lowerItems(), &SidebarModel::dataChanged);
+  for (int i = 0; i < 10; ++i) box->detect();
+  EXPECT_EQ(upper.count(), 0);
+  sound(editor, true);
+  EXPECT_EQ(badge(), "2");
+  ASSERT_EQ(upper.count(), 1);
+  EXPECT_EQ(upper.first().at(0).toModelIndex().row(), 0);
+  EXPECT_EQ(lower.count(), 0);
 }
 
-TEST_F(MainWindow, ProfilesAreAppliedDuplicatedAndDeleted) {
-  startWithSounding({});
+TEST_F(MainWindow, NoVersionKnownShowsNoBanner) {
+  startViews();
   make();
-  window->profiles()->saveCurrent();
-  window->profileList()->apply(1);
-  EXPECT_EQ(profile(1, ProfileListModel::ActiveRole), "true");
-  window->profileList()->duplicate(1);
-  EXPECT_EQ(window->profileList()->count(), 3);
-  window->profileList()->remove(0);
-  EXPECT_EQ(window->profileList()->count(), 2);
-  EXPECT_EQ(profile(0, ProfileListModel::NameRole), "Untitled 2");
-  window->profileList()->remove(17);
-  EXPECT_EQ(window->profileList()->count(), 2);
+  EXPECT_EQ(window->updateText(), "");
+}
+
+TEST_F(MainWindow, VersionOfOursShowsNoBanner) {
+  startViews();
+  make();
+  updater.latest.set("1.9.9");
+  EXPECT_EQ(window->updateText(), "");
+}
+
+TEST_F(MainWindow, UnreadableVersionShowsNoBanner) {
+  startViews();
+  make();
+  updater.latest.set("soon");
+  EXPECT_EQ(window->updateText(), "");
+}
+
+TEST_F(MainWindow, NewerVersionShowsTheBannerForAsLongAsItIsKnown) {
+  startViews();
+  make();
+  QSignalSpy told(window.get(), &MainWindowPresenter::updateTextChanged);
+  updater.latest.set("2.0");
+  EXPECT_EQ(window->updateText(), "Update available — v2.0");
+  EXPECT_EQ(told.count(), 1);
+  updater.latest.set(std::nullopt);
+  EXPECT_EQ(window->updateText(), "");
+}
+
+TEST_F(MainWindow, UpdateButtonDoesWhatTheStatusItemsEntryDoes) {
+  startViews();
+  make();
+  window->update();
+  EXPECT_EQ(updater.checks, 1);
 }
 
 }  // namespace

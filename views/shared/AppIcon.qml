@@ -1,0 +1,48 @@
+// An application's icon, or a tile of ours where it has none.
+import QtQuick
+import Quillmere.Design
+
+Item {
+    id: root
+
+    required property url source
+    property real side: 22
+    property real tileSymbolSize: 11
+    // A single pixel stands for no icon.
+    readonly property bool missing: picture.status === Image.Null || picture.status === Image.Error
+                                    || (picture.status === Image.Ready && picture.implicitWidth <= 1)
+
+    // The provider rounds its pictures by it.
+    property real corner: side * 5 / 22
+    property real tileOpacity: 0.14
+    readonly property int pixels: Math.ceil(side * Screen.devicePixelRatio)
+
+    implicitWidth: side
+    implicitHeight: side
+
+    Image {
+        id: picture
+
+        anchors.fill: parent
+        source: root.source.toString().length > 0 ? root.source + "?corner=" + root.corner / root.side : ""
+        sourceSize.width: root.pixels
+        sourceSize.height: root.pixels
+        fillMode: Image.PreserveAspectFit
+        visible: !root.missing
+        Accessible.ignored: true
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        visible: root.missing
+        radius: root.corner
+        color: Tokens.alpha(Tokens.brandSage, root.tileOpacity)
+
+        Symbol {
+            anchors.centerIn: parent
+            name: "app.fill"
+            pointSize: root.tileSymbolSize
+            color: Tokens.brandSage
+        }
+    }
+}

@@ -1,0 +1,30 @@
+// Application icons for QML, drawn at the size that is asked for, in pixels.
+// One that cannot be had comes as a single clear pixel: an error would be logged for each such application.
+#pragma once
+
+#include <QQuickAsyncImageProvider>
+#include <QUrl>
+#include <string>
+
+namespace quillmere {
+
+class Workspace;
+
+/// Looks up and decodes on a pool of threads; icons of the desktop's theme are drawn on the main thread.
+class AppIconProvider final : public QQuickAsyncImageProvider {
+ public:
+  static constexpr const char* id = "app-icon";
+  /// The address under which an application's icon is asked for. A query "corner=0.2" rounds its corners by so much of
+  /// its width, at most a half; without one they are rounded as in the mixer's rows.
+  [[nodiscard]] static QUrl urlFor(const std::string& bundleID);
+
+  /// The workspace outlives the provider and every request.
+  explicit AppIconProvider(Workspace& workspace) : workspace_(workspace) {}
+
+  QQuickImageResponse* requestImageResponse(const QString& address, const QSize& requestedSize) override;
+
+ private:
+  Workspace& workspace_;
+};
+
+}  // namespace quillmere
