@@ -10,7 +10,8 @@ namespace quillmere {
 
 /// What the dialogue says, in the user's language.
 struct ApplicationQuestion {
-  // Written out for a compiler of ours, which destroys twice what is made of a list in an expression that is awaited.
+  /// Written out for a compiler of ours, which destroys twice what is made of a list in an expression that is awaited.
+  /// [any]
   ApplicationQuestion(std::string asTitle, std::string asFilterName)
       : title(std::move(asTitle)), filterName(std::move(asFilterName)) {}
 
