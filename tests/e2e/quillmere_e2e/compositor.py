@@ -14,23 +14,39 @@ from .wayland_input import LEFT, WaylandInput
 WIDTH, HEIGHT = 1280, 800
 #: A panel at the top, as thick as the usual ones.
 PANEL_HEIGHT = 30
-#: sway refuses to be root, so it runs as somebody else in a user namespace of its own.
-NOT_ROOT = ["unshare", "--user", "--map-user=1000", "--map-group=1000"]
+#: sway refuses to be root. It is somebody else in a user namespace of its own; where there is none, in a changed root for
+#: one, it is nobody, with a folder of its own, and then an X server of nobody's would let no root in.
+IN_A_NAMESPACE = ["unshare", "--user", "--map-user=1000", "--map-group=1000"]
+NOBODY = 65534
+AS_NOBODY = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups"]
+
+
+def works(prefix):
+    try:
+        return subprocess.run([*prefix, "true"], check=False, stderr=subprocess.DEVNULL).returncode == 0
+    except FileNotFoundError:
+        return False
+
+
+def not_root():
+    """What to put before a command so that it isn't root; None where there is nothing."""
+    if os.getuid() != 0:
+        return []
+    return next((prefix for prefix in (IN_A_NAMESPACE, AS_NOBODY) if works(prefix)), None)
 
 
 def why_not():
     """What is missing for a compositor here; None where nothing is."""
-    for tool in ("sway", "swaymsg", "unshare"):
+    for tool in ("sway", "swaymsg", "grim"):
         if shutil.which(tool) is None:
             return f"there is no {tool}"
-    if os.getuid() == 0 and subprocess.run([*NOT_ROOT, "true"], check=False, stderr=subprocess.DEVNULL).returncode != 0:
-        return "root can't start sway as somebody else: no user namespaces"
-    return None
+    return "root can't start sway as somebody else" if not_root() is None else None
 
 
 class Sway:
     def __init__(self, scale=1, xwayland=True, size=(WIDTH, HEIGHT), extra=""):
-        self.folder = Path(tempfile.mkdtemp(prefix="sway-", dir=os.environ["XDG_RUNTIME_DIR"]))
+        self.prefix = not_root()
+        self.folder = Path(tempfile.mkdtemp(prefix="sway-", dir="/tmp"))
         self.log = Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / "sway.log"
         (self.folder / "config").write_text(
             f"xwayland {'force' if xwayland else 'disable'}\n"
@@ -41,6 +57,8 @@ class Sway:
             # Told once the compositor serves: where it and its X server are.
             f"exec sh -c 'echo \"$WAYLAND_DISPLAY $SWAYSOCK ${{DISPLAY-}}\" > {self.folder}/started.part && "
             f"mv {self.folder}/started.part {self.folder}/started'\n")
+        if self.prefix == AS_NOBODY:
+            os.chown(self.folder, NOBODY, NOBODY)
         # Places are in logical pixels, as windows have them.
         self.logical = (round(size[0] / scale), round(size[1] / scale))
         self.process = None
@@ -51,15 +69,17 @@ class Sway:
         environment = {name: value for name, value in os.environ.items()
                        if name not in ("DISPLAY", "WAYLAND_DISPLAY", "SWAYSOCK")}
         environment |= {"WLR_BACKENDS": "headless", "WLR_LIBINPUT_NO_DEVICES": "1", "WLR_RENDERER": "pixman",
-                        "XDG_CURRENT_DESKTOP": "sway"}
-        prefix = NOT_ROOT if os.getuid() == 0 else []
+                        "XDG_CURRENT_DESKTOP": "sway", "XDG_RUNTIME_DIR": str(self.folder)}
         with open(self.log, "ab") as log:
-            self.process = subprocess.Popen([*prefix, "sway", "-d", "-c", str(self.folder / "config")], env=environment,
+            self.process = subprocess.Popen([*self.prefix, "sway", "-d", "-c", str(self.folder / "config")], env=environment,
                                             stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True)
         started = self.folder / "started"
         try:
             wait_for(lambda: started.exists() or self.process.poll() is not None, "sway serves", 20)
+            assert started.exists(), f"sway ended with code {self.process.returncode}: {self.log}"
             wayland, self.socket, *display = started.read_text(encoding="ascii").split()
+            # Its clients have another runtime folder.
+            wayland = str(self.folder / wayland)
             self.input = WaylandInput(wayland, *self.logical)
         except BaseException:
             self.__exit__()
@@ -71,7 +91,7 @@ class Sway:
     def __exit__(self, *_):
         if self.input is not None:
             self.input.close()
-        if self.process is not None:
+        if self.process is not None and self.process.poll() is None:
             # The X server and what the configuration has started go with it.
             os.killpg(self.process.pid, signal.SIGTERM)
             try:

@@ -1,7 +1,6 @@
 """A mouse and a keyboard for a Wayland compositor that has none: its protocols for virtual ones, spoken by hand."""
 
 import array
-import os
 import socket
 import struct
 import tempfile
@@ -27,13 +26,13 @@ def text(words):
 
 
 class WaylandInput:
-    """Plugged in as long as it lives. Places are those of the output, in its logical pixels."""
+    """Plugged in as long as it lives. The display is its socket's path; places are those of the output, in its logical pixels."""
 
     def __init__(self, display, width, height):
         self.extent = (width, height)
         self.socket = socket.socket(socket.AF_UNIX)
         self.socket.settimeout(10)
-        self.socket.connect(os.path.join(os.environ["XDG_RUNTIME_DIR"], display))
+        self.socket.connect(display)
         self.request(DISPLAY, 1, REGISTRY)
         self.request(DISPLAY, 0, SYNC)
         names = self.find_globals()
