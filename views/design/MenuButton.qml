@@ -33,7 +33,9 @@ PlainButton {
 
     tipHidden: open
 
-    role: Accessible.ButtonMenu
+    Accessible.role: Accessible.ButtonMenu
+    // A screen reader that runs makes every button one once more when it stands.
+    Component.onCompleted: Accessible.role = Accessible.ButtonMenu
 
     onClicked: openMenu()
     Keys.onDownPressed: openMenu()

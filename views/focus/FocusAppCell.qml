@@ -53,7 +53,9 @@ FocusScope {
         }
         Keys.onDeletePressed: if (root.canRemove && !root.selected) root.removeAsked()
 
-        role: Accessible.RadioButton
+        Accessible.role: Accessible.RadioButton
+        // A screen reader that runs makes every button one once more when it stands.
+        Component.onCompleted: Accessible.role = Accessible.RadioButton
 
         contentItem: Column {
             spacing: Tokens.spacing.xs

@@ -41,11 +41,13 @@ PlainButton {
     // One stop of the keyboard for all of them; the arrows choose.
     focusPolicy: isSelected || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
 
-    role: Accessible.PageTab
+    Accessible.role: Accessible.PageTab
     Accessible.name: title
     Accessible.description: badge.length > 0 ? badgeText : ""
     Accessible.selectable: true
     Accessible.selected: isSelected
+    // A screen reader that runs makes every button one once more when it stands.
+    Component.onCompleted: Accessible.role = Accessible.PageTab
 
     background: Item {
         Rectangle {

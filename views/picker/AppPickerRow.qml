@@ -54,7 +54,9 @@ FocusScope {
         focusPolicy: Qt.NoFocus
         opacity: root.added ? root.addedOpacity : 1
 
-        role: Accessible.ListItem
+        Accessible.role: Accessible.ListItem
+        // A screen reader that runs makes every button one once more when it stands.
+        Component.onCompleted: Accessible.role = Accessible.ListItem
         Accessible.name: root.name
         Accessible.description: root.added ? qsTr("%1, added").arg(root.bundleID) : root.bundleID
         Accessible.selectable: !root.added

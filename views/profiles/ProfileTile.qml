@@ -34,7 +34,9 @@ PlainButton {
     verticalPadding: Tokens.spacing.s
     focusCorner: Tokens.corner.card
 
-    role: Accessible.ListItem
+    Accessible.role: Accessible.ListItem
+    // A screen reader that runs makes every button one once more when it stands.
+    Component.onCompleted: Accessible.role = Accessible.ListItem
     Accessible.name: name.length > 0 ? name : qsTr("Untitled")
     Accessible.description: active ? qsTr("%1, active").arg(sizeText) : sizeText
     Accessible.selectable: true

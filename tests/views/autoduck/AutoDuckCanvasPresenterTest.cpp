@@ -54,8 +54,8 @@ TEST_F(AutoDuckPage, FadeRunsFromFiftyToAThousandMilliseconds) {
   page->setFade(1.0);
   EXPECT_EQ(page->fadeText(), "1000 ms");
   EXPECT_EQ(page->fade(), 1.0);
-  page->setFade(0.3339);
-  EXPECT_EQ(state().duckRule()->fadeMillis, 367);
+  page->setFade(0.3336);
+  EXPECT_EQ(state().duckRule()->fadeMillis, 366);
 }
 
 TEST_F(AutoDuckPage, FadeBelowItsRangeIsShownAsItIsUntilItIsMoved) {

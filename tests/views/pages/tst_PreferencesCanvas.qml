@@ -21,6 +21,16 @@ Item {
         }
     }
 
+    Component {
+        id: rowMaker
+
+        ToggleRow {
+            width: 400
+            title: "Never"
+            on: false
+        }
+    }
+
     TestCase {
         name: "PreferencesCanvas"
         when: windowShown
@@ -96,6 +106,15 @@ Item {
             mouseClick(toggle(switches()[2]));
             Forms.setBannerSetting(true);
             compare(toggle(switches()[2]).checked, true);
+        }
+
+        function test_switchShowsWhatIsSoAndNotWhatWasAskedFor() {
+            const row = createTemporaryObject(rowMaker, scene);
+            waitForRendering(row);
+            mouseClick(toggle(row));
+            compare(toggle(row).checked, false);
+            row.on = true;
+            compare(toggle(row).checked, true);
         }
 
         function test_loginSwitchRegisters() {
