@@ -31,7 +31,7 @@ class AppDirectory {
   AppDirectory& operator=(const AppDirectory&) = delete;
 
   /// Every application that people should see, each once, by name. The disk is read on [background], never here; a task
-  /// that is cancelled meanwhile gets an empty list. To be awaited in a task on the main executor.
+  /// that is cancelled meanwhile goes on at once, with an empty list. To be awaited in a task on the main executor.
   [[nodiscard]] Async<std::vector<InstalledApp>> installedApps();
   /// What runs, in the system's order, unsorted. From the last look, so that it is there at once; a newer one is begun,
   /// and revision() tells if it finds something else.

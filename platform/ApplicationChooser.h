@@ -4,11 +4,17 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace quillmere {
 
 /// What the dialogue says, in the user's language.
 struct ApplicationQuestion {
+  /// Written out for a compiler of ours, which destroys twice what is made of a list in an expression that is awaited.
+  /// [any]
+  ApplicationQuestion(std::string asTitle, std::string asFilterName)
+      : title(std::move(asTitle)), filterName(std::move(asFilterName)) {}
+
   std::string title;
   /// What is to be chosen from, as the choice of files is called: "Applications".
   std::string filterName;

@@ -2,8 +2,10 @@
 #include "shell/StatusBarController.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
+#include "core/Percent.h"
 #include "core/Product.h"
 #include "core/VersionOrder.h"
 #include "platform/WindowSystem.h"
@@ -13,9 +15,6 @@
 namespace quillmere {
 
 namespace {
-/// One notch of an ordinary wheel, in eighths of a degree.
-constexpr int wheelNotch = 120;
-constexpr float gainPerNotch = 0.02F;
 constexpr const char* settingsSection = "Settings";
 }  // namespace
 
@@ -80,11 +79,29 @@ void StatusBarController::handleClick(const StatusItemActivation& activation) {
 
 void StatusBarController::handleScroll(int angleDelta) {
   QUILLMERE_CHECK_ON(runtime_.main, "the status item is handled off the main thread");
-  scrollRemainder_ += angleDelta;
-  const int notches = scrollRemainder_ / wheelNotch;
-  if (notches == 0) return;
-  scrollRemainder_ -= notches * wheelNotch;
-  state_.setMasterGain(std::clamp(state_.masterGain().get() + gainPerNotch * static_cast<float>(notches), 0.0F, 1.0F));
+  // A panel that has nothing to tell tells nothing.
+  const int step = angleDelta == 0 ? 0 : scroll_.step({.angle = angleDelta});
+  if (step == 0) return;
+  const auto change = static_cast<float>(gainPerScrollStep) * static_cast<float>(step);
+  state_.setMasterGain(std::clamp(state_.masterGain().get() + change, 0.0F, 1.0F));
+}
+
+std::string StatusBarController::toolTip() const {
+  QUILLMERE_CHECK_ON(runtime_.main, "the status item is handled off the main thread");
+  std::string text = "quillmere · " + std::to_string(percentOf(state_.masterGain().get())) + "%";
+  if (const auto live = state_.liveBundleIDs()->size(); live > 0) text += " · " + std::to_string(live) + " live";
+  if (state_.isWhisperMode().get()) text += " · Whisper Mode";
+  return text;
+}
+
+std::vector<Subscription> StatusBarController::observeToolTip(const std::function<void()>& changed) {
+  QUILLMERE_CHECK_ON(runtime_.main, "the status item is handled off the main thread");
+  const auto follow = [changed](const auto& field) { return field.observe([changed](const auto&) { changed(); }); };
+  std::vector<Subscription> subscriptions;
+  subscriptions.push_back(follow(state_.masterGain()));
+  subscriptions.push_back(follow(state_.liveBundleIDs()));
+  subscriptions.push_back(follow(state_.isWhisperMode()));
+  return subscriptions;
 }
 
 void StatusBarController::observeMenu(const std::function<void()>& changed) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/ScrollRule.h"
 #include "platform/ActivationRequest.h"
 #include "platform/StatusItem.h"
 #include "runtime/Observable.h"
@@ -34,17 +35,21 @@ class StatusBarController {
   /// Does what an entry says. A represented object that is no UUID is ignored.
   void perform(const StatusMenuEntry& entry, const std::string& activationToken = {});
   void handleClick(const StatusItemActivation& activation = {});
-  /// The wheel over the icon moves the master by 2 % a step of the wheel, whatever its resolution.
+  /// The wheel over the icon moves the master as it does over the master's slider.
   void handleScroll(int angleDelta);
   /// Calls back whenever rebuildMenu() would give something else, the countdown aside.
   void observeMenu(const std::function<void()>& changed);
+  /// What is to be known without a click: the output's level, how many applications sound, Whisper Mode.
+  [[nodiscard]] std::string toolTip() const;
+  /// Calls back whenever toolTip() may give something else, for as long as the subscriptions are kept.
+  [[nodiscard]] std::vector<Subscription> observeToolTip(const std::function<void()>& changed);
 
  private:
   MixerState& state_;
   Runtime runtime_;
   WindowSystem& windows_;
   StatusBarIntents intents_;
-  int scrollRemainder_ = 0;
+  ScrollSteps scroll_;
   std::vector<Subscription> subscriptions_;
 };
 

@@ -9,7 +9,8 @@ namespace quillmere {
 
 StatusItemPresenter::StatusItemPresenter(StatusItem& item, StatusBarController& controller)
     : item_(item), controller_(controller) {
-  item_.setToolTip("quillmere");
+  item_.setToolTip(controller_.toolTip());
+  toolTipSubscriptions_ = controller_.observeToolTip([this] { item_.setToolTip(controller_.toolTip()); });
   item_.onActivated([this](const StatusItemActivation& activation) { controller_.handleClick(activation); });
   item_.onScroll([this](int angleDelta) { controller_.handleScroll(angleDelta); });
   item_.onMenuAboutToShow([this] { refresh(); });

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/StatusItem.h"
+#include "runtime/Observable.h"
 #include "shell/StatusMenu.h"
 
 namespace quillmere {
@@ -37,6 +38,7 @@ class StatusItemPresenter {
   /// The entries as last built, by id.
   std::map<int, StatusMenuEntry> entries_;
   int separators_ = 0;
+  std::vector<Subscription> toolTipSubscriptions_;
 };
 
 }  // namespace quillmere

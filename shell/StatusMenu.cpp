@@ -1,6 +1,7 @@
 // The status item's menu as plain data.
 #include "shell/StatusMenu.h"
 
+#include "core/OneLine.h"
 #include "core/RemainingText.h"
 #include "core/SleepChoices.h"
 
@@ -40,7 +41,7 @@ StatusMenuEntry profiles(const StatusMenuInput& input) {
   entry.representedObject = "profiles";
   entry.hasSubmenu = true;
   for (const auto& profile : input.profiles) {
-    auto choice = item(profile.name, StatusAction::applyProfile);
+    auto choice = item(oneLine(profile.name), StatusAction::applyProfile);
     choice.representedObject = profile.id.text();
     choice.isOn = input.activeProfileID == profile.id;
     entry.submenu.push_back(std::move(choice));

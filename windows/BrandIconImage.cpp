@@ -4,6 +4,9 @@
 #include <QPainter>
 #include <QSvgRenderer>
 #include <algorithm>
+#include <cstdint>
+#include <span>
+#include <vector>
 
 namespace quillmere {
 
@@ -23,6 +26,23 @@ QPixmap rendered(QSvgRenderer& renderer, int width, int height) {
   QPainter painter(&image);
   renderer.setAspectRatioMode(Qt::KeepAspectRatio);
   renderer.render(&painter, QRectF(0, 0, width, height));
+  return image;
+}
+
+/// A square drawing in an ink, whatever colour it has.
+QImage inkedImage(const QImage& drawing, Ink ink) {
+  const QImage mask = drawing.convertToFormat(QImage::Format_Alpha8);
+  std::vector<std::uint8_t> alpha;
+  for (int y = 0; y < mask.height(); ++y) {
+    const std::span line(mask.constScanLine(y), static_cast<std::size_t>(mask.width()));
+    alpha.insert(alpha.end(), line.begin(), line.end());
+  }
+  const auto pixels = inked(alpha, mask.width(), ink, outlineWidth(mask.width()));
+  QImage image(mask.size(), QImage::Format_ARGB32);
+  auto pixel = pixels.begin();
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) image.setPixel(x, y, *pixel++);
+  }
   return image;
 }
 
@@ -50,22 +70,21 @@ QPixmap BrandIconImage::statusBar(int height, const QColor& color, qreal deviceP
   return image;
 }
 
-QIcon BrandIconImage::statusBarIcon(const QColor& color) {
+QIcon BrandIconImage::statusBarIcon(Ink ink) {
   // Trays ask for squares; the image stands centred in one, with the air other tray icons have. At 22, what most ask
   // for, it is 18 high, where its strokes fall on whole pixels.
   QIcon icon;
   for (const int size : {16, 22, 24, 32, 44, 48, 64}) {
     QPixmap canvas(size, size);
     canvas.fill(Qt::transparent);
-    const auto image = statusBar(std::max(1, size * 18 / 22), color, 1.0);
+    const auto image = statusBar(std::max(1, size * 18 / 22), Qt::black, 1.0);
     QPainter painter(&canvas);
     const auto target = image.size().scaled(canvas.size(), Qt::KeepAspectRatio).boundedTo(image.size());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(QRect(QPoint((size - target.width()) / 2, (size - target.height()) / 2), target), image);
     painter.end();
-    icon.addPixmap(canvas);
+    icon.addPixmap(QPixmap::fromImage(inkedImage(canvas.toImage(), ink)));
   }
-  icon.setIsMask(true);
   return icon;
 }
 

@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "windows/BrandIconImage.h"
-#include "windows/PanelTheme.h"
 
 namespace quillmere {
 
@@ -33,11 +32,16 @@ bool haveStayed(const std::vector<StatusMenuItem>& items, const std::vector<Stat
                     });
 }
 
+bool isMarked(const std::vector<StatusMenuItem>& items, int id) {
+  return std::any_of(items.begin(), items.end(), [id](const StatusMenuItem& item) {
+    return item.id == id ? item.isChecked.value_or(false) : isMarked(item.children, id);
+  });
+}
+
 }  // namespace
 
 OldTrayItem::OldTrayItem() {
   connect(&watch_, &OldTrayWatch::available, this, &OldTrayItem::appear);
-  connect(&PanelTheme::shared(), &PanelTheme::changed, this, &OldTrayItem::applyTheme);
   connect(&menu_, &QMenu::aboutToShow, this, [this] {
     if (aboutToShow_) aboutToShow_();
   });
@@ -68,13 +72,12 @@ void OldTrayItem::show() {
 
 void OldTrayItem::appear() {
   if (isWanted_) {
-    applyTheme();
+    // Nobody tells what these trays look like.
+    icon_.setIcon(BrandIconImage::statusBarIcon(panelInk(std::nullopt, {})));
     icon_.show();
   }
   if (availability_) availability_(true);
 }
-
-void OldTrayItem::applyTheme() { icon_.setIcon(BrandIconImage::statusBarIcon(PanelTheme::shared().foreground())); }
 
 void OldTrayItem::setMenu(std::vector<StatusMenuItem> menu) {
   if (menu == items_) return;
@@ -102,7 +105,9 @@ void OldTrayItem::fill(QMenu& menu, const std::vector<StatusMenuItem>& items) {
       if (item.icon == StatusMenuIcon::whisper) {
         action->setIcon(BrandIconImage::whisperMenuIcon(menu_.palette().color(QPalette::WindowText)));
       }
-      connect(action, &QAction::triggered, this, [this, id = item.id] {
+      connect(action, &QAction::triggered, this, [this, action, id = item.id] {
+        // The toolkit has moved the mark. Where it belongs, the state says: it comes with the next menu, if at all.
+        action->setChecked(isMarked(items_, id));
         if (chosen_) chosen_(id, {});
       });
     }

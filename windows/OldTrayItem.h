@@ -42,7 +42,6 @@ class OldTrayItem final : public QObject, public StatusItem {
 
  private:
   void appear();
-  void applyTheme();
   void build();
   void fill(QMenu& menu, const std::vector<StatusMenuItem>& items);
   /// Texts and marks of a menu whose entries have stayed.

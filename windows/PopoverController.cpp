@@ -1,14 +1,10 @@
 // The popover's life.
 #include "windows/PopoverController.h"
 
-#include <QCursor>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QScreen>
 #include <utility>
-
-#include "windows/PopoverPlacement.h"
-#include "windows/X11.h"
 
 namespace quillmere {
 
@@ -19,58 +15,59 @@ constexpr auto keepHidden = std::chrono::seconds(20);
 constexpr auto focusLossGrace = std::chrono::milliseconds(300);
 }  // namespace
 
-PopoverController::PopoverController(const Runtime& runtime, WindowFactory factory)
-    : runtime_(runtime), scene_(runtime, std::move(factory), keepHidden) {
-  scene_.onDropped([this] { Q_EMIT dropped(); });
-  connect(&scene_, &Scene::lostFocus, this, [this] {
-    // A menu of the popover's own takes the focus for a while; that is not a click outside.
-    if (!isShown() || QGuiApplication::focusWindow() != nullptr) return;
-    closedByFocusLoss_ = runtime_.clocks.monotonicNow();
-    close();
+PopoverController::PopoverController(const Runtime& runtime, WindowFactory factory, std::unique_ptr<PopoverStage> stage)
+    : runtime_(runtime), stage_(std::move(stage)), scene_(runtime, std::move(factory), keepHidden) {
+  scene_.onDropped([this] {
+    stage_->release();
+    Q_EMIT dropped();
   });
+  connect(&scene_, &Scene::lostFocus, this, &PopoverController::closeForAnother);
+  // One that never had the focus, because the desktop gave it none, has none to lose.
+  connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](const QWindow* window) {
+    if (window != nullptr && window != scene_.window()) closeForAnother();
+  });
+  connect(stage_.get(), &PopoverStage::pressedOutside, this, &PopoverController::close);
 }
 
-PopoverController::~PopoverController() = default;
+PopoverController::~PopoverController() {
+  // The window goes before the stage, and tells of its going.
+  disconnect(&scene_, nullptr, this, nullptr);
+}
 
-void PopoverController::toggle(const std::optional<QRect>& anchor) {
+void PopoverController::toggle(const PopoverPlace& place) {
   if (isShown()) {
     close();
-  } else if (runtime_.clocks.monotonicNow() - closedByFocusLoss_ > focusLossGrace) {
-    open(anchor);
+  } else if (runtime_.clocks.monotonicNow() - closedForAnother_ > focusLossGrace) {
+    open(place);
   }
 }
 
-void PopoverController::close() { scene_.hide(); }
+void PopoverController::close() { stage_->hide(); }
 
-void PopoverController::open(const std::optional<QRect>& anchor) {
-  anchorAtOpening_ = anchor;
+void PopoverController::closeForAnother() {
+  if (!isShown()) return;
+  closedForAnother_ = runtime_.clocks.monotonicNow();
+  close();
+}
+
+void PopoverController::open(const PopoverPlace& place) {
   const bool isNew = scene_.window() == nullptr;
   auto& window = scene_.prepare();
   if (isNew) {
-    window.setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     window.installEventFilter(this);
-    // The panel's height follows its content; the corner at the icon stays where it is.
-    connect(&window, &QWindow::heightChanged, this, &PopoverController::place);
-    connect(&window, &QWindow::widthChanged, this, &PopoverController::place);
+    stage_->adopt(window);
   }
-  place();
-  if (!isShown()) x11::skipTaskBar(window);
-  scene_.show();
-}
-
-void PopoverController::place() {
-  auto* window = scene_.window();
-  if (window == nullptr) return;
-  auto* screen = QGuiApplication::screenAt(anchorAtOpening_ ? anchorAtOpening_->center() : QCursor::pos());
-  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-  if (screen == nullptr) return;
-  window->setPosition(
-      popoverPosition(anchorAtOpening_, window->size(), screen->geometry(), screen->availableGeometry()));
+  stage_->show(place);
 }
 
 bool PopoverController::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-    close();
+  if (event->type() == QEvent::KeyPress && !isPassingOn_ && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    // A menu that is open closes first, and says that it has by taking the key.
+    isPassingOn_ = true;
+    event->ignore();
+    QCoreApplication::sendEvent(watched, event);
+    isPassingOn_ = false;
+    if (!event->isAccepted()) close();
     return true;
   }
   return QObject::eventFilter(watched, event);

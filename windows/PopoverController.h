@@ -2,9 +2,9 @@
 #pragma once
 
 #include <QObject>
-#include <QRect>
-#include <optional>
+#include <memory>
 
+#include "windows/PopoverStage.h"
 #include "windows/Scene.h"
 
 namespace quillmere {
@@ -14,13 +14,12 @@ class PopoverController final : public QObject {
   Q_OBJECT
 
  public:
-  PopoverController(const Runtime& runtime, WindowFactory factory);
+  PopoverController(const Runtime& runtime, WindowFactory factory, std::unique_ptr<PopoverStage> stage);
   ~PopoverController() override;
 
-  /// @param anchor  where the status item is, as far as that is known
-  void toggle(const std::optional<QRect>& anchor);
+  void toggle(const PopoverPlace& place);
   void close();
-  [[nodiscard]] bool isShown() const { return scene_.isVisible(); }
+  [[nodiscard]] bool isShown() const { return stage_->isShown(); }
   /// Whether the popover is shown, or kept for a quick return.
   [[nodiscard]] bool isHeld() const { return scene_.window() != nullptr; }
 
@@ -31,12 +30,14 @@ class PopoverController final : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void open(const std::optional<QRect>& anchor);
-  void place();
+  void open(const PopoverPlace& place);
+  void closeForAnother();
 
   Runtime runtime_;
-  std::optional<QRect> anchorAtOpening_;
-  MonotonicTime closedByFocusLoss_{};
+  std::unique_ptr<PopoverStage> stage_;
+  MonotonicTime closedForAnother_{};
+  /// While a key is with the window itself.
+  bool isPassingOn_ = false;
   Scene scene_;
 };
 

@@ -4,9 +4,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include <QApplication>
-#include <QCursor>
 #include <QQuickWindow>
-#include <QScreen>
 #include <QWindow>
 #include <chrono>
 #include <cstdint>
@@ -29,15 +27,20 @@
 #include "remote/WindowMessages.h"
 #include "runtime/ThreadPoolExecutor.h"
 #include "state/ViewSettings.h"
+#include "views/AboutWindow.h"
 #include "views/ViewFactory.h"
-#include "windows/AboutPanel.h"
 #include "windows/BrandIconImage.h"
 #include "windows/DialogApplicationChooser.h"
+#include "windows/DisplayChoice.h"
+#include "windows/LayerShell.h"
 #include "windows/OldTrayItem.h"
+#include "windows/PlacedStage.h"
 #include "windows/PopoverController.h"
 #include "windows/QtMainExecutor.h"
 #include "windows/Renderer.h"
 #include "windows/SceneSet.h"
+#include "windows/WindowFit.h"
+#include "windows/WindowKeys.h"
 
 namespace quillmere {
 
@@ -48,21 +51,20 @@ using nlohmann::json;
 constexpr const char* mainWindow = "main";
 constexpr const char* onboardingWindow = "onboarding";
 
-/// Where the icon is, as far as a click tells: the pointer, or what the panel says of it, if that is over a panel. A
-/// pointer anywhere else says nothing.
-std::optional<QRect> anchorOf(const std::optional<QPoint>& click) {
-  for (const auto& point : {std::optional(QCursor::pos()), click}) {
-    if (!point) continue;
-    const auto* screen = QGuiApplication::screenAt(*point);
-    if (screen != nullptr && !screen->availableGeometry().contains(*point)) return QRect(*point, QSize(1, 1));
-  }
-  return std::nullopt;
-}
-
-/// What brings a window to the front on desktops that ask for a reason. The toolkit takes it with the next window.
+/// What brings a window to the front on desktops that ask for a reason. The toolkit takes it with the next window; one
+/// that was not taken is not for a later wish.
 void setActivationToken(const json& message) {
   const auto token = message.value("token", std::string());
-  if (!token.empty()) qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+  if (token.empty()) {
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+  } else {
+    qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+  }
+}
+
+std::unique_ptr<PopoverStage> makeStage(const Runtime& runtime, bool hasLayerShell) {
+  auto stage = hasLayerShell ? layershell::makeStage(runtime) : nullptr;
+  return stage ? std::move(stage) : std::make_unique<PlacedStage>();
 }
 
 /// Puts a window that is not shown yet into the middle of its screen, where the desktop lets a program choose.
@@ -81,20 +83,26 @@ std::vector<RunningApplication> soundingIn(const MixerState& state) {
 
 class Windows final : public QObject {
  public:
-  Windows(const Runtime& runtime, SendMessage send, const WindowsHost& host)
+  Windows(const Runtime& runtime, SendMessage send, const WindowsHost& host, bool hasLayerShell)
       : runtime_(runtime),
         send_(std::move(send)),
         host_(host),
         state_(std::make_shared<RemoteState>(runtime.log, send_)),
         scenes_(runtime),
-        popover_(runtime, [this]() -> std::unique_ptr<QWindow> { return factory().makePopover(); }) {
+        keys_(keyIntents()),
+        popover_(
+            runtime, [this]() -> std::unique_ptr<QWindow> { return served(factory().makePopover()); },
+            makeStage(runtime, hasLayerShell)),
+        about_(runtime, [this]() -> std::unique_ptr<QWindow> { return makeAbout(); }, Duration::zero()) {
     scenes_.add(mainWindow, [this]() -> std::unique_ptr<QWindow> {
-      QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
-      return factory().makeMainWindow();
+      setWindowIcon();
+      auto window = served(factory().makeMainWindow());
+      keepOnScreen(*window);
+      return window;
     });
     scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
-      QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
-      auto window = factory().makeOnboarding();
+      setWindowIcon();
+      auto window = served(factory().makeOnboarding());
       centre(*window);
       return window;
     });
@@ -107,7 +115,7 @@ class Windows final : public QObject {
     });
     connect(&scenes_, &SceneSet::dropped, this, &Windows::offerToEnd);
     connect(&popover_, &PopoverController::dropped, this, &Windows::offerToEnd);
-    connect(&about_, &AboutPanel::closed, this, &Windows::offerToEnd);
+    about_.onDropped([this] { offerToEnd(); });
   }
 
   void take(const json& message) {
@@ -154,7 +162,8 @@ class Windows final : public QObject {
     } else if (type == wire::activate) {
       scenes_.activate();
     } else if (type == wire::showAboutPanel) {
-      about_.show(QCoreApplication::applicationVersion());
+      setActivationToken(message);
+      about_.show();
     } else if (type == wire::togglePopover) {
       setActivationToken(message);
       togglePopover(message);
@@ -177,10 +186,10 @@ class Windows final : public QObject {
   }
 
   void togglePopover(const json& message) {
-    std::optional<QPoint> click;
-    if (message.contains("x")) click = QPoint(message.at("x").get<int>(), message.at("y").get<int>());
-    const auto geometry = tray_ ? tray_->geometry() : std::nullopt;
-    popover_.toggle(geometry ? geometry : anchorOf(click));
+    PopoverPlace place;
+    if (message.contains("x")) place.click = QPoint(message.at("x").get<int>(), message.at("y").get<int>());
+    if (tray_) place.icon = tray_->geometry();
+    popover_.toggle(place);
   }
 
   void keepOldTray(bool isWanted) {
@@ -198,8 +207,31 @@ class Windows final : public QObject {
 
   /// The process stays as long as it has something to draw.
   void offerToEnd() {
-    if (scenes_.holdsAny() || popover_.isHeld() || about_.isShown() || tray_) return;
+    if (scenes_.holdsAny() || popover_.isHeld() || about_.window() != nullptr || tray_) return;
     send_({{"type", wire::idle}, {"seen", seen_}});
+  }
+
+  /// Desktops show it beside the titles of windows that they list.
+  static void setWindowIcon() { QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0))); }
+
+  std::unique_ptr<QWindow> makeAbout() {
+    setWindowIcon();
+    factory();
+    return served(makeAboutWindow(QCoreApplication::applicationVersion()));
+  }
+
+  template <typename Window>
+  std::unique_ptr<Window> served(std::unique_ptr<Window> window) {
+    keys_.serve(*window);
+    return window;
+  }
+
+  KeyIntents keyIntents() {
+    KeyIntents intents;
+    intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
+    intents.openSettings = [this] { send_({{"type", wire::openMainWindow}, {"section", "Settings"}}); };
+    intents.quit = [this] { send_({{"type", wire::quit}}); };
+    return intents;
   }
 
   /// What draws a window comes with the first one.
@@ -226,8 +258,9 @@ class Windows final : public QObject {
   std::optional<DesktopServices> desktop_;
   std::optional<ViewFactory> factory_;
   SceneSet scenes_;
+  WindowKeys keys_;
   PopoverController popover_;
-  AboutPanel about_;
+  Scene about_;
   std::unique_ptr<OldTrayItem> tray_;
   std::optional<StatusItemHost> trayHost_;
   std::uint64_t seen_ = 0;
@@ -271,6 +304,7 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   QCoreApplication::setApplicationName(QStringLiteral("quillmere"));
   QCoreApplication::setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
   QGuiApplication::setDesktopFileName(QStringLiteral("app.quillmere.host"));
+  const bool hasLayerShell = chooseDisplay();
   const QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
 
@@ -281,7 +315,7 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   const Runtime runtime{main, background, clocks, *log, makeThreadSerialQueue};
 
   Line line;
-  Windows windows(runtime, [&line](const json& message) { line.send(message); }, host);
+  Windows windows(runtime, [&line](const json& message) { line.send(message); }, host, hasLayerShell);
   ChannelEvents events;
   events.received = [&windows, &main](const std::string& bytes) {
     auto message = decodeMessage(bytes);

@@ -25,6 +25,32 @@ xcb_atom_t atom(const char* name) {
   return reply->atom;
 }
 
+namespace {
+
+/// A property's bytes, up to a size that is ample for what is asked here.
+std::string property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type) {
+  constexpr std::uint32_t mostWords = 64;
+  const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
+      xcb_get_property_reply(connection(), xcb_get_property(connection(), 0, window, name, type, 0, mostWords),
+                             nullptr),
+      &std::free);
+  if (!reply || reply->type != type) return {};
+  return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+          static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+}  // namespace
+
+std::string windowManager() {
+  if (connection() == nullptr) return {};
+  const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection())).data->root;
+  const auto told = property(root, atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW);
+  xcb_window_t manager = XCB_WINDOW_NONE;
+  if (told.size() != sizeof(manager)) return {};
+  std::memcpy(&manager, told.data(), sizeof(manager));
+  return property(manager, atom("_NET_WM_NAME"), atom("UTF8_STRING"));
+}
+
 void skipTaskBar(QWindow& window) {
   if (connection() == nullptr) return;
   static const std::array<xcb_atom_t, 2> states{atom("_NET_WM_STATE_SKIP_TASKBAR"), atom("_NET_WM_STATE_SKIP_PAGER")};

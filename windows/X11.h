@@ -3,6 +3,8 @@
 
 #include <xcb/xcb.h>
 
+#include <string>
+
 class QWindow;
 
 namespace quillmere::x11 {
@@ -11,6 +13,8 @@ namespace quillmere::x11 {
 [[nodiscard]] xcb_connection_t* connection();
 /// XCB_ATOM_NONE if the server gives none.
 [[nodiscard]] xcb_atom_t atom(const char* name);
+/// What the window manager calls itself; empty where there is none, or no X server.
+[[nodiscard]] std::string windowManager();
 /// Keeps a window out of task bars and pagers. Before each show: window managers forget it with the window's hiding.
 void skipTaskBar(QWindow& window);
 

@@ -2,6 +2,7 @@
 #include "platform/linux/LinuxApplicationChooser.h"
 
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "portal/Portal.h"
@@ -39,9 +40,12 @@ std::optional<std::string> pathIn(GVariant* results) {
   if (!uris || g_variant_n_children(uris.get()) == 0) return std::nullopt;
   const char* uri = nullptr;
   g_variant_get_child(uris.get(), 0, "&s", &uri);
-  char* name = g_filename_from_uri(uri, nullptr, nullptr);
-  if (name == nullptr) return std::nullopt;
-  std::string path = name;
+  char* host = nullptr;
+  char* name = g_filename_from_uri(uri, &host, nullptr);
+  std::optional<std::string> path;
+  // A file of another machine has a path that means nothing here.
+  if (name != nullptr && (host == nullptr || std::string_view(host) == "localhost")) path = name;
+  g_free(host);
   g_free(name);
   return path;
 }

@@ -19,18 +19,22 @@ class MemoryApplicationChooser final : public ApplicationChooser {
       return;
     }
     waiting_ = std::move(reply);
+    ++dialogues_;
   }
 
   /// The user has chosen, or cancelled; nothing where no dialogue is open.
   void answer(std::optional<std::string> path) {
     if (const auto reply = std::exchange(waiting_, {})) reply(std::move(path));
   }
+  /// How many dialogues have been opened.
+  [[nodiscard]] int dialogues() const { return dialogues_; }
   [[nodiscard]] bool isOpen() const { return static_cast<bool>(waiting_); }
   [[nodiscard]] const std::vector<ApplicationQuestion>& questions() const { return questions_; }
 
  private:
   std::vector<ApplicationQuestion> questions_;
   Reply waiting_;
+  int dialogues_ = 0;
 };
 
 }  // namespace quillmere

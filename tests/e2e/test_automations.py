@@ -33,7 +33,7 @@ def sine_step(hz):
 TRIES = 5
 # Of recordings that say nothing, because the machine has lost a cycle of the control.
 MOST_SPOILED = 10
-SHORTEST_CYCLE = 64
+SHORTEST_CYCLE, LONGEST_CYCLE = 64, 1024
 # Of the phase, in radians. A gain that glides shifts what is measured by less than a hundredth. A cycle is a multiple
 # of 64 frames; skipped, it shifts a tone of 200 Hz by a multiple of 16 of its 240 frames.
 SMALLEST_JUMP = 0.08
@@ -44,16 +44,18 @@ class Step(NamedTuple):
     frame: int
     height: float
     # A change of gain leaves the sine where it is. A cycle that is lost leaves silence, or is skipped, and then the
-    # sine goes on from another place.
+    # sine goes on from another place. A JACK client is heard at another gain for one cycle: a step where it begins, one
+    # where it ends, and none around.
     is_lost_cycle: bool
 
 
-def phase(samples, first, hz):
-    """Of a sine, in radians: over the period that begins at a frame."""
+def sine_at(samples, first, hz):
+    """Amplitude and phase, in radians, of a sine over the period that begins at a frame."""
     turn = 2 * math.pi * hz / RATE
-    period = range(first, min(first + RATE // hz, len(samples)))
-    return math.atan2(sum(samples[frame] * math.cos(turn * frame) for frame in period),
-                      sum(samples[frame] * math.sin(turn * frame) for frame in period))
+    period = range(max(0, first), min(first + RATE // hz, len(samples)))
+    cosine = sum(samples[frame] * math.cos(turn * frame) for frame in period)
+    sine = sum(samples[frame] * math.sin(turn * frame) for frame in period)
+    return 2 * math.hypot(cosine, sine) / max(1, len(period)), math.atan2(cosine, sine)
 
 
 def steps_in(samples, hz, glides):
@@ -65,11 +67,22 @@ def steps_in(samples, hz, glides):
         if any(part and max(map(abs, part)) < 1e-5
                for part in (samples[max(0, start - SHORTEST_CYCLE):start], samples[start:start + SHORTEST_CYCLE])):
             return True
-        jump = phase(samples, start, hz) - phase(samples, max(0, start - RATE // hz), hz)
+        jump = sine_at(samples, start, hz)[1] - sine_at(samples, start - RATE // hz, hz)[1]
         return abs(math.remainder(jump, 2 * math.pi)) > SMALLEST_JUMP
 
-    return [Step(frame, after - before, is_lost_cycle(frame))
-            for frame, (before, after) in enumerate(zip(samples, samples[1:])) if abs(after - before) > allowed]
+    frames = [frame for frame, (before, after) in enumerate(zip(samples, samples[1:])) if abs(after - before) > allowed]
+
+    def bounds_one_cycle(frame):
+        near = [other for other in frames if abs(other - frame) <= 2 * LONGEST_CYCLE]
+        if len(near) != 2 or (near[1] - near[0]) % SHORTEST_CYCLE != 0 or near[1] - near[0] > LONGEST_CYCLE:
+            return False
+        # Between them the gain may have glided on, by as much as a glide does in a cycle.
+        before, _ = sine_at(samples, near[0] + 1 - RATE // hz, hz)
+        after, _ = sine_at(samples, near[1] + 1, hz)
+        return abs(after - before) <= 0.25 * max(after, before)
+
+    return [Step(frame, samples[frame + 1] - samples[frame], is_lost_cycle(frame) or bounds_one_cycle(frame))
+            for frame in frames]
 
 
 class Call:

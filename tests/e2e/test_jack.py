@@ -4,8 +4,8 @@ import unittest
 
 import test_automations
 from quillmere_e2e import graph
-from quillmere_e2e.case import DESK, PHONES, MixerTest
-from quillmere_e2e.tones import to_db
+from quillmere_e2e.case import AMPLITUDE, DESK, PHONES, MixerTest
+from quillmere_e2e.tones import LEFT, to_db, tone_file
 from quillmere_e2e.waiting import wait_for
 
 
@@ -150,7 +150,6 @@ class Taps(MixerTest):
             self.assert_level(phones, player, 0.25)
         self.assert_level(self.desk, player, 0)
 
-
     def check_odd_device(self, name, description, position):
         graph.add_sink(name, description, **{"audio.position": position, "audio.channels": position.count(",") + 1})
         self.addCleanup(graph.remove_sink, name)
@@ -175,8 +174,8 @@ class Taps(MixerTest):
 
 class Smooth(test_automations.AutomationTest):
     def test_taking_a_jack_client_over_and_letting_it_go_has_no_click(self):
-        player = self.play("jack", "Smooth Studio", 200)
-        app = self.agent.wait_until_live(player)
+        player = self.play("jack", "Smooth Studio", 200, file=tone_file(200, AMPLITUDE, sides=LEFT))
+        self.agent.wait_until_live(player)
         self.assert_level(self.desk, player, 1)
 
         def whisper_and_back():
@@ -186,7 +185,7 @@ class Smooth(test_automations.AutomationTest):
             self.assert_level(self.desk, player, 1)
             wait_for(lambda: not detours(), "it is let go")
 
-        self.assert_no_click(whisper_and_back, player, app)
+        self.assert_no_click(whisper_and_back, player)
 
 
 class Killed(MixerTest):
@@ -200,7 +199,6 @@ class Killed(MixerTest):
                 self.agent.gain(app, gain)
                 self.assert_level(phones if route else self.desk, player, gain)
                 own = links_of(player)
-                first = self.desk.frames()
                 self.agent.kill()
                 self.assert_level(self.desk, player, 1, seconds=1.0)
                 self.assert_level(phones, player, 0)

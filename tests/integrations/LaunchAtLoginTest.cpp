@@ -112,6 +112,17 @@ TEST_F(Login, OfQuickWishesTheLastCounts) {
   EXPECT_THAT(told, ElementsAre(true, false, true, false, true)) << "no answer from the past between them";
 }
 
+TEST_F(Login, AnAnswerFromBeforeTheLastWishDoesNotMoveTheSwitch) {
+  made().setEnabled(true);
+  time.runDueOn(time.background());
+  made().setEnabled(false);
+  time.runDueOn(time.main());
+  EXPECT_FALSE(*made().isOn());
+  time.runUntilIdle();
+  EXPECT_FALSE(*made().isOn());
+  EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
+}
+
 TEST_F(Login, TheSystemIsNotTouchedOnTheMainThread) {
   made();
   const int before = item.reads();

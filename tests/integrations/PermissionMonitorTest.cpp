@@ -50,8 +50,9 @@ TEST_F(Monitor, AccessibilityIsNeverDenied) {
 
 TEST_F(Monitor, EveryNumberOfFocusHasItsStatus) {
   const std::vector<std::pair<int, PermissionStatus>> expected{
-      {0, PermissionStatus::notDetermined}, {1, PermissionStatus::denied},         {2, PermissionStatus::denied},
-      {3, PermissionStatus::granted},       {4, PermissionStatus::notDetermined}, {-1, PermissionStatus::notDetermined}};
+      {0, PermissionStatus::notDetermined}, {1, PermissionStatus::denied},
+      {2, PermissionStatus::denied},        {3, PermissionStatus::granted},
+      {4, PermissionStatus::notDetermined}, {-1, PermissionStatus::notDetermined}};
   for (const auto& [number, status] : expected) {
     permissions.setFocusNumber(number);
     made().refresh();

@@ -107,9 +107,9 @@ TEST_F(Updates, AClockThatWasInTheFutureHoldsNothingUp) {
 }
 
 TEST_F(Updates, AnOddTimeInTheSettingsHoldsNothingUp) {
-  for (const auto& odd : {DefaultsValue(std::numeric_limits<double>::quiet_NaN()),
-                          DefaultsValue(std::numeric_limits<double>::infinity()), DefaultsValue("yesterday"),
-                          DefaultsValue(-1e300)}) {
+  for (const auto& odd :
+       {DefaultsValue(std::numeric_limits<double>::quiet_NaN()), DefaultsValue(std::numeric_limits<double>::infinity()),
+        DefaultsValue("yesterday"), DefaultsValue(-1e300)}) {
     defaults.set(ReleaseUpdater::checkedKey, odd);
     const int before = feed.fetches();
     start();
@@ -150,9 +150,9 @@ TEST_F(Updates, AnUnreadableFeedChangesNothingAndIsLoggedOnce) {
         std::string("[\"3.0\"]"), std::string("\"3.0\""), std::string("null"), std::string(R"({"version": 3.0})"),
         std::string(R"({"version": ["3.0"]})"), std::string(R"({"Version": "3.0"})"), std::string(R"({"version": ""})"),
         std::string(R"({"version": "3.0 <script>"})"), std::string(R"({"version": "3.0\n"})"),
-        std::string(R"({"version": ".3"})"), std::string(R"({"version": "v3.0"})"),
-        std::string(R"({"version": "-3"})"), "{\"version\": \"" + std::string(65, '9') + "\"}",
-        std::string("\xFF\xFE\x00{", 4), std::string(200000, '['), std::string(200000, '\0')}) {
+        std::string(R"({"version": ".3"})"), std::string(R"({"version": "v3.0"})"), std::string(R"({"version": "-3"})"),
+        "{\"version\": \"" + std::string(65, '9') + "\"}", std::string("\xFF\xFE\x00{", 4), std::string(200000, '['),
+        std::string(200000, '\0')}) {
     log.clear();
     time.advance(24h);
     feed.answer(bad);

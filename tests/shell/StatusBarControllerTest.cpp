@@ -145,8 +145,22 @@ TEST_F(StatusBar, WheelMovesTheMasterByTwoPercentANotch) {
   state().setMasterGain(0.5F);
   controller.handleScroll(120);
   EXPECT_FLOAT_EQ(*state().masterGain(), 0.52F);
+  controller.handleScroll(-120);
+  EXPECT_FLOAT_EQ(*state().masterGain(), 0.5F);
+}
+
+TEST_F(StatusBar, APanelThatTellsTwoNotchesForOneMovesTheMasterByOneStep) {
+  auto controller = makeController();
+  state().setMasterGain(0.5F);
   controller.handleScroll(-240);
   EXPECT_FLOAT_EQ(*state().masterGain(), 0.48F);
+}
+
+TEST_F(StatusBar, AScrollOfNoughtOverTheIconMovesNothing) {
+  auto controller = makeController();
+  state().setMasterGain(0.5F);
+  controller.handleScroll(0);
+  EXPECT_FLOAT_EQ(*state().masterGain(), 0.5F);
 }
 
 TEST_F(StatusBar, FineWheelStepsAddUpToANotch) {

@@ -45,12 +45,27 @@ class Icon : public Started {
 
 TEST_F(Icon, IsShownWithItsToolTipAndMenu) {
   EXPECT_TRUE(item.isShown());
-  EXPECT_EQ(item.toolTip(), "quillmere");
+  EXPECT_TRUE(item.toolTip().starts_with("quillmere · ")) << item.toolTip();
   EXPECT_EQ(item.menu().size(), 11U);
   EXPECT_EQ(item.menu()[1].kind, StatusMenuItem::Kind::separator);
   EXPECT_EQ(item.find("Sleep Timer")->children.size(), 5U);
   EXPECT_EQ(item.find("Quit quillmere")->key, "q");
   EXPECT_EQ(item.find("Engage Whisper Mode")->icon, StatusMenuIcon::whisper);
+}
+
+TEST_F(Icon, ToolTipTellsTheOutputsLevelWhatSoundsAndWhisperMode) {
+  state().setMasterGain(0.64F);
+  EXPECT_EQ(item.toolTip(), "quillmere · 64%");
+  box->setSounding(spotify, true);
+  box->advanceSeconds(0.5);
+  EXPECT_EQ(item.toolTip(), "quillmere · 64% · 1 live");
+  state().toggleWhisperMode();
+  EXPECT_TRUE(item.toolTip().ends_with(" · Whisper Mode")) << item.toolTip();
+}
+
+TEST_F(Icon, ANameOfSeveralLinesIsOneEntryOnOne) {
+  state().addProfile("Late\nevening");
+  EXPECT_NE(item.find("Late evening"), nullptr);
 }
 
 TEST_F(Icon, ClickCarriesItsPlaceAndToken) {

@@ -16,6 +16,14 @@ class Windows : public ViewsFixture {
   [[nodiscard]] std::unique_ptr<ViewFactory> factory() { return std::make_unique<ViewFactory>(services()); }
 };
 
+QQuickItem* itemWith(QQuickItem& root, const char* property) {
+  if (root.metaObject()->indexOfProperty(property) >= 0) return &root;
+  for (auto* child : root.childItems()) {
+    if (auto* found = itemWith(*child, property)) return found;
+  }
+  return nullptr;
+}
+
 TEST_F(Windows, PopoverIsThreeHundredAndFortyWide) {
   startWithSounding({spotify});
   const auto window = factory()->makePopover();
@@ -66,12 +74,22 @@ TEST_F(Windows, PopoverGrowsWithItsRows) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return window->height() == before + 37; }));
 }
 
-QQuickItem* itemWith(QQuickItem& root, const char* property) {
-  if (root.metaObject()->indexOfProperty(property) >= 0) return &root;
-  for (auto* child : root.childItems()) {
-    if (auto* found = itemWith(*child, property)) return found;
-  }
-  return nullptr;
+TEST_F(Windows, RowOfAHiddenPopoverKeepsItsPresenterUntilItIsGone) {
+  startWithSounding({spotify, editor});
+  const auto window = factory()->makePopover();
+  window->show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+  QPointer<QQuickItem> row;
+  ASSERT_TRUE(QTest::qWaitFor([&] { return (row = itemWith(*window->contentItem(), "showsControls")) != nullptr; }));
+  const QPointer<QObject> presenter = row->property("row").value<QObject*>();
+  window->hide();
+  for (const auto& each : {spotify, editor}) sound(each, false);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  ASSERT_FALSE(row.isNull()) << "a hidden window draws no picture, and its list changes with its pictures";
+  EXPECT_FALSE(presenter.isNull());
+  window->show();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return row.isNull(); }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return presenter.isNull(); }));
 }
 
 TEST_F(Windows, RowIsNoLongerHoveredWhenThePointerLeavesTheWindow) {

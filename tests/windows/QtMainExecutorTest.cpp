@@ -16,10 +16,6 @@ using namespace std::chrono_literals;
 
 class QtMainExecutorTest : public ::testing::Test {
  protected:
-  int argumentCount = 1;
-  std::string name = "shell_tests";
-  char* arguments[2] = {name.data(), nullptr};
-  QCoreApplication application{argumentCount, arguments};
   QtMainExecutor executor;
 };
 

@@ -9,6 +9,8 @@ Text {
     color: Tokens.textPrimary
     textFormat: Text.PlainText
     elide: Text.ElideRight
+    // A name is one line, whatever its owner has put into it.
+    maximumLineCount: wrapMode === Text.NoWrap ? 1 : 0x7fffffff
     verticalAlignment: Text.AlignVCenter
     renderType: Text.NativeRendering
     // What is centred is the height of the capitals: a line's box is rounded up below the letters, which lifts them. The

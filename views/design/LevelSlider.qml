@@ -44,7 +44,7 @@ Item {
 
     // A value within the range that the user asks for by drag, click, key, wheel or assistive technology.
     signal moved(real value)
-    // Only with SliderHandle.Forward: lines of a wheel or points of a touchpad, upwards positive.
+    // Only with SliderHandle.Forward: units of a scroll, upwards positive.
     signal scrollDelta(real delta)
 
     function brightened(fill: color): color {

@@ -33,9 +33,7 @@ PlainButton {
 
     tipHidden: open
 
-    Accessible.role: Accessible.ButtonMenu
-    // A screen reader that runs makes every button one once more when it stands.
-    Component.onCompleted: Accessible.role = Accessible.ButtonMenu
+    role: Accessible.ButtonMenu
 
     onClicked: openMenu()
     Keys.onDownPressed: openMenu()

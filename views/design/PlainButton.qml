@@ -12,13 +12,17 @@ T.AbstractButton {
     // While something else covers the button, a menu of its own for instance.
     property bool tipHidden: false
     property real focusCorner: Tokens.corner.chip
+    // What it is to assistive technology.
+    property int role: Accessible.Button
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
 
-    Accessible.role: Accessible.Button
+    Accessible.role: role
+    // The toolkit makes it a button once more when it stands and a screen reader listens, and when one comes later.
+    Accessible.onRoleChanged: if (Accessible.role !== role) Accessible.role = role
     Accessible.name: text.length > 0 ? text : tip
     Accessible.description: text.length > 0 && tip !== text ? tip : ""
     Accessible.onPressAction: root.clicked()

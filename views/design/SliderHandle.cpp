@@ -6,8 +6,23 @@
 namespace quillmere {
 namespace {
 
-constexpr double smallStep = 0.02;
+/// Of the arrow keys and of assistive technology: the same as a step of the wheel.
+constexpr double smallStep = gainPerScrollStep;
 constexpr double pageStep = 0.1;
+
+ScrollPhase phaseOf(Qt::ScrollPhase phase) {
+  switch (phase) {
+    case Qt::ScrollBegin:
+      return ScrollPhase::begin;
+    case Qt::ScrollUpdate:
+    case Qt::ScrollMomentum:
+      return ScrollPhase::update;
+    case Qt::ScrollEnd:
+      return ScrollPhase::end;
+    default:
+      return ScrollPhase::none;
+  }
+}
 
 bool isKeyboardReason(Qt::FocusReason reason) {
   return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
@@ -107,9 +122,10 @@ void SliderHandle::wheelEvent(QWheelEvent* event) {
   const ScrollEvent scroll{
       .angle = event->angleDelta().y(),
       .pixels = event->pixelDelta().y(),
-      .fromTouchpad = event->device() && event->device()->type() == QInputDevice::DeviceType::TouchPad};
+      .fromTouchpad = event->device() && event->device()->type() == QInputDevice::DeviceType::TouchPad,
+      .phase = phaseOf(event->phase())};
   if (scrollRule_ == Forward) {
-    emit scrollDelta(scrollDistance(scroll));
+    if (const double units = scrollUnits(scroll); units != 0) emit scrollDelta(units);
     return;
   }
   const int direction = wheel_.step(scroll);

@@ -4,8 +4,8 @@
 
 #include <QQuickItem>
 
+#include "core/ScrollRule.h"
 #include "views/design/SliderGeometry.h"
-#include "views/design/WheelSteps.h"
 
 namespace quillmere {
 
@@ -68,7 +68,7 @@ class SliderHandle : public QQuickItem {
  signals:
   /// The user asks for this value, within the range.
   void moved(double value);
-  /// Only with ScrollRule Forward: lines or points, upwards positive.
+  /// Only with ScrollRule Forward: units as in core/ScrollRule.h, upwards positive. Not for an event that has none.
   void scrollDelta(double delta);
 
   void valueChanged();
@@ -100,7 +100,7 @@ class SliderHandle : public QQuickItem {
   void setVisualFocus(bool visualFocus);
 
   SliderGeometry geometry_;
-  WheelSteps wheel_;
+  ScrollSteps wheel_;
   double position_ = 0;
   ScrollRule scrollRule_ = OwnStep;
   bool dragging_ = false;

@@ -98,6 +98,7 @@ Tokens::Tokens(QObject* parent)
       systemGreen_(toColor(design::colour::systemGreen)),
       floatBG_(toColor(design::colour::floatBG)),
       floatStroke_(toColor(design::colour::floatStroke)),
+      windowStroke_(toColor(design::colour::windowStroke)),
       focusRing_(toColor(design::colour::focusRing)),
       thinMaterial_(toColor(design::colour::thinMaterial)),
       thickMaterial_(toColor(design::colour::thickMaterial)),

@@ -113,6 +113,7 @@ class Tokens : public QObject {
   Q_PROPERTY(QColor floatStroke MEMBER floatStroke_ CONSTANT)
   Q_PROPERTY(QColor thinMaterial MEMBER thinMaterial_ CONSTANT)
   Q_PROPERTY(QColor thickMaterial MEMBER thickMaterial_ CONSTANT)
+  Q_PROPERTY(QColor windowStroke MEMBER windowStroke_ CONSTANT)
   Q_PROPERTY(QColor focusRing MEMBER focusRing_ CONSTANT)
 
   Q_PROPERTY(QFont heroDisplay MEMBER heroDisplay_ CONSTANT)
@@ -160,7 +161,7 @@ class Tokens : public QObject {
   QColor brandSage_, brandMint_, brandCoral_, brandRed_, brandAmber_, canvasBG_;
   QColor cardBG_, cardBGHover_, cardBGSelected_, cardStroke_, cardStrokeHover_, cardStrokeSelected_, hairline_;
   QColor textPrimary_, textSecondary_, textTertiary_, white_, black_, clear_;
-  QColor systemAccent_, systemGrey_, systemGreen_, floatBG_, floatStroke_, focusRing_;
+  QColor systemAccent_, systemGrey_, systemGreen_, floatBG_, floatStroke_, windowStroke_, focusRing_;
   QColor thinMaterial_, thickMaterial_;
   QFont heroDisplay_, displayXL_, displayL_, displayM_, cardTitle_, bodyText_, bodyEmphasis_, caption1_;
   QFont captionStrong_, sectionCaps_, metric_, metricLarge_;

@@ -7,7 +7,7 @@ T.ToolTip {
     id: root
 
     readonly property real gap: 6
-    readonly property real farthest: 280
+    property real farthest: 280
 
     x: parent ? Math.round((parent.width - width) / 2) : 0
     y: parent ? parent.height + gap : 0

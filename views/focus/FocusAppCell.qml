@@ -44,12 +44,16 @@ FocusScope {
         focusCorner: root.tileCorner
         topPadding: Tokens.spacing.xs
         bottomPadding: Tokens.spacing.xs
-        onClicked: root.tapped()
+        checkable: true
+        checked: root.selected
+        onClicked: {
+            // It shows what is so, not what was asked for.
+            checked = Qt.binding(() => root.selected);
+            root.tapped();
+        }
         Keys.onDeletePressed: if (root.canRemove && !root.selected) root.removeAsked()
 
-        Accessible.role: Accessible.RadioButton
-        Accessible.checkable: true
-        Accessible.checked: root.selected
+        role: Accessible.RadioButton
 
         contentItem: Column {
             spacing: Tokens.spacing.xs

@@ -41,13 +41,11 @@ PlainButton {
     // One stop of the keyboard for all of them; the arrows choose.
     focusPolicy: isSelected || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
 
-    Accessible.role: Accessible.PageTab
+    role: Accessible.PageTab
     Accessible.name: title
     Accessible.description: badge.length > 0 ? badgeText : ""
     Accessible.selectable: true
     Accessible.selected: isSelected
-    // A screen reader that runs makes every button one once more when it stands.
-    Component.onCompleted: Accessible.role = Accessible.PageTab
 
     background: Item {
         Rectangle {

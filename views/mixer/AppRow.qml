@@ -12,7 +12,11 @@ Item {
 
     readonly property bool hovering: pointer.hovered
     // The controls also come up for the keyboard, and stay while their menu is open.
-    readonly property bool showsControls: hovering || routeButton.visualFocus || muteButton.visualFocus || routeButton.open
+    readonly property bool showsControls: hovering || touched || routeButton.visualFocus || muteButton.visualFocus
+                                          || routeButton.open
+    // A finger doesn't hover: its first touch brings the controls up, for a while.
+    property bool touched: false
+    readonly property int touchMillis: 4000
 
     readonly property real rowHeight: 36
     readonly property real gap: 10
@@ -34,6 +38,10 @@ Item {
 
     HoverHandler {
         id: pointer
+    }
+
+    RowHold {
+        row: root.row
     }
 
     Rectangle {
@@ -118,6 +126,13 @@ Item {
         row: root.row
     }
 
+    Timer {
+        id: touchEnd
+
+        interval: root.touchMillis
+        onTriggered: root.touched = false
+    }
+
     Item {
         id: slot
 
@@ -176,6 +191,18 @@ Item {
                 row: root.row
             }
         }
+
+        // What can't be seen takes no touch. Over everything in the slot, and gone once the controls are there.
+        MouseArea {
+            objectName: "guard"
+            anchors.fill: parent
+            enabled: !root.showsControls
+            Accessible.ignored: true
+            onClicked: {
+                root.touched = true;
+                touchEnd.restart();
+            }
+        }
     }
 
     // Made at the first hover.
@@ -191,6 +218,9 @@ Item {
 
         ToolTip {
             parent: root.tipTarget
+            // By itself, below a row, it is no wider than what stands left of the next one's slider.
+            x: root.tipTarget === root ? icon.x : Math.round((root.tipTarget.width - width) / 2)
+            farthest: root.tipTarget === root ? slider.x - icon.x : 280
             text: root.row.toolTip
             visible: root.hovering && !slider.dragging && !routeButton.hovered && !muteButton.hovered && !routeButton.open
         }

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 
+#include "core/OneLine.h"
 #include "core/Percent.h"
 
 namespace quillmere {
@@ -25,11 +26,11 @@ QString toolTip(const AudioApp& app, const QString& name, bool isLive, bool isDu
 AppRowLook appRowLook(const AudioApp& app, bool isLive, bool isDucked, const std::vector<AudioOutputDevice>& devices) {
   const bool isRouted = app.routedDeviceUID.has_value();
   AppRowLook look;
-  look.name = QString::fromStdString(app.name);
+  look.name = QString::fromStdString(oneLine(app.name));
   look.toolTip = toolTip(app, look.name, isLive, isDucked);
   const auto device =
       std::ranges::find_if(devices, [&](const AudioOutputDevice& each) { return app.routedDeviceUID == each.uid; });
-  if (device != devices.end()) look.routedDeviceName = QString::fromStdString(device->name);
+  if (device != devices.end()) look.routedDeviceName = QString::fromStdString(oneLine(device->name));
   if (isDucked) {
     look.statusSymbol = QStringLiteral("waveform.badge.minus");
   } else if (isRouted) {

@@ -1,8 +1,6 @@
 // Follows the state's applications.
 #include "views/mixer/AppRowModel.h"
 
-#include <QTimer>
-#include <chrono>
 #include <utility>
 
 #include "state/MixerState.h"
@@ -10,10 +8,6 @@
 #include "views/ViewIntents.h"
 
 namespace quillmere {
-
-namespace {
-constexpr auto longerThanAnyFade = std::chrono::seconds(2);
-}
 
 AppRowModel::AppRowModel(std::shared_ptr<MixerState> state, ViewSettings& settings, Filter filter,
                          ActivateTab activateTab, QObject* parent)
@@ -89,8 +83,7 @@ void AppRowModel::insertedAt(int at, const std::string& key) {
 
 void AppRowModel::removedAt(int at) {
   // The view still shows the row while it fades.
-  auto* leaving = rows_[static_cast<std::size_t>(at)];
-  QTimer::singleShot(longerThanAnyFade, leaving, &QObject::deleteLater);
+  rows_[static_cast<std::size_t>(at)]->leave();
   rows_.erase(rows_.begin() + at);
 }
 

@@ -4,16 +4,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/ScrollRule.h"
 #include "state/MixerState.h"
 #include "views/mixer/DeviceMenus.h"
 #include "views/shared/AppIconProvider.h"
 
 namespace quillmere {
-
-namespace {
-/// Of the full scale, for each unit of a scroll.
-constexpr float gainPerScrollUnit = 0.005F;
-}  // namespace
 
 AppRowPresenter::AppRowPresenter(MixerState& state, AudioApp app, int tabLimit, TabListModel::Activate activateTab,
                                  QObject* parent)
@@ -50,11 +46,20 @@ void AppRowPresenter::setScrollAdjusts(bool adjusts) {
   Q_EMIT scrollAdjustsChanged();
 }
 
+void AppRowPresenter::release() {
+  if (--holds_ == 0 && isLeaving_) deleteLater();
+}
+
+void AppRowPresenter::leave() {
+  isLeaving_ = true;
+  if (holds_ == 0) deleteLater();
+}
+
 void AppRowPresenter::setGain(double gain) { state_.setGain(static_cast<float>(gain), app_.bundleID); }
 
 bool AppRowPresenter::scrollBy(double delta) {
   if (!scrollAdjusts_) return false;
-  const float wanted = app_.gain + static_cast<float>(delta) * gainPerScrollUnit;
+  const float wanted = app_.gain + static_cast<float>(delta) * static_cast<float>(gainPerScrollUnit);
   state_.setGain(std::clamp(wanted, 0.0F, 1.0F), app_.bundleID);
   return true;
 }

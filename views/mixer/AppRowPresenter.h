@@ -77,9 +77,15 @@ class AppRowPresenter final : public QObject {
   void updateDevices();
   void setScrollAdjusts(bool adjusts);
 
+  /// Something shows the row from now on, or does so no longer.
+  void hold() { ++holds_; }
+  void release();
+  /// The model has given the row up: it goes once nothing shows it any more.
+  void leave();
+
   Q_INVOKABLE void setGain(double gain);
-  /// A scroll over the slider by `delta` lines or points, upwards positive. False if the setting is off: the event then
-  /// belongs to whatever lies beneath.
+  /// A scroll over the slider by `delta` units (core/ScrollRule.h), upwards positive. False if the setting is off: the
+  /// event then belongs to whatever lies beneath.
   Q_INVOKABLE bool scrollBy(double delta);
   Q_INVOKABLE void toggleMute();
 
@@ -96,6 +102,8 @@ class AppRowPresenter final : public QObject {
   AudioApp app_;
   AppRowLook look_;
   bool scrollAdjusts_ = true;
+  int holds_ = 0;
+  bool isLeaving_ = false;
   /// A child; null until it is asked for.
   MenuModel* routeMenu_ = nullptr;
   TabListModel tabs_;

@@ -54,7 +54,7 @@ FocusScope {
         focusPolicy: Qt.NoFocus
         opacity: root.added ? root.addedOpacity : 1
 
-        Accessible.role: Accessible.ListItem
+        role: Accessible.ListItem
         Accessible.name: root.name
         Accessible.description: root.added ? qsTr("%1, added").arg(root.bundleID) : root.bundleID
         Accessible.selectable: !root.added

@@ -34,7 +34,7 @@ PlainButton {
     verticalPadding: Tokens.spacing.s
     focusCorner: Tokens.corner.card
 
-    Accessible.role: Accessible.ListItem
+    role: Accessible.ListItem
     Accessible.name: name.length > 0 ? name : qsTr("Untitled")
     Accessible.description: active ? qsTr("%1, active").arg(sizeText) : sizeText
     Accessible.selectable: true

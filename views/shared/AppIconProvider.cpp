@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "platform/Workspace.h"
+#include "views/shared/IconTheme.h"
 
 namespace quillmere {
 
@@ -108,6 +109,7 @@ void deliver(Delivery& delivery, QImage image) {
 void drawThemed(const std::shared_ptr<Delivery>& delivery, const QString& name, const Box& box) {
   // The icon theme belongs to the main thread.
   QMetaObject::invokeMethod(QCoreApplication::instance(), [delivery, name, box] {
+    ensureIconTheme();
     const auto icon = QIcon::fromTheme(name);
     deliver(*delivery, icon.isNull() ? QImage() : boxed(icon.pixmap(box.size, 1.0).toImage(), box));
   });

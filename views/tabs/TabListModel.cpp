@@ -1,6 +1,7 @@
 // Sorts a browser's tabs and makes rows of them.
 #include "views/tabs/TabListModel.h"
 
+#include <QRegularExpression>
 #include <QTextBoundaryFinder>
 #include <QUrl>
 #include <algorithm>
@@ -10,8 +11,27 @@
 
 namespace quillmere {
 
+namespace {
+
+/// Browsers hand on these as they were written, behind the host; a strict reader wants them encoded.
+QString withEncodedTail(QString address) {
+  const auto tail = address.indexOf(QRegularExpression(QStringLiteral("(?<![:/])[/?#]")));
+  if (tail < 0) return address;
+  QString encoded;
+  for (const auto character : QStringView(address).mid(tail)) {
+    if (QStringView(u"|{}^`\\[]\"'<>").contains(character)) {
+      encoded += QStringLiteral("%") + QString::number(character.unicode(), 16).toUpper();
+    } else {
+      encoded += character;
+    }
+  }
+  return address.left(tail) + encoded;
+}
+
+}  // namespace
+
 QString tabLetter(const std::string& urlString) {
-  const QUrl url(QString::fromStdString(urlString), QUrl::StrictMode);
+  const QUrl url(withEncodedTail(QString::fromStdString(urlString)), QUrl::StrictMode);
   const auto host = url.host().toLower().remove(QStringLiteral("www."));
   if (!url.isValid() || host.isEmpty()) return QStringLiteral("?");
   QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, host);

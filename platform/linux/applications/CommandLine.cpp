@@ -148,6 +148,16 @@ Program ofShell(Words words) {
   return anonymous(words[0]);
 }
 
+/// A percent sign of its own stands twice in an Exec key.
+std::string withoutEscapedPercents(std::string_view word) {
+  std::string plain;
+  for (std::size_t at = 0; at < word.size(); ++at) {
+    plain += word[at];
+    if (word.substr(at, 2) == "%%") ++at;
+  }
+  return plain;
+}
+
 /// C:\Games\Foo\Foo.exe
 Program ofWine(Words words) {
   for (const auto& word : words) {
@@ -183,7 +193,7 @@ std::vector<std::string> wordsOfExec(const std::string& exec) {
   for (int index = 0; index < count; ++index) {
     const std::string_view word = parsed[index];
     const bool fieldCode = word.size() == 2 && word[0] == '%' && word[1] != '%';
-    if (!fieldCode) words.emplace_back(word);
+    if (!fieldCode) words.push_back(withoutEscapedPercents(word));
   }
   g_strfreev(parsed);
   return words;

@@ -8,17 +8,22 @@
 #include <QTextStream>
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <span>
+#include <vector>
+
+#include "core/PanelInk.h"
 
 namespace {
 
-// As in statusitem/PanelIcon.h.
-constexpr QRgb lightInk = 0xFFF2F2F2;
-constexpr QRgb darkInk = 0xFF242424;
+using quillmere::Ink;
+
 constexpr std::array panelSizes{16, 22, 24, 32, 44, 48, 64};
 /// Twice the 15 pixels at which menus show it: hosts scale down well and up badly.
 constexpr int whisperSize = 30;
+/// One pixel where the menu shows it.
+constexpr double whisperOutline = 2;
 
 /// Draws into a canvas of `width` by `height` pixels, proportions kept, centred.
 QImage rendered(QSvgRenderer& renderer, int width, int height) {
@@ -51,11 +56,11 @@ QByteArray mask(const QImage& image) {
   return alpha;
 }
 
-QByteArray png(QImage image, QRgb ink) {
-  QPainter painter(&image);
-  painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-  painter.fillRect(image.rect(), QColor(ink));
-  painter.end();
+QByteArray png(const QByteArray& alpha, int size, Ink ink) {
+  const std::span bytesOfMask(reinterpret_cast<const std::uint8_t*>(alpha.constData()),
+                              static_cast<std::size_t>(alpha.size()));
+  const auto pixels = quillmere::inked(bytesOfMask, size, ink, whisperOutline);
+  const QImage image(reinterpret_cast<const uchar*>(pixels.data()), size, size, QImage::Format_ARGB32);
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
@@ -96,14 +101,22 @@ int main(int argc, char** argv) {
     writeArray(out, name, mask(panelIcon(icon, size)));
     table += QStringLiteral("    IconMask{%1, %2},\n").arg(size).arg(name);
   }
-  const auto drawing = rendered(whisper, whisperSize, whisperSize);
-  writeArray(out, QStringLiteral("whisperLight"), png(drawing, lightInk));
-  writeArray(out, QStringLiteral("whisperDark"), png(drawing, darkInk));
+  const std::array inks{Ink::light, Ink::dark, Ink::lightOutlined, Ink::darkOutlined};
+  for (std::size_t index = 0; index < inks.size(); ++index) {
+    // An outline needs room within the picture.
+    const int air = quillmere::coloursOf(inks[index]).outline ? static_cast<int>(whisperOutline) : 0;
+    QImage drawing(whisperSize, whisperSize, QImage::Format_ARGB32_Premultiplied);
+    drawing.fill(Qt::transparent);
+    QPainter(&drawing).drawImage(QPoint(air, air), rendered(whisper, whisperSize - 2 * air, whisperSize - 2 * air));
+    writeArray(out, QStringLiteral("whisper%1").arg(index), png(mask(drawing), whisperSize, inks[index]));
+  }
   out << "constexpr std::array<IconMask, " << panelSizes.size() << "> panel{\n"
       << table << "};\n\n}  // namespace\n\n"
       << "std::span<const IconMask> panelIconMasks() { return panel; }\n\n"
-      << "std::span<const std::uint8_t> whisperPng(Ink ink) {\n  if (ink == Ink::light) return whisperLight;\n"
-      << "  return whisperDark;\n}\n\n}  // namespace quillmere::statusitem\n";
+      << "std::span<const std::uint8_t> whisperPng(Ink ink) {\n  switch (ink) {\n"
+      << "    case Ink::light: return whisper0;\n    case Ink::dark: return whisper1;\n"
+      << "    case Ink::lightOutlined: return whisper2;\n    case Ink::darkOutlined: break;\n  }\n"
+      << "  return whisper3;\n}\n\n}  // namespace quillmere::statusitem\n";
   out.flush();
   return file.error() == QFileDevice::NoError ? 0 : 1;
 }

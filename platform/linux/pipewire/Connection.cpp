@@ -23,6 +23,8 @@ Connection::Connection(Loop& loop, std::string remote, Logger log, Events events
       remote_(std::move(remote)),
       log_(std::move(log)),
       events_(std::move(events)),
+      looks_{this},
+      nodes_{this},
       retry_(loop, [this] { connect(); }),
       broken_(loop, [this] { startAnew(); }),
       doubt_(loop, [this] { startAnew(); }) {}
@@ -39,10 +41,12 @@ void Connection::close() {
   drop();
 }
 
-int Connection::sync() { return core_ != nullptr ? pw_core_sync(core_, PW_ID_CORE, 0) : -1; }
+int Connection::sync() { return looks_.core != nullptr ? pw_core_sync(looks_.core, PW_ID_CORE, 0) : -1; }
+
+int Connection::syncNodes() { return nodes_.core != nullptr ? pw_core_sync(nodes_.core, PW_ID_CORE, 0) : -1; }
 
 void Connection::connect() {
-  if (core_ != nullptr) return;
+  if (looks_.core != nullptr) return;
   if (context_ == nullptr) {
     context_ = pw_context_new(
         loop_.raw(), pw_properties_new(PW_KEY_CONFIG_NAME, realTimeConfiguration(pw_get_library_version()), nullptr),
@@ -52,39 +56,55 @@ void Connection::connect() {
       return;
     }
   }
-  auto* properties = pw_properties_new(PW_KEY_APP_NAME, "Quillmere", PW_KEY_APP_ID, "app.quillmere.Quillmere", nullptr);
-  if (!remote_.empty()) pw_properties_set(properties, PW_KEY_REMOTE_NAME, remote_.c_str());
-  core_ = pw_context_connect(context_, properties, 0);
-  if (core_ == nullptr) {
+  if (!connect(looks_) || !connect(nodes_)) {
+    disconnect(looks_);
     if (!isWaiting_) log_.standard("no audio daemon answers; waiting for one");
     isWaiting_ = true;
     retry_.arm(retryInterval);
     return;
   }
   isWaiting_ = false;
+  // By its answer the client's id is known.
+  syncNodes();
+  events_.connected(looks_.core);
+}
+
+bool Connection::connect(Client& client) {
+  auto* properties = pw_properties_new(PW_KEY_APP_NAME, "Quillmere", PW_KEY_APP_ID, "app.quillmere.Quillmere", nullptr);
+  if (!remote_.empty()) pw_properties_set(properties, PW_KEY_REMOTE_NAME, remote_.c_str());
+  client.core = pw_context_connect(context_, properties, 0);
+  if (client.core == nullptr) return false;
 
   static const auto coreEvents = [] {
     pw_core_events events{};
     events.version = PW_VERSION_CORE_EVENTS;
     events.done = [](void* data, std::uint32_t id, int sequence) {
-      auto* self = static_cast<Connection*>(data);
-      if (id != PW_ID_CORE) return;
-      auto* client = reinterpret_cast<pw_proxy*>(pw_core_get_client(self->core_));
-      if (client != nullptr) self->events_.ownClientKnown(pw_proxy_get_bound_id(client));
-      self->fruitless_ = 0;
-      self->doubt_.disarm();
-      self->events_.done(sequence);
+      const auto& told = *static_cast<const Client*>(data);
+      if (id == PW_ID_CORE) told.owner->onDone(told, sequence);
     };
     events.error = [](void* data, std::uint32_t id, int, int result, const char* message) {
-      static_cast<Connection*>(data)->onError(id, result, message);
+      const auto& told = *static_cast<const Client*>(data);
+      told.owner->onError(told, id, result, message);
     };
     return events;
   }();
-  pw_core_add_listener(core_, &listener_, &coreEvents, this);
-  events_.connected(core_);
+  pw_core_add_listener(client.core, &client.listener, &coreEvents, &client);
+  return true;
 }
 
-void Connection::onError(std::uint32_t id, int result, const char* message) {
+void Connection::onDone(const Client& client, int sequence) {
+  fruitless_ = 0;
+  if (doubted_ == &client) doubt_.disarm();
+  if (&client == &looks_) {
+    events_.done(sequence);
+    return;
+  }
+  auto* self = reinterpret_cast<pw_proxy*>(pw_core_get_client(client.core));
+  if (self != nullptr) events_.ownClientKnown(pw_proxy_get_bound_id(self));
+  events_.nodesDone(sequence);
+}
+
+void Connection::onError(const Client& client, std::uint32_t id, int result, const char* message) {
   // Something went while we asked for it. It happens all the time and means nothing.
   if (result == -ENOENT) return;
   if (fruitless_ == 0 && result != -EPIPE) {
@@ -97,13 +117,14 @@ void Connection::onError(std::uint32_t id, int result, const char* message) {
   } else {
     // An error of the core may be the end: the library closes the connection at whatever it cannot read or send, and
     // says no more than this. Or the daemon has refused something and goes on. Only an answer tells.
-    sync();
+    pw_core_sync(client.core, PW_ID_CORE, 0);
+    doubted_ = &client;
     doubt_.arm(longestDoubt);
   }
 }
 
 void Connection::startAnew() {
-  if (core_ == nullptr) return;
+  if (looks_.core == nullptr) return;
   if (fruitless_ == 0) log_.standard("the audio daemon is gone");
   drop();
   retry_.arm(retryInterval * (1 << std::min(fruitless_, mostDoublings)));
@@ -112,11 +133,17 @@ void Connection::startAnew() {
 
 void Connection::drop() {
   doubt_.disarm();
-  if (core_ == nullptr) return;
+  if (looks_.core == nullptr) return;
   events_.lost();
-  spa_hook_remove(&listener_);
-  pw_core_disconnect(core_);
-  core_ = nullptr;
+  disconnect(nodes_);
+  disconnect(looks_);
+}
+
+void Connection::disconnect(Client& client) {
+  if (client.core == nullptr) return;
+  spa_hook_remove(&client.listener);
+  pw_core_disconnect(client.core);
+  client.core = nullptr;
 }
 
 }  // namespace quillmere::pipewire

@@ -15,18 +15,24 @@ struct pw_core;
 
 namespace quillmere::pipewire {
 
+/// Two clients of the daemon, made and lost together. While a client binds metadata or sets a parameter of somebody's
+/// object, the daemon reads nothing more from it until that somebody has answered. So a client that does that may have
+/// no nodes: the session manager sets parameters of them, and if it waits for us while we wait for it, neither is ever
+/// read again, and nobody's streams are linked any more. One client looks and asks, the other has the nodes.
 /// [loop] throughout; the destructor also where the loop has ended. Events come on [loop].
 class Connection {
  public:
   struct Events {
-    /// The core stands; nothing is known yet.
+    /// Both stand; nothing is known yet.
     std::function<void(pw_core*)> connected;
-    /// Our client's global id.
+    /// The global id of the client that has the nodes.
     std::function<void(std::uint32_t)> ownClientKnown;
-    /// The daemon is gone: let go of everything that belongs to the core. It is still there, but dead.
+    /// The daemon is gone: let go of everything that belongs to either core. They are still there, but dead.
     std::function<void()> lost;
     /// All that was asked before sync() with this number has been answered.
     std::function<void(int)> done;
+    /// The same for syncNodes().
+    std::function<void(int)> nodesDone;
   };
 
   Connection(Loop& loop, std::string remote, Logger log, Events events);
@@ -37,30 +43,43 @@ class Connection {
   void open();
   /// Tells `lost` if there was a connection, and doesn't come back.
   void close();
-  [[nodiscard]] pw_core* core() const { return core_; }
+  /// What nodes, and links between them, are made with; null where there is no connection.
+  [[nodiscard]] pw_core* nodeCore() const { return nodes_.core; }
   /// The number that `done` will be told.
   int sync();
+  /// The number that `nodesDone` will be told.
+  int syncNodes();
 
  private:
+  struct Client {
+    Connection* owner = nullptr;
+    pw_core* core = nullptr;
+    spa_hook listener{};
+  };
   void connect();
-  void onError(std::uint32_t id, int result, const char* message);
+  /// False where nobody answers.
+  bool connect(Client& client);
+  void onDone(const Client& client, int sequence);
+  void onError(const Client& client, std::uint32_t id, int result, const char* message);
   void startAnew();
   void drop();
+  static void disconnect(Client& client);
 
   Loop& loop_;
   std::string remote_;
   Logger log_;
   Events events_;
   pw_context* context_ = nullptr;
-  pw_core* core_ = nullptr;
-  spa_hook listener_{};
+  Client looks_;
+  Client nodes_;
   bool isWaiting_ = false;
   /// Connections in a row that ended without an answer.
   int fruitless_ = 0;
   LoopTimer retry_;
   LoopSignal broken_;
-  /// Runs while it is not known whether the connection has survived an error.
+  /// Runs while it is not known whether a client has survived an error, and of which one that is.
   LoopTimer doubt_;
+  const Client* doubted_ = nullptr;
 };
 
 }  // namespace quillmere::pipewire

@@ -1,4 +1,4 @@
-// A way from a client that links itself to a tap, beside the links that it has made.
+// A way from a client that links itself to a tap, beside the links that it has made. [loop]
 #pragma once
 
 #include <optional>
@@ -22,7 +22,6 @@ struct DetourLink {
   PortRecord input;
 };
 
-/// All calls on the loop.
 class Detour {
  public:
   virtual ~Detour() = default;

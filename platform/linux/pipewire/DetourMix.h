@@ -29,7 +29,7 @@ class DetourMix {
     double rate = 48000.0;
   };
 
-  /// What each input gives to left and right. Begins closed.
+  /// What each input gives to left and right. Begins closed. [loop]
   explicit DetourMix(std::vector<ChannelShare> shares);
   DetourMix(const DetourMix&) = delete;
   DetourMix& operator=(const DetourMix&) = delete;
@@ -39,6 +39,7 @@ class DetourMix {
   /// Nothing is cancelled any more. [any]
   [[nodiscard]] bool isClosed() const;
 
+  /// [audio]
   QUILLMERE_REALTIME void process(const Cycle& cycle);
 
  private:

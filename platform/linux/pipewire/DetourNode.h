@@ -1,4 +1,4 @@
-// The node of a detour and its links. All calls with the loop locked, or on the loop.
+// The node of a detour and its links. [loop]
 #pragma once
 
 #include <spa/utils/hook.h>

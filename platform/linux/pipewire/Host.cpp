@@ -62,14 +62,14 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
                         [this] { expectMissedMetadata(); }, [this] { volume_.volumesTold(); }}),
       volume_(loop_, model_, watcher_, [this] { publish(); }),
       mover_(model_, watcher_, log_),
-      connection_(
-          loop_, options_.remote, log_,
-          {[this](pw_core* core) { onConnected(core); }, [this](std::uint32_t client) { model_.setOwnClient(client); },
-           [this] { onLost(); }, [this](int sequence) { onDone(sequence); }}),
+      connection_(loop_, options_.remote, log_,
+                  {[this](pw_core* core) { onConnected(core); },
+                   [this](std::uint32_t client) { model_.setOwnClient(client); }, [this] { onLost(); },
+                   [this](int sequence) { onDone(sequence); }, [this](int sequence) { onNodesDone(sequence); }}),
       jack_(
           model_,
           [this](const std::vector<std::string>& channels) -> std::unique_ptr<Detour> {
-            auto* core = connection_.core();
+            auto* core = connection_.nodeCore();
             if (core == nullptr) return nullptr;
             return std::make_unique<DetourNode>(loop_, core, nameOfNode("detour"), channels, log_,
                                                 [this] { changed_.raise(); });
@@ -77,11 +77,11 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
           log_),
       feeders_({&mover_, &jack_}),
       scouts_(
-          loop_, model_, [this] { return connection_.core(); }, log_, [this] { changed_.raise(); }),
+          loop_, model_, [this] { return connection_.nodeCore(); }, log_, [this] { changed_.raise(); }),
       director_(
           model_, feeders_, scouts_, ids_,
           [this](const std::optional<std::string>& output, const std::function<void()>&) -> std::unique_ptr<TapPath> {
-            auto* core = connection_.core();
+            auto* core = connection_.nodeCore();
             if (core == nullptr) return nullptr;
             // Told through the signal: a node must not be destroyed from its own callback.
             return std::make_unique<TapNode>(core, model_, nameOfNode("tap"), output, log_,
@@ -103,10 +103,12 @@ Host::~Host() {
     refresh_.disarm();
     director_.giveEverythingBack();
     farewellSync_ = connection_.sync();
+    nodesFarewellSync_ = connection_.syncNodes();
+    shared_.farewellsAwaited = 2;
   }
   if (farewellSync_ >= 0) {
     std::unique_lock lock(shared_.mutex);
-    shared_.complete.wait_for(lock, farewellTime, [this] { return shared_.hasSaidFarewell; });
+    shared_.complete.wait_for(lock, farewellTime, [this] { return shared_.farewellsAwaited == 0; });
   }
   {
     const LoopLock lock(loop_);
@@ -149,12 +151,20 @@ void Host::onDone(int sequence) {
     isSynced_ = true;
     changed_.raise();
   } else if (sequence == farewellSync_) {
-    const std::lock_guard lock(shared_.mutex);
-    shared_.hasSaidFarewell = true;
-    shared_.complete.notify_all();
+    noteFarewell();
   } else if (std::erase_if(uncertain_, [&](const auto& entry) { return entry.second == sequence; }) > 0) {
     changed_.raise();
   }
+}
+
+void Host::onNodesDone(int sequence) {
+  if (sequence == nodesFarewellSync_) noteFarewell();
+}
+
+void Host::noteFarewell() {
+  const std::lock_guard lock(shared_.mutex);
+  --shared_.farewellsAwaited;
+  shared_.complete.notify_all();
 }
 
 void Host::onMetadata(GlobalID subject, const std::string& key, const std::optional<std::string>& value) {

@@ -93,6 +93,8 @@ class Host {
   void onConnected(pw_core* core);
   void onLost();
   void onDone(int sequence);
+  void onNodesDone(int sequence);
+  void noteFarewell();
   void onMetadata(GlobalID subject, const std::string& key, const std::optional<std::string>& value);
   void onMetadataPresence(bool isThere);
   void expectMissedMetadata();
@@ -107,7 +109,8 @@ class Host {
     mutable std::mutex mutex;
     std::condition_variable complete;
     bool isComplete = false;
-    bool hasSaidFarewell = false;
+    /// Answers to our last words that are still to come.
+    int farewellsAwaited = 0;
     std::shared_ptr<const AudioSnapshot> snapshot = std::make_shared<AudioSnapshot>();
     /// In Hz.
     std::map<AudioObjectID, double> tapRates;
@@ -127,6 +130,7 @@ class Host {
   int firstSync_ = -1;
   int secondSync_ = -1;
   int farewellSync_ = -1;
+  int nodesFarewellSync_ = -1;
   bool isSynced_ = false;
   std::uint64_t nodesMade_ = 0;
   LoopSignal changed_;

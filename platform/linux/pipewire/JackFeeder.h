@@ -1,6 +1,6 @@
 // Brings the sound of JACK clients to taps. Their links are theirs, and nobody would make them again: they stay, and
 // what they carry is cancelled where it arrives (docs/pipewire.md).
-// Pure decisions: the graph comes in as a model, detours come from a factory. All calls on the loop.
+// Pure decisions: the graph comes in as a model, detours come from a factory. [loop]
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// A link of ours between two ports, gone with us. All calls with the loop locked, or on the loop.
+// A link of ours between two ports, gone with us. [loop]
 #pragma once
 
 #include <spa/utils/hook.h>

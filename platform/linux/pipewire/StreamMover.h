@@ -1,6 +1,6 @@
 // Moves applications' streams to their taps and back through the session manager's metadata, and follows other movers.
 // Pure decisions: the graph comes in as a model, what is to be written goes out through MetadataWriter.
-// All calls on the loop.
+// [loop]
 #pragma once
 
 #include <deque>

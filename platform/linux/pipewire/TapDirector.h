@@ -1,5 +1,5 @@
 // Taps, aggregate devices and IO blocks, and the life of the nodes behind them: opened, live, released, returned.
-// Knows no daemon: paths come from a factory, time comes as ticks.
+// Knows no daemon: paths come from a factory, time comes as ticks. [loop]
 #pragma once
 
 #include <atomic>

@@ -1,4 +1,4 @@
-// Brings the sound of applications to their taps and takes it away again.
+// Brings the sound of applications to their taps and takes it away again. [loop]
 #pragma once
 
 #include <set>
@@ -9,7 +9,7 @@
 
 namespace quillmere::pipewire {
 
-/// One for each way in which clients are linked. All calls on the loop.
+/// One for each way in which clients are linked.
 class TapFeeder {
  public:
   virtual ~TapFeeder() = default;

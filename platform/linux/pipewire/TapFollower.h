@@ -12,7 +12,7 @@ namespace quillmere::pipewire {
 
 class TapFollower {
  public:
-  /// `target` is the linear gain to glide to, 0 to 1; it begins there. `rateHz` is the graph's.
+  /// `target` is the linear gain to glide to, 0 to 1; it begins there. `rateHz` is the graph's. [loop]
   TapFollower(std::shared_ptr<const std::atomic<float>> target, double rateHz);
   TapFollower(const TapFollower&) = delete;
   TapFollower& operator=(const TapFollower&) = delete;

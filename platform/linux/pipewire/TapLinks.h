@@ -1,5 +1,5 @@
 // The links from a tap's node to the output that it plays on: ours to make, and gone with us.
-// All calls with the loop locked, or on the loop.
+// [loop]
 #pragma once
 
 #include <functional>

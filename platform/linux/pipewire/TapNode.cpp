@@ -18,7 +18,11 @@ constexpr std::uint64_t mostWorkNanos = 1'000'000;
 
 TapNode::TapNode(pw_core* core, const GraphModel& model, const std::string& name,
                  const std::optional<std::string>& output, Logger log, std::function<void()> changed)
-    : context_(pw_core_get_context(core)), log_(std::move(log)), changed_(std::move(changed)), id_(SPA_ID_INVALID) {
+    : context_(pw_core_get_context(core)),
+      name_(name),
+      log_(std::move(log)),
+      changed_(std::move(changed)),
+      id_(SPA_ID_INVALID) {
   if (output) links_.emplace(core, model, *output, log_, changed_);
 
   auto* properties = pw_properties_new(nullptr, nullptr);
@@ -130,7 +134,11 @@ std::uint64_t TapNode::quietMoment() const {
 }
 
 void TapNode::setAlwaysProcess(bool isOn) {
-  interface_->setProperty(PW_KEY_NODE_ALWAYS_PROCESS, isOn ? "true" : "false");
+  // The daemon looks at it when it next decides who runs, and for this word alone it doesn't. For another group it
+  // does; nobody else is in either of these.
+  const auto group = name_ + (isOn ? "-awake" : "-calm");
+  interface_->setProperties(
+      {{PW_KEY_NODE_ALWAYS_PROCESS, isOn ? "true" : "false"}, {PW_KEY_NODE_GROUP, group.c_str()}});
 }
 
 }  // namespace quillmere::pipewire

@@ -1,5 +1,5 @@
 // The node behind a tap: applications are moved to its inputs, its outputs are linked to the device they play on.
-// All calls with the loop locked, or on the loop.
+// [loop]
 #pragma once
 
 #include <spa/utils/hook.h>
@@ -59,6 +59,7 @@ class TapNode final : public TapPath {
   void releaseAudioLoop();
 
   pw_context* context_;
+  std::string name_;
   /// Null: the context's main loop.
   pw_loop* audioLoop_ = nullptr;
   Logger log_;

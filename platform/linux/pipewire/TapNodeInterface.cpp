@@ -239,8 +239,8 @@ void TapNodeInterface::setMono(bool isMono) {
   addOutputs();
 }
 
-void TapNodeInterface::setProperty(const char* key, const char* value) {
-  pw_properties_set(properties_, key, value);
+void TapNodeInterface::setProperties(std::initializer_list<spa_dict_item> items) {
+  for (const auto& item : items) pw_properties_set(properties_, item.key, item.value);
   info_.props = &properties_->dict;
   tellNode(SPA_NODE_CHANGE_MASK_PROPS);
 }

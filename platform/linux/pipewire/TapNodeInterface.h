@@ -1,16 +1,18 @@
 // A tap's node as the daemon's library calls it: its parameters, its ports, the buffers that are handed over there.
-// All calls on the loop or with it locked, but for the cycle itself.
+// [loop], but for the cycle itself.
 #pragma once
 
 #include <spa/node/node.h>
 #include <spa/param/latency-utils.h>
 #include <spa/param/param.h>
+#include <spa/utils/dict.h>
 #include <spa/utils/hook.h>
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -46,7 +48,8 @@ class TapNodeInterface {
 
   /// One output for both sides, or one for each: a port that nobody needs costs time in every cycle.
   void setMono(bool isMono);
-  void setProperty(const char* key, const char* value);
+  /// All told in one go.
+  void setProperties(std::initializer_list<spa_dict_item> items);
 
  private:
   struct Methods;

@@ -1,4 +1,4 @@
-// What a tap's node tells of itself and its ports in the daemon's parameter format.
+// What a tap's node tells of itself and its ports in the daemon's parameter format. [any]
 #pragma once
 
 struct spa_latency_info;

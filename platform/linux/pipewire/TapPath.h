@@ -1,4 +1,4 @@
-// What the director of taps asks of the node behind a tap.
+// What the director of taps asks of the node behind a tap. [loop]
 #pragma once
 
 #include <cstdint>

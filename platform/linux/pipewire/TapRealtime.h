@@ -1,4 +1,4 @@
-// The part of a tap that runs on [audio]: one cycle from the captured sound to the output, and the orders it obeys.
+// The part of a tap that runs on the audio thread: one cycle from the captured sound to the output, and its orders.
 // Control and audio thread share atomics only; the audio thread never waits.
 #pragma once
 
@@ -37,41 +37,46 @@ class TapRealtime {
 
   // The graph's side: on [audio] between two cycles, or while no cycle runs.
 
-  /// As many inputs as shares, without buffers; those beyond `mostChannels` are left out.
+  /// As many inputs as shares, without buffers; those beyond `mostChannels` are left out. [audio]
   void setInputs(std::span<const ChannelShare> shares);
-  /// Null where there is none of this number.
+  /// Null where there is none of this number. [audio]
   [[nodiscard]] TapPort* input(std::size_t place) { return place < inputCount_ ? &inputs_[place] : nullptr; }
+  /// [audio]
   [[nodiscard]] TapPort* output(std::size_t place) { return place < outputCount ? &outputs_[place] : nullptr; }
+  /// [audio]
   static void setBuffers(TapPort& port, std::span<spa_buffer* const> buffers);
-  /// Where the graph tells how long a cycle is; null: nothing is played.
+  /// Where the graph tells how long a cycle is; null: nothing is played. [audio]
   void setPosition(const spa_io_position* position) { position_ = position; }
 
-  // Control side: all calls from one thread at a time.
+  // Control side: [loop].
 
-  /// The linear gain of both sides into the single output. Before the first cycle.
+  /// The linear gain of both sides into the single output. Before the first cycle. [loop]
   void setMonoGain(float gain) { monoGain_ = gain; }
+  /// [loop]
   void setRate(std::uint32_t rateHz);
-  /// The block is called from the next cycle on. It must stay where it is until stop() has returned.
+  /// The block is called from the next cycle on. It must stay where it is until stop() has returned. [loop]
   void startPlain(const IOBlock* block);
-  /// The same, glided into from a linear gain.
+  /// The same, glided into from a linear gain. [loop]
   void startFrom(const IOBlock* block, float gain);
-  /// The same, glided into from the gain of this tap's own release.
+  /// The same, glided into from the gain of this tap's own release. [loop]
   void startFromRelease(const IOBlock* block);
-  /// Begins the glide to unity; no call of the block follows the return. Waits for the end of a running cycle.
+  /// Begins the glide to unity; no call of the block follows the return. Waits for the end of a running cycle. [loop]
   void stop(float appliedGain);
 
-  /// The glide after stop() waits where it is, until stop() or a start follows.
+  /// The glide after stop() waits where it is, until stop() or a start follows. [loop]
   void hold();
 
+  /// [loop]
   [[nodiscard]] std::uint64_t cycles() const { return cycles_.load(std::memory_order_relaxed); }
+  /// [loop]
   [[nodiscard]] bool isAtUnity() const { return atUnity_.load(std::memory_order_acquire); }
-  /// What is heard of the tapped sound while it is released, linear.
+  /// What is heard of the tapped sound while it is released, linear. [loop]
   [[nodiscard]] float releaseGain() const { return releaseGain_.load(std::memory_order_relaxed); }
 
-  /// One cycle of the graph: from the inputs' buffers to the outputs'. Returns what spa_node_process returns.
+  /// One cycle of the graph: from the inputs' buffers to the outputs'. Returns what spa_node_process returns. [audio]
   QUILLMERE_REALTIME int cycle();
 
-  /// One cycle on interleaved stereo.
+  /// One cycle on interleaved stereo. [audio]
   QUILLMERE_REALTIME void process(float* input, float* output, std::uint32_t frames);
 
  private:

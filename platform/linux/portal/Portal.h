@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "bus/BusThread.h"
-#include "bus/Handles.h"
+#include "../bus/BusThread.h"
+#include "../bus/Handles.h"
 
 namespace quillmere::portal {
 

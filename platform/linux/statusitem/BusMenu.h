@@ -35,7 +35,7 @@ struct MenuChange {
 /// Not safe to share between threads. [bus]
 class BusMenu {
  public:
-  explicit BusMenu(Ink ink = Ink::dark) : ink_(ink) {}
+  explicit BusMenu(Ink ink = menuInk(std::nullopt)) : ink_(ink) {}
 
   /// Entries with the same id are the same entry: only what differs in them is a change.
   MenuChange replace(std::vector<StatusMenuItem> items);

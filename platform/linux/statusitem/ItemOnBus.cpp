@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "statusitem/Interfaces.h"
-#include "statusitem/PanelTheme.h"
 
 namespace quillmere::statusitem {
 namespace {
@@ -285,9 +284,9 @@ void ItemOnBus::setPortal(const std::string& owner) {
 }
 
 void ItemOnBus::setPreference(std::optional<bool> preference) {
-  const auto before = inkRGB();
+  const auto before = ink();
   preference_ = preference;
-  if (inkRGB() != before) emit(itemPath, itemInterface, "NewIcon", nullptr);
+  if (ink() != before) emit(itemPath, itemInterface, "NewIcon", nullptr);
   emitMenuChange(menu_.setInk(menuInk(preference)));
 }
 
@@ -298,7 +297,7 @@ GVariant* ItemOnBus::itemProperty(const std::string& name) const {
   if (name == "Id" || name == "Title") return g_variant_new_string(programName);
   if (name == "Status") return g_variant_new_string("Active");
   if (name == "WindowId") return g_variant_new_int32(0);
-  if (name == "IconPixmap") return g_variant_ref(iconPixmaps(inkRGB()).get());
+  if (name == "IconPixmap") return g_variant_ref(iconPixmaps(ink()).get());
   if (name == "OverlayIconPixmap" || name == "AttentionIconPixmap") return emptyPixmaps();
   if (name == "ToolTip") return g_variant_new("(s@a(iiay)@ss)", "", emptyPixmaps(), validString(toolTip_), "");
   if (name == "ItemIsMenu") return g_variant_new_boolean(FALSE);

@@ -11,7 +11,8 @@
 
 #include "../bus/BusThread.h"
 #include "BusMenu.h"
-#include "PanelTheme.h"
+#include "ColorScheme.h"
+#include "core/PanelInk.h"
 #include "platform/StatusItem.h"
 #include "platform/linux/LinuxStatusItem.h"
 #include "runtime/Logger.h"
@@ -77,7 +78,7 @@ class ItemOnBus {
 
   const ItemEvents events_;
   Logger log_;
-  [[nodiscard]] std::uint32_t inkRGB() const { return panelInkRGB(preference_, options_.currentDesktop); }
+  [[nodiscard]] Ink ink() const { return panelInk(preference_, options_.currentDesktop); }
 
   const LinuxStatusItemOptions options_;
 

@@ -47,6 +47,12 @@ class Program:
         """The processes that draw the windows: one while there are any, and none otherwise."""
         return family(self.process.pid)[1:]
 
+    def open_again(self, environment=None, arguments=()):
+        """Starts the program a second time, as a launcher does; its exit code."""
+        return subprocess.run([self.path, *arguments], check=False, stdin=subprocess.DEVNULL,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=20,
+                              env=os.environ | (environment or {})).returncode
+
     def alive(self):
         return self.process is not None and self.process.poll() is None
 

@@ -1,6 +1,6 @@
 // What every answer to the workspace port must do, written once and run on each of them.
-// A host offers `Workspace& workspace()`, `void launch(id, name, iconName, pid)` and `void terminate(id)`; both return
-// once the workspace can know.
+// A host offers `Workspace& workspace()`, `void launch(id, name, iconName, pid)`, which installs what it starts,
+// `void terminate(id)`, and `void look()`; all return once the workspace can know and has told.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -61,10 +61,52 @@ TYPED_TEST_P(WorkspaceContract, IconsAreToldByIdentifier) {
   EXPECT_EQ(this->host_.workspace().icon(""), std::nullopt);
 }
 
+TYPED_TEST_P(WorkspaceContract, WhatIsInstalledIsListedWithNameAndPlaceWhetherItRunsOrNot) {
+  this->host_.launch("org.example.Player", "Player", "player", 321);
+  this->host_.terminate("org.example.Player");
+  const auto installed = this->host_.workspace().installedApplications();
+  ASSERT_EQ(installed.size(), 1U);
+  EXPECT_EQ(installed[0].bundleID, "org.example.Player");
+  EXPECT_EQ(installed[0].name, "Player");
+  EXPECT_FALSE(installed[0].path.empty());
+}
+
+TYPED_TEST_P(WorkspaceContract, AnInstalledApplicationIsFoundByIdentifierAndByPlace) {
+  this->host_.launch("org.example.Player", "Player", "player", 321);
+  this->host_.terminate("org.example.Player");
+  const auto installed = this->host_.workspace().installedApplications();
+  ASSERT_EQ(installed.size(), 1U);
+  EXPECT_EQ(this->host_.workspace().installedApplication("org.example.Player"), installed[0]);
+  EXPECT_EQ(this->host_.workspace().applicationAt(installed[0].path), installed[0]);
+  EXPECT_EQ(this->host_.workspace().installedApplication("org.example.None"), std::nullopt);
+  EXPECT_EQ(this->host_.workspace().installedApplication(""), std::nullopt);
+  for (const auto* nothing : {"", "/", "/nowhere/at/all.desktop", "relative.desktop"}) {
+    EXPECT_EQ(this->host_.workspace().applicationAt(nothing), std::nullopt) << nothing;
+  }
+}
+
+TYPED_TEST_P(WorkspaceContract, ChangesAreToldOnceEach) {
+  int told = 0;
+  this->host_.launch("org.example.Player", "Player", "player", 321);
+  this->host_.workspace().onApplicationsChanged([&] { ++told; });
+  this->host_.look();
+  EXPECT_EQ(told, 0) << "nothing has changed";
+  this->host_.terminate("org.example.Player");
+  EXPECT_EQ(told, 1);
+  this->host_.look();
+  EXPECT_EQ(told, 1);
+  this->host_.workspace().onApplicationsChanged({});
+  this->host_.launch("org.example.Player", "Player", "player", 322);
+  EXPECT_EQ(told, 1) << "nobody listens any more";
+}
+
 TYPED_TEST_P(WorkspaceContract, AnEmptyAddressIsNotOpened) { EXPECT_FALSE(this->host_.workspace().openURL("")); }
 
 REGISTER_TYPED_TEST_SUITE_P(WorkspaceContract, NothingRunsWhereNothingWasLaunched,
                             AnApplicationIsToldWithIdentifierNameAndProcess, TheOrderIsStableAndThatOfAppearance,
-                            WhatHasEndedIsGone, IconsAreToldByIdentifier, AnEmptyAddressIsNotOpened);
+                            WhatHasEndedIsGone, IconsAreToldByIdentifier,
+                            WhatIsInstalledIsListedWithNameAndPlaceWhetherItRunsOrNot,
+                            AnInstalledApplicationIsFoundByIdentifierAndByPlace, ChangesAreToldOnceEach,
+                            AnEmptyAddressIsNotOpened);
 
 }  // namespace quillmere

@@ -139,6 +139,58 @@ TEST_F(LinuxWorkspaceTest, IconsOfRunningAndInstalledApplicationsAreTold) {
   EXPECT_EQ(workspace_->icon("com.example.none"), std::nullopt);
 }
 
+TEST_F(LinuxWorkspaceTest, InstalledApplicationsAreThoseThatTheDesktopListsUnderTheMixersIdentifiers) {
+  install("vim", "Name=Vim\nExec=vim\nTerminal=true");
+  install("kde-only", "Name=Kate\nExec=kate\nOnlyShowIn=KDE;");
+  install("gone", "Name=Gone\nExec=gone\nTryExec=/nowhere/gone");
+  std::vector<std::string> ids;
+  time_.background().post([&] {
+    for (const auto& application : workspace_->installedApplications()) ids.push_back(application.bundleID);
+  });
+  time_.runUntilIdle();
+  EXPECT_EQ(ids, (std::vector<std::string>{"org.gnome.Totem", "com.spotify.client", "vim"}));
+}
+
+TEST_F(LinuxWorkspaceTest, AnEntryEditedInPlaceIsReadAnewForTheList) {
+  std::vector<std::string> names;
+  const auto list = [&] {
+    names.clear();
+    time_.background().post([&] {
+      for (const auto& application : workspace_->installedApplications()) names.push_back(application.name.value());
+    });
+    time_.runUntilIdle();
+  };
+  list();
+  EXPECT_EQ(names, (std::vector<std::string>{"Videos", "Spotify"}));
+  int told = 0;
+  workspace_->onApplicationsChanged([&] { ++told; });
+  install("spotify", "Name=Music\nExec=spotify");
+  list();
+  EXPECT_EQ(names, (std::vector<std::string>{"Videos", "Music"}));
+  EXPECT_EQ(told, 1) << "who shows the old name hears of it";
+  list();
+  EXPECT_EQ(told, 1);
+}
+
+TEST_F(LinuxWorkspaceTest, AnEntryAnywhereIsAnApplication) {
+  support::TemporaryFolder elsewhere;
+  elsewhere.write("My App.desktop", "[Desktop Entry]\nType=Application\nName=Mine\nExec=mine\nNoDisplay=true\n");
+  elsewhere.write("link.desktop", "[Desktop Entry]\nType=Link\nName=Link\nURL=https://example.org\n");
+  elsewhere.write("broken.desktop", "rubbish");
+  elsewhere.write("text.txt", "[Desktop Entry]\nType=Application\nName=Mine\nExec=mine\n");
+  const auto at = [&](const std::string& name) { return workspace_->applicationAt(elsewhere.path(name)); };
+  EXPECT_EQ(at("My App.desktop"), (InstalledApplication{"My App", "Mine", elsewhere.path("My App.desktop")}));
+  for (const auto* name : {"link.desktop", "broken.desktop", "text.txt", ""}) EXPECT_EQ(at(name), std::nullopt) << name;
+}
+
+TEST_F(LinuxWorkspaceTest, AnEntryInASubfolderHasTheIdThatItHasInTheList) {
+  data_.write("applications/kde/player.desktop", "[Desktop Entry]\nType=Application\nName=Player\nExec=player\n");
+  const auto found = workspace_->applicationAt(data_.path("applications/kde/player.desktop"));
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->bundleID, "kde-player");
+  EXPECT_EQ(workspace_->applicationAt(data_.path("applications/spotify.desktop"))->bundleID, "com.spotify.client");
+}
+
 TEST_F(LinuxWorkspaceTest, WhatIsNoAddressIsNotOpened) {
   for (const auto& address : {std::string(), std::string("no address"), std::string("--help"),
                               std::string("https://x") + '\0' + "y", "https://" + std::string(20000, 'x')}) {
@@ -170,6 +222,7 @@ class LinuxWorkspaceHost {
     options.procRoot = proc_.path();
     options.dataFolders = {data_.path()};
     options.searchPath = "/nowhere";
+    options.desktops = std::vector<std::string>{"LXQt"};
     registry_ = std::make_shared<ApplicationRegistry>(time_.runtime(log_), options);
     workspace_ = std::make_unique<LinuxWorkspace>(registry_, LinuxWorkspace::AudioClients{}, log_);
     look();
@@ -186,8 +239,6 @@ class LinuxWorkspaceHost {
     proc_.end(pids_[id]);
     look();
   }
-
- private:
   /// New entries are looked for every five seconds.
   void look() {
     time_.advance(std::chrono::seconds(6));
@@ -195,6 +246,7 @@ class LinuxWorkspaceHost {
     time_.runUntilIdle();
   }
 
+ private:
   VirtualTime time_;
   support::RecordingLogSink log_;
   support::FakeProc proc_;

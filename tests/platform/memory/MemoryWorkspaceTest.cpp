@@ -10,10 +10,18 @@ class MemoryWorkspaceHost {
  public:
   Workspace& workspace() { return workspace_; }
   void launch(const std::string& id, const std::string& name, const std::string& iconName, std::int32_t pid) {
+    workspace_.uninstall(id);
+    workspace_.install(id, name, "/apps/" + id + ".app");
     workspace_.launch(id, name, pid);
     workspace_.setIcon(id, ThemedIcon{iconName});
+    workspace_.tellApplicationsChanged();
   }
-  void terminate(const std::string& id) { workspace_.terminate(id); }
+  void terminate(const std::string& id) {
+    workspace_.terminate(id);
+    workspace_.tellApplicationsChanged();
+  }
+  /// Finds nothing: all changes are told as they are made.
+  static void look() {}
 
  private:
   MemoryWorkspace workspace_;

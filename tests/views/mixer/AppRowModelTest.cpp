@@ -1,9 +1,12 @@
 // The rows that follow the state, and what gestures on them do.
 #include "views/mixer/AppRowModel.h"
 
+#include <QCoreApplication>
+#include <QPointer>
 #include <QSignalSpy>
 
 #include "../ViewsFixture.h"
+#include "views/mixer/RowHold.h"
 
 namespace quillmere {
 namespace {
@@ -50,6 +53,41 @@ TEST_F(AppRows, ApplicationThatFallsSilentLeavesThePopoverAndStaysInTheMainWindo
   sound(editor, false);
   EXPECT_EQ(names(), QStringList({"Spotify"}));
   EXPECT_EQ(all.count(), 3);
+}
+
+TEST_F(AppRows, ARowThatNothingShowsGoesWithItsPlace) {
+  startWithSounding({spotify, editor});
+  makeRows();
+  const QPointer<AppRowPresenter> row = rows->row(0);
+  sound(row->identifier(), false);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(row.isNull());
+}
+
+TEST_F(AppRows, ARowStaysAsLongAsAnythingShowsIt) {
+  startWithSounding({spotify, editor});
+  makeRows();
+  const QPointer<AppRowPresenter> row = rows->row(0);
+  auto first = std::make_unique<RowHold>();
+  first->setRow(row);
+  RowHold second;
+  second.setRow(row);
+  sound(row->identifier(), false);
+  first.reset();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  ASSERT_FALSE(row.isNull());
+  second.setRow(nullptr);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(row.isNull());
+}
+
+TEST_F(AppRows, AHoldOutlivesItsRow) {
+  startWithSounding({spotify});
+  makeRows();
+  RowHold hold;
+  hold.setRow(rows->row(0));
+  rows.reset();
+  EXPECT_EQ(hold.row(), nullptr);
 }
 
 TEST_F(AppRows, RowIsTheSameObjectAfterItHasChanged) {

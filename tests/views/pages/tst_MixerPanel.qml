@@ -121,6 +121,31 @@ Item {
             compare(above.opacity, 1);
         }
 
+        function test_isNeverHigherThanALowScreen() {
+            const panel = make(6, 6);
+            tryVerify(() => appRows(panel).length === 6);
+            const whole = findChild(panel, "whole");
+            verify(!whole.interactive);
+            // 1366 by 768 at scale 3.
+            panel.room = 256;
+            verify(panel.height <= 256);
+            verify(whole.interactive);
+            whole.contentY = whole.contentHeight - whole.height;
+            const quit = button(panel, "Quit quillmere");
+            const at = quit.mapToItem(panel, 0, 0);
+            verify(at.y >= 0 && at.y + quit.height <= panel.height);
+            panel.room = 800;
+            verify(!whole.interactive);
+        }
+
+        function test_edgePartsItFromADarkGround() {
+            const edge = findChild(make(1, 1), "edge");
+            compare(edge.border.width, 1);
+            compare(edge.border.color, Tokens.windowStroke);
+            verify(edge.border.color.a >= 0.2);
+            compare(edge.width, 340);
+        }
+
         function test_tipOfARowCoversNoOtherRow() {
             const panel = make(4, 4);
             tryVerify(() => appRows(panel).length === 4);
@@ -143,6 +168,7 @@ Item {
             verify(!profiles.itemAt(0).hasMarks);
             profiles.close();
             tryCompare(profiles, "visible", false);
+            mouseMove(button(panel, "Output for App 1"), 8, 8);
             mouseClick(button(panel, "Output for App 1"));
             const routes = button(panel, "Output for App 1").madeMenu;
             tryCompare(routes, "opened", true);

@@ -131,6 +131,24 @@ Item {
         }
     }
 
+    Component {
+        id: name
+
+        Label {
+            width: 200
+            text: "First\nsecond\u2028third"
+        }
+    }
+
+    Component {
+        id: paragraph
+
+        Paragraph {
+            width: 80
+            text: "What is longer than a line goes on in the next one."
+        }
+    }
+
     TestCase {
         name: "Components"
         when: windowShown
@@ -139,6 +157,16 @@ Item {
             verify(createTemporaryObject(tag, scene, { accent: Tokens.textSecondary }).neutral);
             verify(createTemporaryObject(tag, scene, { accent: Tokens.textTertiary }).neutral);
             verify(!createTemporaryObject(tag, scene, { accent: Tokens.brandCoral }).neutral);
+        }
+
+        function test_aNameIsOneLineWhateverItsOwnerHasPutIntoIt() {
+            const label = createTemporaryObject(name, scene);
+            compare(label.lineCount, 1);
+            compare(label.height, createTemporaryObject(name, scene, { text: "Plain" }).height);
+        }
+
+        function test_aParagraphHasAsManyLinesAsItNeeds() {
+            verify(createTemporaryObject(paragraph, scene).lineCount > 1);
         }
 
         function test_capitalsKeepTheNameReadable() {

@@ -219,7 +219,7 @@ Item {
             mouseWheel(slider, 100, 9, 0, 120);
             mouseWheel(slider, 100, 9, 0, -240);
             compare(slider.scrolls, 2);
-            compare(slider.scrolled, -10);
+            compare(slider.scrolled, -4);
             compare(slider.writes, 0);
         }
 

@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QIcon>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
@@ -120,6 +123,24 @@ TEST_F(AppIcons, DamagedPictureIsOneClearPixel) {
 TEST_F(AppIcons, NameThatNoThemeKnowsIsOneClearPixel) {
   workspace.setIcon(player, ThemedIcon{"no-such-icon-anywhere"});
   EXPECT_EQ(icon(player).size(), QSize(1, 1));
+}
+
+TEST_F(AppIcons, ANameIsFoundThoughTheDesktopNamesNoTheme) {
+  const QDir themes(folder.path());
+  ASSERT_TRUE(themes.mkpath("Adwaita/48x48/apps"));
+  QFile index(themes.filePath("Adwaita/index.theme"));
+  ASSERT_TRUE(index.open(QIODevice::WriteOnly));
+  index.write("[Icon Theme]\nName=Adwaita\nDirectories=48x48/apps\n\n[48x48/apps]\nSize=48\nType=Fixed\n");
+  index.close();
+  ASSERT_TRUE(filled(48, 48).save(themes.filePath("Adwaita/48x48/apps/usual-player.png")));
+  const auto paths = QIcon::themeSearchPaths();
+  const auto named = QIcon::themeName();
+  QIcon::setThemeSearchPaths({folder.path()});
+  QIcon::setThemeName("hicolor");
+  workspace.setIcon(player, ThemedIcon{"usual-player"});
+  EXPECT_EQ(icon(player).size(), asked);
+  QIcon::setThemeName(named);
+  QIcon::setThemeSearchPaths(paths);
 }
 
 }  // namespace

@@ -125,6 +125,14 @@ TEST(TabLetter, OfAnAddressWithoutHostIsAQuestionMark) {
   EXPECT_EQ(tabLetter("file:///home/ann/notes.html"), "?");
 }
 
+TEST(TabLetter, ReadsWhatBrowsersLeaveUnencodedBehindTheHost) {
+  for (const auto* tail : {"?q=a|b", "?json={\"a\":[1]}", "/wiki/C^2", "?path=C:\\x", "#`code`", "?a='b'<c>"}) {
+    EXPECT_EQ(tabLetter(std::string("https://www.example.org") + tail), "E") << tail;
+  }
+  EXPECT_EQ(tabLetter("https://example.org?q=a|b"), "E");
+  EXPECT_EQ(tabLetter("http://user|name@example.org/"), "?");
+}
+
 TEST(TabLetter, OfWhatIsNoAddressIsAQuestionMark) {
   EXPECT_EQ(tabLetter("http://[broken"), "?");
   EXPECT_EQ(tabLetter("not an address at all"), "?");

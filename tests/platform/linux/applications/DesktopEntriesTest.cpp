@@ -2,6 +2,10 @@
 #include "platform/linux/applications/DesktopEntries.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <filesystem>
 
 #include "platform/linux/text/CleanText.h"
 #include "support/TemporaryFolder.h"
@@ -94,6 +98,133 @@ TEST_F(DesktopEntriesTest, AHugeFileIsLeftOut) {
   add("huge.desktop", "Name=Huge\nComment=" + std::string(std::size_t{2} * 1024 * 1024, 'x'));
   EXPECT_EQ(read()->byID("huge"), nullptr);
   EXPECT_EQ(problems_.size(), 1U);
+}
+
+TEST_F(DesktopEntriesTest, WhatWouldNeverEndOrNeverComeIsLeftOut) {
+  folder_.link("share/applications/endless.desktop", "/dev/zero");
+  ASSERT_EQ(::mkfifo(folder_.path("share/applications/pipe.desktop").c_str(), 0600), 0);
+  std::filesystem::create_directories(folder_.path("share/applications/folder.desktop"));
+  add("good.desktop", "Name=Good");
+  EXPECT_EQ(read()->all().size(), 1U);
+  ASSERT_EQ(problems_.size(), 1U);
+  EXPECT_TRUE(problems_[0].starts_with("3 desktop entries left out: ")) << problems_[0];
+  for (const auto* name : {"endless.desktop", "pipe.desktop", "folder.desktop"}) {
+    EXPECT_NE(problems_[0].find(name), std::string::npos) << name;
+  }
+}
+
+TEST_F(DesktopEntriesTest, LinksInACircleAreEachLookedAtOnce) {
+  add("a.desktop", "Name=A");
+  add("sub/b.desktop", "Name=B");
+  folder_.link("share/applications/again", folder_.path("share/applications"));
+  folder_.link("share/applications/sub/up", "..");
+  folder_.link("share/applications/self.desktop", "self.desktop");
+  folder_.link("share/applications/there.desktop", "back.desktop");
+  folder_.link("share/applications/back.desktop", "there.desktop");
+  folder_.link("share/applications/circle", "circle");
+  add("z.desktop", "Name=Z");
+  const auto entries = read();
+  std::vector<std::string> ids;
+  for (const auto& entry : entries->all()) ids.push_back(entry.id);
+  EXPECT_EQ(ids, (std::vector<std::string>{"a", "sub-b", "z"}));
+  ASSERT_EQ(problems_.size(), 1U);
+  EXPECT_TRUE(problems_[0].starts_with("3 desktop entries left out: ")) << problems_[0];
+}
+
+TEST_F(DesktopEntriesTest, AFolderThatIsReachedTwiceIsReadOnce) {
+  add("a.desktop", "Name=A");
+  folder_.link("home/applications", folder_.path("share/applications"));
+  EXPECT_EQ(read()->all().size(), 1U);
+}
+
+TEST_F(DesktopEntriesTest, AnEntryMayBeALinkToElsewhere) {
+  folder_.write("elsewhere/entry", "[Desktop Entry]\nType=Application\nName=Linked\n");
+  folder_.link("share/applications/linked.desktop", folder_.path("elsewhere/entry"));
+  ASSERT_NE(read()->byID("linked"), nullptr);
+  EXPECT_TRUE(problems_.empty());
+}
+
+TEST_F(DesktopEntriesTest, FiveHundredBrokenEntriesAreOneShortLine) {
+  for (int i = 0; i < 500; ++i) add("broken" + std::to_string(i) + ".desktop", "Exec=x");
+  add("good.desktop", "Name=Good");
+  EXPECT_EQ(read()->all().size(), 1U);
+  ASSERT_EQ(problems_.size(), 1U);
+  EXPECT_TRUE(problems_[0].starts_with("500 desktop entries left out: "));
+  EXPECT_TRUE(problems_[0].ends_with("; and 492 more"));
+  EXPECT_LT(problems_[0].size(), 4096U);
+}
+
+TEST_F(DesktopEntriesTest, NamesAreOneLineWithoutControlCharacters) {
+  add("odd.desktop", "Name= A\\nB\\tC\x01\x1B[31mD\x7F ");
+  const auto entries = read();
+  ASSERT_NE(entries->byID("odd"), nullptr);
+  for (const char letter : entries->byID("odd")->name) EXPECT_GE(static_cast<unsigned char>(letter), 0x20);
+  EXPECT_EQ(entries->byID("odd")->name.find('\x7F'), std::string::npos);
+  EXPECT_TRUE(entries->byID("odd")->name.starts_with("A B C"));
+}
+
+TEST_F(DesktopEntriesTest, ANameOfControlCharactersAloneIsNone) {
+  add("odd.desktop", "Name=\x01\x02\\n");
+  EXPECT_EQ(read()->byID("odd"), nullptr);
+  ASSERT_EQ(problems_.size(), 1U);
+  EXPECT_NE(problems_[0].find("odd.desktop: no name"), std::string::npos);
+}
+
+TEST_F(DesktopEntriesTest, AFileNameWithControlCharactersStaysOneLineInTheLog) {
+  add("odd\nname.desktop", "Exec=x");
+  static_cast<void>(read());
+  ASSERT_EQ(problems_.size(), 1U);
+  EXPECT_EQ(problems_[0].find('\n'), std::string::npos);
+}
+
+TEST_F(DesktopEntriesTest, ANameIsInTheUsersLanguageWhereTheEntryHasIt) {
+  add("a.desktop", "Name=Files\nName[de]=Dateien\nName[fr]=Fichiers");
+  ASSERT_EQ(::setenv("LANGUAGE", "de", 1), 0);
+  const auto name = read()->byID("a")->name;
+  ::unsetenv("LANGUAGE");
+  EXPECT_EQ(name, "Dateien");
+}
+
+TEST_F(DesktopEntriesTest, ADesktopListsWhatIsMeantForIt) {
+  add("all.desktop", "Name=All");
+  add("ours.desktop", "Name=Ours\nOnlyShowIn=KDE;LXQt;");
+  add("theirs.desktop", "Name=Theirs\nOnlyShowIn=KDE;GNOME;");
+  add("not-ours.desktop", "Name=Not ours\nNotShowIn=LXQt;");
+  add("not-theirs.desktop", "Name=Not theirs\nNotShowIn=KDE;");
+  add("unseen.desktop", "Name=Unseen\nNoDisplay=true");
+  const auto listed = [this] {
+    std::vector<std::string> ids;
+    const auto entries = read();
+    for (const auto& entry : entries->all()) {
+      if (entry.isListed) ids.push_back(entry.id);
+    }
+    return ids;
+  };
+  EXPECT_EQ(listed(), (std::vector<std::string>{"all", "not-theirs", "ours"}));
+  desktops_ = {};
+  EXPECT_EQ(listed(), (std::vector<std::string>{"all", "not-ours", "not-theirs"}));
+  desktops_ = {"Budgie", "GNOME"};
+  EXPECT_EQ(listed(), (std::vector<std::string>{"all", "not-ours", "not-theirs", "theirs"}));
+}
+
+TEST_F(DesktopEntriesTest, TheSessionsFirstNameThatAnEntryMentionsDecides) {
+  EXPECT_FALSE(isMeantFor({"GNOME"}, {"Budgie"}, {"Budgie", "GNOME"}));
+  EXPECT_TRUE(isMeantFor({"GNOME"}, {"Budgie"}, {"GNOME", "Budgie"}));
+}
+
+TEST_F(DesktopEntriesTest, AnEntryWhoseProgramIsMissingIsNotListed) {
+  folder_.write("bin/there", "#!/bin/sh\n");
+  folder_.write("bin/not-executable", "");
+  std::filesystem::permissions(folder_.path("bin/there"), std::filesystem::perms::owner_all);
+  add("there.desktop", "Name=There\nTryExec=there");
+  add("path.desktop", "Name=Path\nTryExec=" + folder_.path("bin/there"));
+  add("missing.desktop", "Name=Missing\nTryExec=missing");
+  add("plain.desktop", "Name=Plain\nTryExec=not-executable");
+  add("folder.desktop", "Name=Folder\nTryExec=" + folder_.path("bin"));
+  const auto entries = read(folder_.path("bin"));
+  EXPECT_TRUE(entries->byID("there")->isListed);
+  EXPECT_TRUE(entries->byID("path")->isListed);
+  for (const auto* id : {"missing", "plain", "folder"}) EXPECT_FALSE(entries->byID(id)->isListed) << id;
 }
 
 TEST_F(DesktopEntriesTest, AnEndlessNameIsCut) {

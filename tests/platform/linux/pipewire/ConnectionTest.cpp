@@ -22,17 +22,20 @@ class ConnectionEnds : public SessionTest {
   }
 };
 
-TEST_F(ConnectionEnds, AConnectionThatBreaksOnSomethingUnreadableIsMadeAgain) {
+/// Of either client that the program is.
+class ConnectionOf : public ConnectionEnds, public ::testing::WithParamInterface<std::size_t> {};
+
+TEST_P(ConnectionOf, EitherClientThatBreaksOnSomethingUnreadableIsMadeAgain) {
   Relay relay(relayName);
   const Machine machine(throughTheRelay());
   ASSERT_TRUE(eventually([&] { return machine.defaultOutput() == session::sinkA; })) << machine.log.all();
-  ASSERT_EQ(relay.accepted(), 1);
-  relay.say(garbage());
-  EXPECT_TRUE(eventually([&] { return relay.accepted() == 2; })) << machine.log.all();
+  ASSERT_EQ(relay.accepted(), 2);
+  relay.say(garbage(), GetParam());
+  EXPECT_TRUE(eventually([&] { return relay.accepted() == 4; })) << machine.log.all();
   session::addSink("test_extra");
   EXPECT_TRUE(eventually([&] { return machine.device("test_extra") != 0; })) << "deaf";
   EXPECT_EQ(machine.defaultOutput(), session::sinkA);
-  EXPECT_EQ(relay.standing(), 1) << "the broken one is closed";
+  EXPECT_EQ(relay.standing(), 2) << "the broken ones are closed";
   EXPECT_TRUE(machine.log.contains("reports -71 for 0")) << machine.log.all();
 }
 
@@ -48,17 +51,20 @@ TEST_F(ConnectionEnds, ASocketOnWhichNobodyMakesSenseIsTriedUntilADaemonAnswers)
   EXPECT_EQ(log.find("is gone"), log.rfind("is gone")) << "said once\n" << log;
 }
 
-TEST_F(ConnectionEnds, ADaemonThatReportsAnErrorAndGoesOnIsNotLeft) {
+TEST_P(ConnectionOf, EitherClientThatIsToldAnErrorIsKeptWhereTheDaemonGoesOn) {
   Relay relay(relayName);
   Machine machine(throughTheRelay());
   ASSERT_TRUE(eventually([&] { return machine.defaultOutput() == session::sinkA; }));
-  relay.say(reportOfError(-EACCES));
+  relay.say(reportOfError(-EACCES), GetParam());
   ASSERT_TRUE(eventually([&] { return machine.log.contains("reports -13 for 0: not for you"); })) << machine.log.all();
   // That it stays has no event: a second is twice as long as an answer is waited for.
-  EXPECT_FALSE(eventually([&] { return relay.accepted() > 1; }, std::chrono::seconds(1))) << machine.log.all();
+  EXPECT_FALSE(eventually([&] { return relay.accepted() > 2; }, std::chrono::seconds(1))) << machine.log.all();
   session::addSink("test_extra");
   EXPECT_TRUE(eventually([&] { return machine.device("test_extra") != 0; }));
 }
+
+INSTANTIATE_TEST_SUITE_P(Clients, ConnectionOf, ::testing::Values(0, 1),
+                         [](const auto& place) { return place.param == 0 ? "ThatLooks" : "ThatHasTheNodes"; });
 
 }  // namespace
 }  // namespace quillmere::test

@@ -251,6 +251,17 @@ TEST_F(Tap, NoCycleRunsWhileTheTappedPlayerIsPaused) {
   EXPECT_TRUE(eventually([&] { return tap.calls() > before; }));
 }
 
+TEST_F(Tap, TheDeviceRestsThoughThePlayerPausesAsSoonAsItIsTapped) {
+  const auto player = playSignal({"--app-id", "test.player"});
+  Machine machine;
+  ASSERT_TRUE(machine.waitForSound("test.player"));
+  const TapUnderTest tap(machine, "test.player", 0.25F);
+  ASSERT_TRUE(eventually([&] { return tap.calls() > 0; }));
+  player.say("pause");
+  ASSERT_NE(session::stateOf(session::sinkA), "");
+  EXPECT_TRUE(eventually([] { return session::stateOf(session::sinkA) != "running"; }));
+}
+
 TEST_F(Tap, TheHandoverGlidesFromUnityAndBack) {
   const auto player = playSignal({"--app-id", "test.player"});
   Machine machine;

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "MenuSamples.h"
-#include "platform/linux/statusitem/PanelTheme.h"
+#include "platform/linux/statusitem/ColorScheme.h"
 
 namespace quillmere::statusitem {
 namespace {
@@ -208,7 +208,7 @@ TEST_F(BusMenuOf, TheInkChangesTheMarkAlone) {
   EXPECT_TRUE(menu_.setInk(Ink::light).isEmpty());
 }
 
-TEST(PanelTheme, TheDesktopsWordDecidesAndSilenceMeansLightMenus) {
+TEST(ColorScheme, OnlyDarkAndLightAreAWord) {
   const auto read = [](GVariant* value) { return prefersDark(bus::owned(value).get()); };
   EXPECT_EQ(read(g_variant_new_uint32(1)), std::optional(true));
   EXPECT_EQ(read(g_variant_new_uint32(2)), std::optional(false));
@@ -216,24 +216,6 @@ TEST(PanelTheme, TheDesktopsWordDecidesAndSilenceMeansLightMenus) {
   EXPECT_EQ(read(g_variant_new_uint32(0)), std::nullopt);
   EXPECT_EQ(read(g_variant_new_string("dark")), std::nullopt);
   EXPECT_EQ(prefersDark(nullptr), std::nullopt);
-  EXPECT_EQ(panelInkRGB(true, "KDE"), lightInkRGB);
-  EXPECT_EQ(panelInkRGB(false, "KDE"), darkInkRGB);
-  EXPECT_EQ(menuInk(true), Ink::light);
-  EXPECT_EQ(menuInk(std::nullopt), Ink::dark);
-  EXPECT_EQ(menuInk(false), Ink::dark);
-}
-
-TEST(PanelTheme, ADesktopThatSaysNothingGetsInkThatStandsOutOnBothGrounds) {
-  EXPECT_EQ(panelInkRGB(std::nullopt, "XFCE"), neutralInkRGB);
-  EXPECT_EQ(panelInkRGB(std::nullopt, ""), neutralInkRGB);
-}
-
-TEST(PanelTheme, ABarThatIsAlwaysDarkGetsLightInk) {
-  for (const auto* desktops : {"GNOME", "ubuntu:GNOME", "Unity:Unity7:ubuntu", "Pantheon"}) {
-    EXPECT_EQ(panelInkRGB(false, desktops), lightInkRGB) << desktops;
-    EXPECT_EQ(panelInkRGB(std::nullopt, desktops), lightInkRGB) << desktops;
-  }
-  EXPECT_EQ(panelInkRGB(false, "GNOME-Flashback"), darkInkRGB);
 }
 
 TEST(PanelIcon, EverySizeIsASquareWithAirAroundTheDrawing) {
@@ -253,10 +235,10 @@ TEST(PanelIcon, EverySizeIsASquareWithAirAroundTheDrawing) {
   EXPECT_EQ(sizes, (std::vector{16, 22, 24, 32, 44, 48, 64}));
 }
 
-TEST(PanelIcon, PixelsHaveTheInkAndTheMasksOpacity) {
-  const auto pixmaps = iconPixmaps(darkInkRGB);
-  ASSERT_EQ(g_variant_n_children(pixmaps.get()), panelIconMasks().size());
-  const auto& mask = panelIconMasks()[1];
+/// Of the icon at the size that most panels ask for: alpha, red, green, blue for each pixel.
+std::vector<std::uint8_t> pixelsOfTheUsualSize(Ink ink) {
+  const auto pixmaps = iconPixmaps(ink);
+  EXPECT_EQ(g_variant_n_children(pixmaps.get()), panelIconMasks().size());
   gint32 width = 0;
   gint32 height = 0;
   GVariant* pixels = nullptr;
@@ -266,13 +248,62 @@ TEST(PanelIcon, PixelsHaveTheInkAndTheMasksOpacity) {
   EXPECT_EQ(height, 22);
   gsize size = 0;
   const auto* bytes = static_cast<const std::uint8_t*>(g_variant_get_fixed_array(pixels, &size, 1));
-  ASSERT_EQ(size, mask.alpha.size() * 4);
+  return {bytes, bytes + size};
+}
+
+TEST(PanelIcon, PixelsHaveTheInkAndTheMasksOpacity) {
+  const auto& mask = panelIconMasks()[1];
+  const auto bytes = pixelsOfTheUsualSize(Ink::dark);
+  ASSERT_EQ(bytes.size(), mask.alpha.size() * 4);
   for (std::size_t index = 0; index < mask.alpha.size(); ++index) {
     ASSERT_EQ(bytes[index * 4], mask.alpha[index]);
     ASSERT_EQ(bytes[index * 4 + 1], 0x24);
     ASSERT_EQ(bytes[index * 4 + 2], 0x24);
     ASSERT_EQ(bytes[index * 4 + 3], 0x24);
   }
+}
+
+/// How much the lightest and the darkest of an icon differ from a grey ground, each on its own.
+struct Contrast {
+  double light = 0;
+  double dark = 0;
+};
+
+Contrast contrastOn(double ground, Ink ink) {
+  const auto bytes = pixelsOfTheUsualSize(ink);
+  Contrast most;
+  for (std::size_t at = 0; at < bytes.size(); at += 4) {
+    const double shown = ground + (bytes[at + 1] - ground) * bytes[at] / 255;
+    most.light = std::max(most.light, shown - ground);
+    most.dark = std::max(most.dark, ground - shown);
+  }
+  return most;
+}
+
+TEST(PanelIcon, AnOutlinedMarkStandsOutOnAnyGround) {
+  for (const auto ink : {Ink::lightOutlined, Ink::darkOutlined}) {
+    for (int ground = 0; ground <= 255; ground += 5) {
+      const auto contrast = contrastOn(ground, ink);
+      EXPECT_GT(std::max(contrast.light, contrast.dark), 95) << ground;
+    }
+  }
+}
+
+TEST(PanelIcon, AnOutlineKeepsTheStrokesApart) {
+  // Between the first two tracks, away from their knobs, the ground is still seen.
+  const auto bytes = pixelsOfTheUsualSize(Ink::lightOutlined);
+  int clear = 0;
+  for (std::size_t y = 5; y < 11; ++y) clear += bytes[(y * 22 + 18) * 4] < 40 ? 1 : 0;
+  EXPECT_GE(clear, 1);
+}
+
+TEST(PanelIcon, EveryInkHasAWhisperMarkOfItsOwn) {
+  std::set<std::vector<std::uint8_t>> drawings;
+  for (const auto ink : {Ink::light, Ink::dark, Ink::lightOutlined, Ink::darkOutlined}) {
+    const auto png = whisperPng(ink);
+    drawings.insert({png.begin(), png.end()});
+  }
+  EXPECT_EQ(drawings.size(), 4U);
 }
 
 }  // namespace

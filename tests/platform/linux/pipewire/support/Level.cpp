@@ -14,6 +14,7 @@ namespace quillmere::test {
     return std::fabs(peak - signalLevel * gain) <= 0.0025F * gain + 1e-5F;
   });
   if (reached) return ::testing::AssertionSuccess();
+  session::keepGraph();
   return ::testing::AssertionFailure() << "level " << peak << " instead of " << signalLevel * gain;
 }
 

@@ -56,9 +56,10 @@ Relay::~Relay() {
   unlink(path_.c_str());
 }
 
-void Relay::say(std::vector<std::uint8_t> message) {
+void Relay::say(std::vector<std::uint8_t> message, std::size_t place) {
   const std::lock_guard lock(mutex_);
   toSay_ = std::move(message);
+  placeToSayIt_ = place;
   eventfd_write(wake_, 1);
 }
 
@@ -88,7 +89,7 @@ void Relay::run() {
     if ((watched[0].revents & POLLIN) != 0) accept();
     if (ready == 0) {
       const std::lock_guard lock(mutex_);
-      for (const auto& pair : pairs_) sayAll(pair.program, toSay_);
+      if (placeToSayIt_ < pairs_.size()) sayAll(pairs_[placeToSayIt_].program, toSay_);
       toSay_.clear();
     }
   }

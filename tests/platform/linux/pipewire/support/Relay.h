@@ -23,8 +23,9 @@ class Relay {
   [[nodiscard]] int accepted() const { return accepted_; }
   /// Connections that stand.
   [[nodiscard]] int standing() const { return standing_; }
-  /// Says this to the program once, when the daemon has nothing to say: between two of its messages.
-  void say(std::vector<std::uint8_t> message);
+  /// Says this to the program once, on the connection of this place among those that stand, when the daemon has nothing
+  /// to say: between two of its messages.
+  void say(std::vector<std::uint8_t> message, std::size_t place);
   /// True: what comes in is accepted, told `message`, and never handed to the daemon.
   void answerEverybodyWith(std::vector<std::uint8_t> message);
 
@@ -47,6 +48,7 @@ class Relay {
   std::atomic<bool> isEnding_{false};
   std::mutex mutex_;
   std::vector<std::uint8_t> toSay_;
+  std::size_t placeToSayIt_ = 0;
   std::vector<std::uint8_t> answer_;
   std::vector<Pair> pairs_;
   std::thread thread_;

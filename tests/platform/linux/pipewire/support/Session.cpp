@@ -218,6 +218,16 @@ std::string sinkInputOf(const std::string& stream) {
   return {};
 }
 
+std::string stateOf(const std::string& node) {
+  const auto info = run({"pw-cli", "info", node});
+  const std::string key = "state: \"";
+  const auto begin = info.find(key);
+  if (begin == std::string::npos) return {};
+  return info.substr(begin + key.size(), info.find('"', begin + key.size()) - begin - key.size());
+}
+
+void keepGraph() { run({"sh", "-c", "exec pw-dump > \"$QUILLMERE_SESSION_DIR/logs/graph-$$.log\""}); }
+
 bool areLinked(const std::string& output, const std::string& input) {
   std::istringstream listing(run({"pw-link", "-l"}));
   std::string source;

@@ -49,6 +49,10 @@ void restartSessionManager();
 [[nodiscard]] std::vector<std::string> ourTaps();
 /// The number by which the PulseAudio server knows a stream, by its node.name; empty where there is none.
 [[nodiscard]] std::string sinkInputOf(const std::string& stream);
+/// Of a node, as the daemon calls it: "running", "idle", "suspended".
+[[nodiscard]] std::string stateOf(const std::string& node);
+/// Writes the whole graph, as it stands now, among the session's logs; they are kept when a test fails.
+void keepGraph();
 /// Whether a port of the one node is linked to a port of the other.
 [[nodiscard]] bool areLinked(const std::string& output, const std::string& input);
 

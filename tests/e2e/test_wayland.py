@@ -1,0 +1,143 @@
+"""The real program in a Wayland session: the popover on a tiling compositor, through its layer shell or its X server."""
+# needs: display
+
+import os
+import re
+import subprocess
+import unittest
+
+from quillmere_e2e import accessibility as a11y
+from quillmere_e2e import compositor
+from quillmere_e2e.case import AMPLITUDE, forget_settings
+from quillmere_e2e.compositor import Sway
+from quillmere_e2e.players import Player
+from quillmere_e2e.program import Program
+from quillmere_e2e.waiting import wait_for
+
+WIDTH, HEIGHT, GAP = 340, 331, 6
+GROUND = "#0d0f12"
+
+
+def has_layer_shell():
+    """Whether the program was built with it."""
+    linked = subprocess.run(["ldd", f"{os.environ['QUILLMERE_BUILD']}/app/quillmere-windows"], check=True,
+                            capture_output=True, text=True).stdout
+    return "LayerShellQt" in linked
+
+
+@unittest.skipIf(compositor.why_not(), f"no compositor here: {compositor.why_not()}")
+class Session(unittest.TestCase):
+    options = {}
+
+    def setUp(self):
+        self.addCleanup(forget_settings)
+        self.sway = self.enterContext(Sway(**self.options))
+        self.program = self.enterContext(Program(arguments=["--background"], environment=self.sway.environment))
+        self.item = self.program.item()
+
+    def click_icon(self, x=1180, y=12):
+        """As a panel passes it on, with the pointer on the icon."""
+        self.sway.point(x, y)
+        self.item.click(x, y)
+
+    def is_shown(self):
+        return bool(a11y.find_all("quillmere", name="Open quillmere"))
+
+    def wait_until_shown(self):
+        wait_for(self.is_shown, "the popover shows", 10)
+        # What can be seen can be pointed at.
+        return wait_for(self.popover, "the popover has its place", 10)
+
+    def wait_until_closed(self):
+        wait_for(lambda: not self.is_shown(), "the popover is closed", 5)
+
+    def popover(self):
+        """Where the popover is in the picture: left, top, width, height."""
+        path = self.sway.picture(self.sway.folder / "now.png")
+        # All that has the colour of its ground, and the edge of one pixel around it.
+        told = subprocess.run(["convert", str(path), "-fill", "black", "+opaque", GROUND, "-fill", "white",
+                               "-opaque", GROUND, "-trim", "-format", "%wx%h%O", "info:"], check=True, capture_output=True, text=True).stdout
+        width, height, left, top = (int(number) for number in re.fullmatch(r"(\d+)x(\d+)\+(\d+)\+(\d+)", told).groups())
+        return None if (width, height) == (compositor.WIDTH, compositor.HEIGHT) else (left - 1, top - 1, width + 2, height + 2)
+
+
+class Popover(Session):
+    def test_it_is_a_popover_at_the_panels_corner_and_no_tile(self):
+        self.click_icon()
+        left, top, width, height = self.wait_until_shown()
+        self.assertEqual((width, height), (WIDTH, HEIGHT))
+        self.assertEqual(left, compositor.WIDTH - GAP - WIDTH)
+        self.assertGreaterEqual(top, GAP)
+        self.assertLess(top, 40)
+        self.assertEqual(self.sway.windows(), [])
+
+    def test_it_hangs_from_the_icon(self):
+        self.click_icon(x=600)
+        left, *_ = self.wait_until_shown()
+        self.assertEqual(left, 600 - WIDTH // 2)
+
+    def test_escape_closes_it_though_nobody_has_clicked_into_it(self):
+        self.click_icon()
+        self.wait_until_shown()
+        self.sway.key("Escape")
+        self.wait_until_closed()
+
+    def test_a_click_beside_it_closes_it(self):
+        self.click_icon()
+        self.wait_until_shown()
+        self.sway.click(300, 600)
+        self.wait_until_closed()
+
+    def test_a_click_into_the_programs_own_window_closes_it(self):
+        second = self.program.open_again(self.sway.environment)
+        self.assertEqual(second, 0)
+        wait_for(lambda: [window for window in self.sway.windows() if window["name"] == "quillmere"],
+                 "the main window is there", 10)
+        self.click_icon()
+        wait_for(self.is_shown, "the popover shows", 10)
+        self.sway.click(200, 700)
+        wait_for(lambda: not a11y.find_all("quillmere", name="Quit quillmere"), "the popover is closed", 5)
+
+    def test_a_click_within_it_is_the_popovers(self):
+        self.click_icon()
+        left, top, *_ = self.wait_until_shown()
+        slider = a11y.find("quillmere", a11y.SLIDER, "Output volume")
+        self.sway.click(left + 240, top + 77)
+        wait_for(lambda: a11y.fraction(slider) < 0.95, "the slider has followed the click", 5)
+        self.assertTrue(self.is_shown())
+
+    def test_the_icon_closes_it_and_opens_it_again(self):
+        for _ in range(2):
+            self.click_icon()
+            self.wait_until_shown()
+            self.item.click(1180, 12)
+            self.wait_until_closed()
+
+
+class WithoutAnXServer(Session):
+    options = {"xwayland": False}
+
+    def test_it_is_no_tile_either(self):
+        self.click_icon()
+        left, top, width, height = self.wait_until_shown()
+        self.assertEqual((width, height), (WIDTH, HEIGHT))
+        if has_layer_shell():
+            self.assertEqual((left, top), (compositor.WIDTH - GAP - WIDTH, GAP))
+
+
+class AtScaleTwo(Session):
+    options = {"scale": 2, "size": (1366, 768)}
+
+    def test_the_main_window_is_no_larger_than_the_screen(self):
+        self.assertEqual(self.program.open_again(self.sway.environment), 0)
+        window = wait_for(lambda: [each for each in self.sway.windows() if each["name"] == "quillmere"],
+                          "the main window is there", 10)[0]
+        rect = window["rect"]
+        self.assertGreaterEqual(rect["x"], 0)
+        self.assertGreaterEqual(rect["y"], 0)
+        self.assertLessEqual(rect["x"] + rect["width"], 683)
+        self.assertLessEqual(rect["y"] + rect["height"], 384)
+
+
+if __name__ == "__main__":
+    unittest.main()

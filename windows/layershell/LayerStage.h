@@ -1,0 +1,39 @@
+// The popover as a surface of the layer shell, over clear surfaces that cover the screens: they tell where the pointer
+// is that has clicked the icon, which no Wayland client is told otherwise, and take the click that closes the popover.
+#pragma once
+
+#include "runtime/Runtime.h"
+#include "windows/Backdrops.h"
+#include "windows/PopoverStage.h"
+
+class QScreen;
+
+namespace quillmere::layershell {
+
+/// [main] throughout.
+class LayerStage final : public PopoverStage {
+  Q_OBJECT
+
+ public:
+  explicit LayerStage(const Runtime& runtime);
+  ~LayerStage() override;
+
+  void adopt(QWindow& window) override;
+  void show(const PopoverPlace& place) override;
+  void hide() override;
+  [[nodiscard]] bool isShown() const override;
+  void release() override;
+
+ private:
+  /// The pointer is on the screen, at a place in the screen's own coordinates; absent if it is on none.
+  void place(QScreen* screen, const std::optional<QPoint>& pointer);
+  void stopWaiting();
+
+  Runtime runtime_;
+  QWindow* window_ = nullptr;
+  Backdrops backdrops_;
+  /// Runs while the pointer's place is waited for.
+  TimerID timer_ = 0;
+};
+
+}  // namespace quillmere::layershell
