@@ -22,11 +22,13 @@ class Transport(unittest.TestCase):
         wait_for(lambda: program.windows(), "a process draws the windows", 10)
         name = program.accessible_name()
         a11y.find(name, a11y.LABEL, "A Steady Song", 20)
-        for button, method in (("Next track", "Next"), ("Previous track", "Previous"), ("Pause", "Pause"), ("Play", "Play")):
+        presses = (("Next track", "Next"), ("Previous track", "Previous"), ("Pause", "PlayPause"), ("Play", "PlayPause"))
+        for number, (button, method) in enumerate(presses, 1):
             with self.subTest(button):
                 a11y.press(a11y.find(name, a11y.BUTTON, button, 10))
-                wait_for(lambda: shown.calls and shown.calls[-1] in (method, "PlayPause"), f"{method} reaches the player", 5)
-        self.assertEqual(len(shown.calls), 4)
+                wait_for(lambda: len(shown.calls) == number, f"{method} reaches the player", 5)
+                self.assertEqual(shown.calls[-1], method)
+        self.assertEqual(shown.status, "Playing")
         self.assertEqual(idle.calls, [])
 
 

@@ -21,8 +21,8 @@ class Remote : public StateFixture {
   /// The other process comes.
   void connect() {
     host = std::make_unique<MixerHost>(
-        state(), box->runtime,
-        [this](const json& message) { toRemote.push_back(encodeMessage(message)); }, [this] { return isBehind; });
+        state(), box->runtime, [this](const json& message) { toRemote.push_back(encodeMessage(message)); },
+        [this] { return isBehind; });
     remote = std::make_unique<RemoteState>(box->log, toHost());
     deliver();
   }

@@ -136,8 +136,7 @@ class Seam : public ::testing::Test {
   }
   void connect() {
     host.emplace(
-        mixer, runtime, [this](const json& sent) { toRemote.push_back(encodeMessage(sent)); },
-        [] { return false; });
+        mixer, runtime, [this](const json& sent) { toRemote.push_back(encodeMessage(sent)); }, [] { return false; });
     deliver();
   }
   void expectSame() const {

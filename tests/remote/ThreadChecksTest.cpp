@@ -69,10 +69,9 @@ TEST_F(ThreadChecksDeathTest, EveryOperationOfTheMixerInAnotherProcess) {
 TEST_F(ThreadChecksDeathTest, TheMixersEndOfTheBorder) {
   startWithThree();
   MixerHost host(state(), box->runtime, send, [] { return false; });
-  expectMainOnly(
-      {{"the host", [&] { MixerHost another(state(), box->runtime, send, [] { return false; }); }},
-       {"take", [&] { host.take({{"type", "nothing"}}); }}},
-      [this](const auto& work) { onTheBackground(work); });
+  expectMainOnly({{"the host", [&] { MixerHost another(state(), box->runtime, send, [] { return false; }); }},
+                  {"take", [&] { host.take({{"type", "nothing"}}); }}},
+                 [this](const auto& work) { onTheBackground(work); });
 }
 
 TEST_F(ThreadChecksDeathTest, TheIconAtBothEnds) {

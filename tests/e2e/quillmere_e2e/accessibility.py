@@ -4,9 +4,8 @@ import pyatspi
 
 from .waiting import wait_for
 
-SLIDER, BUTTON, LABEL, CHECK_BOX, MENU_ITEM, PAGE_TAB = (
-    pyatspi.ROLE_SLIDER, pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_LABEL, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_MENU_ITEM,
-    pyatspi.ROLE_PAGE_TAB)
+SLIDER, BUTTON, LABEL, CHECK_BOX, MENU_ITEM = (pyatspi.ROLE_SLIDER, pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_LABEL,
+                                               pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_MENU_ITEM)
 
 
 def applications(name=None):
