@@ -35,6 +35,7 @@ Item {
             corner: Tokens.corner.tile
         }
 
+        // qmllint disable unqualified
         header: ActivityPageHead {
             width: list.width
             sidePadding: root.sidePadding
@@ -65,6 +66,11 @@ Item {
                 live: element.live
             }
         }
+    }
+    // qmllint enable unqualified
+
+    PageFade {
+        list: list
     }
 
     ScrollThumb {

@@ -32,12 +32,6 @@ FocusScope {
     onHasTabsChanged: followTabs()
     Component.onCompleted: followTabs()
 
-    // What the keyboard reaches comes into sight.
-    onActiveFocusChanged: {
-        if (activeFocus && ListView.view)
-            ListView.view.positionViewAtIndex(index, ListView.Contain);
-    }
-
     Item {
         id: place
 

@@ -20,11 +20,11 @@ Item {
         model: root.presenter.rows
         Accessible.name: qsTr("Apps")
 
+        // qmllint disable unqualified
         header: MixerPageHead {
             width: list.width
             sidePadding: root.sidePadding
             presenter: root.presenter
-            view: list
         }
 
         footer: Item {
@@ -59,6 +59,11 @@ Item {
                 flatBottom: element.hasTabs
             }
         }
+    }
+    // qmllint enable unqualified
+
+    PageFade {
+        list: list
     }
 
     ScrollThumb {

@@ -8,16 +8,8 @@ FocusScope {
 
     required property MixerCanvasPresenter presenter
     required property real sidePadding
-    // The list above whose rows this stands.
-    required property ListView view
 
     implicitHeight: column.implicitHeight
-
-    // What the keyboard reaches comes into sight.
-    onActiveFocusChanged: {
-        if (activeFocus)
-            view.positionViewAtBeginning();
-    }
 
     Column {
         id: column

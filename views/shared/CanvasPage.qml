@@ -76,12 +76,8 @@ Item {
         }
     }
 
-    ScrollFade {
+    PageFade {
         list: flick
-        // The window's backdrop is lightest there.
-        topGround: Tokens.lightened(Tokens.canvasBG, Tokens.brandSage, backdropLight)
-
-        readonly property real backdropLight: 0.07
     }
 
     ScrollThumb {

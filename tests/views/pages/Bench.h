@@ -133,6 +133,11 @@ class Bench : public QObject {
     box_->state->addProfile(name.toStdString());
     if (isActive) box_->state->applyProfile(box_->state->profiles()->back().id);
   }
+  /// One more application, silent.
+  Q_INVOKABLE void launch(int app, const QString& name) {
+    box_->launch(idOf(app), name.toStdString());
+    advance(3);
+  }
   Q_INVOKABLE void quitApp(int app) {
     box_->quit(idOf(app));
     advance(3);

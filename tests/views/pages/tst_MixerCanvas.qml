@@ -343,15 +343,92 @@ Item {
             compare(list.Accessible.name, "Apps");
         }
 
-        function test_keyboardBringsTheFirstThingsBackIntoSight() {
+        function isInSight(item) {
+            const top = item.mapToItem(page, 0, 0).y;
+            return top >= 0 && top + item.height <= page.height;
+        }
+
+        function test_whatTheKeyboardReachesComesIntoSight() {
             make(30, 5);
-            page.height = 500;
+            page.height = 300;
             const list = findChild(page, "rows");
             tryVerify(() => list.contentHeight > 1500);
+            const first = all(item => item instanceof WhisperButton, page)[0];
+            const master = all(item => item instanceof LevelSlider && item.label === "Output volume", page)[0];
+            verify(!isInSight(master));
+            findChild(master, "handle").forceActiveFocus(Qt.TabFocusReason);
+            verify(isInSight(master));
             list.positionViewAtEnd();
-            verify(list.contentY > 500);
+            verify(!isInSight(first));
+            first.forceActiveFocus(Qt.TabFocusReason);
+            verify(isInSight(first));
+        }
+
+        function test_tabKeyGoesThroughTheWholePageAndKeepsItInSight() {
+            make(12, 2);
+            page.height = 400;
+            const list = findChild(page, "rows");
+            tryVerify(() => list.count === 13);
             all(item => item instanceof WhisperButton, page)[0].forceActiveFocus(Qt.TabFocusReason);
-            tryVerify(() => list.contentY <= list.originY + 1);
+            const reached = [];
+            for (let i = 0; i < 60; ++i) {
+                keyClick(Qt.Key_Tab);
+                const item = page.Window.activeFocusItem;
+                // From the end it starts again.
+                if (item.Accessible.name === "Engage Whisper Mode")
+                    break;
+                verify(isInSight(item), item.Accessible.name + " at " + item.mapToItem(page, 0, 0).y);
+                reached.push(item.Accessible.name);
+            }
+            // The output and its level, then slider, output and mute of each application.
+            compare(reached.slice(0, 5), ["Output device: System Output", "Output volume", "App 1", "Output for App 1",
+                                          "Mute App 1"]);
+            compare(reached.length, 2 + 3 * 13);
+        }
+
+        function test_tabKeyFollowsThePlacesOfRowsThatHaveComeLater() {
+            make(3, 1);
+            tryVerify(() => cards().length === 4);
+            Bench.launch(11, "Another");
+            Bench.quitApp(1);
+            Bench.launch(12, "Aardvark");
+            tryVerify(() => card("Another") && card("Aardvark"));
+            const inOrder = [];
+            for (let at = 0; at < Bench.mixer.rows.count; ++at)
+                inOrder.push(all(item => item instanceof AppCardLarge, findChild(page, "rows").itemAtIndex(at))[0]);
+            const handle = item => findChild(all(each => each instanceof LevelSlider, item)[0], "handle");
+            for (let i = 0; i + 1 < inOrder.length; ++i) {
+                button(inOrder[i], inOrder[i].row.muteTip).forceActiveFocus(Qt.TabFocusReason);
+                keyClick(Qt.Key_Tab);
+                verify(handle(inOrder[i + 1]).activeFocus, inOrder[i].row.name + " leads to " + inOrder[i + 1].row.name);
+            }
+        }
+
+        function test_buttonThatIsCutOffStaysUnderThePointer() {
+            make(30, 5);
+            page.height = 400;
+            const list = findChild(page, "rows");
+            tryVerify(() => card("App 1"));
+            const mute = button(card("App 1"), "Mute App 1");
+            list.contentY = mute.mapToItem(list.contentItem, 0, 0).y + mute.height / 2;
+            const before = list.contentY;
+            verify(!isInSight(mute));
+            mouseClick(mute, 12, mute.height - 4);
+            compare(list.contentY, before);
+            compare(Bench.muted(1), true);
+        }
+
+        function test_pageKeysScroll() {
+            make(30, 5);
+            page.height = 400;
+            const list = findChild(page, "rows");
+            tryVerify(() => list.contentHeight > 1500);
+            all(item => item instanceof WhisperButton, page)[0].forceActiveFocus(Qt.TabFocusReason);
+            const before = list.contentY;
+            keyClick(Qt.Key_PageDown);
+            verify(list.contentY >= before + 300);
+            keyClick(Qt.Key_PageUp);
+            compare(list.contentY, before);
         }
 
         function test_thousandApplicationsMakeNoThousandCards() {
