@@ -2,9 +2,13 @@
 #include <sys/prctl.h>
 
 #include <csignal>
+#include <memory>
+#include <utility>
 
 #include "platform/linux/JournalLogSink.h"
+#include "platform/linux/LinuxDesktop.h"
 #include "platform/linux/LinuxWindowsLauncher.h"
+#include "platform/linux/ProgramBeside.h"
 #include "windows/WindowsApplication.h"
 
 int main(int argc, char** argv) {
@@ -16,5 +20,12 @@ int main(int argc, char** argv) {
   WindowsHost host;
   host.makeLogSink = [] { return std::make_unique<JournalLogSink>(); };
   host.openChannel = openInheritedChannel;
+  host.makeDesktop = [](const Runtime& runtime, std::unique_ptr<ApplicationChooser> dialogue) {
+    LinuxDesktopOptions options;
+    // Where it stands in a build, and in an installation.
+    options.program = programBeside({"quillmere", QUILLMERE_PROGRAM_FOLDER "/quillmere"});
+    options.chooser = std::move(dialogue);
+    return makeLinuxDesktop(runtime, std::move(options));
+  };
   return runWindows(argc, argv, host);
 }

@@ -14,7 +14,7 @@ from pathlib import Path
 
 from gi.repository import Gio, GLib
 
-from quillmere_e2e import tray
+from quillmere_e2e import settings, tray
 from quillmere_e2e.players import Player
 from quillmere_e2e.processes import family, parent_of, processor_share, resident_mib
 from quillmere_e2e.waiting import wait_for
@@ -179,6 +179,7 @@ def visible_windows(program):
 
 
 def ours(*arguments):
+    settings.complete_first_run()
     return Program(str(BUILD / "app/quillmere"), *arguments)
 
 

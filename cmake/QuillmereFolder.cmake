@@ -12,11 +12,12 @@ target_compile_options(QuillmereFlags INTERFACE ${QUILLMERE_WARNINGS} -ffp-contr
 target_compile_definitions(QuillmereFlags INTERFACE
   $<$<BOOL:${QUILLMERE_THREAD_CHECKS}>:QUILLMERE_THREAD_CHECKS=1>)
 
-# Makes <root>/<folder>/ with a link to each header at the root of each of the folders, and nothing else below <root>.
+# Makes <root>/<folder>/ with a link to each header, and each list that headers include, at the root of each of the
+# folders, and nothing else below <root>.
 function(quillmere_link_headers root)
   file(REMOVE_RECURSE "${root}")
   foreach(folder IN LISTS ARGN)
-    file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.h")
+    file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.h" "${CMAKE_SOURCE_DIR}/${folder}/*.def")
     file(MAKE_DIRECTORY "${root}/${folder}")
     foreach(header IN LISTS headers)
       get_filename_component(name "${header}" NAME)

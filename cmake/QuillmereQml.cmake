@@ -6,6 +6,8 @@ function(quillmere_warn_on)
   set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS ${QUILLMERE_WARNINGS})
 endfunction()
 
+option(QUILLMERE_COMPILE_QML "Compile QML ahead of time; off, a change of a page is built in a moment" ON)
+
 # quillmere_qml_module(<target> <folder below views> <URI> [USES ...] [LIBRARIES ...] [IMPORTS <URIs>...]
 #                      [RESOURCES <globs below resources/>...] [PAGES <subfolders>...])
 # PAGES are subfolders whose sources and QML belong to the same module.
@@ -34,6 +36,10 @@ function(quillmere_qml_module target folder uri)
   list(GET folders 0 public_folder)
   quillmere_forward_headers(${target} ${public_folder})
   set(CMAKE_AUTOMOC ON)
+  set(as_text)
+  if(NOT QUILLMERE_COMPILE_QML)
+    set(as_text NO_CACHEGEN)
+  endif()
   qt_add_qml_module(${target}
     URI ${uri} VERSION 1.0 STATIC
     RESOURCE_PREFIX /qt/qml
@@ -41,6 +47,7 @@ function(quillmere_qml_module target folder uri)
     SOURCES ${sources}
     QML_FILES ${qml}
     DEPENDENCIES QtQuick
+    ${as_text}
     IMPORTS ${ARG_IMPORTS}
     IMPORT_PATH "${CMAKE_BINARY_DIR}/qml")
   # The folders themselves, because Qt's generated sources name a header without its folder.

@@ -6,6 +6,7 @@
 #include "platform/AudioHardware.h"
 #include "platform/MediaKeys.h"
 #include "platform/NowPlayingSource.h"
+#include "platform/ReleaseFeed.h"
 #include "platform/SoundPlayer.h"
 #include "platform/UserDefaults.h"
 #include "platform/Workspace.h"
@@ -19,6 +20,8 @@ struct Machine {
   std::unique_ptr<NowPlayingSource> nowPlaying;
   std::unique_ptr<MediaKeys> mediaKeys;
   std::unique_ptr<SoundPlayer> sounds;
+  /// Null where no feed is known.
+  std::unique_ptr<ReleaseFeed> releaseFeed = nullptr;
 };
 
 }  // namespace quillmere

@@ -37,7 +37,8 @@ class WindowSystem {
   virtual void setActivationPolicy(ActivationPolicy policy) = 0;
   /// Brings the program to the front, ignoring others.
   virtual void activate() = 0;
-  virtual void showAboutPanel() = 0;
+  /// `activationToken`: what lets it come to the front on desktops that ask for a reason, or empty.
+  virtual void showAboutPanel(const std::string& activationToken) = 0;
   /// Ends the program from its main loop, with exit code 0.
   virtual void terminate() = 0;
   /// Called after a window has become key, with its identifier.

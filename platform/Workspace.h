@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <variant>
@@ -16,6 +17,18 @@ struct RunningApplication {
   std::int32_t pid = 0;
 
   friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
+};
+
+/// An application as its own description tells of it.
+struct InstalledApplication {
+  /// The same as that of the running application.
+  std::string bundleID;
+  /// In the user's language; absent where the description has none.
+  std::optional<std::string> name;
+  /// The file or folder that holds the description.
+  std::string path;
+
+  friend bool operator==(const InstalledApplication&, const InstalledApplication&) = default;
 };
 
 /// Where an icon is to be had: a name in the desktop's icon theme, a file, or an encoded image.
@@ -41,6 +54,16 @@ class Workspace {
   [[nodiscard]] virtual std::vector<RunningApplication> runningApplications() = 0;
   /// The icon of a running or installed application.
   [[nodiscard]] virtual std::optional<IconReference> icon(const std::string& bundleID) = 0;
+  /// Every application that people should see among applications, in the order of the places they are kept in, the most
+  /// important first; one identifier may come more than once. Looks anew, however long that takes. [any but main]
+  [[nodiscard]] virtual std::vector<InstalledApplication> installedApplications() = 0;
+  /// One of them by its identifier, or one that people should not see, from the last look: reads nothing on [main].
+  [[nodiscard]] virtual std::optional<InstalledApplication> installedApplication(const std::string& bundleID) = 0;
+  /// The application whose description this file or folder is; absent if it is none. [any but main]
+  [[nodiscard]] virtual std::optional<InstalledApplication> applicationAt(const std::string& path) = 0;
+  /// Called from the main loop after a look has found other applications than the one before it, running or installed.
+  /// Looks are made while somebody asks, and one answer late on [main]. One observer; an empty function ends it. [main]
+  virtual void onApplicationsChanged(std::function<void()> callback) = 0;
   /// Opens an address in the program that handles it; false if it could not be handed over.
   virtual bool openURL(const std::string& url) = 0;
 };

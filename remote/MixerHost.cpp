@@ -1,19 +1,15 @@
 // Fields out, calls in.
 #include "remote/MixerHost.h"
 
-#include <algorithm>
 #include <exception>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
-#include "platform/UserDefaults.h"
-#include "platform/Workspace.h"
 #include "remote/MessageType.h"
 #include "runtime/Threads.h"
 #include "state/MixerState.h"
-#include "state/ViewSettings.h"
 #include "wire/Calls.h"
 #include "wire/Forms.h"
 #include "wire/Messages.h"
@@ -22,42 +18,51 @@ namespace quillmere {
 
 using nlohmann::json;
 
-namespace {
-
-json iconAnswer(const json& number, const std::optional<IconReference>& icon) {
-  json answer{{wire::type, wire::icon}, {"number", number}};
-  if (!icon) return answer;
-  if (const auto* themed = std::get_if<ThemedIcon>(&*icon)) answer["themed"] = themed->name;
-  if (const auto* file = std::get_if<FileIcon>(&*icon)) answer["file"] = file->path;
-  if (const auto* encoded = std::get_if<EncodedIcon>(&*icon)) {
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(encoded->png.size());
-    for (const auto byte : encoded->png) bytes.push_back(std::to_integer<std::uint8_t>(byte));
-    answer["png"] = json::binary(std::move(bytes));
-  }
-  return answer;
-}
-
-}  // namespace
-
-MixerHost::MixerHost(MixerState& state, UserDefaults& defaults, Workspace& workspace, const Runtime& runtime,
-                     SendMessage send)
-    : state_(state), defaults_(defaults), workspace_(workspace), runtime_(runtime), send_(std::move(send)) {
+MixerHost::MixerHost(MixerState& state, const Runtime& runtime, SendMessage send, IsBehind isBehind)
+    : state_(state), runtime_(runtime), send_(std::move(send)), isBehind_(std::move(isBehind)) {
   QUILLMERE_CHECK_ON(runtime_.main, "the mixer's host is made off the main thread");
   auto values = json::object();
   state_.visitFields([&values, this](const char* name, const auto& field) {
     values[name] = field.get();
-    subscriptions_.push_back(field.observe(
-        [this, name](const auto& value) { send_({{wire::type, wire::field}, {"name", name}, {"value", value}}); }));
+    subscriptions_.push_back(field.observe([this, name](const auto& value) { tell(name, value); }));
   });
-  auto settings = json::object();
-  for (const auto* key : ViewSettings::keys) {
-    if (const auto value = defaults_.boolean(key)) settings[key] = *value;
-  }
-  send_({{wire::type, wire::fields}, {"values", std::move(values)}, {"settings", std::move(settings)}});
+  send_({{wire::type, wire::fields}, {"values", std::move(values)}});
 }
 
 MixerHost::~MixerHost() = default;
+
+template <typename T>
+void MixerHost::tell(const char* name, const T& value) {
+  // What has waited once goes with the rest, in one order.
+  if (!untold_.empty() || untoldPerformed_ > 0 || isBehind_()) {
+    untold_.insert(name);
+  } else {
+    send_({{wire::type, wire::field}, {"name", name}, {"value", value}});
+  }
+}
+
+void MixerHost::tellPerformed() {
+  if (!untold_.empty() || untoldPerformed_ > 0 || isBehind_()) {
+    ++untoldPerformed_;
+  } else {
+    send_({{wire::type, wire::performed}});
+  }
+}
+
+void MixerHost::catchUp() {
+  QUILLMERE_CHECK_ON(runtime_.main, "the mixer's host catches up off the main thread");
+  state_.visitFields([this](const char* name, const auto& field) {
+    const auto untold = untold_.find(name);
+    if (untold == untold_.end() || isBehind_()) return;
+    untold_.erase(untold);
+    send_({{wire::type, wire::field}, {"name", name}, {"value", field.get()}});
+  });
+  // After whatever they have changed.
+  while (untold_.empty() && untoldPerformed_ > 0 && !isBehind_()) {
+    --untoldPerformed_;
+    send_({{wire::type, wire::performed}});
+  }
+}
 
 bool MixerHost::take(const json& message) {
   QUILLMERE_CHECK_ON(runtime_.main, "the mixer's host takes a message off the main thread");
@@ -65,12 +70,6 @@ bool MixerHost::take(const json& message) {
   try {
     if (type == wire::call) {
       call(message);
-    } else if (type == wire::setting) {
-      store(message);
-    } else if (type == wire::findIcon) {
-      findIcon(message);
-    } else if (type == wire::openURL) {
-      workspace_.openURL(message.at("url").get<std::string>());
     } else {
       return false;
     }
@@ -83,31 +82,17 @@ bool MixerHost::take(const json& message) {
 void MixerHost::call(const json& message) {
   // Whatever becomes of it, the other end learns that this call is over.
   struct Ending {
-    const SendMessage& send;
-    ~Ending() { send({{wire::type, wire::performed}}); }
-  } const ending{send_};
+    MixerHost& host;
+    ~Ending() { host.tellPerformed(); }
+  } const ending{*this};
   const auto& name = message.at("name").get_ref<const std::string&>();
   bool isKnown = false;
-  wire::visitCalls([&](const char* known, auto operation) {
+  MixerState::visitOperations([&](const char* known, auto operation) {
     if (name != known) return;
     isKnown = true;
     wire::perform(state_, operation, message.at("arguments"));
   });
   if (!isKnown) throw std::invalid_argument("no operation " + name);
-}
-
-void MixerHost::store(const json& message) {
-  const auto& key = message.at("key").get_ref<const std::string&>();
-  const bool isViews = std::find(ViewSettings::keys.begin(), ViewSettings::keys.end(), key) != ViewSettings::keys.end();
-  if (!isViews) throw std::invalid_argument("no setting " + key);
-  defaults_.set(key, message.at("value").get<bool>());
-}
-
-void MixerHost::findIcon(const json& message) {
-  // Desktop entries may have to be read for it.
-  runtime_.background.post(
-      [&workspace = workspace_, send = send_, number = message.at("number"),
-       bundleID = message.at("bundleID").get<std::string>()] { send(iconAnswer(number, workspace.icon(bundleID))); });
 }
 
 }  // namespace quillmere

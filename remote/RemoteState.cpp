@@ -46,40 +46,52 @@ bool RemoteState::take(const json& message) {
 }
 
 void RemoteState::takeField(const std::string& name, const json& value) {
-  if (isHeldBack(name)) {
-    heldBack_->values[name] = value;
-  } else {
-    setField(name, value);
-  }
-}
-
-void RemoteState::setField(const std::string& name, const json& value) {
+  bool isKnown = false;
   visitOwnFields([&](const char* known, auto& field) {
-    if (name == known) field.set(value.get<std::remove_cvref_t<decltype(field.get())>>());
+    if (name != known) return;
+    isKnown = true;
+    if (isHeldBack(&field)) {
+      heldBack_->values[name] = value;
+      return;
+    }
+    try {
+      field.set(value.get<std::remove_cvref_t<decltype(field.get())>>());
+    } catch (const std::exception& error) {
+      Logger(log_, "RemoteState").error("ignored a value of \"" + name + "\": " + error.what());
+    }
   });
+  if (!isKnown) Logger(log_, "RemoteState").error("ignored a value of \"" + name + "\": no such field");
 }
 
-bool RemoteState::isHeldBack(const std::string& name) const {
-  return performed_ < lastLevelCall_ && (name == "apps" || name == "masterGain");
+bool RemoteState::isHeldBack(const void* field) const {
+  return performed_ < lastLevelCall_ && (field == &apps_ || field == &masterGain_);
 }
 
 void RemoteState::notePerformed() {
   ++performed_;
   if (performed_ < lastLevelCall_) return;
-  for (const auto& [name, value] : std::exchange(heldBack_->values, {})) setField(name, value);
+  for (const auto& [name, value] : std::exchange(heldBack_->values, {})) takeField(name, value);
 }
 
-template <typename... Arguments>
-void RemoteState::call(const char* name, const Arguments&... arguments) {
-  QUILLMERE_CHECK_ON(home_, "an operation of the mixer is called off the main thread");
-  ++sent_;
-  auto list = json::array();
-  (list.push_back(json(arguments)), ...);
-  send_({{wire::type, wire::call}, {"name", name}, {"arguments", std::move(list)}});
+template <typename... Parameters>
+auto RemoteState::sender(const char* name, void (MixerState::* /*operation*/)(Parameters...)) {
+  // Told by the operation's own parameters: what differs from them does not compile.
+  return [this, name](const Parameters&... arguments) {
+    QUILLMERE_CHECK_ON(home_, "an operation of the mixer is called off the main thread");
+    ++sent_;
+    auto list = json::array();
+    (list.push_back(json(arguments)), ...);
+    send_({{wire::type, wire::call}, {"name", name}, {"arguments", std::move(list)}});
+  };
 }
+
+#define OPERATION(name, parameters, arguments) \
+  void RemoteState::name parameters { sender(#name, &MixerState::name) arguments; }
+#define LEVEL_OPERATION(name, parameters, arguments)
+#include "state/MixerOperations.def"
 
 void RemoteState::setGain(float gain, std::string bundleID) {
-  call("setGain", gain, bundleID);
+  sender("setGain", &MixerState::setGain)(gain, bundleID);
   lastLevelCall_ = sent_;
   apps_.modify([&](std::vector<AudioApp>& apps) {
     const auto app =
@@ -89,38 +101,9 @@ void RemoteState::setGain(float gain, std::string bundleID) {
 }
 
 void RemoteState::setMasterGain(float gain) {
-  call("setMasterGain", gain);
+  sender("setMasterGain", &MixerState::setMasterGain)(gain);
   lastLevelCall_ = sent_;
   masterGain_.set(gain);
 }
-
-void RemoteState::toggleMute(std::string bundleID) { call("toggleMute", bundleID); }
-void RemoteState::setRouting(std::optional<std::string> deviceUID, std::string bundleID) {
-  call("setRouting", deviceUID, bundleID);
-}
-void RemoteState::completeOnboarding() { call("completeOnboarding"); }
-void RemoteState::setOutputDeviceUID(std::optional<std::string> deviceUID) { call("setOutputDeviceUID", deviceUID); }
-void RemoteState::setDuckRule(DuckRule rule) { call("setDuckRule", rule); }
-void RemoteState::setFocusCandidateBundleIDs(std::set<std::string> bundleIDs) {
-  call("setFocusCandidateBundleIDs", bundleIDs);
-}
-void RemoteState::setPauseOnHeadphoneDisconnect(bool pauses) { call("setPauseOnHeadphoneDisconnect", pauses); }
-void RemoteState::setPomodoroFocusMinutes(int minutes) { call("setPomodoroFocusMinutes", minutes); }
-void RemoteState::setPomodoroBreakMinutes(int minutes) { call("setPomodoroBreakMinutes", minutes); }
-void RemoteState::setPomodoroFocusBundleID(std::optional<std::string> bundleID) {
-  call("setPomodoroFocusBundleID", bundleID);
-}
-void RemoteState::addProfile(std::string name) { call("addProfile", name); }
-void RemoteState::deleteProfile(Uuid id) { call("deleteProfile", id); }
-void RemoteState::updateProfile(Profile profile) { call("updateProfile", profile); }
-void RemoteState::duplicateProfile(Uuid id) { call("duplicateProfile", id); }
-void RemoteState::applyProfile(Uuid id) { call("applyProfile", id); }
-void RemoteState::toggleWhisperMode() { call("toggleWhisperMode"); }
-void RemoteState::startSleepTimer(int minutes) { call("startSleepTimer", minutes); }
-void RemoteState::cancelSleepTimer() { call("cancelSleepTimer"); }
-void RemoteState::startPomodoroFocus() { call("startPomodoroFocus"); }
-void RemoteState::cancelPomodoro(bool silently) { call("cancelPomodoro", silently); }
-void RemoteState::skipPomodoroToBreak() { call("skipPomodoroToBreak"); }
-void RemoteState::skipPomodoroToIdle() { call("skipPomodoroToIdle"); }
 
 }  // namespace quillmere

@@ -24,39 +24,16 @@ class RemoteState final : public MixerState {
   /// True if the message was for it; what can't be read is logged and ignored.
   bool take(const nlohmann::json& message);
 
-  void setGain(float gain, std::string bundleID) override;
-  void toggleMute(std::string bundleID) override;
-  void setRouting(std::optional<std::string> deviceUID, std::string bundleID) override;
-  void setMasterGain(float gain) override;
-  void completeOnboarding() override;
-  void setOutputDeviceUID(std::optional<std::string> deviceUID) override;
-  void setDuckRule(DuckRule rule) override;
-  void setFocusCandidateBundleIDs(std::set<std::string> bundleIDs) override;
-  void setPauseOnHeadphoneDisconnect(bool pauses) override;
-  void setPomodoroFocusMinutes(int minutes) override;
-  void setPomodoroBreakMinutes(int minutes) override;
-  void setPomodoroFocusBundleID(std::optional<std::string> bundleID) override;
-  void addProfile(std::string name) override;
-  void deleteProfile(Uuid id) override;
-  void updateProfile(Profile profile) override;
-  void duplicateProfile(Uuid id) override;
-  void applyProfile(Uuid id) override;
-  void toggleWhisperMode() override;
-  void startSleepTimer(int minutes) override;
-  void cancelSleepTimer() override;
-  void startPomodoroFocus() override;
-  void cancelPomodoro(bool silently) override;
-  void skipPomodoroToBreak() override;
-  void skipPomodoroToIdle() override;
+#define OPERATION(name, parameters, arguments) void name parameters override;
+#include "state/MixerOperations.def"
 
  private:
   void takeField(const std::string& name, const nlohmann::json& value);
-  void setField(const std::string& name, const nlohmann::json& value);
   void notePerformed();
-  [[nodiscard]] bool isHeldBack(const std::string& name) const;
-
-  template <typename... Arguments>
-  void call(const char* name, const Arguments&... arguments);
+  [[nodiscard]] bool isHeldBack(const void* field) const;
+  /// Sends what it is called with as a call of the operation.
+  template <typename... Parameters>
+  [[nodiscard]] auto sender(const char* name, void (MixerState::*operation)(Parameters...));
 
   struct HeldBack;
 

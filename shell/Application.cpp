@@ -10,12 +10,13 @@
 
 #include "engine/DriverClient.h"
 #include "engine/ProcessTapEngine.h"
+#include "integrations/ReleaseUpdater.h"
 #include "platform/Channel.h"
 #include "platform/Machine.h"
 #include "platform/SessionWatch.h"
 #include "platform/SingleInstance.h"
 #include "platform/StatusItem.h"
-#include "platform/Updater.h"
+#include "remote/SeamVersion.h"
 #include "runtime/LoopExecutor.h"
 #include "runtime/ThreadPoolExecutor.h"
 #include "shell/LaunchOptions.h"
@@ -40,14 +41,15 @@ constexpr auto trayPatience = std::chrono::seconds(10);
 /// Everything the user meets, over a state that stands. Lives as long as the main loop runs.
 class Shell {
  public:
-  Shell(AppState& state, const Runtime& runtime, Machine& machine, SingleInstance& instance, StatusItem& item,
-        WindowsLauncher& launcher, std::function<void()> terminate)
+  Shell(AppState& state, const Runtime& runtime, SingleInstance& instance, StatusItem& item, WindowsLauncher& launcher,
+        ReleaseUpdater* updater, const std::function<void()>& terminate)
       : state_(state),
+        updater_(updater),
         runtime_(runtime),
         instance_(instance),
         item_(item),
-        windows_(launcher, state, *machine.defaults, *machine.workspace, runtime, windowsIntents(std::move(terminate))),
-        controller_(state, runtime, windows_, *machine.workspace, nullptr, statusBarIntents()),
+        windows_(launcher, state, runtime, windowsIntents(terminate)),
+        controller_(state, runtime, windows_, statusBarIntents()),
         presenter_(item_, controller_),
         oldPresenter_(windows_.oldTray(), controller_),
         delegate_(runtime, windows_, launchSteps()) {
@@ -56,59 +58,73 @@ class Shell {
       Logger(runtime_.log, "Application").info(std::to_string(apps.size()) + " applications listed");
       listed_.cancel();
     });
+    instance_.onActivationRequested([this](const ActivationRequest& request) { openMainWindow(request); });
     controller_.observeMenu([this] {
       presenter_.refresh();
       oldPresenter_.refresh();
     });
   }
 
-  void start(const LaunchOptions& options) {
-    instance_.onActivationRequested([this] { openMainWindow({}); });
+  /// `wish` is absent for a start into the background.
+  void start(const std::optional<ActivationRequest>& wish) {
     if (!delegate_.applicationDidFinishLaunching()) return;
-    if (options.inBackground) {
+    if (!wish) {
       runtime_.main.postAfter(trayPatience, [this] {
         if (!hasIcon()) windows_.open(WindowsProcess::mainWindow);
       });
       return;
     }
     // After the status item, which is what people look for first.
-    runtime_.main.post([this] { windows_.open(WindowsProcess::mainWindow); });
+    runtime_.main.post([this, wish = *wish] { windows_.open(WindowsProcess::mainWindow, wish); });
   }
+
+  /// The windows turned out not to be this program's other half.
+  [[nodiscard]] bool isBroken() const { return isBroken_; }
 
  private:
   [[nodiscard]] bool hasIcon() { return item_.isAvailable() || windows_.oldTray().isAvailable(); }
 
-  void openMainWindow(const std::string& activationToken) {
-    windows_.open(WindowsProcess::mainWindow, activationToken);
+  void openMainWindow(const ActivationRequest& request) {
+    windows_.open(WindowsProcess::mainWindow, request);
     windows_.activate();
   }
 
-  WindowsIntents windowsIntents(std::function<void()> terminate) {
+  WindowsIntents windowsIntents(const std::function<void()>& terminate) {
     WindowsIntents intents;
-    intents.openMainWindow = [this] {
+    intents.openMainWindow = [this](const ActivationRequest& request) {
       windows_.closePopover();
-      openMainWindow({});
+      openMainWindow(request);
     };
     intents.mainWindowShown = [this] { delegate_.handleMainWindowAppear(state_.hasCompletedOnboarding().get()); };
-    intents.terminate = std::move(terminate);
+    intents.finishOnboarding = [this] { delegate_.finishOnboarding(); };
+    intents.halvesDiffer = [this, terminate](const std::string& version) {
+      const auto problem = "this is version " + seamVersion() +
+                           ", and the program that draws its windows says to be of " +
+                           (version.empty() ? "none" : version) + ": it is not installed whole";
+      Logger(runtime_.log, "Application").error(problem);
+      std::cerr << "quillmere: " << problem << '\n';
+      isBroken_ = true;
+      terminate();
+    };
+    intents.terminate = terminate;
     return intents;
   }
 
   StatusBarIntents statusBarIntents() {
     StatusBarIntents intents;
-    // The main window has no sections yet: every request shows the one page there is.
-    intents.openMainWindow = [this](const std::optional<std::string>&, const std::string& activationToken) {
-      openMainWindow(activationToken);
-    };
+    intents.openMainWindow = [this](const ActivationRequest& request) { openMainWindow(request); };
     intents.togglePopover = [this](const StatusItemActivation& activation) { windows_.togglePopover(activation); };
     return intents;
   }
 
   LaunchSteps launchSteps() {
     LaunchSteps steps;
-    steps.acquireInstance = [this] { return instance_.acquire(); };
-    // No update service is known: the menu leads to the download page.
-    steps.startUpdater = [] {};
+    // It was, before there was a machine.
+    steps.acquireInstance = [this] { return instance_.acquire(std::nullopt); };
+    // Where no release feed is known the menu leads to the download page.
+    steps.startUpdater = [this] {
+      if (updater_ != nullptr) updater_->start();
+    };
     steps.createStatusItem = [this] { createStatusItem(); };
     return steps;
   }
@@ -134,6 +150,7 @@ class Shell {
   }
 
   AppState& state_;
+  ReleaseUpdater* updater_;
   Subscription listed_;
   Runtime runtime_;
   SingleInstance& instance_;
@@ -144,6 +161,7 @@ class Shell {
   StatusItemPresenter oldPresenter_;
   QuillmereAppDelegate delegate_;
   TimerID panelTimer_ = 0;
+  bool isBroken_ = false;
 };
 
 }  // namespace
@@ -152,12 +170,20 @@ int runApplication(int argc, char** argv, const Host& host) {
   int exitCode = EXIT_SUCCESS;
   const auto options = parseArguments(argc, argv, std::cout, std::cerr, exitCode);
   if (!options) return exitCode;
+  std::optional<ActivationRequest> wish = ActivationRequest{options->section, host.takeActivationToken()};
+  if (options->inBackground) wish.reset();
 
   const auto log = host.makeLogSink();
   SystemClocks clocks;
   LoopExecutor main;
   ThreadPoolExecutor background(backgroundThreads);
   const Runtime runtime{main, background, clocks, *log, makeThreadSerialQueue};
+  // First of all: what plays is in the hands of the instance that runs.
+  const auto instance = host.makeSingleInstance(runtime);
+  if (!instance->acquire(wish)) {
+    Logger(*log, "Application").standard("quillmere runs already");
+    return EXIT_SUCCESS;
+  }
   const auto launcher = host.makeWindowsLauncher(runtime);
   if (!launcher) return EXIT_FAILURE;
 
@@ -166,21 +192,26 @@ int runApplication(int argc, char** argv, const Host& host) {
   engine.install();
   DriverClient driver(engine, background);
   driver.install();
+  std::optional<ReleaseUpdater> updater;
+  if (machine.releaseFeed) {
+    updater.emplace(*machine.releaseFeed, *machine.defaults, *machine.workspace, runtime);
+  }
   auto state = AppState::create(machine, runtime, driver);
+  if (updater) state->useUpdater(*updater);
   AppState::installShared(state);
-  const auto instance = host.makeSingleInstance(runtime);
   {
     const auto item = host.makeStatusItem(runtime);
     const auto terminate = [&main] { main.stop(); };
-    Shell shell(*state, runtime, machine, *instance, *item, *launcher, terminate);
+    Shell shell(*state, runtime, *instance, *item, *launcher, updater ? &*updater : nullptr, terminate);
     const TerminationSignals signals(main, terminate);
     const auto session = host.makeSessionWatch(runtime);
     session->onEnded([terminate, &log] {
       Logger(*log, "Application").standard("the desktop session has ended");
       terminate();
     });
-    main.post([&shell, &options] { shell.start(*options); });
+    main.post([&shell, &wish] { shell.start(wish); });
     main.run();
+    if (shell.isBroken()) exitCode = EXIT_FAILURE;
   }
   // The running streams hold the state: they go with the queues they wait in, before what the state uses.
   AppState::installShared(nullptr);

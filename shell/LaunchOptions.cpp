@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <ostream>
 
-#include "shell/AppVersion.h"
+#include "core/Product.h"
 
 namespace quillmere {
 
@@ -18,16 +18,20 @@ constexpr const char* help =
     "A volume, a mute and an output for every application.\n"
     "\n"
     "Options:\n"
-    "  --background   Start into the tray without opening a window, as at login.\n"
-    "  -h, --help     Display this help.\n"
-    "  -v, --version  Display the version.\n";
+    "  --background      Start into the tray without opening a window, as at login.\n"
+    "  --section=NAME    Show that section of the window: Mixer, Profiles, Activity,\n"
+    "                    Auto-Duck, Focus or Settings.\n"
+    "  -h, --help        Display this help.\n"
+    "  -v, --version     Display the version.\n";
 
 }  // namespace
 
 std::optional<LaunchOptions> parseArguments(int argc, char** argv, std::ostream& out, std::ostream& problems,
                                             int& exitCode) {
   constexpr int background = 'b';
-  const std::array<option, 4> known{{{"background", no_argument, nullptr, background},
+  constexpr int section = 's';
+  const std::array<option, 5> known{{{"background", no_argument, nullptr, background},
+                                     {"section", required_argument, nullptr, section},
                                      {"help", no_argument, nullptr, 'h'},
                                      {"version", no_argument, nullptr, 'v'},
                                      {nullptr, 0, nullptr, 0}}};
@@ -42,6 +46,8 @@ std::optional<LaunchOptions> parseArguments(int argc, char** argv, std::ostream&
     if (choice == -1) break;
     if (choice == background) {
       options.inBackground = true;
+    } else if (choice == section) {
+      options.section = optarg;
     } else if (choice == 'h') {
       out << help;
       return std::nullopt;

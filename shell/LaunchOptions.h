@@ -3,12 +3,15 @@
 
 #include <iosfwd>
 #include <optional>
+#include <string>
 
 namespace quillmere {
 
 struct LaunchOptions {
   /// Into the tray, without a window.
   bool inBackground = false;
+  /// The section of the main window to show, by its name.
+  std::optional<std::string> section;
 };
 
 /// Absent where there is nothing to start: `exitCode` then says how to end, and the answer stands in `out`, or what was

@@ -72,4 +72,11 @@ void QuillmereAppDelegate::handleMainWindowAppear(bool hasCompletedOnboarding) {
   });
 }
 
+void QuillmereAppDelegate::finishOnboarding() {
+  QUILLMERE_CHECK_ON(runtime_.main, "the onboarding is ended off the main thread");
+  windows_.close(onboardingWindow);
+  windows_.open(mainWindow);
+  windows_.activate();
+}
+
 }  // namespace quillmere

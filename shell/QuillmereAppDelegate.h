@@ -33,6 +33,8 @@ class QuillmereAppDelegate {
   void refreshActivationPolicy();
   /// On each appearance of the main window's content.
   void handleMainWindowAppear(bool hasCompletedOnboarding);
+  /// The onboarding has been gone through: the main window takes its place.
+  void finishOnboarding();
 
  private:
   Runtime runtime_;

@@ -6,12 +6,10 @@
 #include <utility>
 
 #include "core/Percent.h"
+#include "core/Product.h"
 #include "core/VersionOrder.h"
-#include "platform/Updater.h"
 #include "platform/WindowSystem.h"
-#include "platform/Workspace.h"
 #include "runtime/Threads.h"
-#include "shell/AppVersion.h"
 #include "state/MixerState.h"
 
 namespace quillmere {
@@ -21,13 +19,8 @@ constexpr const char* settingsSection = "Settings";
 }  // namespace
 
 StatusBarController::StatusBarController(MixerState& state, const Runtime& runtime, WindowSystem& windows,
-                                         Workspace& workspace, Updater* updater, StatusBarIntents intents)
-    : state_(state),
-      runtime_(runtime),
-      windows_(windows),
-      workspace_(workspace),
-      updater_(updater),
-      intents_(std::move(intents)) {}
+                                         StatusBarIntents intents)
+    : state_(state), runtime_(runtime), windows_(windows), intents_(std::move(intents)) {}
 
 std::vector<StatusMenuEntry> StatusBarController::rebuildMenu() const {
   QUILLMERE_CHECK_ON(runtime_.main, "the status item is handled off the main thread");
@@ -37,7 +30,7 @@ std::vector<StatusMenuEntry> StatusBarController::rebuildMenu() const {
   input.now = runtime_.clocks.now();
   input.profiles = state_.profiles().get();
   input.activeProfileID = state_.activeProfileID().get();
-  const auto latest = updater_ != nullptr ? updater_->latestVersion() : std::nullopt;
+  const auto& latest = *state_.latestVersion();
   input.updateKnown = latest && isOutdated(appVersion(), *latest);
   return statusMenu(input);
 }
@@ -49,7 +42,7 @@ void StatusBarController::perform(const StatusMenuEntry& entry, const std::strin
     case StatusAction::separator:
       break;
     case StatusAction::openMainWindow:
-      intents_.openMainWindow(std::nullopt, activationToken);
+      intents_.openMainWindow({std::nullopt, activationToken});
       break;
     case StatusAction::toggleWhisper:
       state_.toggleWhisperMode();
@@ -64,14 +57,14 @@ void StatusBarController::perform(const StatusMenuEntry& entry, const std::strin
       if (const auto id = Uuid::parse(entry.representedObject)) state_.applyProfile(*id);
       break;
     case StatusAction::openSettings:
-      intents_.openMainWindow(settingsSection, activationToken);
+      intents_.openMainWindow({settingsSection, activationToken});
       break;
     case StatusAction::openAbout:
       windows_.activate();
-      windows_.showAboutPanel();
+      windows_.showAboutPanel(activationToken);
       break;
     case StatusAction::checkForUpdates:
-      checkForUpdates();
+      state_.checkForUpdates();
       break;
     case StatusAction::quit:
       windows_.terminate();
@@ -117,14 +110,7 @@ void StatusBarController::observeMenu(const std::function<void()>& changed) {
   subscriptions_.push_back(state_.sleepTimerEndsAt().observe([changed](const auto&) { changed(); }));
   subscriptions_.push_back(state_.profiles().observe([changed](const auto&) { changed(); }));
   subscriptions_.push_back(state_.activeProfileID().observe([changed](const auto&) { changed(); }));
-}
-
-void StatusBarController::checkForUpdates() {
-  if (updater_ != nullptr) {
-    updater_->checkForUpdates();
-  } else {
-    workspace_.openURL(std::string(QUILLMERE_WEB_ADDRESS) + "/download");
-  }
+  subscriptions_.push_back(state_.latestVersion().observe([changed](const auto&) { changed(); }));
 }
 
 }  // namespace quillmere

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/ScrollRule.h"
+#include "platform/ActivationRequest.h"
 #include "platform/StatusItem.h"
 #include "runtime/Observable.h"
 #include "runtime/Runtime.h"
@@ -15,22 +16,19 @@
 namespace quillmere {
 
 class MixerState;
-class Updater;
 class WindowSystem;
-class Workspace;
 
 /// Steps outside the state that entries lead to.
 struct StatusBarIntents {
-  /// Opens the main window and brings the program to the front; the section, if any, is one of the window's own.
-  std::function<void(std::optional<std::string> section, const std::string& activationToken)> openMainWindow;
+  /// Opens the main window and brings the program to the front.
+  std::function<void(const ActivationRequest& request)> openMainWindow;
   std::function<void(const StatusItemActivation& activation)> togglePopover;
 };
 
 /// [main] throughout. All that is passed in outlives this.
 class StatusBarController {
  public:
-  StatusBarController(MixerState& state, const Runtime& runtime, WindowSystem& windows, Workspace& workspace,
-                      Updater* updater, StatusBarIntents intents);
+  StatusBarController(MixerState& state, const Runtime& runtime, WindowSystem& windows, StatusBarIntents intents);
 
   /// The menu as it should read now.
   [[nodiscard]] std::vector<StatusMenuEntry> rebuildMenu() const;
@@ -47,13 +45,9 @@ class StatusBarController {
   [[nodiscard]] std::vector<Subscription> observeToolTip(const std::function<void()>& changed);
 
  private:
-  void checkForUpdates();
-
   MixerState& state_;
   Runtime runtime_;
   WindowSystem& windows_;
-  Workspace& workspace_;
-  Updater* updater_;
   StatusBarIntents intents_;
   ScrollSteps scroll_;
   std::vector<Subscription> subscriptions_;

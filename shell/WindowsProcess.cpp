@@ -9,6 +9,7 @@
 
 #include "remote/MessageType.h"
 #include "remote/MixerHost.h"
+#include "remote/SeamVersion.h"
 #include "remote/WindowMessages.h"
 #include "runtime/Threads.h"
 
@@ -30,18 +31,15 @@ struct WindowsProcess::Guard {
   WindowsProcess& process;
 };
 
-WindowsProcess::WindowsProcess(WindowsLauncher& launcher, MixerState& state, UserDefaults& defaults,
-                               Workspace& workspace, const Runtime& runtime, WindowsIntents intents)
+WindowsProcess::WindowsProcess(WindowsLauncher& launcher, MixerState& state, const Runtime& runtime,
+                               WindowsIntents intents)
     : launcher_(launcher),
       state_(state),
-      defaults_(defaults),
-      workspace_(workspace),
       runtime_(runtime),
       intents_(std::move(intents)),
+      watch_(runtime, [this] { hangs(); }),
       oldTrayPause_(firstPause),
-      oldTray_(runtime.log, [this](const json& sent) {
-        if (channel_) channel_->send(encodeMessage(sent));
-      }) {}
+      oldTray_(runtime.log, [this](const json& sent) { send(sent); }) {}
 
 WindowsProcess::~WindowsProcess() {
   if (oldTrayTimer_ != 0) runtime_.main.cancelTimer(oldTrayTimer_);
@@ -65,6 +63,12 @@ bool WindowsProcess::start() {
       if (const auto guard = weak.lock()) guard->process.ended();
     });
   };
+  events.drained = [&main = runtime_.main, weak = std::weak_ptr(guard_)] {
+    main.post([weak] {
+      const auto guard = weak.lock();
+      if (guard && guard->process.host_) guard->process.host_->catchUp();
+    });
+  };
   channel_ = launcher_.launch(std::move(events));
   if (!channel_) {
     guard_.reset();
@@ -72,11 +76,12 @@ bool WindowsProcess::start() {
   }
   asked_ = 0;
   pending_.clear();
-  // Answers to questions may come when the process they are for has gone.
-  host_ = std::make_unique<MixerHost>(state_, defaults_, workspace_, runtime_,
-                                      [weak = std::weak_ptr(channel_)](const json& sent) {
-                                        if (const auto channel = weak.lock()) channel->send(encodeMessage(sent));
-                                      });
+  isGreeted_ = false;
+  watch_.started();
+  send({{"type", wire::hello}, {"version", seamVersion()}});
+  host_ = std::make_unique<MixerHost>(
+      state_, runtime_, [this](const json& sent) { send(sent); },
+      [this] { return channel_->waitingBytes() > mostWaiting; });
   if (isOldTrayWanted_) {
     tell({{"type", wire::keepOldTray}, {"isWanted", true}});
     oldTray_.connected();
@@ -87,6 +92,7 @@ bool WindowsProcess::start() {
 void WindowsProcess::stop() {
   host_.reset();
   guard_.reset();
+  watch_.ended();
   oldTray_.disconnected();
   isVisible_.clear();
   // The process takes a moment to end, and that is waited for elsewhere.
@@ -101,8 +107,40 @@ void WindowsProcess::ended() {
     for (const auto& observer : willClose_) observer(identifier);
   }
   if (isOldTrayWanted_) restartForOldTray();
-  if (lost.empty() || std::exchange(isAskedAgain_, !isAskedAgain_)) return;
-  for (const auto& [number, asked] : lost) ask(asked);
+  askAgain(lost);
+}
+
+void WindowsProcess::hangs() {
+  Logger(runtime_.log, "WindowsProcess").error("the windows don't answer: they are ended, and started anew");
+  channel_->giveUp();
+  const auto shown = isVisible_;
+  const auto owed = std::exchange(pending_, {});
+  stop();
+  if (isOldTrayWanted_) restartForOldTray();
+  if (isAskedAgain_) {
+    isAskedAgain_ = false;
+    return;
+  }
+  // First what was there, so that what was wished for comes to lie on it.
+  for (const auto& [identifier, isVisible] : shown) {
+    if (!isVisible) continue;
+    returning_.insert(identifier);
+    open(identifier);
+  }
+  askAgain(owed);
+}
+
+void WindowsProcess::askAgain(const std::map<std::uint64_t, json>& owed) {
+  if (owed.empty() || std::exchange(isAskedAgain_, !isAskedAgain_)) return;
+  // Who gets no answer asks again: that is one wish, and two of a toggle would be none. The last one knows best where.
+  std::map<std::string, json> last;
+  for (const auto& [number, asked] : owed) {
+    last.insert_or_assign(asked.at("type").get<std::string>() + asked.value("window", std::string()), asked);
+  }
+  for (const auto& [number, asked] : owed) {
+    const auto wish = last.extract(asked.at("type").get<std::string>() + asked.value("window", std::string()));
+    if (!wish.empty()) ask(wish.mapped());
+  }
 }
 
 void WindowsProcess::restartForOldTray() {
@@ -118,6 +156,7 @@ void WindowsProcess::ask(json asked) {
   QUILLMERE_CHECK_ON(runtime_.main, "the windows are asked off the main thread");
   if (!start()) return;
   tell(asked);
+  watch_.asked(asked_);
   pending_[asked_] = std::move(asked);
 }
 
@@ -125,7 +164,11 @@ void WindowsProcess::tell(json told) {
   QUILLMERE_CHECK_ON(runtime_.main, "the windows are asked off the main thread");
   if (!channel_) return;
   told["number"] = ++asked_;
-  channel_->send(encodeMessage(told));
+  send(told);
+}
+
+void WindowsProcess::send(const json& sent) {
+  if (channel_) channel_->send(encodeMessage(sent));
 }
 
 void WindowsProcess::togglePopover(const StatusItemActivation& activation) {
@@ -140,10 +183,11 @@ void WindowsProcess::togglePopover(const StatusItemActivation& activation) {
 
 void WindowsProcess::closePopover() { tell(message(wire::closePopover)); }
 
-void WindowsProcess::open(const std::string& identifier, const std::string& activationToken) {
+void WindowsProcess::open(const std::string& identifier, const ActivationRequest& request) {
   if (!canOpen(identifier)) return;
   auto asked = message(wire::openWindow, identifier);
-  asked["token"] = activationToken;
+  asked["token"] = request.activationToken;
+  if (request.section) asked["section"] = *request.section;
   ask(std::move(asked));
 }
 
@@ -175,12 +219,20 @@ void WindowsProcess::orderFront(const std::string& identifier) { tell(message(wi
 
 void WindowsProcess::activate() { tell(message(wire::activate)); }
 
-void WindowsProcess::showAboutPanel() { ask(message(wire::showAboutPanel)); }
+void WindowsProcess::showAboutPanel(const std::string& activationToken) {
+  auto asked = message(wire::showAboutPanel);
+  asked["token"] = activationToken;
+  ask(std::move(asked));
+}
 
 void WindowsProcess::terminate() { runtime_.main.post(intents_.terminate); }
 
 void WindowsProcess::take(const json& received) {
   const auto type = messageType(received);
+  if (!isGreeted_) {
+    greet(received);
+    return;
+  }
   if (host_->take(received) || oldTray_.take(received)) return;
   try {
     takeWindowMessage(type, received);
@@ -189,15 +241,37 @@ void WindowsProcess::take(const json& received) {
   }
 }
 
+void WindowsProcess::greet(const json& received) {
+  const auto version = received.is_object() && messageType(received) == wire::hello && received.contains("version") &&
+                               received.at("version").is_string()
+                           ? received.at("version").get<std::string>()
+                           : std::string();
+  isGreeted_ = version == seamVersion();
+  if (isGreeted_) {
+    watch_.cameUp();
+    return;
+  }
+  // It has heard this one's version, and ends by itself.
+  stop();
+  intents_.halvesDiffer(version);
+}
+
 void WindowsProcess::takeWindowMessage(const std::string& type, const json& received) {
   if (type == wire::openMainWindow) {
-    intents_.openMainWindow();
+    ActivationRequest request;
+    if (const auto section = received.find("section"); section != received.end()) {
+      request.section = section->get<std::string>();
+    }
+    intents_.openMainWindow(request);
+  } else if (type == wire::finishOnboarding) {
+    intents_.finishOnboarding();
   } else if (type == wire::quit) {
     terminate();
   } else if (type == wire::windowShown) {
     const auto identifier = received.at("window").get<std::string>();
     isVisible_[identifier] = true;
-    if (identifier == mainWindow) intents_.mainWindowShown();
+    // One that returns has been there: nothing begins with it.
+    if (returning_.erase(identifier) == 0 && identifier == mainWindow) intents_.mainWindowShown();
   } else if (type == wire::windowBecameKey) {
     const auto identifier = received.at("window").get<std::string>();
     for (const auto& observer : becameKey_) observer(identifier);
@@ -207,8 +281,12 @@ void WindowsProcess::takeWindowMessage(const std::string& type, const json& rece
       for (const auto& observer : willClose_) observer(identifier);
     }
     isVisible_[identifier] = false;
+  } else if (type == wire::begun) {
+    watch_.tookUp();
   } else if (type == wire::taken) {
-    pending_.erase(pending_.begin(), pending_.upper_bound(received.at("seen").get<std::uint64_t>()));
+    const auto seen = received.at("seen").get<std::uint64_t>();
+    pending_.erase(pending_.begin(), pending_.upper_bound(seen));
+    watch_.done(seen);
     isAskedAgain_ = false;
   } else if (type == wire::idle) {
     oldTrayPause_ = firstPause;

@@ -7,46 +7,54 @@
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "platform/ActivationRequest.h"
 #include "platform/Channel.h"
 #include "platform/StatusItem.h"
 #include "platform/WindowSystem.h"
 #include "remote/RemoteStatusItem.h"
 #include "runtime/Runtime.h"
+#include "shell/AnswerWatch.h"
 
 namespace quillmere {
 
 class MixerHost;
 class MixerState;
-class UserDefaults;
-class Workspace;
 
 /// What the windows ask of the program. [main]
 struct WindowsIntents {
-  std::function<void()> openMainWindow;
+  std::function<void(const ActivationRequest& request)> openMainWindow;
   /// The main window has appeared.
   std::function<void()> mainWindowShown;
+  /// The onboarding has been gone through.
+  std::function<void()> finishOnboarding;
   /// Ends the program.
   std::function<void()> terminate;
+  /// The program that draws is not the other half of this one: it has said to be of that version, empty for none.
+  std::function<void(const std::string& version)> halvesDiffer;
 };
 
-/// [main] throughout. A process that ends unasked takes its windows with it and nothing else.
+/// [main] throughout. A process that ends unasked takes its windows with it and nothing else. One that hangs is ended,
+/// and the next one is asked for what it owed, its windows among it.
 class WindowsProcess final : public WindowSystem {
  public:
   static constexpr const char* mainWindow = "main";
+  static constexpr const char* onboardingWindow = "onboarding";
+  /// Bytes that a process which does not read may let wait before it is told only how things have come to be.
+  static constexpr std::size_t mostWaiting = 65536;
 
   /// All outlive it.
-  WindowsProcess(WindowsLauncher& launcher, MixerState& state, UserDefaults& defaults, Workspace& workspace,
-                 const Runtime& runtime, WindowsIntents intents);
+  WindowsProcess(WindowsLauncher& launcher, MixerState& state, const Runtime& runtime, WindowsIntents intents);
   ~WindowsProcess() override;
   WindowsProcess(const WindowsProcess&) = delete;
   WindowsProcess& operator=(const WindowsProcess&) = delete;
 
   void togglePopover(const StatusItemActivation& activation);
   void closePopover();
-  void open(const std::string& identifier, const std::string& activationToken);
+  void open(const std::string& identifier, const ActivationRequest& request);
 
   /// Whether the old kind of tray is to be looked for, and used as `oldTray()`. Costs the process, as long as it holds.
   void setOldTrayWanted(bool isWanted);
@@ -56,7 +64,9 @@ class WindowsProcess final : public WindowSystem {
   [[nodiscard]] bool isRunning() const { return channel_ != nullptr; }
 
   [[nodiscard]] std::vector<WindowInfo> windows() const override;
-  [[nodiscard]] bool canOpen(const std::string& identifier) const override { return identifier == mainWindow; }
+  [[nodiscard]] bool canOpen(const std::string& identifier) const override {
+    return identifier == mainWindow || identifier == onboardingWindow;
+  }
   void open(const std::string& identifier) override { open(identifier, {}); }
   void close(const std::string& identifier) override;
   void orderFront(const std::string& identifier) override;
@@ -64,7 +74,7 @@ class WindowsProcess final : public WindowSystem {
   /// A desktop lists a program by its windows, not by a policy: the value is kept for those who ask.
   void setActivationPolicy(ActivationPolicy policy) override { policy_ = policy; }
   void activate() override;
-  void showAboutPanel() override;
+  void showAboutPanel(const std::string& activationToken) override;
   void terminate() override;
   void onWindowBecameKey(WindowObserver observer) override { becameKey_.push_back(std::move(observer)); }
   void onWindowWillClose(WindowObserver observer) override { willClose_.push_back(std::move(observer)); }
@@ -76,29 +86,34 @@ class WindowsProcess final : public WindowSystem {
   bool start();
   void stop();
   void ended();
+  void hangs();
+  void askAgain(const std::map<std::uint64_t, nlohmann::json>& owed);
   void restartForOldTray();
   /// Starts the process if need be.
   void ask(nlohmann::json asked);
   /// Nothing happens where there is no process, hence no window.
   void tell(nlohmann::json told);
+  void send(const nlohmann::json& sent);
   void take(const nlohmann::json& received);
+  void greet(const nlohmann::json& received);
   void takeWindowMessage(const std::string& type, const nlohmann::json& received);
 
   WindowsLauncher& launcher_;
   MixerState& state_;
-  UserDefaults& defaults_;
-  Workspace& workspace_;
   Runtime runtime_;
   WindowsIntents intents_;
   ActivationPolicy policy_ = ActivationPolicy::regular;
   std::vector<WindowObserver> becameKey_;
   std::vector<WindowObserver> willClose_;
   std::map<std::string, bool> isVisible_;
+  /// Windows that a process has taken with it when it hung, and that the next one shows again.
+  std::set<std::string> returning_;
   std::uint64_t asked_ = 0;
   /// What was asked of the process and not dealt with yet, by its number.
   std::map<std::uint64_t, nlohmann::json> pending_;
   /// What a process that ended had not dealt with is asked of the next one, but not of a third.
   bool isAskedAgain_ = false;
+  AnswerWatch watch_;
   bool isOldTrayWanted_ = false;
   Duration oldTrayPause_;
   TimerID oldTrayTimer_ = 0;
@@ -107,6 +122,8 @@ class WindowsProcess final : public WindowSystem {
   std::shared_ptr<Guard> guard_;
   std::shared_ptr<Channel> channel_;
   std::unique_ptr<MixerHost> host_;
+  /// Whether the process has said what it is.
+  bool isGreeted_ = false;
 };
 
 }  // namespace quillmere

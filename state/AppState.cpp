@@ -72,6 +72,7 @@ void AppState::startUp() {
   setPauseOnHeadphoneDisconnect(stored.pauseOnHeadphoneDisconnect);
   setFocusCandidateBundleIDs(std::move(stored.focusCandidateBundleIDs));
   persistedApps_ = std::move(stored.persistedApps);
+  loadViewSettings();
 
   // The stored master shows only where the device has no readable volume.
   if (const auto volume = systemMaster_->read()) masterGain_.set(*volume);

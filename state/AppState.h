@@ -29,6 +29,7 @@ class OrderedBackground;
 class OutputDeviceMonitor;
 class SettingsStore;
 class SystemMasterVolume;
+class Updater;
 
 /// [main] throughout. Within an operation memory changes first, then the store, then the engine.
 class AppState final : public MixerState, public std::enable_shared_from_this<AppState> {
@@ -46,31 +47,12 @@ class AppState final : public MixerState, public std::enable_shared_from_this<Ap
   /// Called once, where the program is put together; absent uninstalls.
   static void installShared(std::shared_ptr<AppState> state);
 
-  // The operations; what each does is told where they are declared.
-  void setGain(float gain, std::string bundleID) override;
-  void toggleMute(std::string bundleID) override;
-  void setRouting(std::optional<std::string> deviceUID, std::string bundleID) override;
-  void setMasterGain(float gain) override;
-  void completeOnboarding() override;
-  void setOutputDeviceUID(std::optional<std::string> deviceUID) override;
-  void setDuckRule(DuckRule rule) override;
-  void setFocusCandidateBundleIDs(std::set<std::string> bundleIDs) override;
-  void setPauseOnHeadphoneDisconnect(bool pauses) override;
-  void setPomodoroFocusMinutes(int minutes) override;
-  void setPomodoroBreakMinutes(int minutes) override;
-  void setPomodoroFocusBundleID(std::optional<std::string> bundleID) override;
-  void addProfile(std::string name) override;
-  void deleteProfile(Uuid id) override;
-  void updateProfile(Profile profile) override;
-  void duplicateProfile(Uuid id) override;
-  void applyProfile(Uuid id) override;
-  void toggleWhisperMode() override;
-  void startSleepTimer(int minutes) override;
-  void cancelSleepTimer() override;
-  void startPomodoroFocus() override;
-  void cancelPomodoro(bool silently) override;
-  void skipPomodoroToBreak() override;
-  void skipPomodoroToIdle() override;
+  // The operations; what each does is told where they are described.
+#define OPERATION(name, parameters, arguments) void name parameters override;
+#include "state/MixerOperations.def"
+
+  /// Who knows of newer versions of this program; outlives the state.
+  void useUpdater(Updater& updater);
 
  private:
   AppState(Machine& machine, const Runtime& runtime, std::shared_ptr<EngineCalls> engine);
@@ -114,6 +96,9 @@ class AppState final : public MixerState, public std::enable_shared_from_this<Ap
   void restoreFromFocusAudio();
   void runPomodoroTicker();
 
+  // AppState+ViewSettings.cpp
+  void loadViewSettings();
+
   // AppState+DeviceLoss.cpp
   void startHeadphoneMonitor();
   void deviceRemoved(const std::string& deviceUID);
@@ -150,6 +135,8 @@ class AppState final : public MixerState, public std::enable_shared_from_this<Ap
   /// Applications whose settings of earlier runs the engine has received.
   std::set<std::string> restoredEngineState_;
   std::optional<std::string> pendingResumeDeviceUID_;
+  Updater* updater_ = nullptr;
+  Subscription updaterWatch_;
 };
 
 }  // namespace quillmere

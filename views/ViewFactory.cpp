@@ -2,6 +2,7 @@
 #include "views/ViewFactory.h"
 
 #include <QtQml/qqmlextensionplugin.h>
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QLoggingCategory>
 #include <QQmlEngine>
@@ -11,8 +12,10 @@
 #include <memory>
 #include <utility>
 
+#include "integrations/DesktopServices.h"
 #include "views/design/Tokens.h"
 #include "views/mainwindow/MainWindowPresenter.h"
+#include "views/onboarding/OnboardingPresenter.h"
 #include "views/popover/MixerPanelPresenter.h"
 #include "views/shared/AppIconProvider.h"
 
@@ -25,6 +28,9 @@ namespace {
 
 constexpr QSize mainWindowSize(1120, 720);
 constexpr QSize mainWindowMinimum(1040, 660);
+constexpr QSize onboardingSize(640, 600);
+/// Below its own size the first run scrolls.
+constexpr QSize onboardingMinimum(400, 240);
 
 /// What frames cost, for who asks: QT_LOGGING_RULES="app.quillmere.frames.debug=true".
 Q_LOGGING_CATEGORY(frames, "app.quillmere.frames", QtInfoMsg)
@@ -69,12 +75,12 @@ std::unique_ptr<QQuickView> makeWindow(Workspace& workspace, const QString& comp
 
 ViewFactory::ViewFactory(ViewServices services) : services_(std::move(services)) {}
 
-// Pictures that are still being looked up read the machine's workspace.
+// Pictures that are still being looked up read the desktop's workspace.
 ViewFactory::~ViewFactory() { QThreadPool::globalInstance()->waitForDone(); }
 
 std::unique_ptr<QQuickWindow> ViewFactory::makePopover() {
   auto view = makeWindow(
-      services_.workspace, QStringLiteral("MixerPanel.qml"),
+      services_.desktop.workspace(), QStringLiteral("MixerPanel.qml"),
       std::make_unique<MixerPanelPresenter>(services_.state, services_.runtime, services_.settings, services_.intents));
   view->setResizeMode(QQuickView::SizeViewToRootObject);
   view->setTitle(QStringLiteral("quillmere"));
@@ -82,12 +88,23 @@ std::unique_ptr<QQuickWindow> ViewFactory::makePopover() {
 }
 
 std::unique_ptr<QQuickWindow> ViewFactory::makeMainWindow() {
-  auto view = makeWindow(services_.workspace, QStringLiteral("MainWindow.qml"),
+  auto view = makeWindow(services_.desktop.workspace(), QStringLiteral("MainWindow.qml"),
                          std::make_unique<MainWindowPresenter>(services_));
   view->setResizeMode(QQuickView::SizeRootObjectToView);
   view->setTitle(QStringLiteral("quillmere"));
   view->setMinimumSize(mainWindowMinimum);
   view->resize(mainWindowSize);
+  return view;
+}
+
+std::unique_ptr<QQuickWindow> ViewFactory::makeOnboarding() {
+  auto view = makeWindow(services_.desktop.workspace(), QStringLiteral("OnboardingWindow.qml"),
+                         std::make_unique<OnboardingPresenter>(services_));
+  view->setResizeMode(QQuickView::SizeRootObjectToView);
+  view->setTitle(QCoreApplication::translate("OnboardingWindow", "Welcome to quillmere"));
+  view->setMinimumSize(onboardingMinimum);
+  view->setMaximumSize(onboardingSize);
+  view->resize(onboardingSize);
   return view;
 }
 

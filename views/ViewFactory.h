@@ -21,6 +21,8 @@ class ViewFactory {
   [[nodiscard]] std::unique_ptr<QQuickWindow> makePopover();
   /// The window "quillmere", 1120 by 720 points, not yet shown. It shows the mixer until it is told another section.
   [[nodiscard]] std::unique_ptr<QQuickWindow> makeMainWindow();
+  /// The first run's window, not yet shown: 640 by 600 points, never larger. Its end is told as an intent.
+  [[nodiscard]] std::unique_ptr<QQuickWindow> makeOnboarding();
   /// Shows a section ("Settings") in a window of makeMainWindow(), shown yet or not; a text that names none changes
   /// nothing.
   static void showSection(QQuickWindow& mainWindow, const std::string& section);

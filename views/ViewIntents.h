@@ -14,14 +14,10 @@ struct ViewIntents {
   /// Opens the main window and brings the program to the front.
   std::function<void()> openMainWindow;
   std::function<void()> quit;
+  /// The first run has come to its end: its window goes, and the main window comes.
+  std::function<void()> onboardingFinished;
   /// Brings a browser's tab to the front.
   std::function<void(const std::string& bundleID, const BrowserTab& tab)> activateTab;
-  /// What the status item's entry for updates does too.
-  std::function<void()> checkForUpdates;
-  // The player of what is shown as now playing.
-  std::function<void()> previousTrack;
-  std::function<void()> togglePlayPause;
-  std::function<void()> nextTrack;
 };
 
 /// Calls an intent, if there is somebody who takes it.

@@ -18,17 +18,19 @@
 #include <thread>
 #include <utility>
 
+#include "core/Product.h"
+#include "integrations/DesktopServices.h"
 #include "remote/MessageType.h"
-#include "remote/RemoteDefaults.h"
 #include "remote/RemoteState.h"
 #include "remote/RemoteStatusItem.h"
-#include "remote/RemoteWorkspace.h"
+#include "remote/SeamVersion.h"
 #include "remote/WindowMessages.h"
 #include "runtime/ThreadPoolExecutor.h"
 #include "state/ViewSettings.h"
 #include "views/AboutWindow.h"
 #include "views/ViewFactory.h"
 #include "windows/BrandIconImage.h"
+#include "windows/DialogApplicationChooser.h"
 #include "windows/DisplayChoice.h"
 #include "windows/LayerShell.h"
 #include "windows/OldTrayItem.h"
@@ -47,6 +49,7 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* mainWindow = "main";
+constexpr const char* onboardingWindow = "onboarding";
 
 /// What brings a window to the front on desktops that ask for a reason. The toolkit takes it with the next window; one
 /// that was not taken is not for a later wish.
@@ -64,14 +67,27 @@ std::unique_ptr<PopoverStage> makeStage(const Runtime& runtime, bool hasLayerShe
   return stage ? std::move(stage) : std::make_unique<PlacedStage>();
 }
 
+/// Puts a window that is not shown yet into the middle of its screen, where the desktop lets a program choose.
+void centre(QWindow& window) {
+  QRect place(QPoint(), window.size());
+  place.moveCenter(window.screen()->availableGeometry().center());
+  window.setPosition(place.topLeft());
+}
+
+/// What the mixer lists runs, even where the desktop knows nothing of it.
+std::vector<RunningApplication> soundingIn(const MixerState& state) {
+  std::vector<RunningApplication> running;
+  for (const auto& app : *state.apps()) running.push_back({app.bundleID, app.name, 0});
+  return running;
+}
+
 class Windows final : public QObject {
  public:
-  Windows(const Runtime& runtime, SendMessage send, bool hasLayerShell)
+  Windows(const Runtime& runtime, SendMessage send, const WindowsHost& host, bool hasLayerShell)
       : runtime_(runtime),
         send_(std::move(send)),
+        host_(host),
         state_(std::make_shared<RemoteState>(runtime.log, send_)),
-        defaults_(send_),
-        workspace_(send_),
         scenes_(runtime),
         keys_(keyIntents()),
         popover_(
@@ -82,6 +98,13 @@ class Windows final : public QObject {
       setWindowIcon();
       auto window = served(factory().makeMainWindow());
       keepOnScreen(*window);
+      return window;
+    });
+    scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
+      setWindowIcon();
+      auto window = served(factory().makeOnboarding());
+      keepOnScreen(*window);
+      centre(*window);
       return window;
     });
     connect(&scenes_, &SceneSet::shown, this,
@@ -96,18 +119,17 @@ class Windows final : public QObject {
     about_.onDropped([this] { offerToEnd(); });
   }
 
-  /// Called where messages arrive; true if the message is dealt with.
-  bool takeAtOnce(const json& message) { return workspace_.take(message); }
-  /// Nothing more comes. [any]
-  void close() { workspace_.close(); }
-
   void take(const json& message) {
-    defaults_.take(message);
+    if (!isGreeted_) {
+      greet(message);
+      return;
+    }
     if (state_->take(message) || (trayHost_ && trayHost_->take(message))) return;
     const auto number = message.find("number");
     // Words for an icon that is not there, for one, are none that anybody waits for.
     if (number == message.end() || !number->is_number_unsigned()) return;
     seen_ = number->get<std::uint64_t>();
+    send_({{"type", wire::begun}, {"seen", seen_}});
     const auto type = messageType(message);
     try {
       perform(type, message);
@@ -119,6 +141,17 @@ class Windows final : public QObject {
   }
 
  private:
+  /// The first word is what the other half is; one that is not of this half's version is not understood.
+  void greet(const json& message) {
+    const auto version = messageType(message) == wire::hello ? message.value("version", std::string()) : std::string();
+    isGreeted_ = version == seamVersion();
+    send_({{"type", wire::hello}, {"version", seamVersion()}});
+    if (isGreeted_) return;
+    Logger(runtime_.log, "Windows")
+        .error("these windows are of version " + seamVersion() + ", the program behind them of " + version);
+    QCoreApplication::exit(EXIT_FAILURE);
+  }
+
   void perform(const std::string& type, const json& message) {
     if (type == wire::openWindow) {
       setActivationToken(message);
@@ -198,17 +231,21 @@ class Windows final : public QObject {
       ViewIntents intents;
       intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
       intents.quit = [this] { send_({{"type", wire::quit}}); };
-      factory_.emplace(ViewServices{state_, runtime_, std::make_shared<ViewSettings>(defaults_), workspace_,
-                                    std::move(intents), QUILLMERE_VERSION, nullptr});
+      intents.onboardingFinished = [this] { send_({{"type", wire::finishOnboarding}}); };
+      auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
+      desktop_.emplace(host_.makeDesktop(runtime_, std::move(dialogue)), runtime_,
+                       [state = state_] { return soundingIn(*state); });
+      factory_.emplace(ViewServices{state_, runtime_, std::make_shared<ViewSettings>(*state_), *desktop_,
+                                    std::move(intents), std::string(appVersion())});
     }
     return *factory_;
   }
 
   Runtime runtime_;
   SendMessage send_;
+  const WindowsHost& host_;
   std::shared_ptr<RemoteState> state_;
-  RemoteDefaults defaults_;
-  RemoteWorkspace workspace_;
+  std::optional<DesktopServices> desktop_;
   std::optional<ViewFactory> factory_;
   SceneSet scenes_;
   WindowKeys keys_;
@@ -217,6 +254,8 @@ class Windows final : public QObject {
   std::unique_ptr<OldTrayItem> tray_;
   std::optional<StatusItemHost> trayHost_;
   std::uint64_t seen_ = 0;
+  /// Whether the program behind the windows is the other half of this one.
+  bool isGreeted_ = false;
 };
 
 /// The way out, for whoever still has something to say when it is closed.
@@ -266,17 +305,14 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   const Runtime runtime{main, background, clocks, *log, makeThreadSerialQueue};
 
   Line line;
-  Windows windows(runtime, [&line](const json& message) { line.send(message); }, hasLayerShell);
+  Windows windows(runtime, [&line](const json& message) { line.send(message); }, host, hasLayerShell);
   ChannelEvents events;
   events.received = [&windows, &main](const std::string& bytes) {
     auto message = decodeMessage(bytes);
-    if (!message || windows.takeAtOnce(*message)) return;
+    if (!message) return;
     main.post([&windows, taken = std::move(*message)] { windows.take(taken); });
   };
-  events.closed = [&windows, &main] {
-    windows.close();
-    main.post([] { QCoreApplication::exit(0); });
-  };
+  events.closed = [&main] { main.post([] { QCoreApplication::exit(0); }); };
   auto channel = host.openChannel(std::move(events));
   if (!channel) {
     std::fputs("quillmere-windows draws the windows of quillmere, which starts it\n", stderr);
@@ -284,7 +320,6 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   }
   line.open(std::move(channel));
   const int exitCode = QApplication::exec();
-  windows.close();
   line.close();
   main.shutDown();
   background.shutDown();

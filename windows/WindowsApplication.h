@@ -5,7 +5,8 @@
 #include <memory>
 
 #include "platform/Channel.h"
-#include "runtime/Logger.h"
+#include "platform/Desktop.h"
+#include "runtime/Runtime.h"
 
 namespace quillmere {
 
@@ -14,6 +15,8 @@ struct WindowsHost {
   std::function<std::unique_ptr<LogSink>()> makeLogSink;
   /// Null where nobody has started this process for its windows.
   std::function<std::unique_ptr<Channel>(ChannelEvents events)> openChannel;
+  /// Asked with the first window. `dialogue` is the toolkit's own, for where the desktop has none.
+  std::function<Desktop(const Runtime& runtime, std::unique_ptr<ApplicationChooser> dialogue)> makeDesktop;
 };
 
 /// Runs until the other end closes the channel; returns the exit code. Called once, on the main thread.

@@ -44,8 +44,9 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
         background_(runtime.background),
         clocks_(runtime.clocks),
         log_(runtime.log, "ApplicationRegistry"),
-        folders_(options.dataFolders.empty() ? applications::dataFolders() : std::move(options.dataFolders)),
-        searchPath_(options.searchPath.empty() ? searchPathOfUser() : std::move(options.searchPath)),
+        places_{options.dataFolders.empty() ? applications::dataFolders() : std::move(options.dataFolders),
+                options.searchPath.empty() ? searchPathOfUser() : std::move(options.searchPath),
+                options.desktops ? std::move(*options.desktops) : applications::currentDesktops()},
         reader_(std::move(options.procRoot), options.userID.value_or(::getuid())) {}
 
   void lookInBackground() {
@@ -101,6 +102,28 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
     return installed->second;
   }
 
+  std::vector<KnownApplication> listedApplications() {
+    const auto entries = currentEntries(Freshness::files);
+    tellChanges();
+    std::vector<KnownApplication> listed;
+    for (const auto& entry : entries->all()) {
+      if (entry.isListed) listed.push_back(applicationOf(entry));
+    }
+    return listed;
+  }
+
+  std::optional<KnownApplication> applicationAt(const std::string& path) const {
+    const auto entry = DesktopEntries::readFile(places_, path);
+    if (!entry) return std::nullopt;
+    return applicationOf(*entry);
+  }
+
+  void onChanged(std::function<void()> callback) {
+    const std::lock_guard lock(mutex_);
+    changed_ = callback ? std::make_shared<std::function<void()>>(std::move(callback)) : nullptr;
+    toldNumber_ = pictureNumber_;
+  }
+
   std::int32_t representativePID(std::int32_t pid, const std::string& desktopEntry) {
     refresh();
     const auto entries = currentEntries();
@@ -150,10 +173,26 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
     for (const auto& process : listed) next.emplace(process.pid, checked(process, now, *entries));
     records_ = std::move(next);
     auto running = summary(*entries);
-    const std::lock_guard lock(mutex_);
-    if (running != running_) ++pictureNumber_;
-    running_ = std::move(running);
-    lookedAt_ = now;
+    {
+      const std::lock_guard lock(mutex_);
+      if (running != running_) ++pictureNumber_;
+      running_ = std::move(running);
+      lookedAt_ = now;
+    }
+    tellChanges();
+  }
+
+  void tellChanges() {
+    std::weak_ptr<std::function<void()>> changed;
+    {
+      const std::lock_guard lock(mutex_);
+      if (!changed_ || toldNumber_ == pictureNumber_) return;
+      toldNumber_ = pictureNumber_;
+      changed = changed_;
+    }
+    main_.post([changed] {
+      if (const auto callback = changed.lock()) (*callback)();
+    });
   }
 
   /// A known process is only asked now and then whether it has become another program.
@@ -203,6 +242,7 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
         if (application.name.empty() || (isVisible && !application.isVisible)) {
           application.name = entry->name;
           application.icon = entry->icon;
+          application.path = entry->path;
           application.isVisible = isVisible;
         }
       }
@@ -219,7 +259,7 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
 
   FolderTimes folderTimes() const {
     FolderTimes times;
-    for (const auto& folder : folders_) {
+    for (const auto& folder : places_.folders) {
       struct stat facts{};
       const auto path = folder + "/applications";
       if (::stat(path.c_str(), &facts) == 0) {
@@ -231,22 +271,33 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
     return times;
   }
 
-  /// The installed entries; read again once a folder has changed, which is looked for every few seconds.
-  std::shared_ptr<const DesktopEntries> currentEntries() {
+  KnownApplication applicationOf(const applications::DesktopEntry& entry) const {
+    return {applications::identifierOf(entry, identities_), entry.name, entry.icon, 0,
+            entry.isVisible && !entry.runsInTerminal,       entry.path};
+  }
+
+  enum class Freshness { folders, files };
+
+  /// The installed entries; read again once a folder has changed, which is looked for every few seconds, or at once
+  /// where a change within a file counts too.
+  std::shared_ptr<const DesktopEntries> currentEntries(Freshness freshness = Freshness::folders) {
     const std::lock_guard lock(entriesMutex_);
     const auto now = clocks_.monotonicNow();
-    if (entries_ && now - entriesCheckedAt_ < folderPeriod) return entries_;
+    const bool isForced = freshness == Freshness::files;
+    if (!isForced && entries_ && now - entriesCheckedAt_ < folderPeriod) return entries_;
     entriesCheckedAt_ = now;
     auto times = folderTimes();
-    if (entries_ && times == folderTimes_) return entries_;
+    if (!isForced && entries_ && times == folderTimes_) return entries_;
     folderTimes_ = std::move(times);
-    entries_ = DesktopEntries::read(folders_, searchPath_, [this](const std::string& problem) {
+    auto read = DesktopEntries::read(places_, [this](const std::string& problem) {
       if (reported_.insert(problem).second) log_.error(problem);
     });
+    // What is known of processes goes by the entries, and need not be found out again for the same ones.
+    if (entries_ && read->all() == entries_->all()) return entries_;
+    entries_ = std::move(read);
     std::map<std::string, KnownApplication> installed;
     for (const auto& entry : entries_->all()) {
-      KnownApplication application{applications::identifierOf(entry, identities_), entry.name, entry.icon, 0,
-                                   entry.isVisible && !entry.runsInTerminal};
+      auto application = applicationOf(entry);
       const auto [known, isNew] = installed.try_emplace(application.identifier, application);
       if (!isNew && application.isVisible && !known->second.isVisible) known->second = std::move(application);
     }
@@ -260,8 +311,7 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
   Executor& background_;
   Clocks& clocks_;
   Logger log_;
-  const std::vector<std::string> folders_;
-  const std::string searchPath_;
+  const DesktopEntries::Places places_;
   const ProcessReader reader_;
   const Identities& identities_ = Identities::builtIn();
   std::atomic<bool> lookIsPosted_ = false;
@@ -284,6 +334,8 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
   std::vector<KnownApplication> running_;
   std::map<std::string, KnownApplication> installed_;
   std::uint64_t pictureNumber_ = 0;
+  std::uint64_t toldNumber_ = 0;
+  std::shared_ptr<std::function<void()>> changed_;
   std::optional<MonotonicTime> lookedAt_;
 };
 
@@ -303,6 +355,14 @@ std::uint64_t ApplicationRegistry::pictureNumber() { return core_->pictureNumber
 std::optional<KnownApplication> ApplicationRegistry::application(const std::string& identifier) {
   return core_->application(identifier);
 }
+
+std::vector<KnownApplication> ApplicationRegistry::listedApplications() { return core_->listedApplications(); }
+
+std::optional<KnownApplication> ApplicationRegistry::applicationAt(const std::string& path) {
+  return core_->applicationAt(path);
+}
+
+void ApplicationRegistry::onChanged(std::function<void()> callback) { core_->onChanged(std::move(callback)); }
 
 std::int32_t ApplicationRegistry::representativePID(std::int32_t pid, const std::string& desktopEntry) {
   return core_->representativePID(pid, desktopEntry);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,6 +21,8 @@ struct ApplicationRegistryOptions {
   std::vector<std::string> dataFolders;
   /// Where programs without a folder are looked for; empty means the PATH variable.
   std::string searchPath;
+  /// What the session's desktop is called; absent means what the session says.
+  std::optional<std::vector<std::string>> desktops;
   /// Whose processes count; absent means the user that runs this.
   std::optional<std::uint32_t> userID;
 };
@@ -34,6 +37,8 @@ struct KnownApplication {
   std::int32_t pid = 0;
   /// Whether people should see it among applications.
   bool isVisible = true;
+  /// The file of its desktop entry.
+  std::string path = {};
 
   friend bool operator==(const KnownApplication&, const KnownApplication&) = default;
 };
@@ -60,6 +65,16 @@ class ApplicationRegistry {
 
   /// A running or installed application by its identifier.
   [[nodiscard]] std::optional<KnownApplication> application(const std::string& identifier);
+
+  /// The installed applications that this desktop lists, in the order of their folders; an identifier may come more
+  /// than once. Reads every entry anew. [any but main]
+  [[nodiscard]] std::vector<KnownApplication> listedApplications();
+
+  /// The application of a desktop entry, wherever the file is; absent if it is none's. [any but main]
+  [[nodiscard]] std::optional<KnownApplication> applicationAt(const std::string& path);
+
+  /// Called from the main loop when pictureNumber() has grown. One observer; an empty function ends it. [main]
+  void onChanged(std::function<void()> callback);
 
   /// The process that stands for the application of `pid`; where that has none, the one of the application whose
   /// desktop entry is `desktopEntry`; else `pid` itself. [any but main]

@@ -36,6 +36,9 @@ Machine makeLinuxMachine(const Runtime& runtime, LinuxMachineOptions options) {
                                                          });
   machine.mediaKeys = std::make_unique<MprisMediaKeys>(watcher);
   machine.sounds = std::make_unique<TonePlayer>(runtime, remote);
+  if (options.releaseFeed) {
+    machine.releaseFeed = std::make_unique<LinuxReleaseFeed>(runtime.main, std::move(*options.releaseFeed));
+  }
   return machine;
 }
 

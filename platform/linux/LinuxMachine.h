@@ -6,6 +6,7 @@
 
 #include "platform/Machine.h"
 #include "platform/linux/ApplicationRegistry.h"
+#include "platform/linux/LinuxReleaseFeed.h"
 #include "platform/linux/PipeWireAudioHardware.h"
 #include "runtime/Runtime.h"
 
@@ -19,6 +20,8 @@ struct LinuxMachineOptions {
   std::optional<std::string> defaultsFile;
   /// D-Bus address of the media players.
   std::optional<std::string> busAddress;
+  /// Absent for a machine without a release feed.
+  std::optional<LinuxReleaseFeedOptions> releaseFeed;
 };
 
 /// Whatever is missing on the machine is empty or silent, and comes when it comes; a missing part is no failure.

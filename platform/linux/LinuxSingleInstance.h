@@ -1,5 +1,5 @@
-// The place of the only instance: a name on the session bus, or a lock file in the runtime folder where there is no
-// bus.
+// The place of the only instance: a name on the session bus, and a locked file in the runtime folder, which holds where
+// there is no bus, and while it is away.
 #pragma once
 
 #include <memory>
@@ -12,6 +12,11 @@
 
 namespace quillmere {
 
+namespace instance {
+class BusPlace;
+class FilePlace;
+}  // namespace instance
+
 struct LinuxSingleInstanceOptions {
   /// D-Bus address; absent means the session's, empty means none.
   std::optional<std::string> busAddress;
@@ -19,8 +24,7 @@ struct LinuxSingleInstanceOptions {
   std::optional<std::string> runtimeFolder;
 };
 
-/// On the bus: the name "app.quillmere.host" with org.freedesktop.Application, so that desktops can activate it as
-/// well. [main]
+/// An instance has the place if neither of the two is another one's. [main]
 class LinuxSingleInstance final : public SingleInstance {
  public:
   LinuxSingleInstance(Executor& main, LogSink& log, LinuxSingleInstanceOptions options = {});
@@ -28,20 +32,20 @@ class LinuxSingleInstance final : public SingleInstance {
   LinuxSingleInstance(const LinuxSingleInstance&) = delete;
   LinuxSingleInstance& operator=(const LinuxSingleInstance&) = delete;
 
-  void onActivationRequested(std::function<void()> callback) override;
-  [[nodiscard]] bool acquire() override;
+  void onActivationRequested(std::function<void(const ActivationRequest& request)> callback) override;
+  [[nodiscard]] bool acquire(const std::optional<ActivationRequest>& request) override;
 
  private:
-  class Place;
   struct Callback;
-  class BusPlace;
-  class FilePlace;
 
   Executor& main_;
+  LogSink& sink_;
   Logger log_;
   LinuxSingleInstanceOptions options_;
   std::shared_ptr<Callback> callback_;
-  std::unique_ptr<Place> place_;
+  bool isFirst_ = false;
+  std::unique_ptr<instance::BusPlace> busPlace_;
+  std::unique_ptr<instance::FilePlace> filePlace_;
 };
 
 }  // namespace quillmere

@@ -2,20 +2,22 @@
 #include "platform/linux/LinuxWindowsLauncher.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <spawn.h>
 #include <sys/socket.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <filesystem>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -29,52 +31,86 @@ constexpr const char* programName = "quillmere-windows";
 /// Beside the standard three.
 constexpr int inheritedDescriptor = 3;
 /// A process that has lost its line ends by itself; one that doesn't in this time is ended.
-constexpr int patienceMillis = 3000;
-
-/// Waits for the end of a child, and brings it about if need be.
-int waitForEnd(pid_t pid) {
-  const auto descriptor = static_cast<int>(::syscall(SYS_pidfd_open, pid, 0));
-  pollfd watched{descriptor, POLLIN, 0};
-  int ready = 0;
-  while (descriptor >= 0 && (ready = ::poll(&watched, 1, patienceMillis)) < 0 && errno == EINTR) {
-  }
-  if (descriptor >= 0) ::close(descriptor);
-  if (ready == 0) ::kill(pid, SIGKILL);
-  int status = 0;
-  while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-  }
-  return status;
-}
+constexpr auto patience = std::chrono::seconds(3);
+/// A child's end makes no noise that one could wait for on every kernel and in every sandbox: it is looked for.
+constexpr auto glance = std::chrono::milliseconds(10);
 
 std::string describe(int status) {
   if (WIFSIGNALED(status)) return "the windows were ended by signal " + std::to_string(WTERMSIG(status));
   return "the windows ended with code " + std::to_string(WEXITSTATUS(status));
 }
 
+/// A process that this one has started. Waited for by one thread; ended by any.
+class Child {
+ public:
+  explicit Child(pid_t pid) : pid_(pid) {}
+
+  /// Ends it at once.
+  void kill() {
+    const std::scoped_lock lock(mutex_);
+    if (pid_ != 0) ::kill(pid_, SIGKILL);
+  }
+  /// Waits for its end, and brings it about if need be; the child's status, or absent if it was waited for already.
+  std::optional<int> waitForEnd() {
+    const auto limit = std::chrono::steady_clock::now() + patience;
+    auto status = collect(WNOHANG);
+    while (!status && pid_ != 0 && std::chrono::steady_clock::now() < limit) {
+      std::this_thread::sleep_for(glance);
+      status = collect(WNOHANG);
+    }
+    if (status || pid_ == 0) return status;
+    kill();
+    return collect(0);
+  }
+
+ private:
+  /// Once its status is taken its number may be another process's.
+  std::optional<int> collect(int flags) {
+    siginfo_t ended{};
+    while (pid_ != 0 && ::waitid(P_PID, static_cast<id_t>(pid_), &ended, WEXITED | WNOWAIT | flags) < 0) {
+      if (errno != EINTR) return std::nullopt;
+    }
+    if (pid_ == 0 || ended.si_pid == 0) return std::nullopt;
+    const std::scoped_lock lock(mutex_);
+    int status = 0;
+    while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
+    }
+    pid_ = 0;
+    return status;
+  }
+
+  std::mutex mutex_;
+  /// Changed under the mutex by the thread that waits, and read by it without.
+  pid_t pid_;
+};
+
 /// The line to a child, and the child itself.
 class ChildChannel final : public Channel {
  public:
   ChildChannel(int socket, pid_t pid, ChannelEvents events, const Logger& log)
-      : pid_(pid),
-        line_(std::make_unique<SocketChannel>(
-            socket, ChannelEvents{std::move(events.received), [this, log, closed = std::move(events.closed)] {
-                                    const int status = waitForEnd(std::exchange(pid_, 0));
-                                    // Nobody has asked it to.
-                                    log.error(describe(status));
-                                    closed();
-                                  }})) {}
+      : child_(pid),
+        line_(std::make_unique<SocketChannel>(socket, ChannelEvents{std::move(events.received),
+                                                                    [this, log, closed = std::move(events.closed)] {
+                                                                      // Nobody has asked it to.
+                                                                      if (const auto status = child_.waitForEnd())
+                                                                        log.error(describe(*status));
+                                                                      closed();
+                                                                    },
+                                                                    std::move(events.drained)})) {}
   ~ChildChannel() override {
+    // The line's thread may be waiting for the child; once it has ended nobody else does.
     line_.reset();
-    if (pid_ != 0) waitForEnd(pid_);
+    child_.waitForEnd();
   }
   ChildChannel(const ChildChannel&) = delete;
   ChildChannel& operator=(const ChildChannel&) = delete;
 
   void send(const std::string& message) override { line_->send(message); }
+  [[nodiscard]] std::size_t waitingBytes() const override { return line_->waitingBytes(); }
+  void giveUp() override { child_.kill(); }
 
  private:
-  /// The line's thread alone touches it until that has ended.
-  pid_t pid_;
+  Child child_;
   std::unique_ptr<SocketChannel> line_;
 };
 

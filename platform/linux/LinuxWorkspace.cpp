@@ -22,6 +22,12 @@ bool isAddress(const std::string& url) {
   return g_uri_is_valid(url.c_str(), G_URI_FLAGS_PARSE_RELAXED, nullptr) != FALSE;
 }
 
+InstalledApplication installedFrom(KnownApplication application) {
+  std::optional<std::string> name;
+  if (!application.name.empty()) name = std::move(application.name);
+  return {std::move(application.identifier), std::move(name), std::move(application.path)};
+}
+
 std::string takeMessage(GError* error) {
   std::string message = error == nullptr ? "unknown error" : error->message;
   if (error != nullptr) g_error_free(error);
@@ -85,6 +91,28 @@ std::vector<RunningApplication> LinuxWorkspace::join(const std::vector<AudioClie
 std::optional<IconReference> LinuxWorkspace::icon(const std::string& bundleID) {
   const auto application = registry_->application(bundleID);
   return application ? application->icon : std::nullopt;
+}
+
+std::vector<InstalledApplication> LinuxWorkspace::installedApplications() {
+  std::vector<InstalledApplication> installed;
+  for (auto& application : registry_->listedApplications()) installed.push_back(installedFrom(std::move(application)));
+  return installed;
+}
+
+std::optional<InstalledApplication> LinuxWorkspace::installedApplication(const std::string& bundleID) {
+  auto application = registry_->application(bundleID);
+  if (!application || application->path.empty()) return std::nullopt;
+  return installedFrom(std::move(*application));
+}
+
+std::optional<InstalledApplication> LinuxWorkspace::applicationAt(const std::string& path) {
+  auto application = registry_->applicationAt(path);
+  if (!application) return std::nullopt;
+  return installedFrom(std::move(*application));
+}
+
+void LinuxWorkspace::onApplicationsChanged(std::function<void()> callback) {
+  registry_->onChanged(std::move(callback));
 }
 
 bool LinuxWorkspace::openURL(const std::string& url) {

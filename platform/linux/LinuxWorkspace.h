@@ -28,6 +28,10 @@ class LinuxWorkspace final : public Workspace {
   /// audio client tells of.
   [[nodiscard]] std::vector<RunningApplication> runningApplications() override;
   [[nodiscard]] std::optional<IconReference> icon(const std::string& bundleID) override;
+  [[nodiscard]] std::vector<InstalledApplication> installedApplications() override;
+  [[nodiscard]] std::optional<InstalledApplication> installedApplication(const std::string& bundleID) override;
+  [[nodiscard]] std::optional<InstalledApplication> applicationAt(const std::string& path) override;
+  void onApplicationsChanged(std::function<void()> callback) override;
   /// Hands the address to the desktop's opener; false for what is no address and where there is no opener.
   bool openURL(const std::string& url) override;
 

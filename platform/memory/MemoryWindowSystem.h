@@ -23,7 +23,7 @@ class MemoryWindowSystem final : public WindowSystem {
   [[nodiscard]] ActivationPolicy activationPolicy() const override { return policy_; }
   void setActivationPolicy(ActivationPolicy policy) override;
   void activate() override { calls.emplace_back("activate"); }
-  void showAboutPanel() override { calls.emplace_back("about"); }
+  void showAboutPanel(const std::string& /*activationToken*/) override { calls.emplace_back("about"); }
   void terminate() override { calls.emplace_back("terminate"); }
   void onWindowBecameKey(WindowObserver observer) override { becameKey_ = std::move(observer); }
   void onWindowWillClose(WindowObserver observer) override { willClose_ = std::move(observer); }

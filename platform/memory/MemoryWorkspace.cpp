@@ -1,6 +1,7 @@
 // A workspace that a test sets by hand.
 #include "platform/memory/MemoryWorkspace.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillmere {
@@ -16,6 +17,47 @@ std::optional<IconReference> MemoryWorkspace::icon(const std::string& bundleID) 
   const auto found = icons_.find(bundleID);
   if (found == icons_.end()) return std::nullopt;
   return found->second;
+}
+
+std::vector<InstalledApplication> MemoryWorkspace::installedApplications() {
+  const std::lock_guard lock(mutex_);
+  ++scans_;
+  return installed_;
+}
+
+std::optional<InstalledApplication> MemoryWorkspace::installedApplication(const std::string& bundleID) {
+  const std::lock_guard lock(mutex_);
+  const auto found = std::ranges::find(installed_, bundleID, &InstalledApplication::bundleID);
+  if (found == installed_.end()) return std::nullopt;
+  return *found;
+}
+
+std::optional<InstalledApplication> MemoryWorkspace::applicationAt(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  const auto found = std::ranges::find(installed_, path, &InstalledApplication::path);
+  if (found == installed_.end()) return std::nullopt;
+  return *found;
+}
+
+void MemoryWorkspace::onApplicationsChanged(std::function<void()> callback) { changed_ = std::move(callback); }
+
+void MemoryWorkspace::install(std::string bundleID, std::optional<std::string> name, std::string path) {
+  const std::lock_guard lock(mutex_);
+  installed_.push_back({std::move(bundleID), std::move(name), std::move(path)});
+}
+
+void MemoryWorkspace::uninstall(const std::string& bundleID) {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(installed_, [&](const InstalledApplication& each) { return each.bundleID == bundleID; });
+}
+
+void MemoryWorkspace::tellApplicationsChanged() {
+  if (changed_) changed_();
+}
+
+int MemoryWorkspace::scanCount() const {
+  const std::lock_guard lock(mutex_);
+  return scans_;
 }
 
 bool MemoryWorkspace::openURL(const std::string& url) {

@@ -2,8 +2,10 @@
 // Calls are recorded.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +18,10 @@ class MemoryWorkspace final : public Workspace {
  public:
   [[nodiscard]] std::vector<RunningApplication> runningApplications() override;
   [[nodiscard]] std::optional<IconReference> icon(const std::string& bundleID) override;
+  [[nodiscard]] std::vector<InstalledApplication> installedApplications() override;
+  [[nodiscard]] std::optional<InstalledApplication> installedApplication(const std::string& bundleID) override;
+  [[nodiscard]] std::optional<InstalledApplication> applicationAt(const std::string& path) override;
+  void onApplicationsChanged(std::function<void()> callback) override;
   bool openURL(const std::string& url) override;
 
   /// Replaces the whole list, in the order in which it will be told.
@@ -24,6 +30,12 @@ class MemoryWorkspace final : public Workspace {
   void launch(std::string bundleID, std::string localizedName, std::int32_t pid);
   /// Drops every entry with this identifier.
   void terminate(const std::string& bundleID);
+  /// Adds one application behind those that are installed.
+  void install(std::string bundleID, std::optional<std::string> name, std::string path);
+  /// Drops every installed entry with this identifier.
+  void uninstall(const std::string& bundleID);
+  /// What a look of the host would do that finds other applications. [main]
+  void tellApplicationsChanged();
   void setIcon(const std::string& bundleID, IconReference icon);
   /// What the next openURL calls return; true at first.
   void setOpensURLs(bool opens);
@@ -32,6 +44,8 @@ class MemoryWorkspace final : public Workspace {
   [[nodiscard]] std::vector<std::string> openedURLs() const;
   /// How often the running applications were asked for.
   [[nodiscard]] int listingCount() const;
+  /// How often the installed applications were asked for.
+  [[nodiscard]] int scanCount() const;
 
  private:
   mutable std::mutex mutex_;
@@ -40,6 +54,9 @@ class MemoryWorkspace final : public Workspace {
   std::vector<std::string> openedURLs_;
   bool opensURLs_ = true;
   int listings_ = 0;
+  std::vector<InstalledApplication> installed_;
+  std::function<void()> changed_;
+  int scans_ = 0;
 };
 
 }  // namespace quillmere

@@ -50,20 +50,19 @@ inline void from_json(const nlohmann::json& form, Uuid& id) {
 }
 
 inline void to_json(nlohmann::json& form, const PomodoroPhase& phase) {
-  form = {static_cast<int>(phase.kind), phase.endsAt.secondsSinceReference};
+  const auto& [kind, endsAt] = phase;
+  form = {static_cast<int>(kind), endsAt.secondsSinceReference};
 }
 inline void from_json(const nlohmann::json& form, PomodoroPhase& phase) {
   phase = {enumerated(form.at(0), PomodoroPhase::Kind::idle), Date{form.at(1).get<double>()}};
 }
 
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Date, secondsSinceReference)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(AudioApp, bundleID, name, gain, muted, routedDeviceUID)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Profile, id, name, apps, focusModeID, updatedAt)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(DuckRule, triggerBundleIDs, duckedBundleIDs, targetGain, fadeMillis,
-                                   restoreDelayMillis)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(AudioOutputDevice, uid, name, id, isDefault)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(BrowserTab, id, browserBundleID, title, urlString, isActive)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(NowPlayingTrack, title, artist, album, sourceBundleID, isPlaying, elapsedTime,
-                                   totalDuration)
+// The second function is never called. It takes a record apart, which compiles only into all of its members.
+#define QUILLMERE_RECORD(Record, ...)                     \
+  NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(Record, __VA_ARGS__) \
+  inline void expectAllMembers(const Record& record) { [[maybe_unused]] const auto& [__VA_ARGS__] = record; }
+
+#define RECORD QUILLMERE_RECORD
+#include "wire/Records.def"
 
 }  // namespace quillmere

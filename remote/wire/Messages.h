@@ -7,15 +7,11 @@ namespace quillmere::wire {
 constexpr const char* type = "type";
 
 // From the mixer.
-constexpr const char* fields = "fields";        ///< values: all fields by name; settings: by key. The first message.
+constexpr const char* fields = "fields";        ///< values: all fields by name. Before any other.
 constexpr const char* field = "field";          ///< name, value: a field that has changed.
 constexpr const char* performed = "performed";  ///< One call has been performed, after whatever it changed.
-constexpr const char* icon = "icon";            ///< number, and themed, file or png; none of these where there is none.
 
 // To the mixer.
-constexpr const char* call = "call";          ///< name, arguments.
-constexpr const char* setting = "setting";    ///< key, value.
-constexpr const char* findIcon = "findIcon";  ///< number, bundleID.
-constexpr const char* openURL = "openURL";    ///< url.
+constexpr const char* call = "call";  ///< name, arguments.
 
 }  // namespace quillmere::wire

@@ -9,14 +9,16 @@
 namespace quillmere {
 
 inline void to_json(nlohmann::json& form, const StatusMenuItem& item) {
-  form = {{"kind", static_cast<int>(item.kind)},
-          {"id", item.id},
-          {"title", item.title},
-          {"isEnabled", item.isEnabled},
-          {"isChecked", item.isChecked},
-          {"key", item.key},
-          {"icon", static_cast<int>(item.icon)},
-          {"children", item.children}};
+  // All members by name: one more does not compile.
+  const auto& [kind, id, title, isEnabled, isChecked, key, icon, children] = item;
+  form = {{"kind", static_cast<int>(kind)},
+          {"id", id},
+          {"title", title},
+          {"isEnabled", isEnabled},
+          {"isChecked", isChecked},
+          {"key", key},
+          {"icon", static_cast<int>(icon)},
+          {"children", children}};
 }
 
 inline void from_json(const nlohmann::json& form, StatusMenuItem& item) {

@@ -11,7 +11,7 @@ from quillmere_e2e import graph
 from quillmere_e2e.case import AMPLITUDE, DESK, PHONES, forget_settings
 from quillmere_e2e.players import Player
 from quillmere_e2e.processes import is_alive
-from quillmere_e2e.program import Program
+from quillmere_e2e.program import Program, shown_windows
 from quillmere_e2e.recording import Monitor
 from quillmere_e2e.tones import to_db
 from quillmere_e2e.waiting import wait_for
@@ -68,13 +68,6 @@ class Window(unittest.TestCase):
         self.assertAlmostEqual(self.desk.wait_for_level(500, half), half, delta=0.2)
         self.assertAlmostEqual(a11y.fraction(self.open_popover()), 0.5, delta=0.01)
         self.assertNotEqual(self.program.windows(), [drawn_by])
-
-
-def shown_windows():
-    """The program's windows that show, by their title."""
-    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^quillmere$"], check=False,
-                           stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-    return found.stdout.split()
 
 
 class InTheBackground(unittest.TestCase):

@@ -10,9 +10,6 @@
 
 #include "StateFixture.h"
 #include "remote/MixerHost.h"
-#include "remote/RemoteDefaults.h"
-#include "remote/RemoteWorkspace.h"
-#include "state/ViewSettings.h"
 
 namespace quillmere {
 namespace {
@@ -23,8 +20,9 @@ class Remote : public StateFixture {
  protected:
   /// The other process comes.
   void connect() {
-    host = std::make_unique<MixerHost>(state(), disk, box->workspace, box->runtime,
-                                       [this](const json& message) { toRemote.push_back(encodeMessage(message)); });
+    host = std::make_unique<MixerHost>(
+        state(), box->runtime,
+        [this](const json& message) { toRemote.push_back(encodeMessage(message)); }, [this] { return isBehind; });
     remote = std::make_unique<RemoteState>(box->log, toHost());
     deliver();
   }
@@ -34,8 +32,6 @@ class Remote : public StateFixture {
   void takeOne() {
     const auto message = decodeMessage(toRemote.front()).value();
     toRemote.pop_front();
-    defaults.take(message);
-    if (workspace.take(message)) return;
     EXPECT_TRUE(remote->take(message)) << message;
   }
   void performOne() {
@@ -54,39 +50,17 @@ class Remote : public StateFixture {
                          [&](const AudioApp& each) { return each.bundleID == bundleID; });
   }
 
+  bool isBehind = false;
   std::deque<std::string> toRemote;
   std::deque<std::string> toMixer;
   std::unique_ptr<MixerHost> host;
   std::unique_ptr<RemoteState> remote;
-  RemoteDefaults defaults{toHost()};
-  RemoteWorkspace workspace{toHost()};
 };
 
-/// All fields must arrive: two that differ are named.
+/// All fields must arrive: those that differ are named.
 void expectSame(const MixerState& here, const MixerState& there) {
-  EXPECT_EQ(*here.apps(), *there.apps());
-  EXPECT_EQ(*here.profiles(), *there.profiles());
-  EXPECT_EQ(*here.activeProfileID(), *there.activeProfileID());
-  EXPECT_EQ(*here.masterGain(), *there.masterGain());
-  EXPECT_EQ(*here.outputDeviceUID(), *there.outputDeviceUID());
-  EXPECT_EQ(*here.liveBundleIDs(), *there.liveBundleIDs());
-  EXPECT_EQ(*here.micBundleIDs(), *there.micBundleIDs());
-  EXPECT_EQ(*here.isDucking(), *there.isDucking());
-  EXPECT_EQ(*here.duckedBundleIDs(), *there.duckedBundleIDs());
-  EXPECT_EQ(*here.hasCompletedOnboarding(), *there.hasCompletedOnboarding());
-  EXPECT_EQ(*here.duckRule(), *there.duckRule());
-  EXPECT_EQ(*here.outputDevices(), *there.outputDevices());
-  EXPECT_EQ(*here.browserTabs(), *there.browserTabs());
-  EXPECT_EQ(*here.isWhisperMode(), *there.isWhisperMode());
-  EXPECT_EQ(*here.whisperLevel(), *there.whisperLevel());
-  EXPECT_EQ(*here.nowPlaying(), *there.nowPlaying());
-  EXPECT_EQ(*here.sleepTimerEndsAt(), *there.sleepTimerEndsAt());
-  EXPECT_EQ(*here.pomodoroPhase(), *there.pomodoroPhase());
-  EXPECT_EQ(*here.pomodoroFocusMinutes(), *there.pomodoroFocusMinutes());
-  EXPECT_EQ(*here.pomodoroBreakMinutes(), *there.pomodoroBreakMinutes());
-  EXPECT_EQ(*here.pomodoroFocusBundleID(), *there.pomodoroFocusBundleID());
-  EXPECT_EQ(*here.focusCandidateBundleIDs(), *there.focusCandidateBundleIDs());
-  EXPECT_EQ(*here.pauseOnHeadphoneDisconnect(), *there.pauseOnHeadphoneDisconnect());
+#define FIELD(type, name, ...) EXPECT_EQ(*here.name(), *there.name()) << #name;
+#include "state/MixerFields.def"
 }
 
 TEST_F(Remote, KnowsEveryFieldFromTheStart) {
@@ -284,18 +258,6 @@ TEST_F(Remote, NumbersAndTextsArriveAsTheyWere) {
   EXPECT_EQ(app(state(), odd).gain, std::numeric_limits<float>::infinity());
 }
 
-TEST_F(Remote, ViewsSettingsComeAndGo) {
-  startWithThree();
-  disk.set(ViewSettings::bannerKey, false);
-  connect();
-  ViewSettings settings(defaults);
-  EXPECT_FALSE(*settings.showDuckBanner());
-  EXPECT_TRUE(*settings.scrollOverRowAdjustsVolume());
-  settings.setScrollOverRowAdjustsVolume(false);
-  deliver();
-  EXPECT_EQ(disk.boolean(ViewSettings::scrollKey), false);
-}
-
 TEST_F(Remote, BadMessagesAreLoggedAndChangeNothing) {
   startWithThree();
   connect();
@@ -307,9 +269,6 @@ TEST_F(Remote, BadMessagesAreLoggedAndChangeNothing) {
            json{{"type", "call"}, {"name", "setGain"}, {"arguments", json::array({0.5})}},
            json{{"type", "call"}, {"name", "setGain"}, {"arguments", json::array({"loud", spotify})}},
            json{{"type", "call"}, {"name", "deleteProfile"}, {"arguments", json::array({"not an identity"})}},
-           json{{"type", "setting"}, {"key", "quillmere.appsState"}, {"value", true}},
-           json{{"type", "setting"}, {"key", ViewSettings::bannerKey}, {"value", 1}},
-           json{{"type", "findIcon"}, {"number", 1}},
        }) {
     box->log.clear();
     EXPECT_TRUE(host->take(bad)) << bad;
@@ -324,6 +283,7 @@ TEST_F(Remote, BadMessagesAreLoggedAndChangeNothing) {
            json{{"type", "fields"}, {"values", {{"apps", "none"}}}},
            json{{"type", "field"}, {"name", "pomodoroPhase"}, {"value", json::array({9, 0.0})}},
            json{{"type", "field"}, {"name", "masterGain"}},
+           json{{"type", "field"}, {"name", "colour"}, {"value", 1}},
        }) {
     box->log.clear();
     EXPECT_TRUE(remote->take(bad)) << bad;
@@ -331,6 +291,84 @@ TEST_F(Remote, BadMessagesAreLoggedAndChangeNothing) {
   }
   EXPECT_EQ(*state().apps(), before);
   EXPECT_EQ(*remote->apps(), before);
+}
+
+TEST_F(Remote, AMessageWithOneUnreadableValueLosesThatValueOnly) {
+  startWithThree();
+  connect();
+  auto values = json::object();
+  values["apps"] = json::array({{{"bundleID", 7}}});
+  values["isDucking"] = true;
+  values["pomodoroPhase"] = "soon";
+  values["whisperLevel"] = 0.25;
+  const auto before = *remote->apps();
+  box->log.clear();
+  EXPECT_TRUE(remote->take({{"type", "fields"}, {"values", values}}));
+  EXPECT_EQ(*remote->apps(), before);
+  EXPECT_TRUE(*remote->isDucking());
+  EXPECT_EQ(*remote->whisperLevel(), 0.25F);
+  EXPECT_EQ(remote->pomodoroPhase()->kind, PomodoroPhase::Kind::idle);
+  EXPECT_EQ(box->log.lines().size(), 2U);
+}
+
+TEST_F(Remote, AnUnreadableValueThatWasHeldBackLosesNoOtherOne) {
+  startWithThree();
+  connect();
+  remote->setMasterGain(0.5F);
+  EXPECT_TRUE(remote->take({{"type", "field"}, {"name", "apps"}, {"value", "none"}}));
+  EXPECT_TRUE(remote->take({{"type", "field"}, {"name", "masterGain"}, {"value", 0.75}}));
+  EXPECT_TRUE(remote->take({{"type", "performed"}}));
+  EXPECT_EQ(*remote->masterGain(), 0.75F);
+  EXPECT_FALSE(remote->apps()->empty());
+}
+
+TEST_F(Remote, OneThatIsBehindIsToldOnlyHowThingsHaveComeToBe) {
+  startWithThree();
+  connect();
+  isBehind = true;
+  for (int step = 0; step < 1000; ++step) {
+    state().setGain(0.001F * static_cast<float>(step), spotify);
+    state().setMasterGain(0.001F * static_cast<float>(step));
+  }
+  state().toggleWhisperMode();
+  EXPECT_TRUE(toRemote.empty());
+  isBehind = false;
+  host->catchUp();
+  EXPECT_LE(toRemote.size(), 4U);
+  deliver();
+  expectSame(state(), *remote);
+  state().setMasterGain(0.75F);
+  EXPECT_EQ(toRemote.size(), 1U) << "all is as before";
+}
+
+TEST_F(Remote, OneThatFallsBehindAgainWhileItCatchesUpGetsTheRestLater) {
+  startWithThree();
+  connect();
+  isBehind = true;
+  state().setGain(0.25F, spotify);
+  state().setMasterGain(0.5F);
+  host->catchUp();
+  EXPECT_TRUE(toRemote.empty());
+  isBehind = false;
+  host->catchUp();
+  deliver();
+  expectSame(state(), *remote);
+}
+
+TEST_F(Remote, ALevelOfOneThatIsBehindIsNotPulledBackByAnOlderOne) {
+  startWithThree();
+  connect();
+  isBehind = true;
+  state().setGain(0.25F, zoom);
+  remote->setGain(0.5F, spotify);
+  performOne();
+  EXPECT_TRUE(toRemote.empty()) << "not even that the call is over";
+  isBehind = false;
+  host->catchUp();
+  ASSERT_EQ(toRemote.size(), 2U);
+  EXPECT_EQ(decodeMessage(toRemote.back()).value().at("type"), "performed") << "after what it has changed";
+  deliver();
+  expectSame(state(), *remote);
 }
 
 TEST_F(Remote, BytesThatAreNoMessageAreNone) {

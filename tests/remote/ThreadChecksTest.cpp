@@ -12,12 +12,9 @@
 #include "StateFixture.h"
 #include "platform/memory/MemoryStatusItem.h"
 #include "remote/MixerHost.h"
-#include "remote/RemoteDefaults.h"
 #include "remote/RemoteState.h"
 #include "remote/RemoteStatusItem.h"
-#include "remote/wire/Calls.h"
 #include "state/SettingsStore.h"
-#include "state/ViewSettings.h"
 
 namespace quillmere {
 namespace {
@@ -47,9 +44,10 @@ class ThreadChecksDeathTest : public StateFixture {
 
   static NamedCalls operationsOf(MixerState& state) {
     NamedCalls calls;
-    wire::visitCalls([&]<typename... Parameters>(const char* name, void (MixerState::*operation)(Parameters...)) {
-      calls.emplace_back(name, [&state, operation] { (state.*operation)(std::remove_cvref_t<Parameters>{}...); });
-    });
+    MixerState::visitOperations(
+        [&]<typename... Parameters>(const char* name, void (MixerState::*operation)(Parameters...)) {
+          calls.emplace_back(name, [&state, operation] { (state.*operation)(std::remove_cvref_t<Parameters>{}...); });
+        });
     return calls;
   }
 
@@ -70,10 +68,11 @@ TEST_F(ThreadChecksDeathTest, EveryOperationOfTheMixerInAnotherProcess) {
 
 TEST_F(ThreadChecksDeathTest, TheMixersEndOfTheBorder) {
   startWithThree();
-  MixerHost host(state(), disk, box->workspace, box->runtime, send);
-  expectMainOnly({{"the host", [&] { MixerHost another(state(), disk, box->workspace, box->runtime, send); }},
-                  {"take", [&] { host.take({{"type", "nothing"}}); }}},
-                 [this](const auto& work) { onTheBackground(work); });
+  MixerHost host(state(), box->runtime, send, [] { return false; });
+  expectMainOnly(
+      {{"the host", [&] { MixerHost another(state(), box->runtime, send, [] { return false; }); }},
+       {"take", [&] { host.take({{"type", "nothing"}}); }}},
+      [this](const auto& work) { onTheBackground(work); });
 }
 
 TEST_F(ThreadChecksDeathTest, TheIconAtBothEnds) {
@@ -87,18 +86,6 @@ TEST_F(ThreadChecksDeathTest, TheIconAtBothEnds) {
                   {"take", [&] { item.take({{"type", "nothing"}}); }},
                   {"disconnected", [&] { item.disconnected(); }},
                   {"the host's take", [&] { host.take({{"type", "nothing"}}); }}},
-                 onAnotherThread);
-}
-
-TEST_F(ThreadChecksDeathTest, TheSettingsOfTheViewsAtBothEnds) {
-  RemoteDefaults remote(send);
-  ViewSettings settings(remote);
-  expectMainOnly({{"take", [&] { remote.take({{"type", "fields"}}); }},
-                  {"set", [&] { remote.set("key", true); }},
-                  {"object", [&] { static_cast<void>(remote.object("key")); }},
-                  {"remove", [&] { remote.remove("key"); }},
-                  {"setShowDuckBanner", [&] { settings.setShowDuckBanner(false); }},
-                  {"setScrollOverRowAdjustsVolume", [&] { settings.setScrollOverRowAdjustsVolume(false); }}},
                  onAnotherThread);
 }
 

@@ -39,6 +39,16 @@ TEST_F(CommandLine, StartsInTheBackground) {
   EXPECT_TRUE(options->inBackground);
 }
 
+TEST_F(CommandLine, ASectionIsNamed) {
+  for (const auto& arguments :
+       {std::vector<std::string>{"--section=Settings"}, std::vector<std::string>{"--section", "Settings"}}) {
+    const auto options = parse(arguments);
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->section, "Settings");
+  }
+  EXPECT_FALSE(parse({})->section);
+}
+
 TEST_F(CommandLine, HelpAndVersionAreToldAndNothingStarts) {
   for (const auto* option : {"-h", "--help"}) {
     EXPECT_FALSE(parse({option}));

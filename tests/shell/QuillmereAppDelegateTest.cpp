@@ -111,6 +111,17 @@ TEST_F(Shell, AFirstRunHandsOverToTheOnboarding) {
   EXPECT_EQ(windows.calls, (Calls{"close main", "open onboarding", "activate"}));
 }
 
+TEST_F(Shell, TheMainWindowTakesThePlaceOfAnOnboardingThatIsOver) {
+  auto delegate = makeDelegate();
+  delegate.applicationDidFinishLaunching();
+  windows.open("onboarding");
+  windows.calls.clear();
+  delegate.finishOnboarding();
+  EXPECT_EQ(windows.calls, (Calls{"close onboarding", "open main", "activate"}));
+  time.runUntilIdle();
+  EXPECT_EQ(windows.activationPolicy(), ActivationPolicy::regular);
+}
+
 TEST_F(Shell, WithoutAnOnboardingAFirstRunKeepsItsMainWindow) {
   MemoryWindowSystem bare({"main"});
   QuillmereAppDelegate delegate(time.runtime(log), bare, {});
@@ -133,6 +144,7 @@ TEST_F(ShellDeathTest, EveryCallOffTheMainThreadStopsTheProcess) {
   EXPECT_DEATH(elsewhere([&] { delegate.applicationDidFinishLaunching(); }), "off the main thread");
   EXPECT_DEATH(elsewhere([&] { delegate.refreshActivationPolicy(); }), "off the main thread");
   EXPECT_DEATH(elsewhere([&] { delegate.handleMainWindowAppear(true); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { delegate.finishOnboarding(); }), "off the main thread");
 }
 
 }  // namespace

@@ -13,8 +13,8 @@ namespace {
 class RecordingUpdater final : public Updater {
  public:
   void checkForUpdates() override { ++checks; }
-  [[nodiscard]] std::optional<std::string> latestVersion() const override { return latest; }
-  std::optional<std::string> latest;
+  [[nodiscard]] const Observable<std::optional<std::string>>& latestVersion() const override { return latest; }
+  Observable<std::optional<std::string>> latest;
   int checks = 0;
 };
 
@@ -22,13 +22,13 @@ class StatusBar : public StateFixture {
  protected:
   StatusBar() { startWithThree(); }
 
-  StatusBarController makeController(Updater* withUpdater = nullptr) {
+  StatusBarController makeController() {
     StatusBarIntents intents;
-    intents.openMainWindow = [this](const std::optional<std::string>& section, const std::string&) {
-      opened.push_back(section.value_or("none"));
+    intents.openMainWindow = [this](const ActivationRequest& request) {
+      opened.push_back(request.section.value_or("none"));
     };
     intents.togglePopover = [this](const StatusItemActivation&) { ++toggles; };
-    return {state(), box->runtime, windows, box->workspace, withUpdater, std::move(intents)};
+    return {state(), box->runtime, windows, std::move(intents)};
   }
   static StatusMenuEntry entryFor(StatusAction action) {
     StatusMenuEntry entry;
@@ -114,18 +114,29 @@ TEST_F(StatusBar, WithoutAnUpdaterTheDownloadPageOpens) {
 }
 
 TEST_F(StatusBar, WithAnUpdaterBothFormsOfTheEntryAskIt) {
-  auto controller = makeController(&updater);
+  auto controller = makeController();
+  state().useUpdater(updater);
   controller.perform(entryFor(StatusAction::checkForUpdates));
-  updater.latest = "999.0";
+  updater.latest.set("999.0");
   EXPECT_EQ(controller.rebuildMenu()[8].title, "Download update…");
   controller.perform(entryFor(StatusAction::checkForUpdates));
   EXPECT_EQ(updater.checks, 2);
   EXPECT_TRUE(box->workspace.openedURLs().empty());
 }
 
+TEST_F(StatusBar, TheMenuChangesWhenAVersionBecomesKnown) {
+  auto controller = makeController();
+  state().useUpdater(updater);
+  int changes = 0;
+  controller.observeMenu([&] { ++changes; });
+  updater.latest.set("999.0");
+  EXPECT_EQ(changes, 1);
+}
+
 TEST_F(StatusBar, AnOlderPublishedVersionIsNoUpdate) {
-  auto controller = makeController(&updater);
-  updater.latest = "0.0.1";
+  auto controller = makeController();
+  state().useUpdater(updater);
+  updater.latest.set("0.0.1");
   EXPECT_EQ(controller.rebuildMenu()[8].title, "Check for Updates…");
 }
 

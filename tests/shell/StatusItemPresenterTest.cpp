@@ -27,8 +27,8 @@ class Icon : public Started {
   }
   StatusBarIntents intents() {
     StatusBarIntents result;
-    result.openMainWindow = [this](const std::optional<std::string>& section, const std::string& token) {
-      opened.push_back(section.value_or("none") + "/" + token);
+    result.openMainWindow = [this](const ActivationRequest& request) {
+      opened.push_back(request.section.value_or("none") + "/" + request.activationToken);
     };
     result.togglePopover = [this](const StatusItemActivation& activation) { clicks.push_back(activation); };
     return result;
@@ -39,7 +39,7 @@ class Icon : public Started {
   std::vector<std::string> opened;
   std::vector<StatusItemActivation> clicks;
   MemoryStatusItem item;
-  StatusBarController controller{state(), box->runtime, windows, box->workspace, nullptr, intents()};
+  StatusBarController controller{state(), box->runtime, windows, intents()};
   StatusItemPresenter presenter{item, controller};
 };
 

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "StateFixture.h"
+#include "remote/SeamVersion.h"
 #include "remote/SendMessage.h"
 
 namespace quillmere {
@@ -19,18 +20,23 @@ class FakeLauncher final : public WindowsLauncher {
   struct Line {
     ChannelEvents events;
     std::vector<json> sent;
+    std::size_t waiting = 0;
     bool isOpen = true;
+    bool isGivenUp = false;
   };
 
   std::unique_ptr<Channel> launch(ChannelEvents events) override {
     if (fails) return nullptr;
     lines.push_back(std::make_shared<Line>());
     lines.back()->events = std::move(events);
+    if (!greeting.is_null()) lines.back()->events.received(encodeMessage(greeting));
     return std::make_unique<End>(lines.back());
   }
 
   std::vector<std::shared_ptr<Line>> lines;
   bool fails = false;
+  /// What each process says first; null for nothing.
+  json greeting{{"type", "hello"}, {"version", seamVersion()}};
 
  private:
   class End final : public Channel {
@@ -40,6 +46,8 @@ class FakeLauncher final : public WindowsLauncher {
     End(const End&) = delete;
     End& operator=(const End&) = delete;
     void send(const std::string& message) override { line_->sent.push_back(decodeMessage(message).value()); }
+    [[nodiscard]] std::size_t waitingBytes() const override { return line_->waiting; }
+    void giveUp() override { line_->isGivenUp = true; }
 
    private:
     std::shared_ptr<Line> line_;
@@ -56,7 +64,11 @@ class WindowsOfTheProgram : public Started {
  protected:
   WindowsIntents intents() {
     WindowsIntents result;
-    result.openMainWindow = [this] { events.emplace_back("open"); };
+    result.openMainWindow = [this](const ActivationRequest& request) {
+      events.push_back("open " + request.section.value_or("none"));
+    };
+    result.finishOnboarding = [this] { events.emplace_back("finished"); };
+    result.halvesDiffer = [this](const std::string& version) { events.push_back("differ " + version); };
     result.mainWindowShown = [this] { events.emplace_back("shown"); };
     result.terminate = [this] { events.emplace_back("terminate"); };
     return result;
@@ -70,6 +82,7 @@ class WindowsOfTheProgram : public Started {
     return found;
   }
   void say(const json& message) {
+    settle();
     launcher.lines.back()->events.received(encodeMessage(message));
     settle();
   }
@@ -81,7 +94,7 @@ class WindowsOfTheProgram : public Started {
 
   FakeLauncher launcher;
   std::vector<std::string> events;
-  WindowsProcess windows{launcher, state(), disk, box->workspace, box->runtime, intents()};
+  WindowsProcess windows{launcher, state(), box->runtime, intents()};
 };
 
 TEST_F(WindowsOfTheProgram, NoProcessRunsBeforeAWindowIsWanted) {
@@ -96,7 +109,8 @@ TEST_F(WindowsOfTheProgram, NoProcessRunsBeforeAWindowIsWanted) {
 TEST_F(WindowsOfTheProgram, TheFirstWordIsTheStateAndThenTheWish) {
   windows.togglePopover({StatusItemPoint{10, 20}, "token"});
   ASSERT_EQ(launcher.lines.size(), 1U);
-  EXPECT_EQ(launcher.lines[0]->sent.front().at("type"), "fields");
+  EXPECT_EQ(launcher.lines[0]->sent[0].at("type"), "hello");
+  EXPECT_EQ(launcher.lines[0]->sent[1].at("type"), "fields");
   const auto wish = sent("togglePopover");
   ASSERT_EQ(wish.size(), 1U);
   EXPECT_EQ(wish[0].at("x"), 10);
@@ -107,7 +121,7 @@ TEST_F(WindowsOfTheProgram, TheFirstWordIsTheStateAndThenTheWish) {
 TEST_F(WindowsOfTheProgram, OneProcessDrawsThemAll) {
   windows.togglePopover({});
   windows.open("main");
-  windows.showAboutPanel();
+  windows.showAboutPanel({});
   EXPECT_EQ(launcher.lines.size(), 1U);
   EXPECT_FALSE(sent("togglePopover")[0].contains("x"));
 }
@@ -239,9 +253,18 @@ TEST_F(WindowsOfTheProgram, GesturesReachTheMixer) {
 
 TEST_F(WindowsOfTheProgram, WishesOfTheWindowsReachTheProgram) {
   windows.open("main");
+  settle();
   say({{"type", "openMainWindow"}});
+  say({{"type", "openMainWindow"}, {"section", "Settings"}});
+  say({{"type", "finishOnboarding"}});
   say({{"type", "quit"}});
-  EXPECT_EQ(events, (std::vector<std::string>{"open", "terminate"}));
+  EXPECT_EQ(events, (std::vector<std::string>{"open none", "open Settings", "finished", "terminate"}));
+}
+
+TEST_F(WindowsOfTheProgram, BothOfItsWindowsCanBeOpenedAndNoOther) {
+  EXPECT_TRUE(windows.canOpen("main"));
+  EXPECT_TRUE(windows.canOpen("onboarding"));
+  EXPECT_FALSE(windows.canOpen("cellar"));
 }
 
 TEST_F(WindowsOfTheProgram, NonsenseIsLoggedAndIgnored) {
@@ -308,6 +331,189 @@ TEST_F(WindowsOfTheProgram, OldTrayThatIsNoLongerWantedLetsTheProcessEnd) {
   EXPECT_EQ(launcher.lines.size(), 1U);
 }
 
+TEST_F(WindowsOfTheProgram, ASectionIsCarriedToTheWindow) {
+  windows.open("main", {"Settings", "token"});
+  windows.open("main", {});
+  const auto wishes = sent("openWindow");
+  ASSERT_EQ(wishes.size(), 2U);
+  EXPECT_EQ(wishes[0].at("section"), "Settings");
+  EXPECT_EQ(wishes[0].at("token"), "token");
+  EXPECT_FALSE(wishes[1].contains("section"));
+}
+
+TEST_F(WindowsOfTheProgram, AnotherVersionsWindowsAreNotListenedTo) {
+  launcher.greeting["version"] = "0.0.1 (0)";
+  windows.open("main");
+  settle();
+  EXPECT_EQ(events, (std::vector<std::string>{"differ 0.0.1 (0)"}));
+  EXPECT_FALSE(windows.isRunning());
+  launcher.lines.back()->events.received(encodeMessage({{"type", "quit"}}));
+  settle();
+  EXPECT_EQ(events.size(), 1U);
+}
+
+TEST_F(WindowsOfTheProgram, WindowsThatDoNotSayWhatTheyAreAreNotListenedTo) {
+  for (const auto& first : {json{{"type", "taken"}, {"seen", 1}}, json{{"type", "hello"}}, json(7),
+                            json{{"type", "hello"}, {"version", 7}}}) {
+    events.clear();
+    launcher.greeting = first;
+    windows.open("main");
+    settle();
+    EXPECT_EQ(events, (std::vector<std::string>{"differ "})) << first;
+    EXPECT_FALSE(windows.isRunning());
+  }
+}
+
+TEST_F(WindowsOfTheProgram, AProcessThatDoesNotReadIsSentNothingButHowThingsHaveComeToBe) {
+  windows.open("main");
+  const auto line = launcher.lines.back();
+  line->waiting = WindowsProcess::mostWaiting + 1;
+  const auto before = line->sent.size();
+  for (int step = 0; step < 1000; ++step) state().setGain(0.001F * static_cast<float>(step), spotify);
+  EXPECT_EQ(line->sent.size(), before);
+  line->waiting = 0;
+  line->events.drained();
+  settle();
+  EXPECT_EQ(line->sent.size(), before + 1);
+  EXPECT_EQ(line->sent.back().at("name"), "apps");
+}
+
+/// Processes that have come up and then hang.
+class WindowsThatHang : public WindowsOfTheProgram {
+ protected:
+  /// The main window shows, and nothing is owed.
+  void showMain() {
+    windows.open("main");
+    sayWindow("windowShown");
+    say({{"type", "taken"}, {"seen", 1}});
+    events.clear();
+  }
+  /// The wishes that the process which runs now was asked for, in order.
+  std::vector<std::string> wishes() {
+    std::vector<std::string> found;
+    for (const auto& message : launcher.lines.back()->sent) {
+      if (message.contains("number")) found.push_back(message.at("type").get<std::string>());
+    }
+    return found;
+  }
+};
+
+TEST_F(WindowsThatHang, AreEndedAndReplacedWithinFiveSecondsOfAnUnansweredWish) {
+  showMain();
+  windows.togglePopover({StatusItemPoint{10, 20}, {}});
+  box->advanceSeconds(3.9);
+  EXPECT_EQ(launcher.lines.size(), 1U);
+  box->advanceSeconds(1.1);
+  ASSERT_EQ(launcher.lines.size(), 2U);
+  EXPECT_TRUE(launcher.lines[0]->isGivenUp);
+  EXPECT_FALSE(launcher.lines[0]->isOpen);
+  EXPECT_EQ(sent("togglePopover")[0].at("x"), 10);
+}
+
+TEST_F(WindowsThatHang, TheOpenMainWindowComesBackAndTheWishAfterIt) {
+  showMain();
+  windows.togglePopover({});
+  box->advanceSeconds(5.0);
+  EXPECT_EQ(wishes(), (std::vector<std::string>{"openWindow", "togglePopover"}));
+  EXPECT_EQ(sent("openWindow")[0].at("window"), "main");
+  sayWindow("windowShown");
+  EXPECT_TRUE(events.empty()) << "nothing begins with a window that comes back";
+  EXPECT_EQ(windows.windows(), (std::vector<WindowInfo>{{"main", true}}));
+}
+
+TEST_F(WindowsThatHang, AWindowThatWasClosedDoesNotComeBack) {
+  showMain();
+  sayWindow("windowHidden");
+  windows.togglePopover({});
+  box->advanceSeconds(5.0);
+  EXPECT_EQ(wishes(), (std::vector<std::string>{"togglePopover"}));
+}
+
+TEST_F(WindowsThatHang, ImpatientClicksAreOneWish) {
+  showMain();
+  for (int click = 0; click < 4; ++click) {
+    windows.togglePopover({StatusItemPoint{click, 0}, {}});
+    box->advanceSeconds(0.5);
+  }
+  box->advanceSeconds(3.0);
+  ASSERT_EQ(launcher.lines.size(), 2U);
+  ASSERT_EQ(sent("togglePopover").size(), 1U);
+  EXPECT_EQ(sent("togglePopover")[0].at("x"), 3);
+}
+
+TEST_F(WindowsThatHang, EveryWishIsTimedNotOnlyTheFirst) {
+  showMain();
+  box->advanceSeconds(60.0);
+  windows.togglePopover({});
+  say({{"type", "begun"}, {"seen", 2}});
+  say({{"type", "taken"}, {"seen", 2}});
+  box->advanceSeconds(60.0);
+  EXPECT_EQ(launcher.lines.size(), 1U);
+  windows.showAboutPanel({});
+  box->advanceSeconds(5.0);
+  EXPECT_EQ(launcher.lines.size(), 2U);
+  EXPECT_EQ(wishes(), (std::vector<std::string>{"openWindow", "showAboutPanel"}));
+}
+
+TEST_F(WindowsThatHang, NobodyWhoOwesNothingIsEnded) {
+  showMain();
+  box->advanceSeconds(3600.0);
+  windows.activate();
+  box->advanceSeconds(3600.0);
+  EXPECT_EQ(launcher.lines.size(), 1U);
+}
+
+TEST_F(WindowsThatHang, OneThatIsAtItsWishHasTime) {
+  showMain();
+  windows.togglePopover({});
+  say({{"type", "begun"}, {"seen", 2}});
+  box->advanceSeconds(14.0);
+  EXPECT_EQ(launcher.lines.size(), 1U);
+  box->advanceSeconds(2.0);
+  EXPECT_EQ(launcher.lines.size(), 2U);
+}
+
+TEST_F(WindowsThatHang, OneThatIsStillBeingLoadedHasTime) {
+  launcher.greeting = nullptr;
+  windows.open("main");
+  box->advanceSeconds(14.0);
+  EXPECT_EQ(launcher.lines.size(), 1U);
+  box->advanceSeconds(2.0);
+  EXPECT_EQ(launcher.lines.size(), 2U);
+}
+
+TEST_F(WindowsThatHang, AWishThatMakesEveryProcessHangIsGivenUpUntilTheNextOne) {
+  showMain();
+  windows.togglePopover({});
+  box->advanceSeconds(5.0);
+  EXPECT_EQ(launcher.lines.size(), 2U);
+  box->advanceSeconds(60.0);
+  EXPECT_EQ(launcher.lines.size(), 2U);
+  EXPECT_TRUE(launcher.lines[1]->isGivenUp);
+  EXPECT_FALSE(windows.isRunning());
+  windows.togglePopover({});
+  EXPECT_EQ(launcher.lines.size(), 3U);
+}
+
+TEST_F(WindowsThatHang, AnOldTrayIsLookedForAgain) {
+  windows.setOldTrayWanted(true);
+  settle();
+  windows.togglePopover({});
+  box->advanceSeconds(5.0);
+  ASSERT_EQ(launcher.lines.size(), 2U);
+  EXPECT_EQ(sent("keepOldTray").size(), 1U);
+}
+
+TEST_F(WindowsThatHang, AnAnswerThatWaitsForThisThreadIsInTime) {
+  showMain();
+  windows.togglePopover({});
+  // The mixer itself was stopped: its timer is due, and the answer is there, unread.
+  box->advanceSeconds(4.0);
+  say({{"type", "taken"}, {"seen", 2}});
+  box->advanceSeconds(60.0);
+  EXPECT_EQ(launcher.lines.size(), 1U);
+}
+
 using WindowsOfTheProgramDeathTest = WindowsOfTheProgram;
 
 TEST_F(WindowsOfTheProgramDeathTest, EveryCallOffTheMainThreadStopsTheProcess) {
@@ -324,7 +530,7 @@ TEST_F(WindowsOfTheProgramDeathTest, EveryCallOffTheMainThreadStopsTheProcess) {
   EXPECT_DEATH(elsewhere([&] { windows.close("main"); }), "off the main thread");
   EXPECT_DEATH(elsewhere([&] { windows.orderFront("main"); }), "off the main thread");
   EXPECT_DEATH(elsewhere([&] { windows.activate(); }), "off the main thread");
-  EXPECT_DEATH(elsewhere([&] { windows.showAboutPanel(); }), "off the main thread");
+  EXPECT_DEATH(elsewhere([&] { windows.showAboutPanel({}); }), "off the main thread");
   EXPECT_DEATH(elsewhere([&] { windows.setOldTrayWanted(true); }), "off the main thread");
   EXPECT_DEATH(elsewhere([&] { static_cast<void>(windows.windows()); }), "off the main thread");
 }

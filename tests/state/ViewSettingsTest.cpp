@@ -1,42 +1,41 @@
 // The views' own settings: defaults, observers, what is written.
-#include "state/ViewSettings.h"
-
 #include "StateFixture.h"
 
 namespace quillmere {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
-TEST(ViewSettings, BothAreOnWhereNothingIsStoredAndNothingIsWritten) {
-  RecordingDefaults disk;
-  const ViewSettings settings(disk);
-  EXPECT_TRUE(*settings.scrollOverRowAdjustsVolume());
-  EXPECT_TRUE(*settings.showDuckBanner());
-  EXPECT_THAT(disk.values(), IsEmpty());
+class ViewSettings : public StateFixture {};
+
+TEST_F(ViewSettings, BothAreOnWhereNothingIsStoredAndNothingIsWritten) {
+  box->start();
+  EXPECT_TRUE(*state().scrollOverRowAdjustsVolume());
+  EXPECT_TRUE(*state().showDuckBanner());
+  EXPECT_FALSE(disk.object("scrollOverRowAdjustsVolume"));
+  EXPECT_FALSE(disk.object("showDuckBanner"));
 }
 
-TEST(ViewSettings, AChangeIsStoredToldAndThereAtTheNextStart) {
-  RecordingDefaults disk;
-  ViewSettings settings(disk);
+TEST_F(ViewSettings, AChangeIsStoredToldAndThereAtTheNextStart) {
+  startWithThree();
   std::vector<bool> told;
-  const auto watch = settings.showDuckBanner().observe([&](bool shows) { told.push_back(shows); });
-  settings.setShowDuckBanner(false);
-  settings.setShowDuckBanner(false);
-  settings.setScrollOverRowAdjustsVolume(false);
+  const auto watch = state().showDuckBanner().observe([&](bool shows) { told.push_back(shows); });
+  state().setShowDuckBanner(false);
+  state().setShowDuckBanner(false);
+  state().setScrollOverRowAdjustsVolume(false);
   EXPECT_THAT(told, ElementsAre(false));
   EXPECT_THAT(disk.written(), ElementsAre("showDuckBanner", "scrollOverRowAdjustsVolume"));
-  const ViewSettings next(disk);
-  EXPECT_FALSE(*next.showDuckBanner());
-  EXPECT_FALSE(*next.scrollOverRowAdjustsVolume());
+  restart({});
+  EXPECT_FALSE(*state().showDuckBanner());
+  EXPECT_FALSE(*state().scrollOverRowAdjustsVolume());
 }
 
-TEST(ViewSettings, AValueOfAnotherTypeCountsAsAbsent) {
-  RecordingDefaults disk({{"showDuckBanner", std::string("no")}, {"scrollOverRowAdjustsVolume", 0.0}});
-  const ViewSettings settings(disk);
-  EXPECT_TRUE(*settings.showDuckBanner());
-  EXPECT_TRUE(*settings.scrollOverRowAdjustsVolume());
+TEST_F(ViewSettings, AValueOfAnotherTypeCountsAsOn) {
+  disk.set("showDuckBanner", std::string("no"));
+  disk.set("scrollOverRowAdjustsVolume", 0.0);
+  box->start();
+  EXPECT_TRUE(*state().showDuckBanner());
+  EXPECT_TRUE(*state().scrollOverRowAdjustsVolume());
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <memory>
 
 #include "StateFixture.h"
+#include "integrations/DesktopServices.h"
+#include "platform/memory/MemoryDesktop.h"
 #include "state/ViewSettings.h"
 #include "views/ViewServices.h"
 #include "views/shared/MenuModel.h"
@@ -17,7 +19,7 @@ class ViewsFixture : public StateFixture {
   /// Starts the state and the views' settings.
   void startViews() {
     box->start();
-    settings = std::make_shared<ViewSettings>(*box->machine.defaults);
+    settings = std::make_shared<ViewSettings>(state());
     forget();
   }
   /// A music player, a meeting application and an editor run; those named sound.
@@ -39,18 +41,27 @@ class ViewsFixture : public StateFixture {
     ViewIntents made;
     made.openMainWindow = [this] { ++windowsOpened; };
     made.quit = [this] { ++quits; };
+    made.onboardingFinished = [this] { ++onboardingsFinished; };
     made.activateTab = [this](const std::string& bundleID, const BrowserTab& tab) {
       activated.emplace_back(bundleID, tab);
     };
-    made.checkForUpdates = [this] { ++updatesAsked; };
-    made.previousTrack = [this] { transport.emplace_back("previous"); };
-    made.togglePlayPause = [this] { transport.emplace_back("play/pause"); };
-    made.nextTrack = [this] { transport.emplace_back("next"); };
     return made;
   }
   /// What the pages stand on; this program's version is 1.9.9.
   [[nodiscard]] ViewServices services() {
-    return {sharedState(), box->runtime, settings, *box->machine.workspace, intents(), "1.9.9", latestVersion};
+    return {sharedState(), box->runtime, settings, desktopServices(), intents(), "1.9.9"};
+  }
+  /// What the windows know of `desktop`; made with the first question, which takes its ports over. The mixer's
+  /// applications run there.
+  [[nodiscard]] DesktopServices& desktopServices() {
+    if (!desktopServices_) {
+      desktopServices_ = std::make_unique<DesktopServices>(std::move(desktop.desktop), box->runtime, [this] {
+        std::vector<RunningApplication> running;
+        for (const auto& app : *state().apps()) running.push_back({app.bundleID, app.name, 0});
+        return running;
+      });
+    }
+    return *desktopServices_;
   }
 
   /// Titles with "* " before those that are marked, and "-" for a divider.
@@ -70,14 +81,15 @@ class ViewsFixture : public StateFixture {
     FAIL() << "no entry " << title.toStdString();
   }
 
+  MemoryDesktop desktop;
   std::shared_ptr<ViewSettings> settings;
+  int onboardingsFinished = 0;
   int windowsOpened = 0;
   int quits = 0;
-  int updatesAsked = 0;
-  std::vector<std::string> transport;
-  std::shared_ptr<Observable<std::optional<std::string>>> latestVersion =
-      std::make_shared<Observable<std::optional<std::string>>>();
   std::vector<std::pair<std::string, BrowserTab>> activated;
+
+ private:
+  std::unique_ptr<DesktopServices> desktopServices_;
 };
 
 inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }

@@ -13,7 +13,7 @@ Item {
     property real symbolSize: font.pixelSize
     property int symbolWeight: font.weight
 
-    readonly property real gap: 6
+    property real gap: 6
 
     implicitWidth: row.implicitWidth
     implicitHeight: row.implicitHeight

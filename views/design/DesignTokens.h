@@ -78,6 +78,9 @@ inline constexpr Rgba floatBG{0.106, 0.118, 0.141};
 inline constexpr Rgba floatStroke = white.at(0.12);
 /// The edge of a window without a frame, over whatever lies beneath.
 inline constexpr Rgba windowStroke = white.at(0.24);
+/// What stands in for a blurred pane of glass: thin over the backdrop, thick where content may scroll below it.
+inline constexpr Rgba thinMaterial = white.at(0.05);
+inline constexpr Rgba thickMaterial{0.078, 0.09, 0.11, 0.94};
 inline constexpr Rgba focusRing = brandMint.at(0.9);
 }  // namespace colour
 

@@ -11,6 +11,11 @@ T.Menu {
     readonly property real narrowest: 120
     readonly property real edge: 6
 
+    property FocusReturn focusReturn: FocusReturn {}
+
+    onAboutToShow: focusReturn.take(root.parent)
+    onClosed: focusReturn.giveBack()
+
     margins: edge
     padding: Tokens.spacing.xs
     overlap: 1

@@ -11,7 +11,11 @@ PlainButton {
     property DropMenu madeMenu: null
     readonly property bool open: madeMenu ? madeMenu.visible : false
 
+    // The moment to bring the entries up to date.
+    signal aboutToOpen()
+
     function openMenu(): void {
+        aboutToOpen();
         if (!madeMenu && menu)
             madeMenu = menu.createObject(root) as DropMenu;
         if (!madeMenu)
@@ -30,6 +34,8 @@ PlainButton {
     tipHidden: open
 
     Accessible.role: Accessible.ButtonMenu
+    // A screen reader that runs makes every button one once more when it stands.
+    Component.onCompleted: Accessible.role = Accessible.ButtonMenu
 
     onClicked: openMenu()
     Keys.onDownPressed: openMenu()

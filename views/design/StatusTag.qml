@@ -9,6 +9,8 @@ Item {
     property color accent: Tokens.textSecondary
     property bool showsDot: false
     property bool pulses: false
+    // Before the text, in the text's colour.
+    property string symbol: ""
 
     readonly property bool neutral: Qt.colorEqual(accent, Tokens.textTertiary) || Qt.colorEqual(accent, Tokens.textSecondary)
 
@@ -64,7 +66,21 @@ Item {
             }
         }
 
+        Symbol {
+            visible: root.symbol.length > 0
+            anchors.verticalCenter: parent.verticalCenter
+            // The line's height is the text's: a symbol must not make the tag taller.
+            width: implicitWidth
+            height: words.implicitHeight
+            name: root.symbol
+            pointSize: 10
+            weight: Font.DemiBold
+            color: words.color
+        }
+
         Label {
+            id: words
+
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
             font: Tokens.captionStrong

@@ -100,6 +100,8 @@ Tokens::Tokens(QObject* parent)
       floatStroke_(toColor(design::colour::floatStroke)),
       windowStroke_(toColor(design::colour::windowStroke)),
       focusRing_(toColor(design::colour::focusRing)),
+      thinMaterial_(toColor(design::colour::thinMaterial)),
+      thickMaterial_(toColor(design::colour::thickMaterial)),
       heroDisplay_(toFont(design::face::heroDisplay)),
       displayXL_(toFont(design::face::displayXL)),
       displayL_(toFont(design::face::displayL)),

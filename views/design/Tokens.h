@@ -112,6 +112,8 @@ class Tokens : public QObject {
   Q_PROPERTY(QColor floatBG MEMBER floatBG_ CONSTANT)
   Q_PROPERTY(QColor floatStroke MEMBER floatStroke_ CONSTANT)
   Q_PROPERTY(QColor windowStroke MEMBER windowStroke_ CONSTANT)
+  Q_PROPERTY(QColor thinMaterial MEMBER thinMaterial_ CONSTANT)
+  Q_PROPERTY(QColor thickMaterial MEMBER thickMaterial_ CONSTANT)
   Q_PROPERTY(QColor focusRing MEMBER focusRing_ CONSTANT)
 
   Q_PROPERTY(QFont heroDisplay MEMBER heroDisplay_ CONSTANT)
@@ -160,6 +162,7 @@ class Tokens : public QObject {
   QColor cardBG_, cardBGHover_, cardBGSelected_, cardStroke_, cardStrokeHover_, cardStrokeSelected_, hairline_;
   QColor textPrimary_, textSecondary_, textTertiary_, white_, black_, clear_;
   QColor systemAccent_, systemGrey_, systemGreen_, floatBG_, floatStroke_, windowStroke_, focusRing_;
+  QColor thinMaterial_, thickMaterial_;
   QFont heroDisplay_, displayXL_, displayL_, displayM_, cardTitle_, bodyText_, bodyEmphasis_, caption1_;
   QFont captionStrong_, sectionCaps_, metric_, metricLarge_;
 };

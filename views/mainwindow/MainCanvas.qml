@@ -1,5 +1,6 @@
 // The canvas of the section that shows: made anew each time, so that it starts as it always does.
 import QtQuick
+import Quillmere.Design
 import Quillmere.Views
 
 Item {
@@ -7,6 +8,19 @@ Item {
 
     required property MainWindowPresenter presenter
     readonly property alias page: loader.item
+
+    // Narrower pages scroll sideways.
+    readonly property real leastWidth: 640
+    readonly property Item focused: Window.activeFocusItem
+
+    // What the keyboard reaches comes into sight.
+    onFocusedChanged: {
+        if (!focused || !scroller.interactive)
+            return;
+        const left = focused.mapToItem(scroller.contentItem, 0, 0).x;
+        if (left < scroller.contentX || left + focused.width > scroller.contentX + scroller.width)
+            scroller.contentX = Math.max(0, Math.min(left - 24, scroller.contentWidth - scroller.width));
+    }
 
     function load(): void {
         const source = root.presenter.canvasSource;
@@ -26,9 +40,35 @@ Item {
         }
     }
 
-    Loader {
-        id: loader
+    Flickable {
+        id: scroller
 
         anchors.fill: parent
+        contentWidth: Math.max(width, root.leastWidth)
+        contentHeight: height
+        flickableDirection: Flickable.HorizontalFlick
+        interactive: contentWidth > width
+        clip: interactive
+        boundsBehavior: Flickable.StopAtBounds
+
+        Loader {
+            id: loader
+
+            width: scroller.contentWidth
+            height: scroller.height
+        }
+    }
+
+    // Shows where in a page that is wider than its place one is.
+    Rectangle {
+        readonly property real share: scroller.width / scroller.contentWidth
+
+        x: scroller.contentX * share
+        y: root.height - height - 2
+        width: share * scroller.width
+        height: 4
+        radius: height / 2
+        color: Tokens.alpha(Tokens.white, scroller.moving ? 0.3 : 0.14)
+        visible: scroller.interactive
     }
 }

@@ -8,7 +8,9 @@ AppBackdrop {
 
     required property MainWindowPresenter presenter
 
-    readonly property real sidebarWidth: 200
+    // A window that is forced to be narrower than it asks for keeps its room for the canvas.
+    readonly property bool compact: width < 900
+    readonly property real sidebarWidth: compact ? 56 : 200
     readonly property real lineWidth: 1
 
     HoverGuard {}
@@ -38,6 +40,7 @@ AppBackdrop {
         anchors.top: banner.bottom
         anchors.bottom: parent.bottom
         width: root.sidebarWidth
+        compact: root.compact
         presenter: root.presenter
     }
 

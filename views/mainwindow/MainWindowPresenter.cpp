@@ -16,9 +16,7 @@ MainWindowPresenter::MainWindowPresenter(ViewServices services, QObject* parent)
   const auto& state = *services_.state;
   subscriptions_.push_back(state.liveBundleIDs().observe([this](const auto&) { refreshLive(); }));
   subscriptions_.push_back(state.isDucking().observe([this](bool) { Q_EMIT duckingTextChanged(); }));
-  if (services_.latestVersion) {
-    subscriptions_.push_back(services_.latestVersion->observe([this](const auto&) { Q_EMIT updateTextChanged(); }));
-  }
+  subscriptions_.push_back(state.latestVersion().observe([this](const auto&) { Q_EMIT updateTextChanged(); }));
   refreshLive();
 }
 
@@ -39,7 +37,7 @@ QObject* MainWindowPresenter::canvas() {
 
 QString MainWindowPresenter::liveText() const {
   if (liveCount_ == 0) return {};
-  return liveCount_ == 1 ? tr("1 source active") : tr("%1 sources active").arg(liveCount_);
+  return liveCount_ == 1 ? tr("1 source active") : tr("%n sources active", nullptr, liveCount_);
 }
 
 QString MainWindowPresenter::duckingText() const {
@@ -47,8 +45,7 @@ QString MainWindowPresenter::duckingText() const {
 }
 
 QString MainWindowPresenter::updateText() const {
-  if (!services_.latestVersion) return {};
-  const auto& latest = **services_.latestVersion;
+  const auto& latest = *services_.state->latestVersion();
   if (!latest || !isOutdated(services_.appVersion, *latest)) return {};
   return tr("Update available — v%1").arg(QString::fromStdString(*latest));
 }
@@ -74,7 +71,7 @@ void MainWindowPresenter::showNext(int places) {
   showSection(allSections[static_cast<std::size_t>(at)]);
 }
 
-void MainWindowPresenter::update() { ask(services_.intents.checkForUpdates); }
+void MainWindowPresenter::update() { services_.state->checkForUpdates(); }
 
 void MainWindowPresenter::showSection(Section section) {
   if (section == section_) return;

@@ -1,34 +1,30 @@
 // The sections of the main window, and what goes on in it.
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Quillmere.Design
 import Quillmere.Views
 
-Item {
+Flickable {
     id: root
 
     required property MainWindowPresenter presenter
+    // Whether there is room for symbols only.
+    property bool compact: false
 
     readonly property real headerHeight: 56
-    readonly property real gap: 2
-    readonly property real statusGap: 8
-
-    function choose(section: string): void {
-        root.presenter.show(section);
-    }
+    readonly property real least: headerHeight + upper.height + Tokens.spacing.m + lower.height + Tokens.spacing.m
 
     // The keyboard stays on the item that shows.
     function move(places: int): void {
         root.presenter.showNext(places);
-        for (const items of [upper.items, lower.items]) {
-            for (let at = 0; at < items.count; ++at) {
-                const item = items.itemAt(at) as SidebarItem;
-                if (item && item.isSelected)
-                    item.forceActiveFocus(Qt.TabFocusReason);
-            }
-        }
+        const item = upper.selectedItem() ?? lowerItems.selectedItem();
+        if (item)
+            item.forceActiveFocus(Qt.TabFocusReason);
     }
+
+    contentHeight: Math.max(height, least)
+    interactive: contentHeight > height
+    clip: interactive
+    boundsBehavior: Flickable.StopAtBounds
 
     Accessible.role: Accessible.PageTabList
     Accessible.name: qsTr("Sections")
@@ -36,60 +32,53 @@ Item {
     Keys.onDownPressed: root.move(1)
     Keys.onUpPressed: root.move(-1)
 
-    component Entries: Column {
-        id: entries
-
-        required property SidebarModel model
-        property alias items: repeater
-
-        spacing: root.gap
-
-        Repeater {
-            id: repeater
-
-            model: entries.model
-
-            SidebarItem {
-                required property string section
-
-                width: entries.width
-                accent: Tokens.brandSage
-                onClicked: root.choose(section)
-            }
-        }
-    }
-
     Wordmark {
         x: Tokens.spacing.l
         y: (root.headerHeight - height) / 2
+        visible: !root.compact
     }
 
-    Entries {
+    BrandLogo {
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: (root.headerHeight - height) / 2
+        visible: root.compact
+        size: 26
+    }
+
+    SidebarItems {
         id: upper
 
         x: Tokens.spacing.s
         y: root.headerHeight
-        width: parent.width - 2 * x
+        width: root.width - 2 * x
         model: root.presenter.upperItems
+        badgeText: root.presenter.liveText
+        compact: root.compact
+        onChosen: (section) => root.presenter.show(section)
     }
 
     Column {
-        x: Tokens.spacing.s
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: Tokens.spacing.m
-        width: parent.width - 2 * x
-        spacing: root.gap
+        id: lower
 
-        Entries {
-            id: lower
+        x: Tokens.spacing.s
+        y: root.contentHeight - height - Tokens.spacing.m
+        width: root.width - 2 * x
+        spacing: 2
+
+        SidebarItems {
+            id: lowerItems
 
             width: parent.width
             model: root.presenter.lowerItems
+            badgeText: ""
+            compact: root.compact
+            onChosen: (section) => root.presenter.show(section)
         }
 
         StatusLine {
             width: parent.width
             text: root.presenter.liveText
+            compact: root.compact
 
             LivePulse {
                 anchors.centerIn: parent
@@ -100,6 +89,7 @@ Item {
         StatusLine {
             width: parent.width
             text: root.presenter.duckingText
+            compact: root.compact
 
             Symbol {
                 anchors.centerIn: parent

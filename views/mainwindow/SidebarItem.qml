@@ -10,7 +10,11 @@ PlainButton {
     required property bool isSelected
     // The number at the right; empty for none.
     required property string badge
+    // What the number counts, for who can't see where it stands.
+    property string badgeText: badge
     property color accent: Tokens.brandSage
+    // Whether there is room for the symbol only; the title is the tip then.
+    property bool compact: false
 
     readonly property bool hovering: hovered
     readonly property real iconBox: 22
@@ -18,26 +22,49 @@ PlainButton {
     readonly property real selectedFill: 0.04
     readonly property real corner: 8
     readonly property real gap: 8
+    // From 0 to 1 as the section is chosen.
+    property real selection: isSelected ? 1 : 0
     readonly property color contentColor: isSelected ? Tokens.textPrimary : Tokens.textSecondary
 
+    Behavior on selection {
+        Spring {
+            response: 0.25
+            dampingFraction: 0.85
+        }
+    }
+
     text: title
+    tip: compact ? title : ""
     implicitHeight: 34
     horizontalPadding: Tokens.spacing.s
     focusCorner: corner
     // One stop of the keyboard for all of them; the arrows choose.
-    focusPolicy: isSelected ? Qt.StrongFocus : Qt.ClickFocus
+    focusPolicy: isSelected || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
 
     Accessible.role: Accessible.PageTab
     Accessible.name: title
-    Accessible.description: badge
+    Accessible.description: badge.length > 0 ? badgeText : ""
     Accessible.selectable: true
     Accessible.selected: isSelected
+    // A screen reader that runs makes every button one once more when it stands.
+    Component.onCompleted: Accessible.role = Accessible.PageTab
 
-    background: Rectangle {
-        objectName: "ground"
-        radius: root.corner
-        color: root.isSelected ? Tokens.alpha(Tokens.white, root.selectedFill)
-             : root.hovering ? Tokens.cardBGHover : Tokens.clear
+    background: Item {
+        Rectangle {
+            objectName: "hoverGround"
+            anchors.fill: parent
+            radius: root.corner
+            color: Tokens.cardBGHover
+            visible: root.hovering && !root.isSelected
+        }
+
+        Rectangle {
+            objectName: "selectedGround"
+            anchors.fill: parent
+            radius: root.corner
+            color: Tokens.alpha(Tokens.white, root.selectedFill)
+            opacity: root.selection
+        }
     }
 
     contentItem: Item {
@@ -49,20 +76,22 @@ PlainButton {
             width: root.iconBox
             height: root.iconBox
             radius: Tokens.corner.chip
-            color: root.isSelected ? Tokens.alpha(root.accent, root.iconFill) : Tokens.clear
+            color: Tokens.alpha(root.accent, root.iconFill)
+            opacity: root.selection
+        }
 
-            Symbol {
-                objectName: "icon"
-                anchors.centerIn: parent
-                name: root.symbol
-                pointSize: 12
-                weight: Font.Medium
-                color: root.isSelected ? root.accent : Tokens.textSecondary
-            }
+        Symbol {
+            objectName: "icon"
+            anchors.centerIn: box
+            name: root.symbol
+            pointSize: 12
+            weight: Font.Medium
+            color: root.isSelected ? root.accent : Tokens.textSecondary
         }
 
         Label {
             objectName: "title"
+            visible: !root.compact
             anchors.left: box.right
             anchors.leftMargin: root.gap
             anchors.right: count.visible ? count.left : parent.right
@@ -81,7 +110,7 @@ PlainButton {
             objectName: "badge"
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            visible: root.badge.length > 0
+            visible: root.badge.length > 0 && !root.compact
             width: figures.implicitWidth + 10
             height: figures.implicitHeight + 2
             radius: height / 2

@@ -6,6 +6,7 @@ Item {
     id: root
 
     required property string text
+    property bool compact: false
     default property alias mark: box.data
 
     readonly property real markBox: 22
@@ -28,6 +29,7 @@ Item {
         anchors.leftMargin: root.gap
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
+        visible: !root.compact
         text: root.text
         font: Tokens.caption1
         color: Tokens.textSecondary

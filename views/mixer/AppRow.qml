@@ -40,10 +40,6 @@ Item {
         id: pointer
     }
 
-    RowHold {
-        row: root.row
-    }
-
     Rectangle {
         anchors.fill: parent
         radius: Tokens.corner.chip
@@ -114,7 +110,7 @@ Item {
         }
     }
 
-    LevelSlider {
+    AppLevelSlider {
         id: slider
 
         anchors.left: words.right
@@ -123,14 +119,7 @@ Item {
         anchors.rightMargin: root.gap
         anchors.verticalCenter: parent.verticalCenter
         height: 18
-        label: root.row.name
-        value: root.row.gain
-        isLive: root.row.live
-        isDucked: root.row.ducked
-        isMuted: root.row.muted
-        scrollRule: root.row.scrollAdjusts ? SliderHandle.Forward : SliderHandle.PassOn
-        onMoved: (value) => root.row.setGain(value)
-        onScrollDelta: (delta) => root.row.scrollBy(delta)
+        row: root.row
     }
 
     Timer {
@@ -185,37 +174,17 @@ Item {
                 EaseOut { seconds: root.fadeSeconds }
             }
 
-            MenuButton {
+            RouteButton {
                 id: routeButton
 
                 anchors.verticalCenter: parent.verticalCenter
-                width: 16
-                height: 16
-                text: qsTr("Output for %1").arg(root.row.name)
-                tip: qsTr("Route to a specific output")
-                menu: ChoiceMenu {
-                    choices: root.row.routeMenu
-                }
-                contentItem: Item {
-                    Symbol {
-                        anchors.centerIn: parent
-                        name: root.row.routeSymbol
-                        pointSize: 10
-                        weight: Font.Medium
-                        color: Tokens[root.row.routeColor]
-                    }
-                }
+                row: root.row
             }
 
-            SubtleIconButton {
+            MuteButton {
                 id: muteButton
 
-                text: qsTr("%1 %2", "Mute Spotify").arg(root.row.muteTip).arg(root.row.name)
-                tip: root.row.muteTip
-                symbol: root.row.muteSymbol
-                symbolSize: 10
-                color: Tokens[root.row.muteColor]
-                onClicked: root.row.toggleMute()
+                row: root.row
             }
         }
 

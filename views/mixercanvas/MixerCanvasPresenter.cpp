@@ -1,55 +1,79 @@
 // What the mixer's page shows.
 #include "views/mixercanvas/MixerCanvasPresenter.h"
 
+#include <utility>
+
 #include "state/MixerState.h"
 #include "state/ViewSettings.h"
 
 namespace quillmere {
 
-MixerCanvasPresenter::MixerCanvasPresenter(const ViewServices& services, QObject* parent)
-    : QObject(parent),
-      state_(services.state),
-      settings_(services.settings),
-      rows_(state_, *settings_, AppRowModel::Filter::all, services.intents.activateTab),
-      output_(state_, services.runtime, DeviceSymbolStyle::large) {
-  const auto follow = [this](const auto& field, void (MixerCanvasPresenter::*changed)()) {
-    subscriptions_.push_back(field.observe([this, changed](const auto&) { Q_EMIT(this->*changed)(); }));
-  };
-  follow(state_->apps(), &MixerCanvasPresenter::mixChanged);
-  follow(state_->liveBundleIDs(), &MixerCanvasPresenter::mixChanged);
-  follow(state_->isDucking(), &MixerCanvasPresenter::mixChanged);
-  follow(state_->isWhisperMode(), &MixerCanvasPresenter::whisperChanged);
-}
+namespace {
 
-QString MixerCanvasPresenter::greeting() const {
-  const auto count = state_->liveBundleIDs()->size();
-  if (count == 0) return tr("Quiet right now.");
-  return count == 1 ? tr("Mixing 1 source.") : tr("Mixing %1 sources.").arg(count);
-}
-
-QString MixerCanvasPresenter::subtitle() const {
-  if (*state_->isDucking()) return tr("Music ducked — a call is active.");
-  const auto count = state_->apps()->size();
-  if (count == 0) return tr("Open Spotify, Slack, a YouTube tab — apps appear here.");
-  return count == 1 ? tr("1 app connected.") : tr("%1 apps connected.").arg(count);
-}
-
-QString MixerCanvasPresenter::liveCountText() const { return tr("%1 live").arg(state_->liveBundleIDs()->size()); }
-
-int MixerCanvasPresenter::liveCount() const { return static_cast<int>(state_->liveBundleIDs()->size()); }
-
-double MixerCanvasPresenter::averageGain() const {
+double meanGain(const std::vector<AudioApp>& apps, const std::set<std::string>& live) {
   double sum = 0.0;
   int count = 0;
-  for (const auto& app : *state_->apps()) {
-    if (!state_->liveBundleIDs()->contains(app.bundleID)) continue;
+  for (const auto& app : apps) {
+    if (!live.contains(app.bundleID)) continue;
     sum += static_cast<double>(app.gain);
     ++count;
   }
   return count > 0 ? sum / count : 0.0;
 }
 
-bool MixerCanvasPresenter::anyApps() const { return !state_->apps()->empty(); }
+}  // namespace
+
+MixerCanvasPresenter::MixerCanvasPresenter(const ViewServices& services, QObject* parent)
+    : QObject(parent),
+      state_(services.state),
+      settings_(services.settings),
+      rows_(state_, *settings_, AppRowModel::Filter::all, services.intents.activateTab),
+      output_(state_, services.runtime, DeviceSymbolStyle::large),
+      nowPlaying_(services) {
+  const auto mix = [this](const auto&) { refreshMix(); };
+  const auto profiles = [this](const auto&) { Q_EMIT profilesChanged(); };
+  subscriptions_.push_back(state_->apps().observe(mix));
+  subscriptions_.push_back(state_->liveBundleIDs().observe(mix));
+  subscriptions_.push_back(state_->isDucking().observe([this](bool) {
+    Q_EMIT duckingChanged();
+    Q_EMIT subtitleChanged();
+  }));
+  subscriptions_.push_back(state_->profiles().observe(profiles));
+  subscriptions_.push_back(state_->activeProfileID().observe(profiles));
+  subscriptions_.push_back(state_->isWhisperMode().observe([this](bool) { Q_EMIT whisperChanged(); }));
+  refreshMix();
+}
+
+QString MixerCanvasPresenter::greeting() const {
+  if (!anyLive()) return tr("Quiet right now.");
+  return liveCount_ == 1 ? tr("Mixing 1 source.") : tr("Mixing %n sources.", nullptr, liveCount_);
+}
+
+QString MixerCanvasPresenter::sourcesText() const {
+  return liveCount_ == 1 ? tr("1 source") : tr("%n sources", nullptr, liveCount_);
+}
+
+QString MixerCanvasPresenter::liveTag() const { return anyLive() ? tr("Live") : tr("Idle"); }
+
+QString MixerCanvasPresenter::liveCountText() const { return tr("%n live", nullptr, liveCount_); }
+
+QString MixerCanvasPresenter::finderState() const { return anyLive() ? liveCountText() : tr("Listening"); }
+
+QString MixerCanvasPresenter::subtitle() const {
+  if (ducking()) return tr("Music ducked — a call is active.");
+  if (appCount_ == 0) return tr("Open Spotify, Slack, a YouTube tab — apps appear here.");
+  return appCount_ == 1 ? tr("1 app connected.") : tr("%n apps connected.", nullptr, appCount_);
+}
+
+bool MixerCanvasPresenter::ducking() const { return *state_->isDucking(); }
+
+QString MixerCanvasPresenter::duckState() const { return ducking() ? tr("Ducking now") : tr("Standing by"); }
+
+bool MixerCanvasPresenter::profileActive() const { return state_->activeProfileID()->has_value(); }
+
+QString MixerCanvasPresenter::profilesState() const {
+  return profileActive() ? tr("Profile active") : tr("%n saved", nullptr, static_cast<int>(state_->profiles()->size()));
+}
 
 bool MixerCanvasPresenter::whisperOn() const { return *state_->isWhisperMode(); }
 
@@ -58,5 +82,14 @@ QString MixerCanvasPresenter::whisperText() const {
 }
 
 void MixerCanvasPresenter::toggleWhisper() { state_->toggleWhisperMode(); }
+
+void MixerCanvasPresenter::refreshMix() {
+  const auto live = static_cast<int>(state_->liveBundleIDs()->size());
+  const auto apps = static_cast<int>(state_->apps()->size());
+  const auto gain = meanGain(*state_->apps(), *state_->liveBundleIDs());
+  if (std::exchange(liveCount_, live) != live) Q_EMIT liveChanged();
+  if (std::exchange(appCount_, apps) != apps) Q_EMIT subtitleChanged();
+  if (std::exchange(averageGain_, gain) != gain) Q_EMIT averageGainChanged();
+}
 
 }  // namespace quillmere

@@ -1,4 +1,4 @@
-// What the mixer's page shows: the mix at a glance, the output, and every known application.
+// What the mixer's page shows: the mix at a glance, what plays, the features' states, the output, every application.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -10,6 +10,7 @@
 #include "views/ViewServices.h"
 #include "views/mixer/AppRowModel.h"
 #include "views/mixer/OutputPresenter.h"
+#include "views/mixercanvas/NowPlayingPresenter.h"
 
 namespace quillmere {
 
@@ -20,12 +21,21 @@ class MixerCanvasPresenter final : public QObject {
   QML_UNCREATABLE("Made with its page")
   Q_PROPERTY(quillmere::AppRowModel* rows READ rows CONSTANT FINAL)
   Q_PROPERTY(quillmere::OutputPresenter* output READ output CONSTANT FINAL)
-  Q_PROPERTY(QString greeting READ greeting NOTIFY mixChanged FINAL)
-  Q_PROPERTY(QString subtitle READ subtitle NOTIFY mixChanged FINAL)
-  Q_PROPERTY(QString liveCountText READ liveCountText NOTIFY mixChanged FINAL)
-  Q_PROPERTY(int liveCount READ liveCount NOTIFY mixChanged FINAL)
-  Q_PROPERTY(double averageGain READ averageGain NOTIFY mixChanged FINAL)
-  Q_PROPERTY(bool anyApps READ anyApps NOTIFY mixChanged FINAL)
+  Q_PROPERTY(quillmere::NowPlayingPresenter* nowPlaying READ nowPlaying CONSTANT FINAL)
+  Q_PROPERTY(int liveCount READ liveCount NOTIFY liveChanged FINAL)
+  Q_PROPERTY(bool anyLive READ anyLive NOTIFY liveChanged FINAL)
+  Q_PROPERTY(QString greeting READ greeting NOTIFY liveChanged FINAL)
+  Q_PROPERTY(QString sourcesText READ sourcesText NOTIFY liveChanged FINAL)
+  Q_PROPERTY(QString liveTag READ liveTag NOTIFY liveChanged FINAL)
+  Q_PROPERTY(QString liveCountText READ liveCountText NOTIFY liveChanged FINAL)
+  Q_PROPERTY(QString finderState READ finderState NOTIFY liveChanged FINAL)
+  Q_PROPERTY(double averageGain READ averageGain NOTIFY averageGainChanged FINAL)
+  Q_PROPERTY(bool anyApps READ anyApps NOTIFY subtitleChanged FINAL)
+  Q_PROPERTY(QString subtitle READ subtitle NOTIFY subtitleChanged FINAL)
+  Q_PROPERTY(bool ducking READ ducking NOTIFY duckingChanged FINAL)
+  Q_PROPERTY(QString duckState READ duckState NOTIFY duckingChanged FINAL)
+  Q_PROPERTY(bool profileActive READ profileActive NOTIFY profilesChanged FINAL)
+  Q_PROPERTY(QString profilesState READ profilesState NOTIFY profilesChanged FINAL)
   Q_PROPERTY(bool whisperOn READ whisperOn NOTIFY whisperChanged FINAL)
   Q_PROPERTY(QString whisperText READ whisperText NOTIFY whisperChanged FINAL)
 
@@ -34,28 +44,51 @@ class MixerCanvasPresenter final : public QObject {
 
   [[nodiscard]] AppRowModel* rows() { return &rows_; }
   [[nodiscard]] OutputPresenter* output() { return &output_; }
+  [[nodiscard]] NowPlayingPresenter* nowPlaying() { return &nowPlaying_; }
+  [[nodiscard]] int liveCount() const { return liveCount_; }
+  [[nodiscard]] bool anyLive() const { return liveCount_ > 0; }
   [[nodiscard]] QString greeting() const;
-  [[nodiscard]] QString subtitle() const;
+  /// "3 sources".
+  [[nodiscard]] QString sourcesText() const;
+  /// "Live" or "Idle".
+  [[nodiscard]] QString liveTag() const;
+  /// "3 live".
   [[nodiscard]] QString liveCountText() const;
-  [[nodiscard]] int liveCount() const;
-  /// The mean gain of the applications that sound; 0 when none does.
-  [[nodiscard]] double averageGain() const;
-  [[nodiscard]] bool anyApps() const;
+  /// "3 live" or "Listening".
+  [[nodiscard]] QString finderState() const;
+  /// The mean gain of the listed applications that sound; 0 when none does.
+  [[nodiscard]] double averageGain() const { return averageGain_; }
+  [[nodiscard]] bool anyApps() const { return appCount_ > 0; }
+  [[nodiscard]] QString subtitle() const;
+  [[nodiscard]] bool ducking() const;
+  [[nodiscard]] QString duckState() const;
+  [[nodiscard]] bool profileActive() const;
+  [[nodiscard]] QString profilesState() const;
   [[nodiscard]] bool whisperOn() const;
   [[nodiscard]] QString whisperText() const;
 
   Q_INVOKABLE void toggleWhisper();
 
  Q_SIGNALS:
-  void mixChanged();
+  void liveChanged();
+  void averageGainChanged();
+  void subtitleChanged();
+  void duckingChanged();
+  void profilesChanged();
   void whisperChanged();
 
  private:
+  void refreshMix();
+
   std::shared_ptr<MixerState> state_;
   /// The rows read them.
   std::shared_ptr<ViewSettings> settings_;
   AppRowModel rows_;
   OutputPresenter output_;
+  NowPlayingPresenter nowPlaying_;
+  int liveCount_ = 0;
+  int appCount_ = 0;
+  double averageGain_ = 0.0;
   std::vector<Subscription> subscriptions_;
 };
 

@@ -19,7 +19,6 @@ Rectangle {
     readonly property real tallest: Math.max(room - screenMargin, Math.min(chrome + leastList, room - leastMargin))
     readonly property real gap: 10
     readonly property real countFadeSeconds: 0.15
-    readonly property real rowFadeSeconds: 0.2
     readonly property real chrome: column.topPadding + header.height + outputSection.height + listTitle.height
                                    + listGap + Tokens.spacing.xs + banner.height + footer.height + column.bottomPadding
     readonly property real listGap: 6
@@ -182,7 +181,7 @@ Rectangle {
                     }
                 }
 
-                ListView {
+                AppListView {
                     id: list
 
                     objectName: "rows"
@@ -193,92 +192,25 @@ Rectangle {
                     height: Math.min(contentHeight, Math.max(root.leastList, root.tallest - root.chrome))
                     spacing: 1
                     model: root.presenter.rows
-                    interactive: contentHeight > height
-                    clip: interactive
-                    boundsBehavior: Flickable.StopAtBounds
-                    // All rows exist, also for the keyboard and for assistive technology.
-                    cacheBuffer: 8000
-
-                    Accessible.role: Accessible.List
                     Accessible.name: qsTr("Now playing")
 
-                    delegate: FocusScope {
+                    delegate: AppElement {
                         id: element
 
-                        required property int index
-                        required property AppRowPresenter row
-
                         width: ListView.view.width
-                        implicitHeight: appRow.height + (tabsList ? 1 + tabsList.height : 0)
+                        rowHeight: appRow.rowHeight
+                        tabsGap: 1
 
-                        readonly property bool hasTabs: !row.tabs.isEmpty
-                        property CompactTabsList tabsList: null
-
-                        function followTabs(): void {
-                            if (hasTabs && !tabsList) {
-                                tabsList = tabsMaker.createObject(element) as CompactTabsList;
-                            } else if (!hasTabs && tabsList) {
-                                tabsList.destroy();
-                                tabsList = null;
-                            }
+                        tabsList: CompactTabsList {
+                            tabs: element.row.tabs
                         }
-
-                        onHasTabsChanged: followTabs()
-                        Component.onCompleted: followTabs()
-
-                        onActiveFocusChanged: if (activeFocus) ListView.view.positionViewAtIndex(index, ListView.Contain)
 
                         AppRow {
                             id: appRow
 
                             width: parent.width
-                            height: rowHeight
                             row: element.row
                             tipTarget: list
-                        }
-
-                        Component {
-                            id: tabsMaker
-
-                            CompactTabsList {
-                                y: appRow.height + 1
-                                width: element.width
-                                height: implicitHeight
-                                tabs: element.row.tabs
-                            }
-                        }
-                    }
-
-                    add: Transition {
-                        EaseOut {
-                            property: "opacity"
-                            from: 0
-                            to: 1
-                            seconds: root.rowFadeSeconds
-                        }
-                    }
-                    remove: Transition {
-                        EaseOut {
-                            property: "opacity"
-                            to: 0
-                            seconds: root.rowFadeSeconds
-                        }
-                    }
-                    displaced: Transition {
-                        EaseOut {
-                            property: "y"
-                            seconds: root.rowFadeSeconds
-                        }
-                        EaseOut {
-                            property: "opacity"
-                            to: 1
-                            seconds: root.rowFadeSeconds
-                        }
-                    }
-                    move: Transition {
-                        EaseOut {
-                            property: "y"
-                            seconds: root.rowFadeSeconds
                         }
                     }
                 }
@@ -403,7 +335,6 @@ Rectangle {
                 }
             }
         }
-
     }
 
     // The edge of a window that has no frame.

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/ProfileNames.h"
 #include "state/MixerState.h"
+#include "views/shared/ProfileNames.h"
 
 namespace quillmere {
 
@@ -24,7 +24,7 @@ QString ProfilesPresenter::activeName() const {
   return active == profiles.end() ? tr("Default") : QString::fromStdString(active->name);
 }
 
-void ProfilesPresenter::saveCurrent() { state_->addProfile(nextProfileName(*state_->profiles())); }
+void ProfilesPresenter::saveCurrent() { state_->addProfile(nextProfileName(state_->profiles()->size()).toStdString()); }
 
 void ProfilesPresenter::refresh() {
   std::vector<MenuEntry> entries;

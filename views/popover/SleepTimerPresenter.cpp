@@ -11,7 +11,10 @@
 namespace quillmere {
 
 SleepTimerPresenter::SleepTimerPresenter(std::shared_ptr<MixerState> state, const Runtime& runtime, QObject* parent)
-    : QObject(parent), state_(std::move(state)), runtime_(runtime), ticker_(runtime, [this] { Q_EMIT remainingChanged(); }) {
+    : QObject(parent),
+      state_(std::move(state)),
+      runtime_(runtime),
+      ticker_(runtime, [this] { Q_EMIT remainingChanged(); }) {
   std::vector<MenuEntry> entries;
   entries.reserve(std::size(sleepChoices) + 1);
   for (const int minutes : sleepChoices) {

@@ -1,17 +1,30 @@
-// What the page of the preferences shows.
+// The settings page: switches, permissions, and what this program is.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
 #include <QObject>
+#include <QString>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "runtime/Observable.h"
+#include "runtime/Runtime.h"
 #include "views/ViewServices.h"
+#include "views/preferences/LaunchAtLoginPresenter.h"
+#include "views/shared/PermissionsPresenter.h"
 
 namespace quillmere {
 
-/// [main] Lives as long as its page shows.
+class MixerState;
+class ViewSettings;
+class Workspace;
+
+/// "1.2 (345)"; what is empty is a dash.
+[[nodiscard]] QString versionText(std::string_view version, std::string_view build);
+
+/// [main] Lives as long as its page shows: meanwhile the permissions are read again and again.
 class PreferencesCanvasPresenter final : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -19,6 +32,9 @@ class PreferencesCanvasPresenter final : public QObject {
   Q_PROPERTY(bool scrollAdjusts READ scrollAdjusts WRITE setScrollAdjusts NOTIFY settingsChanged FINAL)
   Q_PROPERTY(bool showsDuckBanner READ showsDuckBanner WRITE setShowsDuckBanner NOTIFY settingsChanged FINAL)
   Q_PROPERTY(bool pausesOnDisconnect READ pausesOnDisconnect WRITE setPausesOnDisconnect NOTIFY settingsChanged FINAL)
+  Q_PROPERTY(QString version READ version CONSTANT FINAL)
+  Q_PROPERTY(quillmere::LaunchAtLoginPresenter* launchAtLogin READ launchAtLogin CONSTANT FINAL)
+  Q_PROPERTY(quillmere::PermissionsPresenter* permissions READ permissions CONSTANT FINAL)
 
  public:
   explicit PreferencesCanvasPresenter(const ViewServices& services, QObject* parent = nullptr);
@@ -29,13 +45,25 @@ class PreferencesCanvasPresenter final : public QObject {
   void setShowsDuckBanner(bool shows);
   [[nodiscard]] bool pausesOnDisconnect() const;
   void setPausesOnDisconnect(bool pauses);
+  [[nodiscard]] QString version() const;
+  [[nodiscard]] LaunchAtLoginPresenter* launchAtLogin() { return &launchAtLogin_; }
+  [[nodiscard]] PermissionsPresenter* permissions() { return &permissions_; }
+
+  Q_INVOKABLE void openWebsite();
+  Q_INVOKABLE void sendFeedback();
 
  Q_SIGNALS:
   void settingsChanged();
 
  private:
+  void open(std::string url);
+
   std::shared_ptr<MixerState> state_;
   std::shared_ptr<ViewSettings> settings_;
+  Runtime runtime_;
+  Workspace& workspace_;
+  LaunchAtLoginPresenter launchAtLogin_;
+  PermissionsPresenter permissions_;
   std::vector<Subscription> subscriptions_;
 };
 

@@ -1,6 +1,8 @@
 // A machine in memory for pictures.
 #include "views/preview/PreviewMachine.h"
 
+#include <utility>
+
 #include "platform/memory/MemoryMediaKeys.h"
 #include "platform/memory/MemoryNowPlayingSource.h"
 #include "platform/memory/MemorySoundPlayer.h"
@@ -40,7 +42,8 @@ PreviewMachine::PreviewMachine()
               std::make_unique<MemorySoundPlayer>()},
       audio(static_cast<MemoryAudioHardware&>(*machine.audio)),
       workspace(static_cast<MemoryWorkspace&>(*machine.workspace)),
-      runtime(time.runtime(log)) {}
+      runtime(time.runtime(log)),
+      services(std::move(desktop.desktop), runtime) {}
 
 PreviewMachine::~PreviewMachine() {
   state.reset();
@@ -57,9 +60,25 @@ void PreviewMachine::launch(const std::string& bundleID, const std::string& name
                             const std::string& icon) {
   const auto pid = ++lastPID_;
   workspace.launch(bundleID, name, pid);
-  if (!icon.empty()) workspace.setIcon(bundleID, FileIcon{icon});
+  desktop.workspace.launch(bundleID, name, pid);
+  if (!icon.empty()) desktop.workspace.setIcon(bundleID, FileIcon{icon});
   const MemoryProcess process{bundleID, pid, sounds, false};
   running_[bundleID] = {audio.addProcess(process), process};
+}
+
+void PreviewMachine::install(const std::string& bundleID, const std::string& name, const std::string& icon) {
+  desktop.workspace.install(bundleID, name, "/usr/share/applications/" + bundleID + ".desktop");
+  if (!icon.empty()) desktop.workspace.setIcon(bundleID, FileIcon{icon});
+}
+
+void PreviewMachine::play(const std::string& title, const std::string& artist, const std::string& bundleID,
+                          bool playing) {
+  auto& player = static_cast<MemoryNowPlayingSource&>(*machine.nowPlaying);
+  NowPlayingInfo info{{nowplaying::title, title}, {nowplaying::playbackRate, playing ? 1.0 : 0.0}};
+  if (!artist.empty()) info[nowplaying::artist] = artist;
+  player.setInfo(std::move(info));
+  const auto source = running_.find(bundleID);
+  player.setApplicationPID(source == running_.end() ? -1 : source->second.process.pid);
 }
 
 void PreviewMachine::setListening(const std::string& bundleID, bool listens) {
@@ -70,6 +89,7 @@ void PreviewMachine::setListening(const std::string& bundleID, bool listens) {
 
 void PreviewMachine::start() {
   state = AppState::create(machine, runtime, std::make_shared<SilentEngine>(time.background()));
+  state->useUpdater(updater);
   time.runUntilIdle();
   advance(0.4);
 }

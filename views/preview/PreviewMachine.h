@@ -5,12 +5,15 @@
 #include <memory>
 #include <string>
 
+#include "integrations/DesktopServices.h"
 #include "platform/Machine.h"
 #include "platform/memory/MemoryAudioHardware.h"
+#include "platform/memory/MemoryDesktop.h"
 #include "platform/memory/MemoryWorkspace.h"
 #include "platform/memory/RecordingLogSink.h"
 #include "runtime/VirtualTime.h"
 #include "state/AppState.h"
+#include "views/preview/PreviewUpdater.h"
 
 namespace quillmere {
 
@@ -25,6 +28,10 @@ class PreviewMachine {
   void addDevice(const std::string& uid, const std::string& name);
   /// A running application. `icon` is the path of an image; empty for none.
   void launch(const std::string& bundleID, const std::string& name, bool sounds, const std::string& icon = {});
+  /// An application that is there and does not run.
+  void install(const std::string& bundleID, const std::string& name, const std::string& icon = {});
+  /// A player tells of a track; an empty identifier for nobody.
+  void play(const std::string& title, const std::string& artist, const std::string& bundleID, bool playing);
   void setListening(const std::string& bundleID, bool listens);
   /// Starts the state and lets it see everything.
   void start();
@@ -36,9 +43,11 @@ class PreviewMachine {
   MemoryAudioHardware& audio;
   MemoryWorkspace& workspace;
   Runtime runtime;
+  /// What the windows ask themselves. Applications that are launched run here too.
+  MemoryDesktop desktop;
+  DesktopServices services;
+  PreviewUpdater updater;
   std::shared_ptr<AppState> state;
-  std::shared_ptr<Observable<std::optional<std::string>>> latestVersion =
-      std::make_shared<Observable<std::optional<std::string>>>();
 
  private:
   struct Running {

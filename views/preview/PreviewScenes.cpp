@@ -3,14 +3,16 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
-#include <QMouseEvent>
-#include <QPainter>
 #include <QQuickItem>
 #include <QQuickView>
-#include <QTemporaryDir>
+#include <algorithm>
+#include <iterator>
 
+#include "views/ViewFactory.h"
 #include "views/mixer/AppRowModel.h"
 #include "views/popover/MixerPanelPresenter.h"
+#include "views/preview/FormScenes.h"
+#include "views/preview/PreviewGestures.h"
 #include "views/preview/PreviewMachine.h"
 
 namespace quillmere {
@@ -23,30 +25,6 @@ constexpr const char* chrome = "com.google.Chrome";
 constexpr const char* vlc = "org.videolan.vlc";
 constexpr const char* game = "net.minetest.minetest";
 
-/// An application icon of one colour and a letter, so that pictures don't depend on what is installed.
-std::string icon(const QString& letter, const QColor& color) {
-  static const QTemporaryDir folder;
-  const auto path = folder.filePath(letter + color.name().mid(1) + QStringLiteral(".png"));
-  constexpr int side = 128;
-  constexpr int corner = 28;
-  QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
-  image.fill(Qt::transparent);
-  QPainter painter(&image);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(color);
-  painter.drawRoundedRect(image.rect(), corner, corner);
-  QFont font;
-  font.setPixelSize(side / 2);
-  font.setWeight(QFont::DemiBold);
-  painter.setFont(font);
-  painter.setPen(Qt::white);
-  painter.drawText(image.rect(), Qt::AlignCenter, letter);
-  painter.end();
-  image.save(path);
-  return path.toStdString();
-}
-
 void addDevices(PreviewMachine& box) {
   box.addDevice("speakers", "Built-in Audio Analog Stereo");
   box.addDevice("headset", "WH-1000XM4 Headphones");
@@ -55,11 +33,11 @@ void addDevices(PreviewMachine& box) {
 
 void fillCommon(PreviewMachine& box) {
   addDevices(box);
-  box.launch(spotify, "Spotify", true, icon("S", "#1db954"));
-  box.launch(chrome, "Google Chrome", true, icon("C", "#ea4335"));
-  box.launch(vlc, "VLC media player", true, icon("V", "#ff8800"));
+  box.launch(spotify, "Spotify", true, previewIcon("S", "#1db954"));
+  box.launch(chrome, "Google Chrome", true, previewIcon("C", "#ea4335"));
+  box.launch(vlc, "VLC media player", true, previewIcon("V", "#ff8800"));
   box.launch(game, "Minetest", true);
-  box.launch(zoom, "Zoom", false, icon("Z", "#2d8cff"));
+  box.launch(zoom, "Zoom", false, previewIcon("Z", "#2d8cff"));
 }
 
 void fillSeveral(PreviewMachine& box) {
@@ -111,38 +89,21 @@ void fillForty(PreviewMachine& box) {
   box.start();
 }
 
-void move(QQuickWindow& window, QPointF at) {
-  QMouseEvent event(QEvent::MouseMove, at, at, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-  QCoreApplication::sendEvent(&window, &event);
+void fillPlaying(PreviewMachine& box) {
+  fillSeveral(box);
+  box.play("Weird Fishes / Arpeggi", "Radiohead", spotify, true);
+  box.advance(1.1);
 }
 
-void click(QQuickWindow& window, QPointF at) {
-  move(window, at);
-  QMouseEvent press(QEvent::MouseButtonPress, at, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-  QCoreApplication::sendEvent(&window, &press);
-  QMouseEvent release(QEvent::MouseButtonRelease, at, at, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-  QCoreApplication::sendEvent(&window, &release);
+void fillUpdate(PreviewMachine& box) {
+  fillPlaying(box);
+  box.updater.latest.set("2.0");
 }
 
-QPointF centreOf(QQuickItem& item) { return item.mapToScene({item.width() / 2, item.height() / 2}); }
-
-QQuickItem* find(QQuickItem& root, const std::function<bool(QQuickItem&)>& wanted) {
-  if (wanted(root)) return &root;
-  for (auto* child : root.childItems()) {
-    if (auto* found = find(*child, wanted)) return found;
-  }
-  return nullptr;
-}
-
-/// The first item with this text that takes clicks.
-QQuickItem* button(QQuickWindow& window, const QString& text) {
-  return find(*window.contentItem(), [&](QQuickItem& item) {
-    return item.acceptedMouseButtons() != Qt::NoButton && item.property("text").toString().startsWith(text);
-  });
-}
-
-void clickButton(QQuickWindow& window, const QString& text) {
-  if (auto* item = button(window, text)) click(window, centreOf(*item));
+void fillCall(PreviewMachine& box) {
+  fillDucked(box);
+  box.play("Weird Fishes / Arpeggi", "", "", false);
+  box.advance(1.1);
 }
 
 AppRowModel* rowsOf(QQuickWindow& window) {
@@ -195,11 +156,34 @@ void openTabs(QQuickWindow& window, int count) {
 void openElevenTabs(QQuickWindow& window) {
   openTabs(window, 11);
   QCoreApplication::processEvents();
+  if (auto* rows = find(*window.contentItem(), [](QQuickItem& item) { return item.objectName() == "rows"; })) {
+    QMetaObject::invokeMethod(rows, "positionViewAtIndex", Q_ARG(int, 0), Q_ARG(int, 0));
+    QCoreApplication::processEvents();
+  }
   clickButton(window, "11 tabs");
 }
 
 void hoverRow(QQuickWindow& window) {
   if (auto* item = button(window, "Output for Spotify")) move(window, centreOf(*item) - QPointF(60, 0));
+}
+
+void showActivity(QQuickWindow& window) { ViewFactory::showSection(window, "Activity"); }
+
+void hoverCard(QQuickWindow& window) {
+  if (auto* item = button(window, "Output for Spotify")) move(window, centreOf(*item) - QPointF(200, 0));
+}
+
+/// The main window as far down as it goes.
+void smallest(QQuickWindow& window) { window.resize(1040, 660); }
+
+void tile(QQuickWindow& window) {
+  window.setMinimumSize({});
+  window.resize(620, 560);
+}
+
+void scrollToEnd(QQuickWindow& window) {
+  auto* rows = find(*window.contentItem(), [](QQuickItem& item) { return item.objectName() == "rows"; });
+  if (rows) QMetaObject::invokeMethod(rows, "positionViewAtEnd");
 }
 
 void fillFocus(PreviewMachine& box) {
@@ -212,10 +196,8 @@ void fillFocus(PreviewMachine& box) {
 
 using Window = PreviewScene::Window;
 
-}  // namespace
-
-const std::vector<PreviewScene>& previewScenes() {
-  static const std::vector<PreviewScene> scenes{
+std::vector<PreviewScene> mixerScenes() {
+  return {
       {"popover-several", Window::popover, fillSeveral, {}},
       {"popover-empty", Window::popover, fillEmpty, {}},
       {"popover-ducked", Window::popover, fillDucked, {}},
@@ -252,13 +234,39 @@ const std::vector<PreviewScene>& previewScenes() {
        [](QQuickWindow& window) { clickButton(window, "Profile: "); }},
       {"main-several", Window::main, fillSeveral, {}},
       {"main-empty", Window::main, fillEmpty, {}},
+      {"main-playing", Window::main, fillPlaying, {}},
+      {"main-update", Window::main, fillUpdate, smallest},
+      {"main-call", Window::main, fillCall, {}},
+      {"main-tile", Window::main, fillPlaying, tile},
+      {"main-cards", Window::main, fillSeveral, scrollToEnd},
+      {"main-names-cards", Window::main, fillNames, scrollToEnd},
+      {"main-forty-end", Window::main, fillForty, scrollToEnd},
+      {"activity", Window::main, fillSeveral, showActivity},
+      {"activity-empty", Window::main, fillEmpty, showActivity},
+      {"activity-forty", Window::main, fillForty, showActivity},
+      {"activity-names", Window::main, fillNames, showActivity},
       {"main-ducked", Window::main, fillDucked, {}},
       {"main-focus", Window::main, fillFocus, {}},
       {"main-names", Window::main, fillNames, {}},
       {"main-forty", Window::main, fillForty, {}},
       {"main-tabs", Window::main, fillSeveral, openElevenTabs},
-      {"main-hover", Window::main, fillSeveral, hoverRow},
+      {"main-hover", Window::main, fillSeveral,
+       [](QQuickWindow& window) {
+         scrollToEnd(window);
+         QCoreApplication::processEvents();
+         hoverCard(window);
+       }},
   };
+}
+
+}  // namespace
+
+const std::vector<PreviewScene>& previewScenes() {
+  static const std::vector<PreviewScene> scenes = [] {
+    auto all = mixerScenes();
+    std::ranges::move(formScenes(), std::back_inserter(all));
+    return all;
+  }();
   return scenes;
 }
 

@@ -30,25 +30,38 @@ class NoPointer : public QObject {
   }
 };
 
+std::unique_ptr<QQuickWindow> make(ViewFactory& factory, PreviewScene::Window window) {
+  switch (window) {
+    case PreviewScene::Window::popover:
+      return factory.makePopover();
+    case PreviewScene::Window::main:
+      return factory.makeMainWindow();
+    case PreviewScene::Window::onboarding:
+      return factory.makeOnboarding();
+  }
+  return nullptr;
+}
+
 std::unique_ptr<QQuickWindow> open(const PreviewScene& scene, PreviewMachine& box) {
   scene.fill(box);
   ViewIntents intents;
   intents.quit = [] { QCoreApplication::quit(); };
-  ViewFactory factory({box.state, box.runtime, std::make_shared<ViewSettings>(*box.machine.defaults), box.workspace,
-                       std::move(intents), "1.9.9", box.latestVersion});
-  auto window = scene.window == PreviewScene::Window::popover ? factory.makePopover() : factory.makeMainWindow();
+  ViewFactory factory({box.state, box.runtime, std::make_shared<ViewSettings>(*box.state), box.services,
+                       std::move(intents), "1.9.9"});
+  auto window = make(factory, scene.window);
   if (scene.window == PreviewScene::Window::popover) window->setFlags(Qt::Tool | Qt::FramelessWindowHint);
   window->show();
   window->requestActivate();
   return window;
 }
 
-/// Lets the window draw for a while: animations end, pictures arrive.
-void settle(QQuickWindow& window, int millis) {
+/// Lets the window draw for a while: animations end, pictures arrive, and so do answers from the background.
+void settle(QQuickWindow& window, PreviewMachine& box, int millis) {
   QElapsedTimer clock;
   clock.start();
   while (clock.elapsed() < millis) {
     window.update();
+    box.time.runUntilIdle();
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
   }
 }
@@ -59,11 +72,11 @@ bool shoot(const PreviewScene& scene, const QDir& folder) {
   NoPointer filter;
   const auto window = open(scene, box);
   window->installEventFilter(&filter);
-  settle(*window, settleMillis);
+  settle(*window, box, settleMillis);
   if (scene.act) {
     scene.act(*window);
     // Tool tips wait before they come.
-    settle(*window, 2 * settleMillis);
+    settle(*window, box, 2 * settleMillis);
   }
   const auto scale = window->effectiveDevicePixelRatio();
   const auto file = folder.filePath(QStringLiteral("%1@%2x.png").arg(QString::fromStdString(scene.name)).arg(scale));

@@ -1,11 +1,11 @@
-// The saved profiles as rows.
+// The saved profiles as tiles.
 #include "views/profiles/ProfileListModel.h"
 
-#include <algorithm>
+#include <unordered_map>
 #include <utility>
 
-#include "core/ProfileNames.h"
 #include "state/MixerState.h"
+#include "views/shared/AppCount.h"
 
 namespace quillmere {
 
@@ -23,19 +23,24 @@ QVariant ProfileListModel::data(const QModelIndex& index, int role) const {
     case NameRole:
       return QString::fromStdString(row.name);
     case SizeTextRole:
-      return row.appCount == 1 ? tr("1 app") : tr("%1 apps").arg(row.appCount);
+      return countedApps(row.appCount);
     case ActiveRole:
       return row.isActive;
+    case SelectedRole:
+      return row.isSelected;
     default:
       return {};
   }
 }
 
 QHash<int, QByteArray> ProfileListModel::roleNames() const {
-  return {{NameRole, "name"}, {SizeTextRole, "sizeText"}, {ActiveRole, "active"}};
+  return {{NameRole, "name"}, {SizeTextRole, "sizeText"}, {ActiveRole, "active"}, {SelectedRole, "selected"}};
 }
 
-void ProfileListModel::saveCurrent() { state_->addProfile(nextProfileName(*state_->profiles())); }
+void ProfileListModel::setSelected(std::optional<Uuid> id) {
+  selected_ = id;
+  refresh();
+}
 
 void ProfileListModel::apply(int row) {
   if (const auto id = idAt(row)) state_->applyProfile(*id);
@@ -53,11 +58,16 @@ void ProfileListModel::refresh() {
   const auto& profiles = *state_->profiles();
   std::vector<std::string> wanted;
   wanted.reserve(profiles.size());
-  for (const auto& profile : profiles) wanted.push_back(profile.id.text());
+  // Of several with one identity the first is shown, which is the one that operations find.
+  std::unordered_map<std::string, const Profile*> profileOf;
+  for (const auto& profile : profiles) {
+    wanted.push_back(profile.id.text());
+    profileOf.emplace(wanted.back(), &profile);
+  }
   arrange(wanted);
   for (int at = 0; at < count(); ++at) {
-    const auto profile = std::ranges::find_if(profiles, [&](const Profile& each) { return idAt(at) == each.id; });
-    Row now{profile->name, profile->apps.size(), *state_->activeProfileID() == profile->id};
+    const auto* profile = profileOf.at(keys()[static_cast<std::size_t>(at)]);
+    Row now{profile->name, profile->apps.size(), *state_->activeProfileID() == profile->id, selected_ == profile->id};
     auto& shown = rows_[static_cast<std::size_t>(at)];
     if (shown == now) continue;
     shown = std::move(now);

@@ -9,12 +9,12 @@ Item {
     property real side: 22
     property real tileSymbolSize: 11
     // A single pixel stands for no icon.
-    readonly property bool missing: picture.status === Image.Error
+    readonly property bool missing: picture.status === Image.Null || picture.status === Image.Error
                                     || (picture.status === Image.Ready && picture.implicitWidth <= 1)
 
-    // The provider rounds its pictures by the same share.
-    readonly property real cornerShare: 5 / 22
-    readonly property real tileOpacity: 0.14
+    // The provider rounds its pictures by it.
+    property real corner: side * 5 / 22
+    property real tileOpacity: 0.14
     readonly property int pixels: Math.ceil(side * Screen.devicePixelRatio)
 
     implicitWidth: side
@@ -24,7 +24,7 @@ Item {
         id: picture
 
         anchors.fill: parent
-        source: root.source
+        source: root.source.toString().length > 0 ? root.source + "?corner=" + root.corner / root.side : ""
         sourceSize.width: root.pixels
         sourceSize.height: root.pixels
         fillMode: Image.PreserveAspectFit
@@ -35,7 +35,7 @@ Item {
     Rectangle {
         anchors.fill: parent
         visible: root.missing
-        radius: root.side * root.cornerShare
+        radius: root.corner
         color: Tokens.alpha(Tokens.brandSage, root.tileOpacity)
 
         Symbol {

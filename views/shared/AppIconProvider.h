@@ -14,13 +14,14 @@ class Workspace;
 class AppIconProvider final : public QQuickAsyncImageProvider {
  public:
   static constexpr const char* id = "app-icon";
-  /// The address under which an application's icon is asked for.
+  /// The address under which an application's icon is asked for. A query "corner=0.2" rounds its corners by so much of
+  /// its width, at most a half; without one they are rounded as in the mixer's rows.
   [[nodiscard]] static QUrl urlFor(const std::string& bundleID);
 
   /// The workspace outlives the provider and every request.
   explicit AppIconProvider(Workspace& workspace) : workspace_(workspace) {}
 
-  QQuickImageResponse* requestImageResponse(const QString& encodedID, const QSize& requestedSize) override;
+  QQuickImageResponse* requestImageResponse(const QString& address, const QSize& requestedSize) override;
 
  private:
   Workspace& workspace_;

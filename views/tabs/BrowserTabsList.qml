@@ -1,4 +1,4 @@
-// A browser's tabs below its card in the main window: closed at first, then all of them.
+// A browser's tabs below its card in the main window, which they join: closed at first, then all of them.
 pragma ComponentBehavior: Bound
 
 import QtQuick
@@ -12,16 +12,22 @@ Item {
     required property string browserName
     property bool expanded: false
 
-    readonly property real headerHeight: 26
+    readonly property real headerHeight: 30
+    readonly property real bottomPadding: expanded ? Tokens.spacing.s : 0
 
-    implicitHeight: header.height + body.height
+    implicitHeight: header.height + body.height + bottomPadding
+
+    UnevenPanel {
+        anchors.fill: parent
+        flatTop: true
+    }
 
     TabsHeader {
         id: header
 
         width: root.width
         height: root.headerHeight
-        horizontalPadding: 10
+        horizontalPadding: Tokens.spacing.l
         text: root.tabs.openText
         extra: root.browserName
         chevronSize: 9
@@ -34,7 +40,8 @@ Item {
         id: body
 
         anchors.top: header.bottom
-        width: root.width
+        x: Tokens.spacing.s
+        width: root.width - 2 * x
         height: root.expanded ? rows.implicitHeight : 0
         visible: height > 0
         clip: height < rows.implicitHeight

@@ -82,12 +82,14 @@ void TabListModel::setTabs(std::vector<BrowserTab> tabs) {
   if (countChanges) Q_EMIT tabsChanged();
 }
 
-QString TabListModel::countText() const { return tabCount_ == 1 ? tr("1 tab") : tr("%1 tabs").arg(tabCount_); }
+QString TabListModel::countText() const { return tabCount_ == 1 ? tr("1 tab") : tr("%n tabs", nullptr, tabCount_); }
 
-QString TabListModel::openText() const { return tabCount_ == 1 ? tr("1 tab open") : tr("%1 tabs open").arg(tabCount_); }
+QString TabListModel::openText() const {
+  return tabCount_ == 1 ? tr("1 tab open") : tr("%n tabs open", nullptr, tabCount_);
+}
 
 QString TabListModel::moreText() const {
-  return tabCount_ > rowLimit_ ? tr("+ %1 more").arg(tabCount_ - rowLimit_) : QString();
+  return tabCount_ > rowLimit_ ? tr("+ %n more", nullptr, tabCount_ - rowLimit_) : QString();
 }
 
 void TabListModel::activate(int row) {

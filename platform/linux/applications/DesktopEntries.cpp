@@ -2,21 +2,25 @@
 #include "applications/DesktopEntries.h"
 
 #include <glib.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <set>
 #include <tuple>
+#include <utility>
+
+#include "applications/SmallFile.h"
+#include "text/CleanText.h"
 
 namespace quillmere::applications {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::uintmax_t maxFileBytes = std::uintmax_t{1024} * 1024;
 constexpr int maxDepth = 8;
 constexpr std::size_t maxEntries = 10000;
 
@@ -66,54 +70,89 @@ std::string idOf(const fs::path& file, const fs::path& folder) {
   return id;
 }
 
+/// What was left out of one reading, in one line however much it is.
+class Omissions {
+ public:
+  void add(const fs::path& file, const std::string& problem) {
+    if (++count_ > maxNamed) return;
+    if (!text_.empty()) text_ += "; ";
+    text_ += cleanText(file.string(), maxPathBytes) + ": " + cleanText(problem, maxProblemBytes);
+  }
+  void tell(const DesktopEntries::Report& report) const {
+    if (count_ == 0) return;
+    auto line = std::to_string(count_) + (count_ == 1 ? " desktop entry" : " desktop entries") + " left out: " + text_;
+    if (count_ > maxNamed) line += "; and " + std::to_string(count_ - maxNamed) + " more";
+    report(line);
+  }
+
+ private:
+  static constexpr std::size_t maxNamed = 8;
+  static constexpr std::size_t maxPathBytes = 200;
+  static constexpr std::size_t maxProblemBytes = 120;
+  std::size_t count_ = 0;
+  std::string text_;
+};
+
 class Reader {
  public:
-  explicit Reader(const DesktopEntries::Report& report) : report_(report) {}
+  explicit Reader(const DesktopEntries::Places& places) : places_(places) {}
 
   void readFolder(const fs::path& folder) {
-    std::error_code error;
-    const auto options =
-        fs::directory_options::follow_directory_symlink | fs::directory_options::skip_permission_denied;
     std::vector<fs::path> files;
-    for (fs::recursive_directory_iterator at(folder, options, error), end; !error && at != end; at.increment(error)) {
-      if (at.depth() >= maxDepth) at.disable_recursion_pending();
-      if (at->path().extension() == ".desktop") files.push_back(at->path());
-      if (files.size() > maxEntries) break;
-    }
+    collect(folder, 0, files);
     std::ranges::sort(files);
-    for (const auto& file : files) readFile(file, folder);
+    for (const auto& file : files) readFile(file, idOf(file, folder));
+  }
+
+  /// Absent for what is no application, is deleted, or is broken; the last is told in `problem`.
+  std::optional<DesktopEntry> entryOf(const fs::path& file, const std::string& id, std::string& problem) const {
+    const auto text = readSmallFile(file.string(), problem);
+    if (!text) return std::nullopt;
+    auto entry = parseDesktopEntry(id, *text, problem);
+    if (!entry) {
+      if (problem == "not an application") problem.clear();
+      return std::nullopt;
+    }
+    entry->path = file.string();
+    entry->isListed = entry->isVisible && isMeantFor(entry->onlyShowIn, entry->notShowIn, places_.desktops) &&
+                      (entry->tryExec.empty() || isProgram(entry->tryExec, places_.searchPath));
+    return entry;
   }
 
   std::vector<DesktopEntry> entries;
+  Omissions omissions;
 
  private:
-  void readFile(const fs::path& file, const fs::path& folder) {
-    const auto id = idOf(file, folder);
-    if (seen_.contains(id)) return;
+  /// Every desktop file below a folder. A folder that is reached a second time, through a link, has been looked at.
+  void collect(const fs::path& folder, int depth, std::vector<fs::path>& files) {
+    struct stat facts{};
+    if (::stat(folder.c_str(), &facts) != 0) return;
+    if (!visited_.insert({facts.st_dev, facts.st_ino}).second) return;
     std::error_code error;
-    const auto size = fs::file_size(file, error);
-    if (error || !fs::is_regular_file(file, error)) return;
-    if (size > maxFileBytes) {
-      report_("desktop entry " + file.string() + " ignored: too large");
-      return;
+    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+      if (files.size() >= maxEntries) return;
+      if (at->path().extension() == ".desktop") {
+        files.push_back(at->path());
+        continue;
+      }
+      std::error_code unknown;
+      if (depth < maxDepth && at->is_directory(unknown)) collect(at->path(), depth + 1, files);
     }
-    std::ifstream stream(file, std::ios::binary);
-    std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-    if (!stream) return;
-    std::string problem;
-    auto entry = parseDesktopEntry(id, text, problem);
-    if (!entry) {
-      if (problem != "not an application") report_("desktop entry " + file.string() + " ignored: " + problem);
-      return;
-    }
-    seen_.insert(id);
-    if (entry->isDeleted) return;
-    entry->path = file.string();
-    entries.push_back(std::move(*entry));
   }
 
-  const DesktopEntries::Report& report_;
+  void readFile(const fs::path& file, const std::string& id) {
+    if (seen_.contains(id)) return;
+    std::string problem;
+    auto entry = entryOf(file, id, problem);
+    if (!problem.empty()) omissions.add(file, problem);
+    if (!entry) return;
+    seen_.insert(id);
+    if (!entry->isDeleted) entries.push_back(std::move(*entry));
+  }
+
+  const DesktopEntries::Places& places_;
   std::set<std::string> seen_;
+  std::set<std::pair<dev_t, ino_t>> visited_;
 };
 
 }  // namespace
@@ -148,14 +187,60 @@ std::vector<std::string> dataFolders() {
   return folders;
 }
 
-std::shared_ptr<const DesktopEntries> DesktopEntries::read(const std::vector<std::string>& folders,
-                                                           const std::string& searchPath, const Report& report) {
-  Reader reader(report);
-  for (const auto& folder : folders) reader.readFolder(fs::path(folder) / "applications");
+std::vector<std::string> currentDesktops() {
+  const char* names = std::getenv("XDG_CURRENT_DESKTOP");
+  std::vector<std::string> desktops;
+  std::string_view rest(names == nullptr ? "" : names);
+  while (!rest.empty()) {
+    const auto end = std::min(rest.find(':'), rest.size());
+    if (end != 0) desktops.emplace_back(rest.substr(0, end));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+  }
+  return desktops;
+}
+
+bool isMeantFor(const std::vector<std::string>& onlyShowIn, const std::vector<std::string>& notShowIn,
+                const std::vector<std::string>& desktops) {
+  // The session's first name that an entry mentions decides.
+  for (const auto& desktop : desktops) {
+    if (std::ranges::find(onlyShowIn, desktop) != onlyShowIn.end()) return true;
+    if (std::ranges::find(notShowIn, desktop) != notShowIn.end()) return false;
+  }
+  return onlyShowIn.empty();
+}
+
+bool isProgram(const std::string& program, const std::string& searchPath) {
+  const auto file = resolved(program, searchPath);
+  struct stat facts{};
+  return !file.empty() && ::stat(file.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) &&
+         ::access(file.c_str(), X_OK) == 0;
+}
+
+std::shared_ptr<const DesktopEntries> DesktopEntries::read(const Places& places, const Report& report) {
+  Reader reader(places);
+  for (const auto& folder : places.folders) reader.readFolder(fs::path(folder) / "applications");
+  reader.omissions.tell(report);
   auto entries = std::make_shared<DesktopEntries>();
   entries->entries_ = std::move(reader.entries);
-  entries->index(searchPath);
+  entries->index(places.searchPath);
   return entries;
+}
+
+std::optional<DesktopEntry> DesktopEntries::readFile(const Places& places, const std::string& path) {
+  if (!path.ends_with(".desktop")) return std::nullopt;
+  const fs::path file(path);
+  auto id = idOf(file, file.parent_path());
+  for (const auto& folder : places.folders) {
+    const auto applications = fs::path(folder) / "applications";
+    const auto below = file.lexically_relative(applications);
+    if (below.empty() || *below.begin() == "..") continue;
+    id = idOf(file, applications);
+    break;
+  }
+  std::string problem;
+  auto entry = Reader(places).entryOf(file, id, problem);
+  if (!entry || entry->isDeleted) return std::nullopt;
+  return entry;
 }
 
 void DesktopEntries::index(const std::string& searchPath) {

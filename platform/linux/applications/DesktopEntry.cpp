@@ -28,6 +28,14 @@ std::string textOf(GKeyFile* file, const char* key) { return take(g_key_file_get
 
 bool flagOf(GKeyFile* file, const char* key) { return g_key_file_get_boolean(file, group, key, nullptr) == TRUE; }
 
+std::vector<std::string> listOf(GKeyFile* file, const char* key) {
+  std::vector<std::string> texts;
+  char** list = g_key_file_get_string_list(file, group, key, nullptr, nullptr);
+  for (char** text = list; text != nullptr && *text != nullptr; ++text) texts.emplace_back(*text);
+  g_strfreev(list);
+  return texts;
+}
+
 bool hasCategory(std::string_view categories, std::string_view wanted) {
   while (!categories.empty()) {
     const auto end = categories.find(';');
@@ -93,6 +101,9 @@ std::optional<DesktopEntry> parseDesktopEntry(const std::string& id, const std::
   if (entry.sandboxID.empty()) entry.sandboxID = snapIDOf(file.get(), id, words);
   entry.runsInTerminal = flagOf(file.get(), "Terminal");
   entry.isVisible = !flagOf(file.get(), "NoDisplay");
+  entry.onlyShowIn = listOf(file.get(), "OnlyShowIn");
+  entry.notShowIn = listOf(file.get(), "NotShowIn");
+  entry.tryExec = textOf(file.get(), "TryExec");
   const auto categories = textOf(file.get(), "Categories");
   entry.hostsOthers = hasCategory(categories, "TerminalEmulator") || hasCategory(categories, "IDE");
   return entry;

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "CommandLine.h"
 #include "platform/Workspace.h"
@@ -24,11 +25,21 @@ struct DesktopEntry {
   std::string path;
   /// Whether people should see it among applications.
   bool isVisible = true;
+  /// The desktops that list it; empty for all.
+  std::vector<std::string> onlyShowIn;
+  /// The desktops that don't.
+  std::vector<std::string> notShowIn;
+  /// The program whose absence means that the application is not there either.
+  std::string tryExec;
+  /// Whether this desktop lists it: visible, meant for it, and its program there. Known once it is read with others.
+  bool isListed = false;
   /// Only there to take a later folder's entry of the same id away.
   bool isDeleted = false;
   bool runsInTerminal = false;
   /// Starts other programs inside its own unit: terminal emulators, development environments.
   bool hostsOthers = false;
+
+  friend bool operator==(const DesktopEntry&, const DesktopEntry&) = default;
 };
 
 /// Reads the text of a desktop file; absent if it is broken or not an application. `problem` says why.

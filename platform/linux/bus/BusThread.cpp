@@ -146,9 +146,15 @@ void BusThread::disconnect() {
 
 void BusThread::call(const std::string& service, const char* path, const char* interface, const char* method,
                      GVariant* arguments, Duration timeout, Reply reply) {
+  ask(service, path, interface, method, arguments, timeout, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+      [reply = std::move(reply)](GVariant* value, const GError*) { reply(value); });
+}
+
+void BusThread::ask(const std::string& service, const char* path, const char* interface, const char* method,
+                    GVariant* arguments, Duration timeout, GDBusCallFlags flags, Answer answer) {
   struct Call {
     BusThread* self;
-    Reply reply;
+    Answer answer;
   };
   if (!connection_) {
     if (arguments != nullptr) owned(arguments);
@@ -157,25 +163,27 @@ void BusThread::call(const std::string& service, const char* path, const char* i
   ++pending_;
   const auto millis = std::chrono::duration_cast<std::chrono::milliseconds>(timeout).count();
   g_dbus_connection_call(
-      connection_.get(), service.c_str(), path, interface, method, arguments, nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
-      static_cast<int>(millis), cancellable_.get(),
+      connection_.get(), service.c_str(), path, interface, method, arguments, nullptr, flags, static_cast<int>(millis),
+      cancellable_.get(),
       [](GObject* source, GAsyncResult* result, gpointer data) {
         const std::unique_ptr<Call> made(static_cast<Call*>(data));
         --made->self->pending_;
-        const Variant value(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
+        GError* error = nullptr;
+        const Variant value(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error));
         const bool isCurrent = G_DBUS_CONNECTION(source) == made->self->connection_.get();
-        if (!made->self->isEnding_ && isCurrent) made->reply(value.get());
+        if (!made->self->isEnding_ && isCurrent) made->answer(value.get(), error);
+        g_clear_error(&error);
       },
-      new Call{this, std::move(reply)});
+      new Call{this, std::move(answer)});
 }
 
-void BusThread::subscribe(const char* interface, const char* signal, const char* path, const char* argument,
-                          SignalHandler handler, GDBusSignalFlags flags) {
+guint BusThread::subscribe(const char* interface, const char* signal, const char* path, const char* argument,
+                           SignalHandler handler, GDBusSignalFlags flags) {
   struct Subscription {
     BusThread* self;
     SignalHandler handler;
   };
-  if (!connection_) return;
+  if (!connection_) return 0;
   subscriptions_.push_back(g_dbus_connection_signal_subscribe(
       connection_.get(), nullptr, interface, signal, path, argument, flags,
       [](GDBusConnection*, const char* sender, const char*, const char*, const char*, GVariant* parameters,
@@ -184,6 +192,12 @@ void BusThread::subscribe(const char* interface, const char* signal, const char*
         if (!subscription->self->isEnding_ && sender != nullptr) subscription->handler(sender, parameters);
       },
       new Subscription{this, std::move(handler)}, [](gpointer data) { delete static_cast<Subscription*>(data); }));
+  return subscriptions_.back();
+}
+
+void BusThread::unsubscribe(guint subscription) {
+  if (!connection_ || std::erase(subscriptions_, subscription) == 0) return;
+  g_dbus_connection_signal_unsubscribe(connection_.get(), subscription);
 }
 
 void BusThread::watchName(const std::string& name, const std::function<void(const std::string& owner)>& changed) {

@@ -22,6 +22,8 @@ inline constexpr const char* propertiesInterface = "org.freedesktop.DBus.Propert
 class BusThread {
  public:
   using Reply = std::function<void(GVariant* reply)>;
+  /// The error is null unless the reply is.
+  using Answer = std::function<void(GVariant* reply, const GError* error)>;
   using SignalHandler = std::function<void(const std::string& sender, GVariant* parameters)>;
 
   struct Events {
@@ -54,9 +56,14 @@ class BusThread {
   /// for its sake.
   void call(const std::string& service, const char* path, const char* interface, const char* method,
             GVariant* arguments, Duration timeout, Reply reply);
-  /// Signals from any sender, until the connection goes; `argument` is the first one where it is given.
-  void subscribe(const char* interface, const char* signal, const char* path, const char* argument,
-                 SignalHandler handler, GDBusSignalFlags flags = G_DBUS_SIGNAL_FLAGS_NONE);
+  /// The same, where the reason of a failure counts, and where the service may be started.
+  void ask(const std::string& service, const char* path, const char* interface, const char* method, GVariant* arguments,
+           Duration timeout, GDBusCallFlags flags, Answer answer);
+  /// Signals from any sender, until the connection goes or the number that is returned is unsubscribed, which is 0
+  /// without a connection; `argument` is the first one where it is given.
+  guint subscribe(const char* interface, const char* signal, const char* path, const char* argument,
+                  SignalHandler handler, GDBusSignalFlags flags = G_DBUS_SIGNAL_FLAGS_NONE);
+  void unsubscribe(guint subscription);
   /// Tells the owner of a name, now and whenever it changes; empty for none.
   void watchName(const std::string& name, const std::function<void(const std::string& owner)>& changed);
 

@@ -55,6 +55,13 @@ struct SocketChannel::State {
     }
   }
 
+  /// True if the other end has taken everything.
+  bool drain() {
+    const std::scoped_lock lock(mutex);
+    flush();
+    return !isBroken && waiting.empty();
+  }
+
   void wakeUp() const {
     const std::uint64_t one = 1;
     static_cast<void>(!::write(wake, &one, sizeof one));
@@ -99,10 +106,7 @@ struct SocketChannel::State {
       if (::poll(watched.data(), watched.size(), -1) < 0) continue;
       std::uint64_t count = 0;
       if (watched[1].revents != 0) static_cast<void>(!::read(wake, &count, sizeof count));
-      if ((watched[0].revents & POLLOUT) != 0) {
-        const std::scoped_lock lock(mutex);
-        flush();
-      }
+      if ((watched[0].revents & POLLOUT) != 0 && drain() && events.drained && !isEnding) events.drained();
       if ((watched[0].revents & (POLLIN | POLLHUP | POLLERR)) != 0) isOpen = read();
     }
     {
@@ -131,6 +135,11 @@ SocketChannel::~SocketChannel() {
   state_->thread.join();
   ::close(state_->socket);
   ::close(state_->wake);
+}
+
+std::size_t SocketChannel::waitingBytes() const {
+  const std::scoped_lock lock(state_->mutex);
+  return state_->waiting.size();
 }
 
 void SocketChannel::send(const std::string& message) {

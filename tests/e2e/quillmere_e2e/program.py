@@ -5,7 +5,7 @@ import signal
 import subprocess
 from pathlib import Path
 
-from . import accessibility, tray
+from . import accessibility, settings, tray
 from .processes import family
 from .waiting import wait_for
 
@@ -13,14 +13,18 @@ ACCESSIBLE_NAME = "quillmere"
 
 
 class Program:
-    def __init__(self, path=None, arguments=(), environment=None):
+    def __init__(self, path=None, arguments=(), environment=None, first_run=False):
+        """Without settings it starts as it does for somebody who has been welcomed already, unless `first_run`."""
         self.path = str(path or Path(os.environ["QUILLMERE_BUILD"]) / "app/quillmere")
         self.arguments = list(arguments)
         self.environment = environment or {}
+        self.first_run = first_run
         self.process = None
         self.log = Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / "quillmere.log"
 
     def start(self):
+        if not self.first_run:
+            settings.complete_first_run()
         with open(self.log, "ab") as log:
             self.process = subprocess.Popen([self.path, *self.arguments], stdin=subprocess.DEVNULL, stdout=log,
                                             stderr=log, env=os.environ | self.environment)
@@ -70,6 +74,13 @@ class Program:
 
     def __exit__(self, *_):
         self.stop()
+
+
+def shown_windows():
+    """The program's windows that show, by their title."""
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^quillmere$"], check=False,
+                           stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+    return found.stdout.split()
 
 
 def picture(path):

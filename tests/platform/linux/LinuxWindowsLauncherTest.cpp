@@ -2,9 +2,17 @@
 #include "platform/linux/LinuxWindowsLauncher.h"
 
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 
+#include <array>
+#include <cerrno>
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
+#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -97,6 +105,49 @@ TEST_F(WindowsLauncherOnLinux, OneThatDoesNotEndWithItsLineIsEnded) {
   // Returns only when the child has been waited for.
   channel.reset();
   EXPECT_EQ(ends, 0);
+}
+
+TEST_F(WindowsLauncherOnLinux, OneThatIsGivenUpIsEndedAtOnceEvenIfItIsStopped) {
+  const auto channel = launch();
+  channel->send("stop");
+  ASSERT_TRUE(waitForAnswer("stop"));
+  channel->giveUp();
+  ASSERT_TRUE(waitForEnd());
+  EXPECT_EQ(log.messages(), (std::vector<std::string>{"the windows were ended by signal 9"}));
+  // Its number may be another process's by now.
+  channel->giveUp();
+}
+
+TEST_F(WindowsLauncherOnLinux, OneThatEndsAWhileAfterItsLineIsLeftToDoSo) {
+  const auto channel = launch();
+  channel->send("linger");
+  ASSERT_TRUE(waitForEnd());
+  EXPECT_EQ(log.messages(), (std::vector<std::string>{"the windows ended with code 7"}));
+}
+
+/// The calls that are newer than the oldest kernel, and that a sandbox may forbid, fail from now on.
+void forbidNewCalls() {
+  std::array<sock_filter, 4> program{{BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                                      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_pidfd_open, 0, 1),
+                                      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
+                                      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)}};
+  const sock_fprog filter{program.size(), program.data()};
+  if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) != 0) {
+    std::_Exit(9);
+  }
+}
+
+TEST_F(WindowsLauncherOnLinux, WithoutPidfdOpenAChildLivesToo) {
+  // In a process of its own: a filter stays.
+  EXPECT_EXIT(
+      {
+        forbidNewCalls();
+        const auto channel = launch();
+        channel->send("linger");
+        if (!waitForEnd()) std::_Exit(8);
+        std::_Exit(log.messages() == std::vector<std::string>{"the windows ended with code 7"} ? 0 : 1);
+      },
+      ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(WindowsLauncherOnLinux, WithoutAProgramNothingStartsAndTheLogSaysWhy) {

@@ -7,6 +7,9 @@
 
 #include "RecordingDefaults.h"
 #include "VirtualMachine.h"
+#include "integrations/DesktopServices.h"
+#include "platform/Updater.h"
+#include "platform/memory/MemoryDesktop.h"
 #include "state/ViewSettings.h"
 #include "views/activity/ActivityCanvasPresenter.h"
 #include "views/mainwindow/MainWindowPresenter.h"
@@ -15,14 +18,21 @@
 
 namespace quillmere {
 
+class BenchUpdater final : public Updater {
+ public:
+  void checkForUpdates() override { ++checks; }
+  [[nodiscard]] const Observable<std::optional<std::string>>& latestVersion() const override { return latest; }
+
+  Observable<std::optional<std::string>> latest;
+  int checks = 0;
+};
+
 class Bench : public QObject {
   Q_OBJECT
   Q_PROPERTY(quillmere::MixerPanelPresenter* panel READ panel NOTIFY made)
   Q_PROPERTY(quillmere::MainWindowPresenter* window READ window NOTIFY made)
   Q_PROPERTY(quillmere::MixerCanvasPresenter* mixer READ mixer NOTIFY made)
   Q_PROPERTY(quillmere::ActivityCanvasPresenter* activity READ activity NOTIFY made)
-  Q_PROPERTY(QStringList transport READ transport NOTIFY made)
-  Q_PROPERTY(int updatesAsked MEMBER updatesAsked_ NOTIFY made)
   Q_PROPERTY(QStringList activatedTabs READ activatedTabs NOTIFY made)
   Q_PROPERTY(int windowsOpened MEMBER windowsOpened_ NOTIFY made)
   Q_PROPERTY(int quits MEMBER quits_ NOTIFY made)
@@ -35,7 +45,9 @@ class Bench : public QObject {
     mixer_.reset();
     activity_.reset();
     settings_.reset();
+    desktop_.reset();
     box_.reset();
+    updater_.reset();
     disk_ = std::make_unique<RecordingDefaults>();
     box_ = std::make_unique<VirtualMachine>(*disk_);
     box_->addSpeakers();
@@ -46,25 +58,24 @@ class Bench : public QObject {
     }
     box_->launch("us.zoom.xos", "Zoom");
     box_->start();
-    settings_ = std::make_shared<ViewSettings>(*box_->machine.defaults);
+    settings_ = std::make_shared<ViewSettings>(*box_->state);
     activated_.clear();
     windowsOpened_ = 0;
     quits_ = 0;
-    updatesAsked_ = 0;
-    transport_.clear();
-    latestVersion_ = std::make_shared<Observable<std::optional<std::string>>>();
     ViewIntents intents;
     intents.openMainWindow = [this] { ++windowsOpened_; };
     intents.quit = [this] { ++quits_; };
     intents.activateTab = [this](const std::string&, const BrowserTab& tab) {
       activated_.append(QString::fromStdString(tab.title));
     };
-    intents.checkForUpdates = [this] { ++updatesAsked_; };
-    intents.previousTrack = [this] { transport_.append("previous"); };
-    intents.togglePlayPause = [this] { transport_.append("play/pause"); };
-    intents.nextTrack = [this] { transport_.append("next"); };
-    const ViewServices services{box_->state, box_->runtime, settings_,     *box_->machine.workspace,
-                                intents,     "1.9.9",       latestVersion_};
+    desktop_ = std::make_unique<DesktopServices>(MemoryDesktop().desktop, box_->runtime, [state = box_->state] {
+      std::vector<RunningApplication> running;
+      for (const auto& app : *state->apps()) running.push_back({app.bundleID, app.name, 0});
+      return running;
+    });
+    updater_ = std::make_unique<BenchUpdater>();
+    box_->state->useUpdater(*updater_);
+    const ViewServices services{box_->state, box_->runtime, settings_, *desktop_, intents, "1.9.9"};
     panel_ = std::make_unique<MixerPanelPresenter>(box_->state, box_->runtime, settings_, intents);
     window_ = std::make_unique<MainWindowPresenter>(services);
     mixer_ = std::make_unique<MixerCanvasPresenter>(services);
@@ -106,8 +117,42 @@ class Bench : public QObject {
   [[nodiscard]] MainWindowPresenter* window() const { return window_.get(); }
   [[nodiscard]] MixerCanvasPresenter* mixer() const { return mixer_.get(); }
   [[nodiscard]] ActivityCanvasPresenter* activity() const { return activity_.get(); }
-  [[nodiscard]] QStringList transport() const { return transport_; }
-  Q_INVOKABLE void publish(const QString& version) const { latestVersion_->set(version.toStdString()); }
+  Q_INVOKABLE void publish(const QString& version) const { updater_->latest.set(version.toStdString()); }
+  Q_INVOKABLE int updatesAsked() const { return updater_->checks; }
+  /// A player tells of a track: none where the title is empty.
+  Q_INVOKABLE void play(const QString& title, const QString& artist, int app, bool playing) {
+    NowPlayingInfo info{{nowplaying::title, title.toStdString()}, {nowplaying::playbackRate, playing ? 1.0 : 0.0}};
+    if (!artist.isEmpty()) info[nowplaying::artist] = artist.toStdString();
+    box_->player.setInfo(info);
+    box_->player.setApplicationPID(app > 0 ? box_->pidOf(idOf(app)) : -1);
+    advance(1.1);
+  }
+  /// The media keys that were pressed, by their numbers.
+  Q_INVOKABLE QList<int> pressedKeys() const { return {box_->keys.pressed().begin(), box_->keys.pressed().end()}; }
+  Q_INVOKABLE void addProfile(const QString& name, bool isActive) {
+    box_->state->addProfile(name.toStdString());
+    if (isActive) box_->state->applyProfile(box_->state->profiles()->back().id);
+  }
+  /// One more application, silent.
+  Q_INVOKABLE void launch(int app, const QString& name) {
+    box_->launch(idOf(app), name.toStdString());
+    advance(3);
+  }
+  Q_INVOKABLE void quitApp(int app) {
+    box_->quit(idOf(app));
+    advance(3);
+  }
+  /// Nothing runs any more.
+  Q_INVOKABLE void quitAll() {
+    while (!box_->state->apps()->empty()) {
+      box_->quit(box_->state->apps()->front().bundleID);
+      advance(3);
+    }
+  }
+  Q_INVOKABLE void setRoute(int app, const QString& device) {
+    box_->state->setRouting(device.toStdString(), idOf(app));
+  }
+  Q_INVOKABLE void setGain(int app, double gain) { box_->state->setGain(static_cast<float>(gain), idOf(app)); }
   [[nodiscard]] QStringList activatedTabs() const { return activated_; }
 
  Q_SIGNALS:
@@ -135,9 +180,8 @@ class Bench : public QObject {
   std::unique_ptr<MainWindowPresenter> window_;
   std::unique_ptr<MixerCanvasPresenter> mixer_;
   std::unique_ptr<ActivityCanvasPresenter> activity_;
-  std::shared_ptr<Observable<std::optional<std::string>>> latestVersion_;
-  QStringList transport_;
-  int updatesAsked_ = 0;
+  std::unique_ptr<DesktopServices> desktop_;
+  std::unique_ptr<BenchUpdater> updater_;
   QStringList activated_;
   int windowsOpened_ = 0;
   int quits_ = 0;

@@ -4,6 +4,7 @@
 #include <QtQuickTest>
 
 #include "Bench.h"
+#include "FormsBench.h"
 #include "views/shared/AppIconProvider.h"
 
 Q_IMPORT_QML_PLUGIN(Quillmere_DesignPlugin)
@@ -17,12 +18,15 @@ class Setup : public QObject {
     engine->addImportPath("qrc:/qt/qml");
     engine->addImageProvider(quillmere::AppIconProvider::id, new quillmere::AppIconProvider(workspace_));
     bench_.stop();
+    forms_.stop();
     qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "Bench", &bench_);
+    qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "Forms", &forms_);
   }
 
  private:
   quillmere::MemoryWorkspace workspace_;
   quillmere::Bench bench_;
+  quillmere::FormsBench forms_;
 };
 
 QUICK_TEST_MAIN_WITH_SETUP(quillmere_pages, Setup)

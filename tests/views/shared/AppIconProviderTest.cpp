@@ -54,6 +54,27 @@ TEST_F(AppIcons, FileIsScaledToTheSizeAskedFor) {
   EXPECT_EQ(icon(player, {128, 128}).size(), QSize(128, 128));
 }
 
+TEST_F(AppIcons, CornersAreRoundedByTheShareThatIsAskedFor) {
+  const auto path = folder.filePath("icon.png");
+  ASSERT_TRUE(filled(256, 256).save(path));
+  workspace.setIcon(player, FileIcon{path.toStdString()});
+  const auto rounded = [&](const QString& query) {
+    const auto url = AppIconProvider::urlFor(player);
+    const std::unique_ptr<QQuickImageResponse> response(
+        provider.requestImageResponse(url.path().mid(1) + query, {100, 100}));
+    QThreadPool::globalInstance()->waitForDone();
+    const std::unique_ptr<QQuickTextureFactory> texture(response->textureFactory());
+    return texture->image();
+  };
+  // A corner of half the width is a circle; one of nothing leaves the square.
+  EXPECT_EQ(rounded("?corner=0").pixelColor(0, 0), QColor(Qt::red));
+  EXPECT_EQ(rounded("?corner=0.5").pixelColor(10, 10).alpha(), 0);
+  EXPECT_EQ(rounded("?corner=0.2").pixelColor(10, 10), QColor(Qt::red));
+  EXPECT_EQ(rounded("?corner=0.2").pixelColor(1, 1).alpha(), 0);
+  EXPECT_EQ(rounded("?corner=7").pixelColor(10, 10).alpha(), 0);
+  EXPECT_EQ(rounded("?corner=nonsense").size(), QSize(100, 100));
+}
+
 TEST_F(AppIcons, CornersAreRounded) {
   const auto path = folder.filePath("icon.png");
   ASSERT_TRUE(filled(256, 256).save(path));

@@ -56,6 +56,17 @@ TEST(KeyedListModel, SameOrderTellsNothing) {
   EXPECT_EQ(model.changes, 0);
 }
 
+TEST(KeyedListModel, NeighboursComeAndGoTogether) {
+  Letters model;
+  model.set({"a", "e"});
+  model.set({"a", "b", "c", "d", "e"});
+  EXPECT_EQ(model.changes, 1);
+  model.set({"a", "e"});
+  EXPECT_EQ(model.changes, 1);
+  model.set({"x", "a", "y", "z", "e"});
+  EXPECT_EQ(model.changes, 2);
+}
+
 TEST(KeyedListModel, FirstRowThatGoesLastIsOneMove) {
   Letters model;
   model.set({"a", "b", "c", "d"});

@@ -8,6 +8,7 @@
 #include <array>
 #include <chrono>
 #include <condition_variable>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -74,6 +75,23 @@ TEST_F(Sockets, MessagesArriveWholeAndInOrder) {
   for (const auto& message : sent) near.send(message);
   ASSERT_TRUE(other.waitForMessages(sent.size()));
   EXPECT_EQ(other.messages(), sent);
+}
+
+TEST_F(Sockets, WhatWaitsIsCountedAndItsEndIsTold) {
+  std::promise<void> drained;
+  auto events = inbox.events();
+  events.drained = [&drained] { drained.set_value(); };
+  SocketChannel near(ends[0], std::move(events));
+  near.send("at once");
+  EXPECT_EQ(near.waitingBytes(), 0U);
+  const std::string large(std::size_t{4} << 20U, 'x');
+  near.send(large);
+  EXPECT_GT(near.waitingBytes(), 0U);
+  Inbox other;
+  const SocketChannel far(std::exchange(ends[1], -1), other.events());
+  ASSERT_TRUE(other.waitForMessages(2));
+  EXPECT_EQ(drained.get_future().wait_for(deadline), std::future_status::ready);
+  EXPECT_EQ(near.waitingBytes(), 0U);
 }
 
 TEST_F(Sockets, BothEndsMaySendMoreThanTheSocketHoldsAtOnce) {

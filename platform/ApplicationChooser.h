@@ -1,0 +1,31 @@
+// The system's own dialogue, opened where applications are kept, for one application's file.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace quillmere {
+
+/// What the dialogue says, in the user's language.
+struct ApplicationQuestion {
+  std::string title;
+  /// What is to be chosen from, as the choice of files is called: "Applications".
+  std::string filterName;
+
+  friend bool operator==(const ApplicationQuestion&, const ApplicationQuestion&) = default;
+};
+
+/// [main]
+class ApplicationChooser {
+ public:
+  /// Absent where the user has cancelled, or where there is no dialogue to be had.
+  using Reply = std::function<void(std::optional<std::string> path)>;
+
+  virtual ~ApplicationChooser() = default;
+  /// Opens the dialogue and returns; replies once, later, from the main loop. Not at all once this
+  /// object has gone. A second question while one is open is answered as cancelled.
+  virtual void choose(const ApplicationQuestion& question, Reply reply) = 0;
+};
+
+}  // namespace quillmere

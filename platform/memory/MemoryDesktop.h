@@ -1,0 +1,24 @@
+// A desktop in memory, with its parts at hand for a test or a picture.
+#pragma once
+
+#include <memory>
+
+#include "platform/Desktop.h"
+#include "platform/memory/MemoryApplicationChooser.h"
+#include "platform/memory/MemoryLoginItem.h"
+#include "platform/memory/MemoryPermissions.h"
+#include "platform/memory/MemoryWorkspace.h"
+
+namespace quillmere {
+
+/// [main]
+struct MemoryDesktop {
+  Desktop desktop{std::make_unique<MemoryWorkspace>(), std::make_unique<MemoryPermissions>(),
+                  std::make_unique<MemoryLoginItem>(), std::make_unique<MemoryApplicationChooser>()};
+  MemoryWorkspace& workspace = static_cast<MemoryWorkspace&>(*desktop.workspace);
+  MemoryPermissions& permissions = static_cast<MemoryPermissions&>(*desktop.permissions);
+  MemoryLoginItem& loginItem = static_cast<MemoryLoginItem&>(*desktop.loginItem);
+  MemoryApplicationChooser& chooser = static_cast<MemoryApplicationChooser&>(*desktop.applicationChooser);
+};
+
+}  // namespace quillmere

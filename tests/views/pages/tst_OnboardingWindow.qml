@@ -1,0 +1,201 @@
+// The first run under mouse and keys.
+import QtQuick
+import QtTest
+import Quillmere.Design
+import Quillmere.Views
+import Quillmere.Test
+import "Finder.js" as Finder
+
+Item {
+    id: scene
+
+    width: 640
+    height: 600
+
+    Component {
+        id: maker
+
+        OnboardingWindow {
+            width: 640
+            height: 600
+        }
+    }
+
+    TestCase {
+        name: "OnboardingWindow"
+        when: windowShown
+
+        property OnboardingWindow page: null
+
+        function init() {
+            Forms.start(1);
+            mouseMove(scene, 1, 1);
+            page = createTemporaryObject(maker, scene, {presenter: Forms.open("Onboarding")});
+            verify(page);
+            waitForRendering(page);
+        }
+
+        function named(name) { return Finder.named(page, name); }
+        function go() { return named("continue"); }
+        function dots() { return Finder.all(item => item.objectName === "dot", page); }
+        function cards() { return Finder.all(item => item instanceof PermissionCard, page); }
+        function toPermissions() {
+            mouseClick(go());
+            tryVerify(() => named("permissions").x === 0 && !named("welcome"));
+        }
+
+        function test_windowHasItsSizes() {
+            compare(page.implicitWidth, 640);
+            compare(page.implicitHeight, 600);
+            const bar = go().parent.parent;
+            compare(bar.height, 64);
+            compare(bar.y, 536);
+            compare(dots()[0].parent.x, 28);
+            compare(go().mapToItem(page, go().width, 0).x, 640 - 28);
+            compare(go().symbol, "arrow.right");
+            compare(go().symbolTrails, true);
+        }
+
+        function test_greetingHasItsTexts() {
+            const texts = Finder.texts(named("welcome"));
+            for (const each of ["The per-app volume mixer macOS forgot to ship.", "Find the app that's making noise. Auto-duck music when calls start. One slider per app — finally.", "Mystery Sound Finder", "Auto-Duck calls", "Focus profiles"])
+                verify(texts.includes(each), each);
+            const pills = Finder.all(item => item instanceof FeaturePill, page);
+            compare(pills.map(item => item.icon), ["bolt.fill", "waveform.badge.minus", "moon.fill"]);
+            const head = Finder.named(named("welcome"), "headline");
+            compare(head.font.pixelSize, 26);
+            fuzzyCompare(head.font.letterSpacing, -0.5, 0.02);
+            verify(Finder.all(item => item instanceof Wordmark, page).length === 1);
+        }
+
+        function test_firstStepHasNoBack() {
+            compare(named("back"), null);
+            toPermissions();
+            verify(named("back"));
+            mouseClick(named("back"));
+            tryVerify(() => named("welcome") && named("welcome").x === 0 && !named("permissions"));
+            compare(named("back"), null);
+        }
+
+        function test_permissionsStepHasItsTexts() {
+            toPermissions();
+            const texts = Finder.texts(named("permissions"));
+            for (const each of ["A couple of optional permissions", "Grant now, or skip and we'll ask again when you turn on the related feature.", "Required for global keyboard shortcuts (mute Slack from anywhere).", "Lets profiles auto-switch when you change macOS Focus modes."])
+                verify(texts.includes(each), each);
+            compare(cards().map(item => item.title), ["Accessibility", "Focus Status"]);
+            compare(cards().map(item => item.icon), ["command", "moon.fill"]);
+            const glyph = Finder.all(item => item instanceof HeroGlyph, page)[0];
+            compare(glyph.width, 100);
+            compare(Finder.named(glyph, "symbol").name, "lock.shield.fill");
+            compare(Finder.named(glyph, "symbol").pointSize, 36);
+            compare(Finder.named(glyph, "ring").width, 100);
+            compare(Finder.named(glyph, "ring").border.width, 1);
+            compare(String(Finder.named(glyph, "ring").border.color), String(Tokens.alpha(Tokens.brandSage, 0.3)));
+            const head = Finder.named(named("permissions"), "headline");
+            compare(head.font.pixelSize, 24);
+            fuzzyCompare(head.font.letterSpacing, -0.4, 0.02);
+        }
+
+        function test_cardTurnsGreenWhenItsPermissionIsGiven() {
+            toPermissions();
+            const card = cards()[0];
+            const action = () => Finder.named(card, "action");
+            compare(action().text, "Grant");
+            compare(action().symbol, "arrow.up.right.square");
+            compare(String(card.stroke), String(Tokens.alpha(Tokens.white, 0.08)));
+            compare(card.radius, 14);
+            compare(Finder.named(card, "tile").width, 40);
+            compare(Finder.named(card, "tileFill"), null);
+            Forms.setTrusted(true);
+            Forms.setFocusAuthorization(1);
+            Forms.advance(0.6);
+            compare(action(), null);
+            const granted = Finder.named(card, "granted");
+            const label = Finder.all(item => item instanceof ButtonLabel, granted)[0];
+            compare(label.text, "Granted");
+            compare(label.symbol, "checkmark.circle.fill");
+            compare(String(label.color), String(Tokens.systemGreen));
+            compare(String(granted.color), String(Tokens.alpha(Tokens.systemGreen, 0.1)));
+            tryVerify(() => Qt.colorEqual(card.stroke, Tokens.alpha(Tokens.systemGreen, 0.4)));
+            tryVerify(() => Finder.named(card, "tileFill") && Finder.named(card, "tileFill").opacity === 1);
+            const denied = Finder.named(cards()[1], "action");
+            compare(denied.text, "Open Settings");
+            compare(denied.symbol, "gear");
+        }
+
+        function test_grantingAsksTheSystem() {
+            toPermissions();
+            mouseClick(Finder.named(cards()[0], "action"));
+            mouseClick(Finder.named(cards()[1], "action"));
+            compare(Forms.openedAnchors, ["Privacy_Accessibility", "Privacy_FocusStatus"]);
+        }
+
+        function test_dotsFollowTheStep() {
+            compare(dots().length, 2);
+            compare(dots().map(item => item.height), [6, 6]);
+            compare(dots()[0].width, 22);
+            compare(dots()[1].width, 6);
+            compare(String(Finder.named(dots()[1], "plain").color), String(Tokens.alpha(Tokens.white, 0.15)));
+            verify(Finder.named(dots()[0], "bright"));
+            toPermissions();
+            tryCompare(dots()[1], "width", 22);
+            tryCompare(dots()[0], "width", 6);
+            compare(String(Finder.named(dots()[0], "plain").color), String(Tokens.alpha(Tokens.white, 0.35)));
+        }
+
+        function test_returnActsLikeThePrimaryButtonOnEveryStep() {
+            keyClick(Qt.Key_Return);
+            tryVerify(() => named("permissions"));
+            compare(Forms.onboardingsFinished, 0);
+            keyClick(Qt.Key_Enter);
+            compare(Forms.onboardingsFinished, 1);
+            compare(Forms.onboardingCompleted, true);
+        }
+
+        function test_returnActsLikeThePrimaryButtonWhereverTheFocusIs() {
+            toPermissions();
+            Finder.named(cards()[0], "action").forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Return);
+            compare(Forms.onboardingsFinished, 1);
+            compare(Forms.openedAnchors, []);
+        }
+
+        function test_spacePressesTheButtonThatHasTheFocus() {
+            toPermissions();
+            Finder.named(cards()[0], "action").forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Space);
+            compare(Forms.openedAnchors, ["Privacy_Accessibility"]);
+            compare(Forms.onboardingsFinished, 0);
+        }
+
+        function test_continueIsNeverDisabled() {
+            compare(go().enabled, true);
+            toPermissions();
+            Forms.setFocusAuthorization(2);
+            Forms.advance(0.6);
+            compare(go().enabled, true);
+        }
+
+        function test_tabGoesFromTheCardsToTheFooter() {
+            toPermissions();
+            Finder.named(cards()[0], "action").forceActiveFocus(Qt.TabFocusReason);
+            let order = [];
+            for (let i = 0; i < 4; ++i) {
+                order.push(scene.Window.activeFocusItem.Accessible.name);
+                keyClick(Qt.Key_Tab);
+            }
+            compare(order, ["Grant", "Grant", "Back", "Continue"]);
+        }
+
+        function test_lowWindowScrollsAboveItsFooter() {
+            page.height = 320;
+            toPermissions();
+            const step = named("permissions");
+            verify(step.contentHeight > step.height);
+            compare(step.height, 320 - 64);
+            const last = Finder.named(cards()[1], "action");
+            last.forceActiveFocus(Qt.TabFocusReason);
+            tryVerify(() => last.mapToItem(step, 0, last.height).y <= step.height);
+        }
+    }
+}

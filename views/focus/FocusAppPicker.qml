@@ -1,0 +1,134 @@
+// The application that may keep playing during focus, chosen by its icon.
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Quillmere.Design
+import Quillmere.Views
+
+Column {
+    id: root
+
+    required property FocusCanvasPresenter presenter
+
+    readonly property real cellGap: Tokens.spacing.m
+    readonly property real fadeWidth: 32
+    // What the card behind looks like over the canvas.
+    readonly property color ground: Qt.tint(Tokens.canvasBG, Tokens.cardBG)
+
+    spacing: Tokens.spacing.m
+
+    Column {
+        width: parent.width
+        spacing: 2
+
+        Label {
+            width: parent.width
+            text: qsTr("Keep this app playing during focus")
+            font: Tokens.bodyEmphasis
+            Accessible.role: Accessible.Heading
+        }
+
+        Paragraph {
+            width: parent.width
+            text: qsTr("Click an app icon to keep it playing. Click again to clear. Add any app — it doesn't have to be running.")
+            font: Tokens.caption1
+            color: Tokens.textTertiary
+        }
+    }
+
+    Item {
+        width: parent.width
+        height: strip.height
+
+        Flickable {
+            id: strip
+
+            readonly property real last: Math.max(0, contentWidth - width)
+
+            function reveal(cell: Item): void {
+                const at = cell.mapToItem(row, 0, 0).x;
+                contentX = Math.max(Math.min(contentX, at), at + cell.width - width);
+            }
+
+            objectName: "strip"
+            width: parent.width
+            height: row.height
+            contentWidth: row.width
+            boundsBehavior: Flickable.StopAtBounds
+            interactive: contentWidth > width
+            clip: interactive
+
+            Row {
+                id: row
+
+                spacing: root.cellGap
+
+                Accessible.role: Accessible.List
+                Accessible.name: qsTr("Keep this app playing during focus")
+
+                Repeater {
+                    model: root.presenter.cells
+
+                    FocusAppCell {
+                        onTapped: root.presenter.cells.tap(index)
+                        onRemoveAsked: root.presenter.cells.remove(index)
+                        onActiveFocusChanged: if (activeFocus) strip.reveal(this)
+                    }
+                }
+
+                AddFocusAppCell {
+                    onClicked: root.presenter.addApp()
+                    onActiveFocusChanged: if (activeFocus) strip.reveal(this)
+                }
+            }
+
+            // A wheel that only goes up and down moves the row where it is longer than its place.
+            WheelHandler {
+                enabled: strip.interactive
+                orientation: Qt.Vertical
+                acceptedDevices: PointerDevice.Mouse
+                onWheel: (event) => {
+                    strip.contentX = Math.max(0, Math.min(strip.last, strip.contentX - event.angleDelta.y / 2));
+                }
+            }
+        }
+
+        // More cells lie beyond the edges.
+        Rectangle {
+            objectName: "moreBefore"
+            width: root.fadeWidth
+            height: strip.height
+            visible: strip.contentX > 0.5
+            gradient: Gradient {
+                orientation: Gradient.Horizontal
+                GradientStop {
+                    position: 0
+                    color: root.ground
+                }
+                GradientStop {
+                    position: 1
+                    color: Tokens.alpha(root.ground, 0)
+                }
+            }
+        }
+
+        Rectangle {
+            objectName: "moreBehind"
+            anchors.right: parent.right
+            width: root.fadeWidth
+            height: strip.height
+            visible: strip.contentX < strip.last - 0.5
+            gradient: Gradient {
+                orientation: Gradient.Horizontal
+                GradientStop {
+                    position: 0
+                    color: Tokens.alpha(root.ground, 0)
+                }
+                GradientStop {
+                    position: 1
+                    color: root.ground
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,256 @@
+// The set-up pages and the first run.
+#include "views/preview/FormScenes.h"
+
+#include <QCoreApplication>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <algorithm>
+
+#include "views/ViewFactory.h"
+#include "views/preview/PreviewGestures.h"
+#include "views/preview/PreviewMachine.h"
+
+namespace quillmere {
+
+namespace {
+
+using Window = PreviewScene::Window;
+using Act = std::function<void(QQuickWindow&)>;
+
+struct Sample {
+  const char* bundleID;
+  const char* name;
+  const char* letter;
+  const char* color;
+};
+
+constexpr Sample running[] = {
+    {"com.spotify.client", "Spotify", "S", "#1db954"},
+    {"com.google.Chrome", "Google Chrome", "C", "#ea4335"},
+    {"us.zoom.xos", "Zoom", "Z", "#2d8cff"},
+    {"org.videolan.vlc", "VLC media player", "V", "#ff8800"},
+};
+constexpr Sample installed[] = {
+    {"com.tinyspeck.slackmacgap", "Slack", "S", "#611f69"},
+    {"com.microsoft.teams2", "Microsoft Teams", "T", "#5558af"},
+    {"com.hnc.Discord", "Discord", "D", "#5865f2"},
+    {"org.mozilla.firefox", "Firefox", "F", "#ff7139"},
+    {"org.gnome.Rhythmbox3", "Rhythmbox", "R", "#f5c211"},
+    {"org.example.noise", "White Noise", "W", "#8b8fa3"},
+    {"org.example.arabic", "مشغل الموسيقى العربية", "م", "#2a9d8f"},
+    {"org.audacityteam.Audacity", "Audacity", "A", "#2a4ae8"},
+    {"org.blender.Blender", "Blender", "B", "#ea7600"},
+    {"org.gimp.GIMP", "GNU Image Manipulation Program", "G", "#7a6a53"},
+};
+
+std::string iconOf(const Sample& sample) { return previewIcon(QString::fromUtf8(sample.letter), QColor(sample.color)); }
+
+void fill(PreviewMachine& box) {
+  box.addDevice("speakers", "Built-in Audio Analog Stereo");
+  box.addDevice("headset", "WH-1000XM4 Headphones");
+  for (const auto& sample : running) box.launch(sample.bundleID, sample.name, true, iconOf(sample));
+  box.launch("net.minetest.minetest", "Minetest", true);
+  for (const auto& sample : installed) box.install(sample.bundleID, sample.name, iconOf(sample));
+  box.start();
+  box.state->setGain(0.42F, "com.spotify.client");
+  box.state->toggleMute("net.minetest.minetest");
+  box.state->setRouting("headset", "org.videolan.vlc");
+}
+
+void fillEmpty(PreviewMachine& box) {
+  box.addDevice("speakers", "Built-in Audio Analog Stereo");
+  box.start();
+  box.state->setDuckRule({{}, {}, 0.3F, 300, 1500});
+  box.state->deleteProfile(box.state->profiles()->front().id);
+}
+
+void fillCrowded(PreviewMachine& box) {
+  fill(box);
+  auto rule = *box.state->duckRule();
+  std::set<std::string> candidates;
+  for (int number = 1; number <= 30; ++number) {
+    const auto bundleID = "org.example.application-" + std::to_string(number);
+    box.install(bundleID, "Application with a long name " + std::to_string(number));
+    candidates.insert(bundleID);
+    if (number <= 8) rule.triggerBundleIDs.insert(bundleID);
+    box.state->addProfile("Profile number " + std::to_string(number));
+  }
+  box.state->setDuckRule(rule);
+  box.state->setFocusCandidateBundleIDs(candidates);
+  auto profile = box.state->profiles()->front();
+  profile.name = "Everything that I have, and a name that is far too long for its place";
+  profile.apps.clear();
+  for (int number = 1; number <= 40; ++number) {
+    profile.apps.push_back({"org.example.application-" + std::to_string(number),
+                            "Application with a long name " + std::to_string(number),
+                            static_cast<float>(number) / 40.0F, number % 5 == 0, std::nullopt});
+  }
+  box.state->updateProfile(profile);
+}
+
+void fillSwitchedOff(PreviewMachine& box) {
+  fill(box);
+  auto rule = *box.state->duckRule();
+  rule.triggerBundleIDs = {"us.zoom.xos", "com.hnc.Discord"};
+  rule.targetGain = 0.305F;
+  box.state->setDuckRule(rule);
+}
+
+void fillProfiles(PreviewMachine& box) {
+  fill(box);
+  box.state->addProfile("Evening");
+  box.state->addProfile("Deep work");
+  box.state->applyProfile(box.state->profiles()->at(1).id);
+}
+
+void fillFocus(PreviewMachine& box) {
+  fill(box);
+  box.state->setFocusCandidateBundleIDs({"org.example.noise", "org.gnome.Rhythmbox3"});
+  box.state->setPomodoroFocusBundleID("org.example.noise");
+}
+
+void fillPermissions(PreviewMachine& box, bool trusted, FocusAuthorization focus) {
+  fill(box);
+  box.desktop.permissions.setTrusted(trusted);
+  box.desktop.permissions.setFocus(focus);
+}
+
+/// Lets the window lay out what has come.
+void breathe(QQuickWindow& window) {
+  constexpr int frames = 15;
+  for (int frame = 0; frame < frames; ++frame) {
+    window.update();
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+  }
+}
+
+/// Shows a section, and then does what else is to be done.
+Act at(const std::string& section, Act act = {}) {
+  return [section, act = std::move(act)](QQuickWindow& window) {
+    ViewFactory::showSection(window, section);
+    breathe(window);
+    if (act) act(window);
+  };
+}
+
+QQuickItem* named(QQuickWindow& window, const QString& name) {
+  return find(*window.contentItem(), [&](QQuickItem& item) { return item.isVisible() && item.objectName() == name; });
+}
+
+void scrollDown(QQuickWindow& window) {
+  if (auto* page = named(window, "page")) {
+    page->setProperty("contentY", std::max(0.0, page->property("contentHeight").toDouble() - page->height()));
+  }
+}
+
+/// Types into whatever has the focus.
+void type(QQuickWindow& window, const QString& text) {
+  breathe(window);
+  for (const auto letter : text) {
+    QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
+    QCoreApplication::sendEvent(&window, &press);
+  }
+}
+
+Act pick(const QString& query) {
+  return at("Auto-Duck", [query](QQuickWindow& window) {
+    if (auto* page = named(window, "page")) page->setProperty("contentY", 400);
+    breathe(window);
+    clickButton(window, "Add trigger app");
+    type(window, query);
+  });
+}
+
+void editProfile(QQuickWindow& window) {
+  clickButton(window, "Evening");
+  breathe(window);
+  if (auto* field = find(*window.contentItem(), [](QQuickItem& item) {
+        return item.isVisible() && item.property("placeholderText").toString() == QLatin1StringView("Profile name");
+      })) {
+    click(window, centreOf(*field));
+  }
+  type(window, " at home");
+}
+
+Act next(int steps, Act act = {}) {
+  return [steps, act = std::move(act)](QQuickWindow& window) {
+    for (int step = 0; step < steps; ++step) clickButton(window, "Continue");
+    move(window, {1, 1});
+    if (act) act(window);
+  };
+}
+
+}  // namespace
+
+std::vector<PreviewScene> formScenes() {
+  return {
+      {"duck", Window::main, fill, at("Auto-Duck")},
+      {"duck-lists", Window::main, fillSwitchedOff, at("Auto-Duck", scrollDown)},
+      {"duck-disabled", Window::main, fillSwitchedOff,
+       at("Auto-Duck",
+          [](QQuickWindow& window) {
+            if (auto* page = named(window, "page")) page->setProperty("contentY", 380);
+          })},
+      {"duck-empty", Window::main, fillEmpty, at("Auto-Duck", scrollDown)},
+      {"duck-crowded", Window::main, fillCrowded, at("Auto-Duck", scrollDown)},
+      {"picker", Window::main, fill, pick({})},
+      {"picker-filtered", Window::main, fill, pick("org.")},
+      {"picker-no-match", Window::main, fill, pick("xyzzy")},
+      {"focus-ready", Window::main, fillFocus, at("Focus")},
+      {"focus-empty", Window::main, fillEmpty, at("Focus")},
+      {"focus-crowded", Window::main, fillCrowded, at("Focus", scrollDown)},
+      {"focus-running", Window::main,
+       [](PreviewMachine& box) {
+         fillFocus(box);
+         box.state->startPomodoroFocus();
+         box.advance(431);
+       },
+       at("Focus")},
+      {"focus-break", Window::main,
+       [](PreviewMachine& box) {
+         fillFocus(box);
+         box.state->startPomodoroFocus();
+         box.state->skipPomodoroToBreak();
+         box.advance(62);
+       },
+       at("Focus")},
+      {"focus-hover", Window::main, fillFocus,
+       at("Focus",
+          [](QQuickWindow& window) {
+            scrollDown(window);
+            breathe(window);
+            if (auto* cell = button(window, "Rhythmbox")) move(window, centreOf(*cell));
+          })},
+      {"profiles", Window::main, fillProfiles, at("Profiles")},
+      {"profiles-selected", Window::main, fillProfiles,
+       at("Profiles", [](QQuickWindow& window) { clickButton(window, "Evening"); })},
+      {"profiles-dirty", Window::main, fillProfiles, at("Profiles", editProfile)},
+      {"profiles-none", Window::main, fillEmpty, at("Profiles")},
+      {"profiles-crowded", Window::main, fillCrowded, at("Profiles")},
+      {"profiles-menu", Window::main, fillProfiles,
+       at("Profiles",
+          [](QQuickWindow& window) {
+            if (auto* tile = button(window, "Deep work")) click(window, centreOf(*tile), Qt::RightButton);
+          })},
+      {"profiles-routes", Window::main, fillProfiles,
+       at("Profiles",
+          [](QQuickWindow& window) {
+            clickButton(window, "Evening");
+            breathe(window);
+            clickButton(window, "Output for VLC");
+          })},
+      {"settings", Window::main, fill, at("Settings")},
+      {"settings-granted", Window::main,
+       [](PreviewMachine& box) { fillPermissions(box, true, FocusAuthorization::authorized); }, at("Settings")},
+      {"settings-denied", Window::main,
+       [](PreviewMachine& box) { fillPermissions(box, false, FocusAuthorization::denied); }, at("Settings")},
+      {"onboarding-welcome", Window::onboarding, fill, {}},
+      {"onboarding-permissions", Window::onboarding, fill, next(1)},
+      {"onboarding-granted", Window::onboarding,
+       [](PreviewMachine& box) { fillPermissions(box, true, FocusAuthorization::authorized); }, next(1)},
+      {"onboarding-denied", Window::onboarding,
+       [](PreviewMachine& box) { fillPermissions(box, false, FocusAuthorization::denied); }, next(1)},
+  };
+}
+
+}  // namespace quillmere
