@@ -23,7 +23,7 @@ class Fit final : public QObject {
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
     // The frame is known once the window shows.
-    if (event->type() == QEvent::Show || event->type() == QEvent::Expose) apply();
+    if (event->type() == QEvent::Show || event->type() == QEvent::Expose) apply(false);
     return QObject::eventFilter(watched, event);
   }
 
@@ -31,12 +31,14 @@ class Fit final : public QObject {
   void follow() {
     disconnect(change_);
     if (auto* screen = window_.screen()) {
-      change_ = connect(screen, &QScreen::availableGeometryChanged, this, [this] { apply(); });
+      change_ = connect(screen, &QScreen::availableGeometryChanged, this, [this] { apply(true); });
     }
-    apply();
+    apply(true);
   }
 
-  void apply() {
+  /// A larger screen may ask for more again. A frame that takes less than was thought is no reason to: the desktop has
+  /// placed the window as it was, and it would grow over the edge.
+  void apply(bool mayAskForMore) {
     const auto* screen = window_.screen();
     if (screen == nullptr) return;
     const auto told = window_.frameMargins();
@@ -45,7 +47,7 @@ class Fit final : public QObject {
     const auto fitting =
         fittingSizes({window_.isVisible() ? window_.size() : wanted_.size, wanted_.minimum}, screen->availableSize(),
                      (told.isNull() ? likelyFrame : told) + QMargins(lost, lost, lost, lost));
-    window_.setMinimumSize(fitting.minimum);
+    window_.setMinimumSize(mayAskForMore ? fitting.minimum : fitting.minimum.boundedTo(window_.minimumSize()));
     // What the desktop has made as large as the screen stays so.
     if ((window_.windowStates() & (Qt::WindowMaximized | Qt::WindowFullScreen)) != 0) return;
     if (fitting.size != window_.size()) window_.resize(fitting.size);

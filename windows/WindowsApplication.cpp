@@ -103,6 +103,7 @@ class Windows final : public QObject {
     scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
       setWindowIcon();
       auto window = served(factory().makeOnboarding());
+      keepOnScreen(*window);
       centre(*window);
       return window;
     });

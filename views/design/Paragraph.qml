@@ -3,8 +3,11 @@ import QtQuick
 import Quillmere.Design
 
 Label {
+    readonly property real spare: Math.max(0, width - Tokens.balancedWidth(text, font, width))
+
     wrapMode: Text.Wrap
     elide: Text.ElideNone
     horizontalAlignment: Text.AlignLeft
-    rightPadding: Math.max(0, width - Tokens.balancedWidth(text, font, width))
+    leftPadding: horizontalAlignment === Text.AlignHCenter ? spare / 2 : 0
+    rightPadding: spare - leftPadding
 }

@@ -32,6 +32,10 @@ FocusScope {
     onHasTabsChanged: followTabs()
     Component.onCompleted: followTabs()
 
+    RowHold {
+        row: root.row
+    }
+
     Item {
         id: place
 

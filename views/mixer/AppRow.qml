@@ -40,10 +40,6 @@ Item {
         id: pointer
     }
 
-    RowHold {
-        row: root.row
-    }
-
     Rectangle {
         anchors.fill: parent
         radius: Tokens.corner.chip

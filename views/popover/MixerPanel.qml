@@ -335,7 +335,6 @@ Rectangle {
                 }
             }
         }
-
     }
 
     // The edge of a window that has no frame.

@@ -17,9 +17,11 @@ namespace {
 
 using Surface = LayerShellQt::Window;
 
-/// A compositor tells of the pointer with the first picture of a surface below it. Who is on no screen of ours (the
-/// click was a key, or came over the bus) is not waited for any longer.
-constexpr auto pointerPatience = std::chrono::milliseconds(150);
+/// A compositor tells of the pointer with the first picture of a surface below it, or only with that of the next
+/// surface. So the popover comes after this time, and goes to the pointer if it is told of that then.
+constexpr auto firstPatience = std::chrono::milliseconds(60);
+/// A pointer that comes later has not clicked the icon: the click was a key, or came over the bus.
+constexpr auto pointerPatience = std::chrono::milliseconds(500);
 
 Surface::Anchor anchorOf(EdgePlace::Edge edge) {
   switch (edge) {
@@ -62,26 +64,37 @@ void LayerStage::adopt(QWindow& window) {
   // The keyboard is the popover's until it closes: no other window takes it, so no other way tells of a click outside.
   surface->setKeyboardInteractivity(Surface::KeyboardInteractivityExclusive);
   surface->setCloseOnDismissed(false);
+  // The screen that is worked on.
+  surface->setScreenConfiguration(Surface::ScreenFromCompositor);
 }
 
-void LayerStage::show(const PopoverPlace& where) {
+void LayerStage::show(const PopoverPlace& /*place*/) {
   if (window_ == nullptr || isShown()) return;
+  wished_ = runtime_.clocks.monotonicNow();
+  isPointerFound_ = false;
   backdrops_.cover([this](Backdrop& backdrop, QScreen& screen) {
     makeLayer(backdrop);
-    connect(&backdrop, &Backdrop::entered, this, [this, screen = QPointer(&screen)](QPoint at) { place(screen, at); });
+    connect(&backdrop, &Backdrop::entered, this, [this, screen = QPointer(&screen)](QPoint at) {
+      if (screen) pointerFound(*screen, at);
+    });
     connect(&backdrop, &Backdrop::pressed, this, &PopoverStage::pressedOutside);
   });
-  timer_ = runtime_.main.postAfter(pointerPatience, [this, click = where.click] {
+  timer_ = runtime_.main.postAfter(firstPatience, [this] {
     timer_ = 0;
-    place(QGuiApplication::primaryScreen(), click);
+    place(std::nullopt, {});
   });
 }
 
-void LayerStage::place(QScreen* screen, const std::optional<QPoint>& pointer) {
+void LayerStage::pointerFound(const QScreen& screen, QPoint at) {
+  const bool isLate = runtime_.clocks.monotonicNow() - wished_ > pointerPatience;
+  if (isLate || std::exchange(isPointerFound_, true)) return;
+  place(at, screen.size());
+}
+
+void LayerStage::place(const std::optional<QPoint>& pointer, QSize screen) {
   stopWaiting();
-  if (window_ == nullptr || window_->isVisible()) return;
-  if (screen != nullptr) window_->setScreen(screen);
-  const auto where = edgePlace(pointer, window_->size(), screen != nullptr ? screen->size() : QSize());
+  if (window_ == nullptr) return;
+  const auto where = edgePlace(pointer, window_->size(), screen);
   const bool isUpright = where.edge == EdgePlace::Edge::left || where.edge == EdgePlace::Edge::right;
   const auto end = isUpright ? (where.along ? Surface::AnchorTop : Surface::AnchorBottom)
                              : (where.along ? Surface::AnchorLeft : Surface::AnchorRight);
@@ -90,6 +103,10 @@ void LayerStage::place(QScreen* screen, const std::optional<QPoint>& pointer) {
   surface->setAnchors({anchorOf(where.edge), end});
   surface->setMargins(isUpright ? QMargins(popoverGap, along, popoverGap, along)
                                 : QMargins(along, popoverGap, along, popoverGap));
+  if (window_->isVisible()) {
+    window_->requestUpdate();
+    return;
+  }
   window_->show();
   window_->requestActivate();
 }

@@ -25,15 +25,18 @@ class LayerStage final : public PopoverStage {
   void release() override;
 
  private:
-  /// The pointer is on the screen, at a place in the screen's own coordinates; absent if it is on none.
-  void place(QScreen* screen, const std::optional<QPoint>& pointer);
+  void pointerFound(const QScreen& screen, QPoint at);
+  /// By the pointer, in the coordinates of a screen of that size; absent if it is on none.
+  void place(const std::optional<QPoint>& pointer, QSize screen);
   void stopWaiting();
 
   Runtime runtime_;
   QWindow* window_ = nullptr;
   Backdrops backdrops_;
-  /// Runs while the pointer's place is waited for.
+  /// Runs until the window is shown, wherever the pointer is.
   TimerID timer_ = 0;
+  MonotonicTime wished_{};
+  bool isPointerFound_ = false;
 };
 
 }  // namespace quillmere::layershell
