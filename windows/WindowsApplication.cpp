@@ -30,6 +30,7 @@
 #include "runtime/ThreadPoolExecutor.h"
 #include "state/ViewSettings.h"
 #include "views/ViewFactory.h"
+#include "views/shared/IconThemes.h"
 #include "windows/AboutPanel.h"
 #include "windows/BrandIconImage.h"
 #include "windows/DialogApplicationChooser.h"
@@ -195,6 +196,7 @@ class Windows final : public QObject {
   ViewFactory& factory() {
     if (!factory_) {
       chooseRenderer();
+      useIconThemes(iconThemePlaces());
       ViewIntents intents;
       intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
       intents.quit = [this] { send_({{"type", wire::quit}}); };
