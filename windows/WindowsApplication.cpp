@@ -29,6 +29,7 @@
 #include "state/ViewSettings.h"
 #include "views/AboutWindow.h"
 #include "views/ViewFactory.h"
+#include "views/shared/IconThemes.h"
 #include "windows/BrandIconImage.h"
 #include "windows/DialogApplicationChooser.h"
 #include "windows/DisplayChoice.h"
@@ -239,6 +240,7 @@ class Windows final : public QObject {
   ViewFactory& factory() {
     if (!factory_) {
       chooseRenderer();
+      useIconThemes(iconThemePlaces());
       ViewIntents intents;
       intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
       intents.quit = [this] { send_({{"type", wire::quit}}); };

@@ -3,20 +3,44 @@
 
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QIcon>
 #include <QImageReader>
+#include <QLoggingCategory>
 #include <QPainter>
 #include <QThreadPool>
 #include <QUrlQuery>
 #include <algorithm>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <utility>
 
 #include "platform/Workspace.h"
-#include "views/shared/IconTheme.h"
 
 namespace quillmere {
+
+Q_LOGGING_CATEGORY(icons, "app.quillmere.icons", QtInfoMsg)
+
+/// What was left out has a line in the log, once for each file, however often it is asked for. [any]
+class IconOmissions {
+ public:
+  void tell(const QString& path, const QString& problem) {
+    {
+      const std::scoped_lock lock(mutex_);
+      if (told_.size() >= maxTold || !told_.insert(path).second) return;
+    }
+    // A file may be called anything; a line is one line.
+    constexpr qsizetype maxLength = 200;
+    qCWarning(icons, "icon left out: %s: %s", qUtf8Printable(path.simplified().left(maxLength)),
+              qUtf8Printable(problem));
+  }
+
+ private:
+  static constexpr std::size_t maxTold = 100;
+  std::mutex mutex_;
+  std::set<QString> told_;
+};
 
 namespace {
 
@@ -31,15 +55,45 @@ struct Box {
   double corner = usualCorner;
 };
 
-/// An image no larger than `size`, with its proportions kept. Vector files are drawn at that size.
-QImage readImage(QImageReader& reader, QSize size) {
+/// What is larger is no icon, whatever it is: its head says so, and the rest is not read.
+constexpr int maxSide = 4096;
+constexpr qint64 maxFileBytes = qint64{16} * 1024 * 1024;
+
+/// An image no larger than `size`, with its proportions kept. Vector files are drawn at that size. Null, with `problem`
+/// saying why, for what is no picture or no icon's.
+QImage readImage(QImageReader& reader, QSize size, QString& problem) {
   reader.setAutoTransform(true);
   const auto natural = reader.size();
   const bool isVector = reader.format().startsWith("svg");
+  if (!isVector && (natural.width() > maxSide || natural.height() > maxSide)) {
+    problem = QStringLiteral("%1 by %2 pixels").arg(natural.width()).arg(natural.height());
+    return {};
+  }
   if (natural.isValid() && (isVector || natural.width() > size.width() || natural.height() > size.height())) {
     reader.setScaledSize(natural.scaled(size, Qt::KeepAspectRatio).expandedTo({1, 1}));
   }
-  return reader.read();
+  auto image = reader.read();
+  if (image.isNull()) problem = reader.errorString();
+  return image;
+}
+
+/// The picture in a file. What is no file of a sensible size is not opened: a pipe would never end.
+QImage readFile(const QString& path, QSize size, IconOmissions& omissions) {
+  const QFileInfo file(path);
+  QString problem;
+  QImage image;
+  if (!file.isFile()) {
+    problem = QStringLiteral("no file");
+  } else if (file.size() > maxFileBytes) {
+    problem = QStringLiteral("too large");
+  } else {
+    QImageReader reader(path);
+    // The name is only what somebody has called it.
+    reader.setDecideFormatFromContent(true);
+    image = readImage(reader, size, problem);
+  }
+  if (!problem.isEmpty()) omissions.tell(path, problem);
+  return image;
 }
 
 /// In the middle of a box with rounded corners, so that every icon fills its place in the same way.
@@ -109,13 +163,17 @@ void deliver(Delivery& delivery, QImage image) {
 void drawThemed(const std::shared_ptr<Delivery>& delivery, const QString& name, const Box& box) {
   // The icon theme belongs to the main thread.
   QMetaObject::invokeMethod(QCoreApplication::instance(), [delivery, name, box] {
-    ensureIconTheme();
     const auto icon = QIcon::fromTheme(name);
     deliver(*delivery, icon.isNull() ? QImage() : boxed(icon.pixmap(box.size, 1.0).toImage(), box));
   });
 }
 
 }  // namespace
+
+AppIconProvider::AppIconProvider(Workspace& workspace)
+    : workspace_(workspace), omissions_(std::make_shared<IconOmissions>()) {}
+
+AppIconProvider::~AppIconProvider() = default;
 
 QUrl AppIconProvider::urlFor(const std::string& bundleID) {
   // An identifier may hold anything; in the address it is plain text.
@@ -133,23 +191,24 @@ QQuickImageResponse* AppIconProvider::requestImageResponse(const QString& addres
   const auto corner = QUrlQuery(address.section('?', 1)).queryItemValue(QStringLiteral("corner"));
   if (!corner.isEmpty()) box.corner = std::clamp(corner.toDouble(), 0.0, 0.5);
   auto* response = new IconResponse;
-  QThreadPool::globalInstance()->start([&workspace = workspace_, delivery = response->delivery(), bundleID, box] {
-    const auto icon = workspace.icon(bundleID);
-    if (!icon) {
-      deliver(*delivery, {});
-    } else if (const auto* themed = std::get_if<ThemedIcon>(&*icon)) {
-      drawThemed(delivery, QString::fromStdString(themed->name), box);
-    } else if (const auto* file = std::get_if<FileIcon>(&*icon)) {
-      QImageReader reader(QString::fromStdString(file->path));
-      deliver(*delivery, boxed(readImage(reader, box.size), box));
-    } else {
-      const auto& png = std::get<EncodedIcon>(*icon).png;
-      QByteArray bytes(reinterpret_cast<const char*>(png.data()), static_cast<qsizetype>(png.size()));
-      QBuffer buffer(&bytes);
-      QImageReader reader(&buffer);
-      deliver(*delivery, boxed(readImage(reader, box.size), box));
-    }
-  });
+  QThreadPool::globalInstance()->start(
+      [&workspace = workspace_, omissions = omissions_, delivery = response->delivery(), bundleID, box] {
+        const auto icon = workspace.icon(bundleID);
+        if (!icon) {
+          deliver(*delivery, {});
+        } else if (const auto* themed = std::get_if<ThemedIcon>(&*icon)) {
+          drawThemed(delivery, QString::fromStdString(themed->name), box);
+        } else if (const auto* file = std::get_if<FileIcon>(&*icon)) {
+          deliver(*delivery, boxed(readFile(QString::fromStdString(file->path), box.size, *omissions), box));
+        } else {
+          const auto& png = std::get<EncodedIcon>(*icon).png;
+          QByteArray bytes(reinterpret_cast<const char*>(png.data()), static_cast<qsizetype>(png.size()));
+          QBuffer buffer(&bytes);
+          QImageReader reader(&buffer);
+          QString problem;
+          deliver(*delivery, boxed(readImage(reader, box.size, problem), box));
+        }
+      });
   return response;
 }
 

@@ -4,10 +4,12 @@
 
 #include <QQuickAsyncImageProvider>
 #include <QUrl>
+#include <memory>
 #include <string>
 
 namespace quillmere {
 
+class IconOmissions;
 class Workspace;
 
 /// Looks up and decodes on a pool of threads; icons of the desktop's theme are drawn on the main thread.
@@ -19,12 +21,15 @@ class AppIconProvider final : public QQuickAsyncImageProvider {
   [[nodiscard]] static QUrl urlFor(const std::string& bundleID);
 
   /// The workspace outlives the provider and every request.
-  explicit AppIconProvider(Workspace& workspace) : workspace_(workspace) {}
+  explicit AppIconProvider(Workspace& workspace);
+  ~AppIconProvider() override;
 
   QQuickImageResponse* requestImageResponse(const QString& address, const QSize& requestedSize) override;
 
  private:
   Workspace& workspace_;
+  /// Those who still look for an icon need it when this has gone.
+  std::shared_ptr<IconOmissions> omissions_;
 };
 
 }  // namespace quillmere

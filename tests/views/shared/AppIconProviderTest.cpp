@@ -2,16 +2,17 @@
 #include "views/shared/AppIconProvider.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
-#include <QIcon>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
 #include <memory>
+#include <mutex>
 
 #include "platform/memory/MemoryWorkspace.h"
 
@@ -125,22 +126,91 @@ TEST_F(AppIcons, NameThatNoThemeKnowsIsOneClearPixel) {
   EXPECT_EQ(icon(player).size(), QSize(1, 1));
 }
 
-TEST_F(AppIcons, ANameIsFoundThoughTheDesktopNamesNoTheme) {
-  const QDir themes(folder.path());
-  ASSERT_TRUE(themes.mkpath("Adwaita/48x48/apps"));
-  QFile index(themes.filePath("Adwaita/index.theme"));
-  ASSERT_TRUE(index.open(QIODevice::WriteOnly));
-  index.write("[Icon Theme]\nName=Adwaita\nDirectories=48x48/apps\n\n[48x48/apps]\nSize=48\nType=Fixed\n");
-  index.close();
-  ASSERT_TRUE(filled(48, 48).save(themes.filePath("Adwaita/48x48/apps/usual-player.png")));
-  const auto paths = QIcon::themeSearchPaths();
-  const auto named = QIcon::themeName();
-  QIcon::setThemeSearchPaths({folder.path()});
-  QIcon::setThemeName("hicolor");
-  workspace.setIcon(player, ThemedIcon{"usual-player"});
+/// The lines about icons while this lives.
+class IconLines {
+ public:
+  IconLines() {
+    lines().clear();
+    before_ = qInstallMessageHandler([](QtMsgType, const QMessageLogContext& context, const QString& text) {
+      const std::scoped_lock lock(mutex());
+      if (QByteArray(context.category) == "app.quillmere.icons") lines().append(text);
+    });
+  }
+  ~IconLines() { qInstallMessageHandler(before_); }
+  IconLines(const IconLines&) = delete;
+  IconLines& operator=(const IconLines&) = delete;
+  [[nodiscard]] static QStringList told() {
+    const std::scoped_lock lock(mutex());
+    return lines();
+  }
+
+ private:
+  static QStringList& lines() {
+    static QStringList each;
+    return each;
+  }
+  static std::mutex& mutex() {
+    static std::mutex one;
+    return one;
+  }
+  QtMessageHandler before_;
+};
+
+TEST_F(AppIcons, PictureTwentyThousandPixelsWideIsRefusedWithOneLine) {
+  const auto path = folder.filePath("wide.png");
+  ASSERT_TRUE(filled(20000, 2).save(path));
+  workspace.setIcon(player, FileIcon{path.toStdString()});
+  const IconLines lines;
+  EXPECT_EQ(icon(player).size(), QSize(1, 1));
+  EXPECT_EQ(icon(player, {88, 88}).size(), QSize(1, 1));
+  EXPECT_EQ(IconLines::told(), QStringList{"icon left out: " + path + ": 20000 by 2 pixels"});
+}
+
+TEST_F(AppIcons, DrawingOfAnySizeIsDrawnAtTheSizeAskedFor) {
+  const auto path = folder.filePath("drawing.svg");
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(
+      "<svg xmlns='http://www.w3.org/2000/svg' width='20000' height='20000'><rect width='20000' height='20000' "
+      "fill='red'/></svg>");
+  file.close();
+  workspace.setIcon(player, FileIcon{path.toStdString()});
+  const auto image = icon(player);
+  EXPECT_EQ(image.size(), asked);
+  EXPECT_EQ(image.pixelColor(22, 22), QColor(Qt::red));
+}
+
+TEST_F(AppIcons, WhatIsNoPictureOrWouldNeverEndIsOneClearPixelAndOneLine) {
+  const auto write = [this](const char* name, const QByteArray& bytes) {
+    QFile file(folder.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+  };
+  write("text.png", "this is no picture");
+  write("empty.png", "");
+  write("cut.png", QByteArray("\x89PNG\r\n\x1a\n", 8));
+  write("huge.png", QByteArray(17 * 1024 * 1024, 'x'));
+  ASSERT_EQ(::mkfifo(folder.filePath("pipe.png").toLocal8Bit().constData(), 0600), 0);
+  ASSERT_TRUE(QFile::link("/dev/zero", folder.filePath("endless.png")));
+  ASSERT_TRUE(QFile::link(folder.filePath("circle.png"), folder.filePath("circle.png")));
+  ASSERT_TRUE(QDir(folder.path()).mkdir("folder.png"));
+  const IconLines lines;
+  int files = 0;
+  for (const auto* name : {"text.png", "empty.png", "cut.png", "huge.png", "pipe.png", "endless.png", "circle.png",
+                           "folder.png", "odd\nname.png"}) {
+    workspace.setIcon(player, FileIcon{folder.filePath(name).toStdString()});
+    EXPECT_EQ(icon(player).size(), QSize(1, 1)) << name;
+    ++files;
+    ASSERT_EQ(IconLines::told().size(), files) << name;
+    EXPECT_FALSE(IconLines::told().back().contains('\n')) << name;
+  }
+}
+
+TEST_F(AppIcons, PictureUnderAnothersNameIsStillAPicture) {
+  const auto path = folder.filePath("icon.svg");
+  ASSERT_TRUE(filled(64, 64).save(path, "PNG"));
+  workspace.setIcon(player, FileIcon{path.toStdString()});
   EXPECT_EQ(icon(player).size(), asked);
-  QIcon::setThemeName(named);
-  QIcon::setThemeSearchPaths(paths);
 }
 
 }  // namespace
