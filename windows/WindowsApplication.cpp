@@ -29,7 +29,7 @@
 #include "state/ViewSettings.h"
 #include "views/AboutWindow.h"
 #include "views/ViewFactory.h"
-#include "views/shared/IconThemes.h"
+#include "views/IconThemes.h"
 #include "windows/BrandIconImage.h"
 #include "windows/DialogApplicationChooser.h"
 #include "windows/DisplayChoice.h"
