@@ -2,7 +2,6 @@
 """What the program costs while nothing is asked of it: twenty silent applications, beside pavucontrol in one session."""
 
 import contextlib
-import json
 import os
 import subprocess
 from pathlib import Path
@@ -11,15 +10,11 @@ from quillmere_e2e.players import Player
 from quillmere_e2e.processes import family, processor_share, resident_mib
 from quillmere_e2e.tones import tone_file
 from quillmere_e2e.waiting import wait_for
+from watched import figure
 
 APPLICATIONS = 20
 SETTLE_SHARE = 5.0
 SECONDS = 15
-
-
-def figure(name, value, unit, peer=None, peer_value=None, target=None):
-    print(json.dumps({"name": name, "value": value, "unit": unit, "peer": peer, "peerValue": peer_value,
-                      "target": target}), flush=True)
 
 
 def log_of(command):

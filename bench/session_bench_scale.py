@@ -2,7 +2,6 @@
 """Many applications changed at once: how soon all taps are live, how long the main thread is away, and what taps cost by
 their number."""
 
-import json
 import time
 
 from quillmere_e2e import graph
@@ -11,17 +10,13 @@ from quillmere_e2e.players import Crowd
 from quillmere_e2e.processes import processor_share, resident_mib
 from quillmere_e2e.recording import Monitor
 from quillmere_e2e.waiting import wait_for
+from watched import figure
 
 DESK = "quillmere_test_sink_a"
 COUNTS = (1, 4, 16, 32, 64)
 # What must hold is promised for so many.
 PROMISED = (16, 32, 64)
 SECONDS = 4
-
-
-def figure(name, value, unit, peer=None, peer_value=None, target=None):
-    print(json.dumps({"name": name, "value": value, "unit": unit, "peer": peer, "peerValue": peer_value,
-                      "target": target}), flush=True)
 
 
 def measure(count):

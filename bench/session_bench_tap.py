@@ -14,6 +14,7 @@ from quillmere_e2e.processes import processor_share
 from quillmere_e2e.recording import Monitor
 from quillmere_e2e.tones import click_file
 from quillmere_e2e.waiting import wait_for
+from watched import figure
 
 DESK = "quillmere_test_sink_a"
 ROUNDS = 4
@@ -22,11 +23,6 @@ SECONDS = 4
 # and the one that gives none, where the library has one.
 REAL_TIME, PATIENT = ("client-rt.conf", "client.conf") if graph.library_version() < (1, 4) else ("client.conf", None)
 PERIOD = 12000
-
-
-def figure(name, value, unit, peer=None, peer_value=None, target=None):
-    print(json.dumps({"name": name, "value": value, "unit": unit, "peer": peer, "peerValue": peer_value,
-                      "target": target}), flush=True)
 
 
 class Loopback:
