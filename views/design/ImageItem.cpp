@@ -20,6 +20,12 @@ bool ImageItem::isSoftwareRendered() const {
          view->rendererInterface()->graphicsApi() == QSGRendererInterface::Software;
 }
 
+void ImageItem::repaint() {
+  polish();
+  // Wished for while polishing it would be a wish for one more frame, with nothing new in it.
+  update();
+}
+
 void ImageItem::updatePolish() {
   if (!window() || !isVisible()) return;
   const double scale = window()->effectiveDevicePixelRatio();
@@ -30,7 +36,6 @@ void ImageItem::updatePolish() {
   // Whole pixels, so that nothing is stretched.
   place_ = QRectF(wanted.topLeft(), QSizeF(image_.size()) / scale);
   imageChanged_ = true;
-  update();
 }
 
 QSGNode* ImageItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {

@@ -18,7 +18,7 @@ class ImageItem : public QQuickItem {
 
  protected:
   /// The picture has to be painted anew before the next frame.
-  void repaint() { polish(); }
+  void repaint();
   /// Paints a picture of so many device pixels, scale of them to a point. A null image shows nothing.
   [[nodiscard]] virtual QImage paintPicture(QSize pixels, double scale) = 0;
   [[nodiscard]] virtual double margin() const { return 0; }
