@@ -2,6 +2,7 @@
 #include "views/design/Beat.h"
 
 #include <QQuickWindow>
+#include <QSGRendererInterface>
 
 #include "views/design/Rhythm.h"
 
@@ -26,7 +27,7 @@ void Beat::setRate(Rate rate) {
   if (rate_ == rate) return;
   rate_ = rate;
   emit rateChanged();
-  if (beating_) Metronome::shared().join(this, rate == Sixty ? Metronome::Rate::Sixty : Metronome::Rate::Thirty);
+  if (beating_) join();
 }
 
 double Beat::shimmer() const { return rhythm::shimmerOpacity(rhythm::shimmerPhase(time_)); }
@@ -58,6 +59,14 @@ void Beat::beat(double seconds) {
   emit timeChanged();
 }
 
+void Beat::join() {
+  // Where the processor draws, each frame is taken from what else it has to do, and half of them will do.
+  const bool isDrawnByProcessor = watched_ && watched_->rendererInterface() &&
+                                  watched_->rendererInterface()->graphicsApi() == QSGRendererInterface::Software;
+  const bool isFast = rate_ == Sixty && !isDrawnByProcessor;
+  Metronome::shared().join(this, isFast ? Metronome::Rate::Sixty : Metronome::Rate::Thirty);
+}
+
 void Beat::watch(QQuickWindow* window) {
   if (watched_ == window) return;
   if (watched_) watched_->removeEventFilter(this);
@@ -71,7 +80,7 @@ void Beat::decide() {
   beating_ = wanted;
   if (wanted) {
     time_ = Metronome::shared().seconds();
-    Metronome::shared().join(this, rate_ == Sixty ? Metronome::Rate::Sixty : Metronome::Rate::Thirty);
+    join();
     emit timeChanged();
   } else {
     Metronome::shared().leave(this);

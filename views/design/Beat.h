@@ -24,7 +24,7 @@ class Beat : public QQuickItem, private Metronome::Listener {
  public:
   enum Rate {
     Thirty,  ///< At most 30 times a second.
-    Sixty,   ///< At most 60 times a second.
+    Sixty,   ///< At most 60 times a second; at most 30 where the processor draws.
   };
   Q_ENUM(Rate)
 
@@ -59,6 +59,7 @@ class Beat : public QQuickItem, private Metronome::Listener {
   void beat(double seconds) override;
   void watch(QQuickWindow* window);
   void decide();
+  void join();
 
   QPointer<QQuickWindow> watched_;
   double time_;

@@ -3,6 +3,7 @@
 
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QSGRendererInterface>
 #include <QTest>
 #include <QVariant>
 #include <cmath>
@@ -170,6 +171,15 @@ TEST_F(BeatInAWindow, TenOfThemShareOneTimer) {
   EXPECT_EQ(Metronome::shared().listenerCount(), 1);
   beat_.reset();
   EXPECT_FALSE(Metronome::shared().isRunning());
+}
+
+TEST_F(BeatInAWindow, TakesHalfTheFramesWhereTheProcessorDraws) {
+  beat_->setRate(Beat::Sixty);
+  beat_->setRunning(true);
+  window_.show();
+  ASSERT_TRUE(comesTo(true));
+  const bool isSoftware = window_.rendererInterface()->graphicsApi() == QSGRendererInterface::Software;
+  EXPECT_EQ(Metronome::shared().intervalMillis(), isSoftware ? 34 : 17);
 }
 
 TEST_F(BeatInAWindow, OutOfTheWindowItsTimeStandsStill) {
