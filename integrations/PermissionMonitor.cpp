@@ -33,7 +33,7 @@ PermissionMonitor::PermissionMonitor(Permissions& permissions, const Runtime& ru
 }
 
 PermissionMonitor::~PermissionMonitor() {
-  stopPolling();
+  pollTask_.cancel();
   permissions_.onChanged({});
   *self_ = nullptr;
 }
@@ -46,6 +46,7 @@ void PermissionMonitor::refresh() {
 
 void PermissionMonitor::startPolling() {
   QUILLMERE_CHECK_ON(runtime_.main, "permissions are polled off the main thread");
+  ++viewers_;
   if (pollTask_) return;
   pollTask_ = startTask(runtime_.main, [self = self_](TaskContext& task) -> Async<void> {
     while (!task.isCancelled() && *self != nullptr) {
@@ -57,6 +58,8 @@ void PermissionMonitor::startPolling() {
 
 void PermissionMonitor::stopPolling() {
   QUILLMERE_CHECK_ON(runtime_.main, "permissions are polled off the main thread");
+  if (viewers_ > 0) --viewers_;
+  if (viewers_ > 0) return;
   pollTask_.cancel();
   pollTask_ = Task();
 }

@@ -27,9 +27,10 @@ class PermissionMonitor {
 
   /// Reads both again.
   void refresh();
-  /// Reads both every half second, from now on; nothing where that is done already.
+  /// A view that shows them has come on screen: both are read every half second from now on. However many there are,
+  /// one loop serves them.
   void startPolling();
-  /// To be called when the view that has started it goes off screen.
+  /// A view that has started it goes off screen; with the last one the reading ends.
   void stopPolling();
   /// Asks for focus status; reads both once the system has answered.
   void requestFocusStatus();
@@ -46,6 +47,8 @@ class PermissionMonitor {
   Runtime runtime_;
   Observable<PermissionStatus> accessibility_;
   Observable<PermissionStatus> focusStatus_;
+  /// Views that want to be kept up to date.
+  int viewers_ = 0;
   Task pollTask_;
   /// Answers may come when the monitor has gone.
   std::shared_ptr<PermissionMonitor*> self_;

@@ -16,9 +16,20 @@ namespace quillmere {
 
 using nlohmann::json;
 
-/// The newest value of each field that may not change yet.
 struct RemoteState::HeldBack {
-  std::map<std::string, json> values;
+  /// How many calls had been sent when the last one had changed the field.
+  std::map<const void*, std::uint64_t> lastCalls;
+  struct Value {
+    const void* field;
+    json value;
+  };
+  /// The newest value of each field that may not change yet.
+  std::map<std::string, Value> values;
+
+  [[nodiscard]] bool holds(const void* field, std::uint64_t performed) const {
+    const auto last = lastCalls.find(field);
+    return last != lastCalls.end() && performed < last->second;
+  }
 };
 
 RemoteState::RemoteState(LogSink& log, SendMessage send)
@@ -50,8 +61,8 @@ void RemoteState::takeField(const std::string& name, const json& value) {
   visitOwnFields([&](const char* known, auto& field) {
     if (name != known) return;
     isKnown = true;
-    if (isHeldBack(&field)) {
-      heldBack_->values[name] = value;
+    if (heldBack_->holds(&field, performed_)) {
+      heldBack_->values[name] = {&field, value};
       return;
     }
     try {
@@ -63,14 +74,17 @@ void RemoteState::takeField(const std::string& name, const json& value) {
   if (!isKnown) Logger(log_, "RemoteState").error("ignored a value of \"" + name + "\": no such field");
 }
 
-bool RemoteState::isHeldBack(const void* field) const {
-  return performed_ < lastLevelCall_ && (field == &apps_ || field == &masterGain_);
-}
+void RemoteState::noteChanged(const void* field) { heldBack_->lastCalls[field] = sent_; }
 
 void RemoteState::notePerformed() {
   ++performed_;
-  if (performed_ < lastLevelCall_) return;
-  for (const auto& [name, value] : std::exchange(heldBack_->values, {})) takeField(name, value);
+  auto& values = heldBack_->values;
+  for (auto next = values.begin(); next != values.end();) {
+    const auto at = next++;
+    if (heldBack_->holds(at->second.field, performed_)) continue;
+    const auto free = values.extract(at);
+    takeField(free.key(), free.mapped().value);
+  }
 }
 
 template <typename... Parameters>
@@ -87,23 +101,23 @@ auto RemoteState::sender(const char* name, void (MixerState::* /*operation*/)(Pa
 
 #define OPERATION(name, parameters, arguments) \
   void RemoteState::name parameters { sender(#name, &MixerState::name) arguments; }
+#define ASSIGNMENT(name, parameters, arguments, field) \
+  void RemoteState::name parameters {                  \
+    sender(#name, &MixerState::name) arguments;        \
+    noteChanged(&field##_);                            \
+    field##_.set arguments;                            \
+  }
 #define LEVEL_OPERATION(name, parameters, arguments)
 #include "state/MixerOperations.def"
 
 void RemoteState::setGain(float gain, std::string bundleID) {
   sender("setGain", &MixerState::setGain)(gain, bundleID);
-  lastLevelCall_ = sent_;
+  noteChanged(&apps_);
   apps_.modify([&](std::vector<AudioApp>& apps) {
     const auto app =
         std::find_if(apps.begin(), apps.end(), [&](const AudioApp& each) { return each.bundleID == bundleID; });
     if (app != apps.end()) app->gain = gain;
   });
-}
-
-void RemoteState::setMasterGain(float gain) {
-  sender("setMasterGain", &MixerState::setMasterGain)(gain);
-  lastLevelCall_ = sent_;
-  masterGain_.set(gain);
 }
 
 }  // namespace quillmere

@@ -13,9 +13,9 @@
 
 namespace quillmere {
 
-/// [main] throughout. Fields change a moment after the operation, when the mixer says so. Levels alone change at once,
-/// so that the next step of a wheel or a drag starts from the last one; until the mixer has performed all such calls,
-/// what it says of the fields they touch is held back, because it may be older.
+/// [main] throughout. Fields change a moment after the operation, when the mixer says so. Levels and what is assigned
+/// change at once, so that the next step of a wheel or the next switch starts from the last one; until the mixer has
+/// performed the last call that changed a field, what it says of it is held back, because it may be older.
 class RemoteState final : public MixerState {
  public:
   RemoteState(LogSink& log, SendMessage send);
@@ -30,7 +30,8 @@ class RemoteState final : public MixerState {
  private:
   void takeField(const std::string& name, const nlohmann::json& value);
   void notePerformed();
-  [[nodiscard]] bool isHeldBack(const void* field) const;
+  /// The call that was sent last has changed the field here already.
+  void noteChanged(const void* field);
   /// Sends what it is called with as a call of the operation.
   template <typename... Parameters>
   [[nodiscard]] auto sender(const char* name, void (MixerState::*operation)(Parameters...));
@@ -40,10 +41,9 @@ class RemoteState final : public MixerState {
   HomeThread home_;
   LogSink& log_;
   SendMessage send_;
-  /// Calls that the mixer has not performed yet; and how many of these were sent up to the last change of a level.
+  /// Calls that were sent, and how many of them the mixer has performed.
   std::uint64_t sent_ = 0;
   std::uint64_t performed_ = 0;
-  std::uint64_t lastLevelCall_ = 0;
   std::unique_ptr<HeldBack> heldBack_;
 };
 

@@ -91,6 +91,32 @@ TEST_F(Monitor, NothingIsReadOnceItIsStopped) {
   EXPECT_EQ(permissions.reads(), before);
 }
 
+TEST_F(Monitor, GoesOnReadingForTheViewThatIsStillOpen) {
+  made().startPolling();
+  made().startPolling();
+  made().stopPolling();
+  time.runUntilIdle();
+  const int before = permissions.reads();
+  time.advance(5s);
+  EXPECT_EQ(permissions.reads(), before + 10);
+  made().stopPolling();
+  time.runUntilIdle();
+  const int after = permissions.reads();
+  time.advance(5s);
+  EXPECT_EQ(permissions.reads(), after);
+}
+
+TEST_F(Monitor, AStopTooManyCountsForNobodyWhoComesLater) {
+  made().stopPolling();
+  made().startPolling();
+  made().startPolling();
+  made().stopPolling();
+  time.runUntilIdle();
+  const int before = permissions.reads();
+  time.advance(5s);
+  EXPECT_EQ(permissions.reads(), before + 10);
+}
+
 TEST_F(Monitor, CanBeStartedAgain) {
   made().startPolling();
   time.advance(1s);

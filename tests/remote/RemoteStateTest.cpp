@@ -236,6 +236,71 @@ TEST_F(Remote, ALevelThatChangesNothingStillLetsLaterNewsThrough) {
   EXPECT_EQ(app(*remote, zoom).gain, 0.2F);
 }
 
+TEST_F(Remote, WhatIsAssignedIsSoAtOnce) {
+  startWithThree();
+  connect();
+  auto rule = *remote->duckRule();
+  rule.targetGain = 0.125F;
+  remote->setDuckRule(rule);
+  remote->setFocusCandidateBundleIDs({spotify});
+  remote->setPauseOnHeadphoneDisconnect(false);
+  remote->setPomodoroFocusMinutes(45);
+  remote->setPomodoroBreakMinutes(7);
+  remote->setPomodoroFocusBundleID(zoom);
+  remote->setScrollOverRowAdjustsVolume(false);
+  remote->setShowDuckBanner(false);
+  remote->setOutputDeviceUID("speakers");
+  EXPECT_EQ(*remote->duckRule(), rule);
+  EXPECT_EQ(*remote->focusCandidateBundleIDs(), std::set<std::string>{spotify});
+  EXPECT_FALSE(*remote->pauseOnHeadphoneDisconnect());
+  EXPECT_EQ(*remote->pomodoroFocusMinutes(), 45);
+  EXPECT_EQ(*remote->pomodoroBreakMinutes(), 7);
+  EXPECT_EQ(*remote->pomodoroFocusBundleID(), zoom);
+  EXPECT_FALSE(*remote->scrollOverRowAdjustsVolume());
+  EXPECT_FALSE(*remote->showDuckBanner());
+  EXPECT_EQ(*remote->outputDeviceUID(), "speakers");
+  deliver();
+  expectSame(state(), *remote);
+}
+
+TEST_F(Remote, OfTwoChangesOfTheRuleInOneMomentNeitherUndoesTheOther) {
+  startWithThree();
+  connect();
+  for (const auto& bundleID : {spotify, editor}) {
+    auto rule = *remote->duckRule();
+    rule.triggerBundleIDs.insert(bundleID);
+    remote->setDuckRule(rule);
+  }
+  deliver();
+  EXPECT_TRUE(state().duckRule()->triggerBundleIDs.contains(spotify));
+  EXPECT_TRUE(state().duckRule()->triggerBundleIDs.contains(editor));
+  expectSame(state(), *remote);
+}
+
+TEST_F(Remote, AnEarlierAssignmentThatComesLateDoesNotPullALaterOneBack) {
+  startWithThree();
+  connect();
+  std::vector<int> seen;
+  const auto subscription = remote->pomodoroFocusMinutes().observe([&](int minutes) { seen.push_back(minutes); });
+  remote->setPomodoroFocusMinutes(30);
+  performOne();
+  remote->setPomodoroFocusMinutes(31);
+  while (!toRemote.empty()) takeOne();
+  deliver();
+  EXPECT_EQ(seen, (std::vector<int>{30, 31}));
+  EXPECT_EQ(*state().pomodoroFocusMinutes(), 31);
+}
+
+TEST_F(Remote, WhatIsNotBeingSetIsToldWhileSomethingElseIs) {
+  startWithThree();
+  connect();
+  remote->setPomodoroFocusMinutes(30);
+  state().setMasterGain(0.25F);
+  while (!toRemote.empty()) takeOne();
+  EXPECT_EQ(*remote->masterGain(), 0.25F);
+  EXPECT_EQ(*remote->pomodoroFocusMinutes(), 30);
+}
+
 TEST_F(Remote, AnUnknownApplicationsLevelIsNobodys) {
   startWithThree();
   connect();

@@ -17,12 +17,18 @@ Item {
     property real level: 0
     // SliderHandle.OwnStep, Forward (see scrollDelta) or PassOn.
     property alias scrollRule: handle.scrollRule
+    // How far an arrow key moves it.
+    property alias step: handle.stepSize
+    // What the value stands for, where that is more than a share of the range.
+    property string valueText: ""
 
     readonly property alias dragging: handle.dragging
     readonly property alias hovering: handle.hovering
     readonly property alias fraction: handle.fraction
     readonly property alias thumbCentre: handle.thumbCentre
     readonly property alias fillWidth: handle.fillWidth
+    // A value from elsewhere may lie beyond the range; nothing is drawn beside the track.
+    readonly property real drawnFill: Math.min(fillWidth, width)
 
     readonly property real trackHeight: 6
     readonly property real thumbSize: 14
@@ -79,7 +85,7 @@ Item {
         // The fill, once in the accent colour and once in grey; the two cross-fade.
         CapsuleFill {
             anchors.verticalCenter: parent.verticalCenter
-            width: handle.fillWidth
+            width: root.drawnFill
             height: root.trackHeight
             visible: opacity > 0
             holeCentre: root.holeCentre
@@ -94,7 +100,7 @@ Item {
 
         CapsuleFill {
             anchors.verticalCenter: parent.verticalCenter
-            width: handle.fillWidth
+            width: root.drawnFill
             height: root.trackHeight
             visible: opacity > 0
             holeCentre: root.holeCentre
@@ -121,7 +127,7 @@ Item {
         CapsuleFill {
             anchors.verticalCenter: parent.verticalCenter
             visible: root.shimmers
-            width: handle.fillWidth
+            width: root.drawnFill
             height: root.trackHeight
             leading: root.canAddLight ? Tokens.white : root.brightened(root.isDucked ? root.greyLeading : root.accentLeading)
             trailing: root.canAddLight ? Tokens.white : root.brightened(root.isDucked ? root.greyTrailing : root.accentTrailing)
@@ -209,6 +215,7 @@ Item {
 
         Accessible.role: Accessible.Slider
         Accessible.name: root.label
+        Accessible.description: root.valueText
         Accessible.focusable: true
         Accessible.onIncreaseAction: handle.increase()
         Accessible.onDecreaseAction: handle.decrease()

@@ -2,12 +2,11 @@
 #include "views/design/SliderHandle.h"
 
 #include <QInputDevice>
+#include <algorithm>
 
 namespace quillmere {
 namespace {
 
-/// Of the arrow keys and of assistive technology: the same as a step of the wheel.
-constexpr double smallStep = gainPerScrollStep;
 constexpr double pageStep = 0.1;
 
 ScrollPhase phaseOf(Qt::ScrollPhase phase) {
@@ -70,13 +69,17 @@ void SliderHandle::setScrollRule(ScrollRule rule) {
   emit scrollRuleChanged();
 }
 
-double SliderHandle::stepSize() { return smallStep; }
+void SliderHandle::setStepSize(double size) {
+  if (stepSize_ == size) return;
+  stepSize_ = size;
+  emit stepSizeChanged();
+}
 
 void SliderHandle::requestValue(double value) { emit moved(geometry_.limited(value)); }
 
-void SliderHandle::increase() { requestValue(position_ + smallStep); }
+void SliderHandle::increase() { requestValue(position_ + stepSize_); }
 
-void SliderHandle::decrease() { requestValue(position_ - smallStep); }
+void SliderHandle::decrease() { requestValue(position_ - stepSize_); }
 
 void SliderHandle::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
   QQuickItem::geometryChange(newGeometry, oldGeometry);
@@ -129,7 +132,8 @@ void SliderHandle::wheelEvent(QWheelEvent* event) {
     return;
   }
   const int direction = wheel_.step(scroll);
-  if (direction != 0) requestValue(position_ + direction * smallStep);
+  // A step below a unit would be cut away, and the wheel could only turn down.
+  if (direction != 0) requestValue(position_ + direction * std::max(gainPerScrollStep, stepSize_));
 }
 
 void SliderHandle::keyPressEvent(QKeyEvent* event) {

@@ -30,11 +30,11 @@ class SliderHandle : public QQuickItem {
   Q_PROPERTY(double value READ position WRITE requestValue NOTIFY valueChanged)
   Q_PROPERTY(double minimumValue READ minimumValue NOTIFY minimumValueChanged)
   Q_PROPERTY(double maximumValue READ maximumValue NOTIFY maximumValueChanged)
-  Q_PROPERTY(double stepSize READ stepSize CONSTANT)
+  Q_PROPERTY(double stepSize READ stepSize WRITE setStepSize NOTIFY stepSizeChanged)
 
  public:
   enum ScrollRule {
-    OwnStep,  ///< Each step of the wheel moves the value by 0.02.
+    OwnStep,  ///< Each step of the wheel moves the value by 0.02, or by stepSize where that is more.
     Forward,  ///< scrollDelta() tells the distance; the event is used up.
     PassOn,   ///< The event goes on to what lies beneath.
   };
@@ -59,7 +59,10 @@ class SliderHandle : public QQuickItem {
   [[nodiscard]] bool dragging() const { return dragging_; }
   [[nodiscard]] bool hovering() const { return hovering_; }
   [[nodiscard]] bool visualFocus() const { return visualFocus_; }
-  [[nodiscard]] static double stepSize();
+  /// How far an arrow key and assistive technology move the value; 0.02 where nobody says otherwise. A slider that
+  /// stands for whole units says what one of them is.
+  [[nodiscard]] double stepSize() const { return stepSize_; }
+  void setStepSize(double size);
 
   void requestValue(double value);
   Q_INVOKABLE void increase();
@@ -76,6 +79,7 @@ class SliderHandle : public QQuickItem {
   void maximumValueChanged();
   void geometryChanged();
   void scrollRuleChanged();
+  void stepSizeChanged();
   void draggingChanged();
   void hoveringChanged();
   void visualFocusChanged();
@@ -102,6 +106,7 @@ class SliderHandle : public QQuickItem {
   SliderGeometry geometry_;
   ScrollSteps wheel_;
   double position_ = 0;
+  double stepSize_ = gainPerScrollStep;
   ScrollRule scrollRule_ = OwnStep;
   bool dragging_ = false;
   bool hovering_ = false;

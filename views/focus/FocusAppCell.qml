@@ -144,7 +144,8 @@ FocusScope {
         height: root.removeSide
         visible: root.canRemove && !root.selected
         opacity: root.showsRemove ? 1 : 0
-        enabled: visible
+        // What isn't seen takes no touches.
+        enabled: root.showsRemove
         focusCorner: width / 2
         text: qsTr("Remove %1 from focus picker").arg(root.name)
         tip: qsTr("Remove from focus picker")

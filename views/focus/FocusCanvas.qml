@@ -41,6 +41,7 @@ Item {
                     label: qsTr("Focus duration")
                     valueText: root.presenter.focusLengthText
                     value: root.presenter.focusLength
+                    step: root.presenter.focusStep
                     onMoved: (value) => root.presenter.setFocusLength(value)
                 }
 
@@ -49,6 +50,7 @@ Item {
                     label: qsTr("Break duration")
                     valueText: root.presenter.breakLengthText
                     value: root.presenter.breakLength
+                    step: root.presenter.breakStep
                     onMoved: (value) => root.presenter.setBreakLength(value)
                 }
 

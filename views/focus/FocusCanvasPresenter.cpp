@@ -18,8 +18,12 @@ constexpr int shortestFocus = 5;
 constexpr int longestBreak = 30;
 constexpr int shortestBreak = 1;
 
+/// A minute's position on a slider is rarely a number that can be written down; it must not be cut to the minute
+/// before.
+constexpr double roundingError = 1e-9;
+
 int minutesAt(double position, int shortest, int longest) {
-  return std::clamp(static_cast<int>(position * longest), shortest, longest);
+  return std::clamp(static_cast<int>(position * longest + roundingError), shortest, longest);
 }
 
 }  // namespace
@@ -113,6 +117,10 @@ double FocusCanvasPresenter::focusLength() const { return *state_->pomodoroFocus
 QString FocusCanvasPresenter::breakLengthText() const { return tr("%1 min").arg(*state_->pomodoroBreakMinutes()); }
 
 double FocusCanvasPresenter::breakLength() const { return *state_->pomodoroBreakMinutes() / double{longestBreak}; }
+
+double FocusCanvasPresenter::focusStep() { return 1.0 / longestFocus; }
+
+double FocusCanvasPresenter::breakStep() { return 1.0 / longestBreak; }
 
 void FocusCanvasPresenter::primaryAction() {
   switch (state_->pomodoroPhase()->kind) {

@@ -34,6 +34,8 @@ class FocusCanvasPresenter final : public QObject {
   Q_PROPERTY(double focusLength READ focusLength NOTIFY phaseChanged FINAL)
   Q_PROPERTY(QString breakLengthText READ breakLengthText NOTIFY phaseChanged FINAL)
   Q_PROPERTY(double breakLength READ breakLength NOTIFY phaseChanged FINAL)
+  Q_PROPERTY(double focusStep READ focusStep CONSTANT FINAL)
+  Q_PROPERTY(double breakStep READ breakStep CONSTANT FINAL)
   Q_PROPERTY(quillmere::FocusCellModel* cells READ cells CONSTANT FINAL)
   Q_PROPERTY(quillmere::AppPickerPresenter* picker READ picker CONSTANT FINAL)
 
@@ -55,6 +57,9 @@ class FocusCanvasPresenter final : public QObject {
   [[nodiscard]] double focusLength() const;
   [[nodiscard]] QString breakLengthText() const;
   [[nodiscard]] double breakLength() const;
+  /// A minute on either slider.
+  [[nodiscard]] static double focusStep();
+  [[nodiscard]] static double breakStep();
   [[nodiscard]] FocusCellModel* cells() { return &cells_; }
   [[nodiscard]] AppPickerPresenter* picker() { return &picker_; }
 

@@ -85,7 +85,8 @@ void FocusCellModel::refresh() {
   std::vector<std::pair<std::string, std::string>> named;
   std::set<std::string> seen;
   const auto take = [&](const std::string& bundleID) {
-    if (seen.insert(bundleID).second) named.emplace_back(names_.name(bundleID), bundleID);
+    // What has no identifier can't be chosen; its cell would be nobody's.
+    if (!bundleID.empty() && seen.insert(bundleID).second) named.emplace_back(names_.name(bundleID), bundleID);
   };
   for (const auto& app : *state_->apps()) take(app.bundleID);
   for (const auto& bundleID : candidates) take(bundleID);

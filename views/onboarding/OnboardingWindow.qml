@@ -22,6 +22,8 @@ AppBackdrop {
     // The default action, wherever the focus is; the space bar presses what has it.
     Shortcut {
         sequences: ["Return", "Enter"]
+        // A key that is held goes one step.
+        autoRepeat: false
         onActivated: root.presenter.next()
     }
 

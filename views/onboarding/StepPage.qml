@@ -11,23 +11,34 @@ Flickable {
     readonly property real response: 0.4
     readonly property real dampingFraction: 0.86
 
+    // How many widths it is away from its place: 0 there, 1 beyond the trailing edge, -1 beyond the leading one. It is
+    // where it is to begin before it moves, or the first picture would show it where it is to end.
+    property real away: -1
+    property bool stands: false
+
     contentHeight: place.height
     interactive: contentHeight > height
     boundsBehavior: Flickable.StopAtBounds
-    visible: shown || leaving.running
+    visible: away > -1
     enabled: shown
-    x: shown ? 0 : -width
-    opacity: shown ? 1 : 0
+    x: away * width
+    opacity: 1 - Math.abs(away)
+
+    Component.onCompleted: {
+        away = shown ? 0 : -1;
+        stands = true;
+    }
 
     onShownChanged: {
+        if (!stands)
+            return;
+        travel.stop();
         if (shown) {
-            leaving.stop();
             contentY = 0;
-            entering.start();
-        } else {
-            entering.stop();
-            leaving.start();
+            away = 1;
         }
+        travel.to = shown ? 0 : -1;
+        travel.start();
     }
 
     // What the keys reach is brought into view.
@@ -53,47 +64,12 @@ Flickable {
         height: childrenRect.height
     }
 
-    ParallelAnimation {
-        id: entering
+    Spring {
+        id: travel
 
-        Spring {
-            target: root
-            property: "x"
-            from: root.width
-            to: 0
-            response: root.response
-            dampingFraction: root.dampingFraction
-        }
-
-        Spring {
-            target: root
-            property: "opacity"
-            from: 0
-            to: 1
-            response: root.response
-            dampingFraction: root.dampingFraction
-        }
-    }
-
-    ParallelAnimation {
-        id: leaving
-
-        Spring {
-            target: root
-            property: "x"
-            from: 0
-            to: -root.width
-            response: root.response
-            dampingFraction: root.dampingFraction
-        }
-
-        Spring {
-            target: root
-            property: "opacity"
-            from: 1
-            to: 0
-            response: root.response
-            dampingFraction: root.dampingFraction
-        }
+        target: root
+        property: "away"
+        response: root.response
+        dampingFraction: root.dampingFraction
     }
 }

@@ -1,4 +1,6 @@
 // The sheet that adds an application to a list: a filter, what runs, what is installed, and a way to any other.
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 import Quillmere.Design
@@ -54,7 +56,8 @@ T.Popup {
         }
     }
 
-    contentItem: FocusScope {
+    FocusScope {
+        anchors.fill: parent
         focus: true
 
         Accessible.role: Accessible.Dialog

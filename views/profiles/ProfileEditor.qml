@@ -295,7 +295,7 @@ Item {
     }
 
     Shortcut {
-        sequences: [StandardKey.Save]
+        sequence: "Ctrl+S"
         enabled: root.visible && root.editor.dirty
         onActivated: root.editor.save()
     }

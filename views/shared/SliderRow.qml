@@ -9,6 +9,7 @@ Column {
     required property string valueText
     required property real value
     property string help: ""
+    property alias step: slider.step
 
     signal moved(real value)
 
@@ -41,9 +42,12 @@ Column {
     }
 
     LevelSlider {
+        id: slider
+
         width: parent.width
         height: 20
         label: root.label
+        valueText: root.valueText
         value: root.value
         onMoved: (value) => root.moved(value)
     }
@@ -53,6 +57,6 @@ Column {
         visible: text.length > 0
         text: root.help
         font: Tokens.caption1
-        color: Tokens.textTertiary
+        color: Tokens.textSecondary
     }
 }

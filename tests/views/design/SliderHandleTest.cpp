@@ -64,6 +64,23 @@ TEST(SliderHandle, AScrollOfNoughtLowersTheValue) {
   EXPECT_NEAR(desk.last, 0.48, 1e-9);
 }
 
+TEST(SliderHandle, AStepOfAKeyIsItsOwnAndOfAWheelAtLeastThat) {
+  Desk desk;
+  desk.window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&desk.window));
+  EXPECT_EQ(desk.handle.property("stepSize").toDouble(), 0.02);
+  desk.handle.setStepSize(0.25);
+  desk.handle.increase();
+  EXPECT_NEAR(desk.last, 0.75, 1e-9);
+  scroll(desk.window, QPointF(100, 10), 120);
+  EXPECT_NEAR(desk.last, 0.75, 1e-9);
+  desk.handle.setStepSize(0.001);
+  desk.handle.decrease();
+  EXPECT_NEAR(desk.last, 0.499, 1e-9);
+  scroll(desk.window, QPointF(100, 10), -120);
+  EXPECT_NEAR(desk.last, 0.48, 1e-9);
+}
+
 TEST(SliderHandle, AWishBeyondTheRangeIsLimitedAndStillTold) {
   Desk desk;
   desk.handle.setPosition(1);

@@ -148,6 +148,34 @@ TEST_F(FocusPage, LengthsAreCutToMinutesAndHeldInTheirRanges) {
   EXPECT_EQ(page->breakLengthText(), "30 min");
 }
 
+TEST_F(FocusPage, PositionOfEveryMinuteIsThatMinuteAndAStepTheNext) {
+  startViews();
+  make();
+  for (int minutes = 5; minutes < 60; ++minutes) {
+    page->setFocusLength(minutes / 60.0);
+    ASSERT_EQ(*state().pomodoroFocusMinutes(), minutes);
+    page->setFocusLength(page->focusLength() + FocusCanvasPresenter::focusStep());
+    ASSERT_EQ(*state().pomodoroFocusMinutes(), minutes + 1);
+    page->setFocusLength(page->focusLength() - FocusCanvasPresenter::focusStep());
+    ASSERT_EQ(*state().pomodoroFocusMinutes(), minutes);
+  }
+  for (int minutes = 1; minutes < 30; ++minutes) {
+    page->setBreakLength(minutes / 30.0);
+    ASSERT_EQ(*state().pomodoroBreakMinutes(), minutes);
+    page->setBreakLength(page->breakLength() + FocusCanvasPresenter::breakStep());
+    ASSERT_EQ(*state().pomodoroBreakMinutes(), minutes + 1);
+    page->setBreakLength(page->breakLength() - FocusCanvasPresenter::breakStep());
+    ASSERT_EQ(*state().pomodoroBreakMinutes(), minutes);
+  }
+}
+
+TEST_F(FocusPage, CandidateWithoutAnIdentifierHasNoCell) {
+  startViews();
+  make();
+  state().setFocusCandidateBundleIDs({"", "org.example.rain", "org.example.sea"});
+  EXPECT_EQ(cells(), QStringList({"* None", "Rain-", "Sea-"}));
+}
+
 TEST_F(FocusPage, WithoutApplicationsThereIsTheCellOfNobody) {
   startViews();
   make();

@@ -4,6 +4,7 @@
 #include <QSignalSpy>
 
 #include "../ViewsFixture.h"
+#include "views/preferences/PreferencesCanvasPresenter.h"
 
 namespace quillmere {
 namespace {
@@ -73,6 +74,15 @@ TEST_F(FirstRun, PermissionThatIsGivenMeanwhileIsSeen) {
   make();
   onboarding->next();
   EXPECT_FALSE(onboarding->permissions()->accessibility()->isGranted());
+  desktop.permissions.setTrusted(true);
+  box->advanceSeconds(0.6);
+  EXPECT_TRUE(onboarding->permissions()->accessibility()->isGranted());
+}
+
+TEST_F(FirstRun, SettingsPageThatComesAndGoesMeanwhileLeavesTheCardsFollowing) {
+  make();
+  std::make_unique<PreferencesCanvasPresenter>(services()).reset();
+  settle();
   desktop.permissions.setTrusted(true);
   box->advanceSeconds(0.6);
   EXPECT_TRUE(onboarding->permissions()->accessibility()->isGranted());

@@ -1,8 +1,11 @@
-// What the tests of the set-up pages and of the first run stand on: one page's presenter at a time, on a machine in memory.
+// What the tests of the set-up pages and of the first run stand on: one page's presenter at a time, on a machine in
+// memory.
 #pragma once
 
 #include <QObject>
 #include <QStringList>
+#include <QTest>
+#include <QWindow>
 #include <memory>
 
 #include "RecordingDefaults.h"
@@ -77,11 +80,21 @@ class FormsBench : public QObject {
     desktop_->workspace.install(bundleID.toStdString(), name.toStdString(), "/apps/" + bundleID.toStdString());
   }
 
+  /// Presses a key in the window as one that is held does, again and again.
+  Q_INVOKABLE static void repeatKey(QWindow* window, int key) {
+    QTest::simulateEvent(window, true, static_cast<Qt::Key>(key), Qt::NoModifier, QString(), true);
+  }
+
   // Auto-Duck.
   Q_INVOKABLE void setDuckLists(const QStringList& triggers, const QStringList& ducked) const {
     auto rule = *box_->state->duckRule();
     rule.triggerBundleIDs = setOf(triggers);
     rule.duckedBundleIDs = setOf(ducked);
+    box_->state->setDuckRule(rule);
+  }
+  Q_INVOKABLE void setDelayMillis(int millis) const {
+    auto rule = *box_->state->duckRule();
+    rule.restoreDelayMillis = millis;
     box_->state->setDuckRule(rule);
   }
   Q_INVOKABLE QStringList triggers() const { return listOf(box_->state->duckRule()->triggerBundleIDs); }
@@ -174,7 +187,9 @@ class FormsBench : public QObject {
     for (const auto& text : texts) all.append(QString::fromStdString(text));
     return all;
   }
-  [[nodiscard]] const Profile& profile(int at) const { return box_->state->profiles()->at(static_cast<std::size_t>(at)); }
+  [[nodiscard]] const Profile& profile(int at) const {
+    return box_->state->profiles()->at(static_cast<std::size_t>(at));
+  }
   [[nodiscard]] const AudioApp& entryOf(int at, int entry) const {
     return profile(at).apps.at(static_cast<std::size_t>(entry));
   }

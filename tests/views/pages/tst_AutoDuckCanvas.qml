@@ -80,6 +80,38 @@ Item {
             compare(sliders.map(item => item.valueText), [Math.floor(Forms.duckTarget() * 100 + 1e-4) + "%", "1000 ms", "0 ms"]);
         }
 
+        function test_sliderRowHasItsNameAndValueOverTheSliderAndItsHelpBelow() {
+            make();
+            const row = Finder.all(item => item instanceof SliderRow, page)[2];
+            const slider = Finder.all(item => item instanceof LevelSlider, row)[0];
+            const name = Finder.all(item => item instanceof Label && item.text === "Restore delay", row)[0];
+            const shown = Finder.all(item => item instanceof Figures, row)[0];
+            const help = Finder.all(item => item instanceof Paragraph, row)[0];
+            const place = item => item.mapToItem(row, 0, 0, item.width, item.height);
+            compare(place(name).left, 0);
+            compare(place(shown).right, row.width);
+            verify(Math.abs((place(name).top + place(name).bottom) - (place(shown).top + place(shown).bottom)) <= 2);
+            compare(place(slider).left, 0);
+            compare(slider.width, row.width);
+            compare([slider.from, slider.to], [0, 1]);
+            verify(place(slider).top >= place(name).bottom);
+            verify(place(help).top >= place(slider).bottom);
+            verify(help.font.pixelSize < name.font.pixelSize);
+            compare(String(help.color), String(Tokens.textSecondary));
+        }
+
+        function test_ruleBeyondItsRangeStaysOnItsTrack() {
+            Forms.setDelayMillis(100000);
+            make();
+            const row = Finder.all(item => item instanceof SliderRow, page)[2];
+            compare(row.valueText, "100000 ms");
+            const slider = Finder.all(item => item instanceof LevelSlider, row)[0];
+            const drawn = Finder.all(item => item instanceof CapsuleFill, slider);
+            verify(drawn.length > 1);
+            for (const each of drawn)
+                verify(each.width <= slider.width, each.width + " wide");
+        }
+
         function test_cardsHaveTheirTitlesCountsAndButtons() {
             make();
             const triggers = Finder.texts(card("triggers"));

@@ -75,6 +75,7 @@ Item {
         function test_blockRunsThroughItsPhasesByTheMainButton() {
             make(2);
             compare(button("Cancel"), undefined);
+            compare(button("Start 25-minute focus").symbol, "play.fill");
             mouseClick(button("Start 25-minute focus"));
             compare(text("heading"), "Deep work in progress");
             compare(text("phase"), "focus");
@@ -110,6 +111,24 @@ Item {
             mouseDrag(slider, 100, 10, slider.width, 0);
             compare(Finder.all(item => item instanceof SliderRow, page)[0].valueText, "60 min");
             compare(text("time"), "25:00");
+        }
+
+        function test_keysAndWheelMoveTheLengthsUpAndDown() {
+            make(0);
+            const rows = Finder.all(item => item instanceof SliderRow, page);
+            const slider = row => Finder.all(item => item instanceof LevelSlider, row)[0];
+            const handle = row => Finder.named(row, "handle");
+            for (const [row, before, more] of [[rows[0], "25 min", "26 min"], [rows[1], "5 min", "6 min"]]) {
+                handle(row).forceActiveFocus(Qt.TabFocusReason);
+                keyClick(Qt.Key_Right);
+                compare(row.valueText, more);
+                keyClick(Qt.Key_Left);
+                compare(row.valueText, before);
+                mouseWheel(slider(row), slider(row).width / 2, 10, 0, 120);
+                compare(row.valueText, more);
+                // What a screen reader adds to the slider's name.
+                compare(handle(row).Accessible.description, more);
+            }
         }
 
         function test_withoutApplicationsThereAreNobodyAndTheAddCell() {
@@ -169,6 +188,18 @@ Item {
             mouseClick(remover(rain));
             compare(Forms.focusCandidates(), []);
             compare(cells().length, 1);
+        }
+
+        function test_removeButtonThatIsNotSeenTakesNoTouch() {
+            make(0);
+            Forms.setFocusCandidates(["org.example.rain"]);
+            waitForRendering(page);
+            const rain = cell("Rain");
+            const touch = touchEvent(rain);
+            touch.press(1, rain, rain.width - 5, 5).commit();
+            touch.release(1, rain, rain.width - 5, 5).commit();
+            compare(Forms.focusCandidates(), ["org.example.rain"]);
+            compare(Forms.focusApp(), "org.example.rain");
         }
 
         function test_selectedCandidateHasNoRemoveButton() {

@@ -68,6 +68,72 @@ Item {
             verify(Finder.all(item => item instanceof Wordmark, page).length === 1);
         }
 
+        function test_greetingHasItsMeasures() {
+            const shell = Finder.all(item => item instanceof StepShell, named("welcome"))[0];
+            compare(shell.width, 640);
+            compare([shell.edge, shell.bottomEdge], [36, 28]);
+            const head = Finder.named(named("welcome"), "headline");
+            compare(head.width, 480);
+            const mark = Finder.all(item => item instanceof Wordmark, page)[0];
+            compare(mark.mapToItem(page, 0, 0).y, 36 + 8);
+            const pills = Finder.all(item => item instanceof FeaturePill, page);
+            for (const pill of pills) {
+                const symbol = Finder.all(item => item instanceof Symbol, pill)[0];
+                const label = Finder.all(item => item instanceof Label, pill)[0];
+                compare(symbol.useGradient, true);
+                compare(label.font.weight, Font.Medium);
+                compare(symbol.mapToItem(pill, 0, 0).x, 12);
+                compare(label.mapToItem(pill, label.width, 0).x, pill.width - 12);
+                compare(pill.height, label.parent.height + 2 * 7);
+                compare(label.x - symbol.x - symbol.width, 6);
+                compare(pill.radius, pill.height / 2);
+                compare(String(pill.stroke), String(Tokens.alpha(Tokens.white, 0.08)));
+            }
+            // In the middle, on a whole pixel.
+            const left = pills[0].mapToItem(page, 0, 0).x;
+            fuzzyCompare(left, page.width - pills[2].mapToItem(page, pills[2].width, 0).x, 1);
+        }
+
+        function test_permissionsHaveTheirMeasures() {
+            toPermissions();
+            const head = Finder.named(named("permissions"), "headline");
+            compare(head.width, 460);
+            compare(cards().map(item => item.width), [480, 480]);
+            compare(cards()[1].y - cards()[0].y - cards()[0].height, 12);
+            const card = cards()[0];
+            const tile = Finder.named(card, "tile");
+            compare([tile.x, tile.height], [14, 40]);
+            compare(Finder.all(item => item instanceof Symbol, tile)[0].pointSize, 18);
+            const action = Finder.named(card, "action");
+            compare(action.mapToItem(card, action.width, 0).x, 480 - 14);
+            const words = Finder.all(item => item instanceof Label, card).filter(item => ["Accessibility", card.detail].includes(item.text));
+            compare(words[0].mapToItem(card, 0, 0).x, 14 + 40 + 14);
+            compare(words[0].font.weight, Font.DemiBold);
+            compare(words[1].y - words[0].y - words[0].height, 2);
+            compare(String(words[1].color), String(Tokens.textSecondary));
+        }
+
+        function test_firstStepIsThereFromTheStart() {
+            compare(named("welcome").x, 0);
+            compare(named("welcome").opacity, 1);
+        }
+
+        function test_stepEntersFromTheTrailingEdgeAndLeavesOverTheLeadingOne() {
+            const welcome = named("welcome");
+            go().clicked();
+            const permissions = named("permissions");
+            // Already at its beginning: no picture shows it at its end.
+            compare([permissions.x, permissions.opacity, welcome.x, welcome.opacity], [640, 0, 0, 1]);
+            tryVerify(() => permissions.x < 640 && welcome.x < 0 && welcome.opacity < 1);
+            tryCompare(permissions, "x", 0);
+            compare(permissions.opacity, 1);
+            tryCompare(welcome, "visible", false);
+            named("back").clicked();
+            compare([welcome.x, welcome.opacity], [640, 0]);
+            tryCompare(welcome, "x", 0);
+            compare(welcome.opacity, 1);
+        }
+
         function test_firstStepHasNoBack() {
             compare(named("back"), null);
             toPermissions();
@@ -158,6 +224,17 @@ Item {
             keyClick(Qt.Key_Return);
             compare(Forms.onboardingsFinished, 1);
             compare(Forms.openedAnchors, []);
+        }
+
+        function test_returnThatIsHeldGoesOneStep() {
+            keyPress(Qt.Key_Return);
+            for (let i = 0; i < 5; ++i)
+                Forms.repeatKey(scene.Window.window, Qt.Key_Return);
+            keyRelease(Qt.Key_Return);
+            compare(page.presenter.step, OnboardingPresenter.Permissions);
+            compare(Forms.onboardingsFinished, 0);
+            keyClick(Qt.Key_Return);
+            compare(Forms.onboardingsFinished, 1);
         }
 
         function test_spacePressesTheButtonThatHasTheFocus() {

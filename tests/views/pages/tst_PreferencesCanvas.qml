@@ -88,6 +88,32 @@ Item {
             compare(Finder.all(item => item instanceof Hairline, card).length, 3);
         }
 
+        function test_rowsAreApartByALineWithRoomAroundIt() {
+            make();
+            const lines = Finder.all(item => item instanceof Hairline, named("behaviour"));
+            for (let i = 0; i < lines.length; ++i) {
+                const above = switches()[i];
+                compare(lines[i].y - above.y - above.height, Tokens.spacing.s);
+                compare(switches()[i + 1].y - lines[i].y - lines[i].height, Tokens.spacing.s);
+            }
+            const row = switches()[0];
+            const words = Finder.all(item => item instanceof Paragraph, row);
+            compare(words[1].y - words[0].y - words[0].height, 2);
+            compare(toggle(row).x + toggle(row).width, row.width);
+        }
+
+        function test_aboutHasItsVersionAtTheRightAndItsButtonsBelow() {
+            make();
+            const label = Finder.all(item => item instanceof Label && item.text === "Version", page)[0];
+            compare(String(label.color), String(Tokens.textSecondary));
+            const version = named("version");
+            compare(version.mapToItem(named("about"), version.width, 0).x, named("about").width - Tokens.spacing.l);
+            const website = button("Website");
+            verify(website instanceof GhostButton && button("Send feedback") instanceof GhostButton);
+            compare(button("Send feedback").x - website.x - website.width, 8);
+            verify(website.mapToItem(page, 0, 0).y >= label.mapToItem(page, 0, label.height).y + 4);
+        }
+
         function test_switchesWriteTheirSettings() {
             make();
             compare(switches().map(item => item.on), [false, true, true, true]);

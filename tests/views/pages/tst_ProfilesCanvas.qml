@@ -68,6 +68,66 @@ Item {
             compare(named("heroCaption"), null);
         }
 
+        function test_partsHaveTheirSymbolsAndSizes() {
+            start();
+            make();
+            const symbols = item => Finder.all(each => each instanceof Symbol, item);
+            const evening = tile("Evening");
+            compare(symbols(evening).map(item => item.name), ["rectangle.stack.fill"]);
+            const ground = symbols(evening)[0].parent;
+            compare([ground.width, ground.height], [36, 36]);
+            compare(symbols(button("New profile")).map(item => item.name), ["plus"]);
+            compare(symbols(Finder.all(item => item instanceof ProfilesHero, page)[0]).map(item => item.name), ["rectangle.stack"]);
+            compare(symbols(Finder.named(editor(), "emptyState")).map(item => item.name), ["rectangle.stack"]);
+            compare(button("Sync from current mixer").symbol, "arrow.down.circle");
+            compare(button("Add app").symbol, "plus");
+            compare(named("delete").text, "Delete profile");
+            compare(named("delete").symbol, "trash");
+            compare(named("apply").text, "Apply now");
+            compare(named("apply").symbol, "play.fill");
+        }
+
+        function test_editorStandsInItsOrder() {
+            start();
+            make();
+            mouseClick(tile("Evening"));
+            tryVerify(() => rows().length === 3);
+            field().forceActiveFocus(Qt.TabFocusReason);
+            keyClick("x");
+            waitForRendering(page);
+            const place = item => item.mapToItem(page, 0, 0, item.width, item.height);
+            const down = [named("title"), field(), button("Add app"), named("count"), rows()[0], named("delete")].map(place);
+            for (let i = 1; i < down.length; ++i)
+                verify(down[i].top >= down[i - 1].bottom, i + " at " + down[i]);
+            const along = [named("delete"), named("discard"), named("apply"), save()].map(place);
+            for (let i = 1; i < along.length; ++i)
+                verify(along[i].left > along[i - 1].right, i + " at " + along[i]);
+            compare(place(editor()).left, 281);
+        }
+
+        function test_saveKeySavesTheCopy() {
+            start();
+            make();
+            field().forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_End);
+            keyClick("s");
+            compare(Forms.profileName(0), "Default");
+            keyClick(Qt.Key_S, Qt.ControlModifier);
+            compare(Forms.profileName(0), "Defaults");
+            compare(save().text, "Saved");
+        }
+
+        function test_nameFromRightToLeftStandsWhereTheOthersDo() {
+            start();
+            Forms.addProfile("موسيقى المساء");
+            make();
+            const name = Finder.named(tile("موسيقى المساء"), "name");
+            compare(name.effectiveHorizontalAlignment, Text.AlignLeft);
+            mouseClick(tile("موسيقى المساء"));
+            compare(named("title").text, "موسيقى المساء");
+            compare(named("title").effectiveHorizontalAlignment, Text.AlignLeft);
+        }
+
         function test_firstProfileIsSelectedAndEdited() {
             start();
             make();
@@ -322,6 +382,7 @@ Item {
             compare(Forms.profileCount(), 0);
             compare(editor(), null);
             const texts = Finder.texts(named("nothingSelected"));
+            compare(Finder.all(item => item instanceof Symbol, named("nothingSelected")).map(item => item.name), ["rectangle.stack"]);
             compare(texts, ["Select a profile to edit", "or click + New profile to capture the current mixer."]);
             mouseClick(button("New profile"));
             compare(named("nothingSelected"), null);
