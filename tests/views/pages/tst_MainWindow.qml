@@ -204,6 +204,8 @@ Item {
             fuzzyCompare(badge.width, number.width + 2 * 5, 0.01);
             fuzzyCompare(badge.height, number.height + 2 * 1, 0.01);
             compare(badge.radius, badge.height / 2);
+            // A fill: it must not turn bright with the edges where contrast is wanted.
+            compare(String(badge.color), String(Tokens.alpha(Tokens.white, 0.06)));
         }
 
         function test_statusLinesHaveTheirMarks() {
