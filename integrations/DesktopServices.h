@@ -18,6 +18,7 @@ class DesktopServices {
 
   [[nodiscard]] Workspace& workspace() { return *desktop_.workspace; }
   [[nodiscard]] AppDirectory& apps() { return apps_; }
+  [[nodiscard]] DesktopLook& look() { return *desktop_.look; }
   /// Reads the permissions with the first question for it, as launchAtLogin() does the login item: most windows never
   /// show either.
   [[nodiscard]] PermissionMonitor& permissions();

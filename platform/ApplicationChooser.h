@@ -30,7 +30,8 @@ class ApplicationChooser {
 
   virtual ~ApplicationChooser() = default;
   /// Opens the dialogue and returns; replies once, later, from the main loop. Not at all once this
-  /// object has gone. A second question while one is open is answered as cancelled.
+  /// object has gone. Where a dialogue is open already it is this question's from now on, and the earlier one is
+  /// answered as cancelled: whoever asked has most likely gone, and the dialogue stands somewhere behind.
   virtual void choose(const ApplicationQuestion& question, Reply reply) = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "platform/ApplicationChooser.h"
+#include "platform/DesktopLook.h"
 #include "platform/LoginItem.h"
 #include "platform/Permissions.h"
 #include "platform/Workspace.h"
@@ -16,6 +17,7 @@ struct Desktop {
   std::unique_ptr<Permissions> permissions;
   std::unique_ptr<LoginItem> loginItem;
   std::unique_ptr<ApplicationChooser> applicationChooser;
+  std::unique_ptr<DesktopLook> look;
 };
 
 }  // namespace quillmere

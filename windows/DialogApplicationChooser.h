@@ -21,8 +21,12 @@ class DialogApplicationChooser final : public QObject, public ApplicationChooser
   void choose(const ApplicationQuestion& question, Reply reply) override;
 
  private:
+  void finish(int result);
+
   QString folder_;
   QPointer<QFileDialog> dialog_;
+  /// Whose the open dialogue is.
+  Reply reply_;
 };
 
 }  // namespace quillmere

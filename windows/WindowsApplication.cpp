@@ -28,8 +28,9 @@
 #include "runtime/ThreadPoolExecutor.h"
 #include "state/ViewSettings.h"
 #include "views/AboutWindow.h"
-#include "views/ViewFactory.h"
 #include "views/IconThemes.h"
+#include "views/ViewFactory.h"
+#include "views/design/Appearance.h"
 #include "windows/BrandIconImage.h"
 #include "windows/DialogApplicationChooser.h"
 #include "windows/DisplayChoice.h"
@@ -248,6 +249,11 @@ class Windows final : public QObject {
       auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
       desktop_.emplace(host_.makeDesktop(runtime_, std::move(dialogue)), runtime_,
                        [state = state_] { return soundingIn(*state); });
+      Appearance::shared().useDesktopFont(QGuiApplication::font());
+      desktop_->look().onWished([](const LookWishes& wishes) {
+        Appearance::shared().setReducesMotion(wishes.reducesMotion);
+        Appearance::shared().setWantsContrast(wishes.wantsContrast);
+      });
       factory_.emplace(ViewServices{state_, runtime_, std::make_shared<ViewSettings>(*state_), *desktop_,
                                     std::move(intents), std::string(appVersion())});
     }

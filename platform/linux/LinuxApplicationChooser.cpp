@@ -55,14 +55,11 @@ std::optional<std::string> pathIn(GVariant* results) {
 /// [main]
 struct LinuxApplicationChooser::State {
   std::unique_ptr<ApplicationChooser> otherwise;
-  bool isOpen = false;
+  /// Whose the open dialogue is; empty while there is none.
+  Reply waiting;
 
-  void ask(const ApplicationQuestion& question, const Reply& reply) {
-    if (otherwise) {
-      otherwise->choose(question, reply);
-    } else {
-      reply(std::nullopt);
-    }
+  void answer(std::optional<std::string> path) {
+    if (const auto reply = std::exchange(waiting, {})) reply(std::move(path));
   }
 };
 
@@ -74,38 +71,29 @@ LinuxApplicationChooser::~LinuxApplicationChooser() = default;
 
 void LinuxApplicationChooser::choose(const ApplicationQuestion& question, Reply reply) {
   QUILLMERE_CHECK_ON(runtime_.main, "an application is chosen off the main thread");
-  const auto answer = [weak = std::weak_ptr<State>(state_), reply = std::move(reply)](std::optional<std::string> path) {
-    const auto state = weak.lock();
-    if (!state) return;
-    state->isOpen = false;
-    reply(std::move(path));
-  };
-  if (state_->isOpen) {
-    runtime_.main.post([weak = std::weak_ptr<State>(state_), answer] {
-      // The open dialogue stays the one that is waited for.
-      if (const auto state = weak.lock()) {
-        answer(std::nullopt);
-        state->isOpen = true;
-      }
+  const std::weak_ptr<State> weak = state_;
+  if (const auto earlier = std::exchange(state_->waiting, std::move(reply))) {
+    runtime_.main.post([weak, earlier] {
+      if (!weak.expired()) earlier(std::nullopt);
     });
     return;
   }
-  state_->isOpen = true;
   portal_->request(
       "org.freedesktop.portal.FileChooser", "OpenFile",
       [question](const char* token) { return argumentsFor(token, question); },
-      [&main = runtime_.main, weak = std::weak_ptr<State>(state_), question, answer](portal::Response response,
-                                                                                     GVariant* results) {
+      [&main = runtime_.main, weak, question](portal::Response response, GVariant* results) {
         const auto path = pathIn(results);
         const bool isAbsent = response == portal::Response::absent;
-        main.post([weak, question, answer, path, isAbsent] {
+        main.post([weak, question, path, isAbsent] {
           const auto state = weak.lock();
           if (!state) return;
-          if (isAbsent) {
-            state->ask(question, answer);
-          } else {
-            answer(path);
+          if (!isAbsent || !state->otherwise) {
+            state->answer(path);
+            return;
           }
+          state->otherwise->choose(question, [weak](std::optional<std::string> chosen) {
+            if (const auto asked = weak.lock()) asked->answer(std::move(chosen));
+          });
         });
       });
 }

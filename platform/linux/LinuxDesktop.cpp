@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/linux/LinuxApplicationChooser.h"
+#include "platform/linux/LinuxDesktopLook.h"
 #include "platform/linux/LinuxLoginItem.h"
 #include "platform/linux/LinuxPermissions.h"
 #include "platform/linux/LinuxWorkspace.h"
@@ -44,6 +45,7 @@ Desktop makeLinuxDesktop(const Runtime& runtime, LinuxDesktopOptions options) {
   desktop.workspace = std::make_unique<LinuxWorkspace>(registry, LinuxWorkspace::AudioClients{}, runtime.log);
   desktop.permissions = std::make_unique<LinuxPermissions>(portal, runtime);
   desktop.loginItem = makeLoginItem(portal, std::move(options.program));
+  desktop.look = std::make_unique<LinuxDesktopLook>(portal, runtime);
   desktop.applicationChooser = std::make_unique<LinuxApplicationChooser>(portal, runtime, std::move(options.chooser));
   return desktop;
 }

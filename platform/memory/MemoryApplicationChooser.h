@@ -14,12 +14,11 @@ class MemoryApplicationChooser final : public ApplicationChooser {
  public:
   void choose(const ApplicationQuestion& question, Reply reply) override {
     questions_.push_back(question);
-    if (waiting_) {
-      reply(std::nullopt);
-      return;
+    if (const auto earlier = std::exchange(waiting_, std::move(reply))) {
+      earlier(std::nullopt);
+    } else {
+      ++dialogues_;
     }
-    waiting_ = std::move(reply);
-    ++dialogues_;
   }
 
   /// The user has chosen, or cancelled; nothing where no dialogue is open.

@@ -4,12 +4,15 @@
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 
+#include "views/design/Appearance.h"
 #include "views/design/Rhythm.h"
 
 namespace quillmere {
 
 Beat::Beat(QQuickItem* parent) : QQuickItem(parent), time_(Metronome::shared().seconds()) {
+  connect(&Appearance::shared(), &Appearance::motionChanged, this, &Beat::decide);
   watch(window());  // A parent given here is in its window before itemChange() is ours.
+  standStill();
 }
 
 Beat::~Beat() {
@@ -74,8 +77,16 @@ void Beat::watch(QQuickWindow* window) {
   if (watched_) watched_->installEventFilter(this);
 }
 
+void Beat::standStill() {
+  if (!Appearance::shared().reducesMotion() || time_ == 0) return;
+  time_ = 0;
+  emit timeChanged();
+}
+
 void Beat::decide() {
-  const bool wanted = running_ && isVisible() && watched_ && watched_->isExposed();
+  standStill();
+  const bool moves = running_ && !Appearance::shared().reducesMotion();
+  const bool wanted = moves && isVisible() && watched_ && watched_->isExposed();
   if (wanted == beating_) return;
   beating_ = wanted;
   if (wanted) {

@@ -9,7 +9,8 @@
 
 namespace quillmere {
 
-/// Beats while running is set, the item and its ancestors are visible, and its window is exposed. [main]
+/// Beats while running is set, the item and its ancestors are visible, and its window is exposed. Where the desktop
+/// wants less motion it stands still, at the time nought. [main]
 class Beat : public QQuickItem, private Metronome::Listener {
   Q_OBJECT
   QML_ELEMENT
@@ -58,6 +59,7 @@ class Beat : public QQuickItem, private Metronome::Listener {
  private:
   void beat(double seconds) override;
   void watch(QQuickWindow* window);
+  void standStill();
   void decide();
   void join();
 

@@ -84,6 +84,21 @@ inline constexpr Rgba windowStroke = white.at(0.24);
 inline constexpr Rgba focusRing = brandMint.at(0.9);
 }  // namespace colour
 
+/// What takes the place of a colour of the same name where the desktop wants contrast: texts of at least seven to one
+/// on the canvas, edges of at least three to one.
+namespace contrast {
+inline constexpr Rgba cardStroke = colour::white.at(0.45);
+inline constexpr Rgba cardStrokeHover = colour::white.at(0.7);
+inline constexpr Rgba cardStrokeSelected = colour::white.at(0.9);
+inline constexpr Rgba hairline = colour::white.at(0.45);
+inline constexpr Rgba textPrimary = colour::white;
+inline constexpr Rgba textSecondary = colour::white.at(0.9);
+inline constexpr Rgba textTertiary = colour::white.at(0.8);
+inline constexpr Rgba floatStroke = colour::white.at(0.6);
+inline constexpr Rgba windowStroke = colour::white.at(0.6);
+inline constexpr Rgba focusRing = colour::white;
+}  // namespace contrast
+
 enum class FaceDesign { Standard, Monospaced, Rounded };
 
 /// A type style of the system face: size in points, weight on the CSS scale.

@@ -6,7 +6,7 @@ NumberAnimation {
     // Told in seconds, as all of the look's times are.
     required property real seconds
 
-    duration: seconds * 1000
+    duration: Motion.reduced ? 0 : seconds * 1000
     easing.type: Easing.Bezier
     easing.bezierCurve: Motion.easeOutCurve
 }

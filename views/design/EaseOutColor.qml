@@ -5,7 +5,7 @@ import Quillmere.Design
 ColorAnimation {
     required property real seconds
 
-    duration: seconds * 1000
+    duration: Motion.reduced ? 0 : seconds * 1000
     easing.type: Easing.Bezier
     easing.bezierCurve: Motion.easeOutCurve
 }

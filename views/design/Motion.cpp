@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "views/design/Appearance.h"
+
 namespace quillmere {
 namespace {
 
@@ -29,6 +31,12 @@ double velocity(double tau, double damping) {
 double restTau(double damping) { return -std::log(restShare) / damping; }
 
 }  // namespace
+
+Motion::Motion(QObject* parent) : QObject(parent) {
+  connect(&Appearance::shared(), &Appearance::motionChanged, this, &Motion::reducedChanged);
+}
+
+bool Motion::reduced() { return Appearance::shared().reducesMotion(); }
 
 double Motion::springPosition(double seconds, double response, double dampingFraction) {
   if (!(response > 0)) return 1;

@@ -13,9 +13,13 @@ class Motion : public QObject {
   QML_ELEMENT
   QML_SINGLETON
   Q_PROPERTY(QVariantList easeOutCurve READ easeOutCurve CONSTANT)
+  Q_PROPERTY(bool reduced READ reduced NOTIFY reducedChanged FINAL)
 
  public:
-  using QObject::QObject;
+  explicit Motion(QObject* parent = nullptr);
+
+  /// Whether the desktop wants nothing to move that need not: animations then take no time.
+  [[nodiscard]] static bool reduced();
 
   /// How far a spring has come at a time after its release, 1 being its rest; may swing beyond 1.
   [[nodiscard]] static double springPosition(double seconds, double response, double dampingFraction);
@@ -25,6 +29,9 @@ class Motion : public QObject {
   Q_INVOKABLE static QVariantList springCurve(double dampingFraction);
   /// Control points of the ease-out.
   [[nodiscard]] static QVariantList easeOutCurve();
+
+ signals:
+  void reducedChanged();
 };
 
 }  // namespace quillmere

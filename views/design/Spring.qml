@@ -8,7 +8,7 @@ NumberAnimation {
     required property real response
     required property real dampingFraction
 
-    duration: Motion.springMillis(root.response, root.dampingFraction)
+    duration: Motion.reduced ? 0 : Motion.springMillis(root.response, root.dampingFraction)
     easing.type: Easing.Bezier
     easing.bezierCurve: Motion.springCurve(root.dampingFraction)
 }

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "views/design/Appearance.h"
+
 namespace quillmere {
 namespace {
 
@@ -26,6 +28,9 @@ QStringList families(design::FaceDesign design, double size) {
   }
   QStringList names{"Inter", "SF Pro Text", "Noto Sans", "Cantarell", "DejaVu Sans"};
   if (size >= displaySize) names.prepend("Inter Display");
+  // The system face comes first, where the desktop names one; ours has its cut for titles.
+  const auto& own = Appearance::shared().fontFamily();
+  if (!own.isEmpty() && !own.startsWith("Inter")) names.prepend(own);
   return names;
 }
 
@@ -83,13 +88,6 @@ Tokens::Tokens(QObject* parent)
       cardBG_(toColor(design::colour::cardBG)),
       cardBGHover_(toColor(design::colour::cardBGHover)),
       cardBGSelected_(toColor(design::colour::cardBGSelected)),
-      cardStroke_(toColor(design::colour::cardStroke)),
-      cardStrokeHover_(toColor(design::colour::cardStrokeHover)),
-      cardStrokeSelected_(toColor(design::colour::cardStrokeSelected)),
-      hairline_(toColor(design::colour::hairline)),
-      textPrimary_(toColor(design::colour::textPrimary)),
-      textSecondary_(toColor(design::colour::textSecondary)),
-      textTertiary_(toColor(design::colour::textTertiary)),
       white_(toColor(design::colour::white)),
       black_(toColor(design::colour::black)),
       clear_(toColor(design::colour::white.at(0))),
@@ -97,9 +95,6 @@ Tokens::Tokens(QObject* parent)
       systemGrey_(toColor(design::colour::systemGrey)),
       systemGreen_(toColor(design::colour::systemGreen)),
       floatBG_(toColor(design::colour::floatBG)),
-      floatStroke_(toColor(design::colour::floatStroke)),
-      windowStroke_(toColor(design::colour::windowStroke)),
-      focusRing_(toColor(design::colour::focusRing)),
       thinMaterial_(toColor(design::colour::thinMaterial)),
       thickMaterial_(toColor(design::colour::thickMaterial)),
       heroDisplay_(toFont(design::face::heroDisplay)),
@@ -113,7 +108,30 @@ Tokens::Tokens(QObject* parent)
       captionStrong_(toFont(design::face::captionStrong)),
       sectionCaps_(toFont(design::face::sectionCaps)),
       metric_(toFont(design::face::metric)),
-      metricLarge_(toFont(design::face::metricLarge)) {}
+      metricLarge_(toFont(design::face::metricLarge)) {
+  readContrast();
+  connect(&Appearance::shared(), &Appearance::contrastChanged, this, [this] {
+    readContrast();
+    emit contrastChanged();
+  });
+}
+
+void Tokens::readContrast() {
+  const bool isHigh = Appearance::shared().wantsContrast();
+  const auto pick = [isHigh](const design::Rgba& usual, const design::Rgba& high) {
+    return toColor(isHigh ? high : usual);
+  };
+  cardStroke_ = pick(design::colour::cardStroke, design::contrast::cardStroke);
+  cardStrokeHover_ = pick(design::colour::cardStrokeHover, design::contrast::cardStrokeHover);
+  cardStrokeSelected_ = pick(design::colour::cardStrokeSelected, design::contrast::cardStrokeSelected);
+  hairline_ = pick(design::colour::hairline, design::contrast::hairline);
+  textPrimary_ = pick(design::colour::textPrimary, design::contrast::textPrimary);
+  textSecondary_ = pick(design::colour::textSecondary, design::contrast::textSecondary);
+  textTertiary_ = pick(design::colour::textTertiary, design::contrast::textTertiary);
+  floatStroke_ = pick(design::colour::floatStroke, design::contrast::floatStroke);
+  windowStroke_ = pick(design::colour::windowStroke, design::contrast::windowStroke);
+  focusRing_ = pick(design::colour::focusRing, design::contrast::focusRing);
+}
 
 QColor Tokens::alpha(const QColor& color, double share) {
   QColor result = color;

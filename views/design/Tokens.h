@@ -96,13 +96,13 @@ class Tokens : public QObject {
   Q_PROPERTY(QColor cardBG MEMBER cardBG_ CONSTANT)
   Q_PROPERTY(QColor cardBGHover MEMBER cardBGHover_ CONSTANT)
   Q_PROPERTY(QColor cardBGSelected MEMBER cardBGSelected_ CONSTANT)
-  Q_PROPERTY(QColor cardStroke MEMBER cardStroke_ CONSTANT)
-  Q_PROPERTY(QColor cardStrokeHover MEMBER cardStrokeHover_ CONSTANT)
-  Q_PROPERTY(QColor cardStrokeSelected MEMBER cardStrokeSelected_ CONSTANT)
-  Q_PROPERTY(QColor hairline MEMBER hairline_ CONSTANT)
-  Q_PROPERTY(QColor textPrimary MEMBER textPrimary_ CONSTANT)
-  Q_PROPERTY(QColor textSecondary MEMBER textSecondary_ CONSTANT)
-  Q_PROPERTY(QColor textTertiary MEMBER textTertiary_ CONSTANT)
+  Q_PROPERTY(QColor cardStroke READ cardStroke NOTIFY contrastChanged FINAL)
+  Q_PROPERTY(QColor cardStrokeHover READ cardStrokeHover NOTIFY contrastChanged FINAL)
+  Q_PROPERTY(QColor cardStrokeSelected READ cardStrokeSelected NOTIFY contrastChanged FINAL)
+  Q_PROPERTY(QColor hairline READ hairline NOTIFY contrastChanged FINAL)
+  Q_PROPERTY(QColor textPrimary READ textPrimary NOTIFY contrastChanged FINAL)
+  Q_PROPERTY(QColor textSecondary READ textSecondary NOTIFY contrastChanged FINAL)
+  Q_PROPERTY(QColor textTertiary READ textTertiary NOTIFY contrastChanged FINAL)
   Q_PROPERTY(QColor white MEMBER white_ CONSTANT)
   Q_PROPERTY(QColor black MEMBER black_ CONSTANT)
   Q_PROPERTY(QColor clear MEMBER clear_ CONSTANT)
@@ -110,11 +110,11 @@ class Tokens : public QObject {
   Q_PROPERTY(QColor systemGrey MEMBER systemGrey_ CONSTANT)
   Q_PROPERTY(QColor systemGreen MEMBER systemGreen_ CONSTANT)
   Q_PROPERTY(QColor floatBG MEMBER floatBG_ CONSTANT)
-  Q_PROPERTY(QColor floatStroke MEMBER floatStroke_ CONSTANT)
+  Q_PROPERTY(QColor floatStroke READ floatStroke NOTIFY contrastChanged FINAL)
   Q_PROPERTY(QColor thinMaterial MEMBER thinMaterial_ CONSTANT)
   Q_PROPERTY(QColor thickMaterial MEMBER thickMaterial_ CONSTANT)
-  Q_PROPERTY(QColor windowStroke MEMBER windowStroke_ CONSTANT)
-  Q_PROPERTY(QColor focusRing MEMBER focusRing_ CONSTANT)
+  Q_PROPERTY(QColor windowStroke READ windowStroke NOTIFY contrastChanged FINAL)
+  Q_PROPERTY(QColor focusRing READ focusRing NOTIFY contrastChanged FINAL)
 
   Q_PROPERTY(QFont heroDisplay MEMBER heroDisplay_ CONSTANT)
   Q_PROPERTY(QFont displayXL MEMBER displayXL_ CONSTANT)
@@ -131,6 +131,18 @@ class Tokens : public QObject {
 
  public:
   explicit Tokens(QObject* parent = nullptr);
+
+  // What stands out more where the desktop wants contrast.
+  [[nodiscard]] QColor cardStroke() const { return cardStroke_; }
+  [[nodiscard]] QColor cardStrokeHover() const { return cardStrokeHover_; }
+  [[nodiscard]] QColor cardStrokeSelected() const { return cardStrokeSelected_; }
+  [[nodiscard]] QColor hairline() const { return hairline_; }
+  [[nodiscard]] QColor textPrimary() const { return textPrimary_; }
+  [[nodiscard]] QColor textSecondary() const { return textSecondary_; }
+  [[nodiscard]] QColor textTertiary() const { return textTertiary_; }
+  [[nodiscard]] QColor floatStroke() const { return floatStroke_; }
+  [[nodiscard]] QColor windowStroke() const { return windowStroke_; }
+  [[nodiscard]] QColor focusRing() const { return focusRing_; }
 
   /// The colour with its opacity multiplied by share (0 to 1).
   Q_INVOKABLE static QColor alpha(const QColor& color, double share);
@@ -154,7 +166,12 @@ class Tokens : public QObject {
   /// where it can be helped, no line ends within a word.
   Q_INVOKABLE static double balancedWidth(const QString& text, const QFont& font, double width);
 
+ signals:
+  void contrastChanged();
+
  private:
+  void readContrast();
+
   SpacingTokens spacing_;
   CornerTokens corner_;
   ElevationTokens elevation_;

@@ -13,9 +13,17 @@ Item {
     readonly property real leastWidth: 640
     readonly property Item focused: Window.activeFocusItem
 
+    function isWithin(item: Item): bool {
+        for (let each = item; each; each = each.parent) {
+            if (each === scroller.contentItem)
+                return true;
+        }
+        return false;
+    }
+
     // What the keyboard reaches comes into sight.
     onFocusedChanged: {
-        if (!focused || !scroller.interactive)
+        if (!scroller.interactive || !isWithin(focused))
             return;
         const left = focused.mapToItem(scroller.contentItem, 0, 0).x;
         if (left < scroller.contentX || left + focused.width > scroller.contentX + scroller.width)
@@ -43,6 +51,7 @@ Item {
     Flickable {
         id: scroller
 
+        objectName: "sideways"
         anchors.fill: parent
         contentWidth: Math.max(width, root.leastWidth)
         contentHeight: height

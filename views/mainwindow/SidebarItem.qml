@@ -20,6 +20,7 @@ PlainButton {
     readonly property real iconBox: 22
     readonly property real iconFill: 0.18
     readonly property real selectedFill: 0.04
+    readonly property real badgeFill: 0.06
     readonly property real corner: 8
     readonly property real gap: 8
     // From 0 to 1 as the section is chosen.
@@ -114,7 +115,7 @@ PlainButton {
             width: figures.implicitWidth + 10
             height: figures.implicitHeight + 2
             radius: height / 2
-            color: Tokens.cardStroke
+            color: Tokens.alpha(Tokens.white, root.badgeFill)
 
             Figures {
                 id: figures

@@ -13,6 +13,7 @@ Item {
     readonly property real gap: 14
     readonly property real wavePadding: 18
     readonly property real capsuleHeight: 4
+    readonly property real trackFill: 0.06
     // The capsule fills up with the sources, to its whole width with so many.
     readonly property int sourcesForFull: 3
     readonly property real capsuleFill: Math.min(presenter.liveCount / sourcesForFull, 1)
@@ -78,7 +79,7 @@ Item {
             width: parent.width
             height: root.capsuleHeight
             radius: height / 2
-            color: Tokens.cardStroke
+            color: Tokens.alpha(Tokens.white, root.trackFill)
 
             Rectangle {
                 objectName: "capsuleFill"

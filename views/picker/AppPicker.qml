@@ -135,6 +135,16 @@ T.Popup {
                     list.positionViewAtBeginning();
                 }
 
+                // What the scan brings after the last key is the first of the list too.
+                Connections {
+                    target: list
+
+                    function onCountChanged(): void {
+                        if (search.length > 0 && list.count > 0 && list.currentIndex < 0)
+                            list.currentIndex = 0;
+                    }
+                }
+
                 Keys.onDownPressed: list.incrementCurrentIndex()
                 Keys.onUpPressed: list.decrementCurrentIndex()
                 Keys.onReturnPressed: root.picker.pick(list.currentIndex)

@@ -9,6 +9,7 @@
 #include <iterator>
 
 #include "views/ViewFactory.h"
+#include "views/design/Appearance.h"
 #include "views/mixer/AppRowModel.h"
 #include "views/popover/MixerPanelPresenter.h"
 #include "views/preview/FormScenes.h"
@@ -246,6 +247,13 @@ std::vector<PreviewScene> mixerScenes() {
       {"activity-forty", Window::main, fillForty, showActivity},
       {"activity-names", Window::main, fillNames, showActivity},
       {"main-ducked", Window::main, fillDucked, {}},
+      {"main-contrast",
+       Window::main,
+       [](PreviewMachine& box) {
+         Appearance::shared().setWantsContrast(true);
+         fillPlaying(box);
+       },
+       {}},
       {"main-focus", Window::main, fillFocus, {}},
       {"main-names", Window::main, fillNames, {}},
       {"main-forty", Window::main, fillForty, {}},

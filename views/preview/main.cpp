@@ -11,6 +11,7 @@
 
 #include "state/ViewSettings.h"
 #include "views/ViewFactory.h"
+#include "views/design/Appearance.h"
 #include "views/preview/PreviewMachine.h"
 #include "views/preview/PreviewScenes.h"
 
@@ -68,6 +69,7 @@ void settle(QQuickWindow& window, PreviewMachine& box, int millis) {
 
 bool shoot(const PreviewScene& scene, const QDir& folder) {
   constexpr int settleMillis = 700;
+  Appearance::shared().setWantsContrast(false);
   PreviewMachine box;
   NoPointer filter;
   const auto window = open(scene, box);

@@ -84,6 +84,17 @@ Item {
             compare(tiles()[0].Accessible.name, "Live now: 2");
         }
 
+        function test_ringsHaveTheirSymbolsInTheirColours() {
+            make(7, 2);
+            for (const tile of tiles()) {
+                const mark = all(item => item instanceof Symbol, findChild(tile, "ring"))[0];
+                compare(mark.name, tile.icon);
+                compare(String(mark.color), String(tile.ringColor));
+                compare(findChild(tile, "value").font.weight, Font.DemiBold);
+                tryVerify(() => findChild(tile, "label").y >= findChild(tile, "value").y + findChild(tile, "value").height);
+            }
+        }
+
         function test_columnsAreAtLeastTwoHundredAndTwentyWide_data() {
             return [
                 {tag: "four", width: 1000, columns: 4},
@@ -113,6 +124,19 @@ Item {
             compare(row("App 2").Accessible.description, "idle");
         }
 
+        function test_applicationThatDoesNotRunHasNoIconAndIsIdle() {
+            make(2, 1);
+            tryVerify(() => row("App 2"));
+            tryCompare(findChild(row("App 2"), "icon"), "visible", false);
+            compare(findChild(row("App 2"), "state").text, "idle");
+        }
+
+        function test_iconsCornersAreRoundedByFive() {
+            make(1, 1);
+            tryVerify(() => row("App 1"));
+            compare(findChild(row("App 1"), "icon").corner, 5);
+        }
+
         function test_applicationWithoutAnIconHasNone() {
             make(1, 1);
             tryVerify(() => row("App 1"));
@@ -137,6 +161,10 @@ Item {
             verify(texts(empty).includes("No activity yet."));
             verify(texts(empty).includes("Start an audio app and it'll show up here in real time."));
             compare(findChild(page, "card").visible, false);
+            const mark = all(item => item instanceof Symbol, empty)[0];
+            compare(mark.name, "waveform.path");
+            compare(mark.pointSize, 26);
+            compare(tiles().slice(0, 2).map(item => findChild(item, "ring").progress), [0, 0]);
             compare(tiles().slice(0, 2).map(item => item.value), ["0", "0"]);
         }
 

@@ -80,6 +80,48 @@ Item {
             verify(button("Cancel"));
         }
 
+        function test_partsHaveTheirMarginsSymbolsAndColours() {
+            open(true);
+            tryVerify(() => rows().length === 4);
+            const glass = Finder.all(item => item instanceof Symbol && item.name === "magnifyingglass", content())[0];
+            compare(glass.pointSize, 12);
+            verify(Qt.colorEqual(glass.color, Tokens.textTertiary));
+            compare(glass.parent.mapToItem(content(), 0, 0).x, 16);
+            compare(list().x, 8);
+            compare(String(named("resultText").color), String(Tokens.textTertiary));
+            compare(named("resultText").mapToItem(content(), 0, 0).x, 16);
+            const header = named("sectionHeader");
+            compare(header.leftPadding, 12);
+            compare(header.topPadding, 4);
+            compare(Finder.named(rows()[0], "name").parent.spacing, 1);
+        }
+
+        function test_emptyStateHasItsSymbol() {
+            open(true);
+            page.presenter.picker.query = "zzz";
+            tryVerify(() => named("emptyState"));
+            const empty = named("emptyState");
+            const glass = Finder.all(item => item instanceof Symbol, empty)[0];
+            compare(glass.name, "magnifyingglass");
+            compare(glass.pointSize, 20);
+            verify(Qt.colorEqual(glass.color, Tokens.textTertiary));
+            compare(empty.spacing, 8);
+            compare(empty.topPadding, 32);
+            compare(String(named("emptyText").color), String(Tokens.textSecondary));
+        }
+
+        function test_returnPicksWhatTheScanHasBroughtAfterTheLastKey() {
+            open(false);
+            tryCompare(field(), "activeFocus", true);
+            keyClick("r");
+            keyClick("a");
+            compare(list().count, 0);
+            Forms.advance(0);
+            tryVerify(() => rows().length === 1);
+            keyClick(Qt.Key_Return);
+            compare(Forms.triggers(), ["org.example.app1", "org.example.rain"]);
+        }
+
         function test_runningOnesComeBeforeTheScanAndInstalledOnesAfter() {
             open(false);
             compare(rows().map(item => item.name), ["App 1", "App 2"]);

@@ -196,6 +196,62 @@ Item {
             tryVerify(() => entry("Settings").mapToItem(page, 0, 0).y < settings - 30);
         }
 
+        function test_badgeIsACapsuleAroundItsNumber() {
+            make(2, 2);
+            const badge = findChild(entry("Mixer"), "badge");
+            const number = all(item => item instanceof Figures, badge)[0];
+            compare(number.text, "2");
+            fuzzyCompare(badge.width, number.width + 2 * 5, 0.01);
+            fuzzyCompare(badge.height, number.height + 2 * 1, 0.01);
+            compare(badge.radius, badge.height / 2);
+            // A fill: it must not turn bright with the edges where contrast is wanted.
+            compare(String(badge.color), String(Tokens.alpha(Tokens.white, 0.06)));
+        }
+
+        function test_statusLinesHaveTheirMarks() {
+            make(2, 1);
+            Bench.call(true);
+            const lines = all(item => item instanceof StatusLine, page);
+            compare(lines.map(item => item.text), ["1 source active", "Ducked — call active"]);
+            compare(all(item => item instanceof LivePulse, lines[0]).length, 1);
+            const mark = all(item => item instanceof Symbol, lines[1])[0];
+            compare(mark.name, "waveform.badge.minus");
+            compare(String(mark.color), String(Tokens.brandSage));
+            Bench.sound(1, false);
+            compare(statusTexts(), ["Ducked — call active"]);
+        }
+
+        function test_everyItemHasItsSymbol() {
+            make(1, 0);
+            compare(items().map(item => findChild(item, "icon").name),
+                    ["slider.horizontal.3", "rectangle.stack", "waveform.path", "waveform.badge.minus", "timer", "gearshape"]);
+            for (const item of items()) {
+                compare(findChild(item, "icon").weight, Font.Medium);
+                compare(findChild(item, "title").font.pixelSize, 13);
+            }
+            compare(all(item => item instanceof Wordmark, findChild(page, "sidebar")).length, 1);
+        }
+
+        function test_requestForASectionShowsItAndOneForNoneChangesNothing() {
+            make(1, 1);
+            Bench.window.show("Settings");
+            verify(canvas().page instanceof PreferencesCanvas);
+            compare(entry("Settings").isSelected, true);
+            Bench.window.show("Elsewhere");
+            verify(canvas().page instanceof PreferencesCanvas);
+            compare(entry("Settings").isSelected, true);
+        }
+
+        function test_focusInTheSidebarLeavesANarrowPageWhereItIs() {
+            make(6, 3);
+            page.width = 560;
+            const scroller = findChild(canvas(), "sideways");
+            tryVerify(() => scroller.contentWidth === 640);
+            scroller.contentX = 100;
+            entry("Mixer").forceActiveFocus(Qt.TabFocusReason);
+            compare(scroller.contentX, 100);
+        }
+
         function test_bannerIsThereOnlyWithANewerVersion() {
             make(1, 1);
             compare(banner(), undefined);
@@ -211,6 +267,20 @@ Item {
             compare(arrow.name, "arrow.down.circle.fill");
             compare(arrow.pointSize, 13);
             compare(String(arrow.color), String(Tokens.white));
+        }
+
+        function test_bannersTextsAreTwelveAndItsButtonIsACapsule() {
+            make(1, 1);
+            Bench.publish("2.0");
+            const text = all(item => item instanceof Label && item.text.startsWith("Update available"), banner())[0];
+            compare(text.font.pixelSize, 12);
+            compare(String(text.color), String(Tokens.white));
+            const button = all(item => item instanceof PlainButton, banner())[0];
+            compare(button.contentItem.font.pixelSize, 12);
+            compare(String(button.contentItem.color), String(Tokens.white));
+            compare(String(button.background.color), String(Tokens.alpha(Tokens.white, 0.2)));
+            compare(button.background.radius, button.height / 2);
+            verify(button.mapToItem(banner(), button.width, 0).x > 1120 - 40);
         }
 
         function test_bannersButtonAsksForTheUpdateAndTheBannerStays() {

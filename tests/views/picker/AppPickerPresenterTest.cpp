@@ -21,7 +21,9 @@ class AppPickerSheet : public ViewsFixture {
   void install(const std::string& bundleID, const std::string& name) {
     desktop.workspace.install(bundleID, name, "/apps/" + bundleID);
   }
-  [[nodiscard]] QVariant value(int row, int role) const { return picker->apps()->data(picker->apps()->index(row), role); }
+  [[nodiscard]] QVariant value(int row, int role) const {
+    return picker->apps()->data(picker->apps()->index(row), role);
+  }
   /// "Running: Name" and "Installed: Name".
   [[nodiscard]] QStringList rows() const {
     QStringList shown;
@@ -255,6 +257,23 @@ TEST_F(AppPickerSheet, FileThatIsChosenAfterTheSheetHasGoneIsDropped) {
   desktop.chooser.answer("/apps/org.example.hidden");
   settle();
   EXPECT_TRUE(picked.empty());
+}
+
+TEST_F(AppPickerSheet, DialogueThatWasLeftOpenIsTheNextSheets) {
+  make();
+  install("org.example.hidden", "Hidden");
+  show();
+  picker->browse();
+  settle();
+  picker->close();
+  show();
+  picker->browse();
+  settle();
+  ASSERT_TRUE(desktop.chooser.isOpen());
+  desktop.chooser.answer("/apps/org.example.hidden");
+  settle();
+  ASSERT_EQ(picked.size(), 1U);
+  EXPECT_FALSE(picker->isOpen());
 }
 
 TEST_F(AppPickerSheet, RowsThatStayAreToldOfNothing) {

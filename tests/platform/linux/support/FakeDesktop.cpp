@@ -11,6 +11,7 @@ namespace {
 constexpr const char* portal = "org.freedesktop.portal.Desktop";
 constexpr const char* notifications = "org.freedesktop.Notifications";
 constexpr const char* properties = "org.freedesktop.DBus.Properties";
+constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
 constexpr const char* requestPath = "/org/freedesktop/portal/desktop/request/";
 
 std::string printed(GVariant* value) {
@@ -80,6 +81,12 @@ GDBusMessage* FakeDesktop::answerTo(GDBusMessage* message, const std::string& in
     GDBusMessage* reply = g_dbus_message_new_method_reply(message);
     g_dbus_message_set_body(reply,
                             g_variant_new("(v)", isPortals ? g_variant_new_uint32(1) : g_variant_new_boolean(FALSE)));
+    return reply;
+  }
+  if (interface == settingsInterface && member == "ReadAll" && !settings_.empty()) {
+    GDBusMessage* reply = g_dbus_message_new_method_reply(message);
+    GVariant* settings = g_variant_new_parsed(settings_.c_str());
+    g_dbus_message_set_body(reply, g_variant_new_tuple(&settings, 1));
     return reply;
   }
   const bool isFile = interface == "org.freedesktop.portal.FileChooser" && member == "OpenFile" && !refusesFiles_;
@@ -156,6 +163,17 @@ void FakeDesktop::hang() {
 void FakeDesktop::chooseHandles() {
   const std::lock_guard lock(mutex_);
   choosesHandles_ = true;
+}
+
+void FakeDesktop::setSettings(std::string text) {
+  const std::lock_guard lock(mutex_);
+  settings_ = std::move(text);
+}
+
+void FakeDesktop::changeSetting(const std::string& space, const std::string& key, const std::string& value) {
+  g_dbus_connection_emit_signal(
+      bus_.connection(), nullptr, "/org/freedesktop/portal/desktop", settingsInterface, "SettingChanged",
+      g_variant_new("(ssv)", space.c_str(), key.c_str(), g_variant_new_parsed(value.c_str())), nullptr);
 }
 
 void FakeDesktop::refuseFiles() {

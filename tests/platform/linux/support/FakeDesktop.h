@@ -33,6 +33,10 @@ class FakeDesktop {
   void hang();
   /// Requests get handles of the portal's own choice, as they did once.
   void chooseHandles();
+  /// The portal's settings are these: a value of type a{sa{sv}} as text.
+  void setSettings(std::string text);
+  /// Tells that a setting has changed; `value` as text.
+  void changeSetting(const std::string& space, const std::string& key, const std::string& value);
   /// The portal has no dialogue for files.
   void refuseFiles();
 
@@ -63,6 +67,7 @@ class FakeDesktop {
   int dialogues_ = 0;
   std::string lastFileQuestion_;
   std::string lastAutostart_;
+  std::string settings_;
   /// Declared last: once it has gone, nobody is in the filter.
   FilteredBus bus_;
 };
