@@ -28,6 +28,7 @@
 #include "runtime/ThreadPoolExecutor.h"
 #include "state/ViewSettings.h"
 #include "views/AboutWindow.h"
+#include "views/Translation.h"
 #include "views/ViewFactory.h"
 #include "views/shared/IconThemes.h"
 #include "windows/BrandIconImage.h"
@@ -310,6 +311,7 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   const bool hasLayerShell = chooseDisplay();
   const QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
+  installTranslation(host.languages());
 
   const auto log = host.makeLogSink();
   SystemClocks clocks;
