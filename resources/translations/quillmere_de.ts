@@ -27,7 +27,7 @@
     </message>
     <message>
         <source>What&apos;s been making noise</source>
-        <translation>Was Geräusche gemacht hat</translation>
+        <translation>Was zu hören war</translation>
     </message>
     <message>
         <source>Live now</source>
@@ -43,7 +43,7 @@
     </message>
     <message>
         <source>Auto-Duck triggers</source>
-        <translation>Absenkungs-Auslöser</translation>
+        <translation>Absenkungsauslöser</translation>
     </message>
     <message>
         <source>Currently tracked</source>
@@ -77,7 +77,7 @@
     <name>AddFocusAppCell</name>
     <message>
         <source>Add app</source>
-        <translation>App hinzufügen</translation>
+        <translation>Hinzufügen</translation>
     </message>
     <message>
         <source>Add an app from your Applications folder</source>
@@ -1176,7 +1176,7 @@
     </message>
     <message>
         <source>Save changes</source>
-        <translation>Änderungen speichern</translation>
+        <translation>Speichern</translation>
     </message>
     <message>
         <source>Saved</source>

@@ -81,7 +81,7 @@ bool shoot(const PreviewScene& scene, const Look& look) {
   NoPointer filter;
   const auto window = open(scene, box);
   window->installEventFilter(&filter);
-  if (look.isSmallest) window->resize(window->minimumSize());
+  if (look.isSmallest && scene.window == PreviewScene::Window::main) window->resize(window->minimumSize());
   settle(*window, box, settleMillis);
   if (scene.act) {
     scene.act(*window);
@@ -107,7 +107,7 @@ int main(int argc, char** argv) {
   parser.addOption(shots);
   const QCommandLineOption language("language", "Which texts to show.", "language", "en");
   parser.addOption(language);
-  const QCommandLineOption smallest("smallest", "Pictures of windows as small as they go.");
+  const QCommandLineOption smallest("smallest", "Pictures of the main window as small as it goes.");
   parser.addOption(smallest);
   parser.addPositionalArgument("scenes", "Which scenes; without --shots the first one is shown.");
   parser.addHelpOption();
