@@ -13,6 +13,8 @@ namespace {
 constexpr auto keepHidden = std::chrono::seconds(20);
 /// The click on the icon takes the focus away first and then asks to toggle: both are one wish to close.
 constexpr auto focusLossGrace = std::chrono::milliseconds(300);
+/// A window that was shown just before the popover may be given the focus just after it.
+constexpr auto settling = std::chrono::seconds(1);
 }  // namespace
 
 PopoverController::PopoverController(const Runtime& runtime, WindowFactory factory, std::unique_ptr<PopoverStage> stage)
@@ -21,10 +23,10 @@ PopoverController::PopoverController(const Runtime& runtime, WindowFactory facto
     stage_->release();
     Q_EMIT dropped();
   });
+  connect(&scene_, &Scene::becameActive, this, [this] { isSettled_ = true; });
   connect(&scene_, &Scene::lostFocus, this, &PopoverController::closeForAnother);
-  // One that never had the focus, because the desktop gave it none, has none to lose.
   connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](const QWindow* window) {
-    if (window != nullptr && window != scene_.window()) closeForAnother();
+    if (window != nullptr && window != scene_.window()) anotherHasFocus();
   });
   connect(stage_.get(), &PopoverStage::pressedOutside, this, &PopoverController::close);
 }
@@ -50,7 +52,18 @@ void PopoverController::closeForAnother() {
   close();
 }
 
+void PopoverController::anotherHasFocus() {
+  // One that never had the focus, because the desktop gave it none, has none to lose.
+  if (!isShown() || isSettled_ || runtime_.clocks.monotonicNow() - openedAt_ > settling) {
+    closeForAnother();
+  } else {
+    scene_.window()->requestActivate();
+  }
+}
+
 void PopoverController::open(const PopoverPlace& place) {
+  openedAt_ = runtime_.clocks.monotonicNow();
+  isSettled_ = false;
   const bool isNew = scene_.window() == nullptr;
   auto& window = scene_.prepare();
   if (isNew) {

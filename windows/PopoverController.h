@@ -32,10 +32,15 @@ class PopoverController final : public QObject {
  private:
   void open(const PopoverPlace& place);
   void closeForAnother();
+  /// Another window of the program.
+  void anotherHasFocus();
 
   Runtime runtime_;
   std::unique_ptr<PopoverStage> stage_;
   MonotonicTime closedForAnother_{};
+  MonotonicTime openedAt_{};
+  /// Whether it has had the focus since it was opened.
+  bool isSettled_ = false;
   /// While a key is with the window itself.
   bool isPassingOn_ = false;
   Scene scene_;

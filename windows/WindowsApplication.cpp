@@ -30,7 +30,7 @@
 #include "views/AboutWindow.h"
 #include "views/Translation.h"
 #include "views/ViewFactory.h"
-#include "views/shared/IconThemes.h"
+#include "views/IconThemes.h"
 #include "windows/BrandIconImage.h"
 #include "windows/DialogApplicationChooser.h"
 #include "windows/DisplayChoice.h"

@@ -17,9 +17,6 @@ from quillmere_e2e.settings import forget_settings
 from quillmere_e2e.tones import to_db
 from quillmere_e2e.waiting import wait_for
 
-PAGE_TAB, LIST_ITEM, RADIO = (a11y.pyatspi.ROLE_PAGE_TAB, a11y.pyatspi.ROLE_LIST_ITEM, a11y.pyatspi.ROLE_RADIO_BUTTON)
-# What a button of a special kind is called depends on whether the screen reader or the window was there first.
-PRESSABLE = (a11y.BUTTON, a11y.CHECK_BOX, PAGE_TAB, LIST_ITEM, RADIO)
 STARTED = 20
 
 
@@ -37,11 +34,7 @@ class Forms(unittest.TestCase):
         self.press(section)
 
     def press(self, name, visible=True):
-        """Presses what has this name and can be pressed."""
-        def found():
-            return [each for each in a11y.find_all(self.name, name=name, visible=visible) if each.getRole() in PRESSABLE]
-
-        a11y.press(wait_for(found, f"{name!r} can be pressed", STARTED)[0])
+        a11y.press(a11y.find_pressable(self.name, name, STARTED, visible))
 
     def level(self, gain):
         expected = to_db(AMPLITUDE * gain)

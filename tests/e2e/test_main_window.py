@@ -17,7 +17,6 @@ from quillmere_e2e.settings import forget_settings
 from quillmere_e2e.tones import to_db
 from quillmere_e2e.waiting import wait_for
 
-TAB = pyatspi.ROLE_PAGE_TAB
 SECTIONS = ("Mixer", "Profiles", "Activity", "Auto-Duck", "Focus", "Settings")
 
 
@@ -37,7 +36,7 @@ class MainWindow(unittest.TestCase):
         self.name = self.program.accessible_name()
 
     def tab(self, section):
-        return a11y.find(self.name, TAB, section, 15)
+        return a11y.find_pressable(self.name, section, 15)
 
     def show(self, section):
         a11y.press(self.tab(section))

@@ -79,16 +79,72 @@ TEST_F(Popover, AClickIntoAnotherWindowOfTheProgramClosesIt) {
   EXPECT_FALSE(popover.isShown());
 }
 
-TEST_F(Popover, OneThatNeverHadTheKeyboardClosesOnAClickIntoAnotherWindow) {
+/// A stage on a desktop that doesn't give the popover the keyboard.
+class DeafStage final : public PopoverStage {
+ public:
+  void adopt(QWindow& window) override {
+    window_ = &window;
+    // Without a display only such a window is shown without being given it.
+    window.setFlags(Qt::ToolTip);
+  }
+  void show(const PopoverPlace& /*place*/) override { window_->show(); }
+  void hide() override { window_->hide(); }
+  [[nodiscard]] bool isShown() const override { return window_ != nullptr && window_->isVisible(); }
+  void release() override { window_ = nullptr; }
+
+ private:
+  QWindow* window_ = nullptr;
+};
+
+class PopoverWithoutKeyboard : public ::testing::Test {
+ protected:
+  void open() {
+    time.advance(1s);
+    popover.toggle({});
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(made));
+    ASSERT_TRUE(popover.isShown());
+  }
+
+  VirtualTime time;
+  RecordingLogSink log;
+  QWindow* made = nullptr;
+  PopoverController popover{time.runtime(log),
+                            [this] {
+                              auto panel = std::make_unique<Panel>();
+                              made = panel.get();
+                              return panel;
+                            },
+                            std::make_unique<DeafStage>()};
+};
+
+/// The program's window has the focus now.
+void giveFocus(QWindow& window) {
+  window.resize(200, 200);
+  window.show();
+  window.requestActivate();
+  ASSERT_TRUE(QTest::qWaitFor([&window] { return QGuiApplication::focusWindow() == &window; }));
+}
+
+TEST_F(PopoverWithoutKeyboard, ClosesOnAClickIntoAnotherWindow) {
   open();
+  time.advance(2s);
   QWindow other;
-  other.resize(200, 200);
-  // The desktop gives the popover nothing.
-  made->setFlag(Qt::WindowDoesNotAcceptFocus);
+  giveFocus(other);
+  EXPECT_FALSE(popover.isShown());
+}
+
+TEST_F(PopoverWithoutKeyboard, AsksForItWhenItGoesToAWindowThatWasShownJustBefore) {
+  open();
+  ASSERT_NE(QGuiApplication::focusWindow(), made);
+  QWindow other;
   other.show();
   other.requestActivate();
-  ASSERT_TRUE(QTest::qWaitFor([&other] { return QGuiApplication::focusWindow() == &other; }));
-  EXPECT_FALSE(popover.isShown());
+  EXPECT_TRUE(QTest::qWaitFor([this] { return QGuiApplication::focusWindow() == made; }))
+      << "the popover was the later wish";
+  EXPECT_TRUE(popover.isShown());
+  QWindow next;
+  giveFocus(next);
+  EXPECT_FALSE(popover.isShown()) << "it has had it";
 }
 
 TEST_F(Popover, EscapeClosesIt) {

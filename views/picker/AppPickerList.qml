@@ -1,9 +1,12 @@
 // What the picker lists.
+pragma ComponentBehavior: Bound
 import QtQuick
 import Quillmere.Design
 import Quillmere.Views
 
 ListView {
+    id: root
+
     // Whether the current row is shown as the one that keys will act on.
     property bool showsCurrent: activeFocus
 
@@ -16,11 +19,9 @@ ListView {
     highlightMoveDuration: 0
     currentIndex: -1
     delegate: AppPickerRow {
-        readonly property AppPickerList list: ListView.view as AppPickerList
-
-        width: list ? list.width : 0
-        highlighted: list !== null && list.showsCurrent && ListView.isCurrentItem
-        onClicked: list.picked(index)
+        width: root.width
+        highlighted: root.showsCurrent && ListView.isCurrentItem
+        onClicked: root.picked(index)
     }
 
     onActiveFocusChanged: if (activeFocus && currentIndex < 0) currentIndex = 0

@@ -1,10 +1,12 @@
-// The active profile, a tile for each, and room below them. Its parts know it as their view: bound components can be
-// neither head nor foot.
+// The active profile, a tile for each, and room below them. Its parts know it by its name as loose components do: bound
+// ones can be neither head nor foot, and a cast of their view to this type fails in newer releases of the toolkit.
 import QtQuick
 import Quillmere.Design
 import Quillmere.Views
 
 ListView {
+    id: root
+
     required property ProfilesCanvasPresenter presenter
     property real footHeight: 0
 
@@ -27,31 +29,27 @@ ListView {
     Accessible.role: Accessible.List
     Accessible.name: qsTr("All profiles")
 
+    // qmllint disable unqualified
     header: ProfileListHead {
-        readonly property ProfileList list: ListView.view as ProfileList
-
-        width: list ? list.tileWidth : 0
-        anyActive: list !== null && list.presenter.anyActive
-        title: list ? list.presenter.heroTitle : ""
-        detail: list ? list.presenter.heroDetail : ""
+        width: root.tileWidth
+        anyActive: root.presenter.anyActive
+        title: root.presenter.heroTitle
+        detail: root.presenter.heroDetail
     }
 
     delegate: ProfileTile {
-        readonly property ProfileList list: ListView.view as ProfileList
-
-        width: list ? list.tileWidth : 0
-        onClicked: list.presenter.select(index)
-        onApplyAsked: list.presenter.profiles.apply(index)
-        onDuplicateAsked: list.presenter.profiles.duplicate(index)
-        onDeleteAsked: list.presenter.profiles.remove(index)
-        onActiveFocusChanged: if (activeFocus) list.positionViewAtIndex(index, ListView.Contain)
+        width: root.tileWidth
+        onClicked: root.presenter.select(index)
+        onApplyAsked: root.presenter.profiles.apply(index)
+        onDuplicateAsked: root.presenter.profiles.duplicate(index)
+        onDeleteAsked: root.presenter.profiles.remove(index)
+        onActiveFocusChanged: if (activeFocus) root.positionViewAtIndex(index, ListView.Contain)
     }
 
     // The place of what stands below the tiles, for the keys to come to it after them.
     footer: Item {
-        readonly property ProfileList list: ListView.view as ProfileList
-
-        width: list ? list.tileWidth : 0
-        height: list ? list.footHeight + Tokens.spacing.xs : 0
+        width: root.tileWidth
+        height: root.footHeight + Tokens.spacing.xs
     }
+    // qmllint enable unqualified
 }

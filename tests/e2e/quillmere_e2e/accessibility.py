@@ -7,6 +7,9 @@ from .waiting import wait_for
 SLIDER, BUTTON, LABEL, CHECK_BOX, MENU_ITEM = (pyatspi.ROLE_SLIDER, pyatspi.ROLE_PUSH_BUTTON, pyatspi.ROLE_LABEL,
                                                pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_MENU_ITEM)
 
+# Qt 6.4 tells a button that was given another role as a button all the same when assistive technology comes late.
+PRESSABLE = (BUTTON, CHECK_BOX, pyatspi.ROLE_PAGE_TAB, pyatspi.ROLE_LIST_ITEM, pyatspi.ROLE_RADIO_BUTTON)
+
 
 def applications(name=None):
     desktop = pyatspi.Registry.getDesktop(0)
@@ -65,6 +68,14 @@ def find_all(application, role=None, name=None, visible=True):
 def find(application, role=None, name=None, seconds=5.0, visible=True):
     return wait_for(lambda: find_all(application, role, name, visible),
                     f"an element with role {role} and name {name!r} in {application}", seconds)[0]
+
+
+def find_pressable(application, name, seconds=5.0, visible=True):
+    """What has this name and can be pressed, whatever the screen reader calls it."""
+    def found():
+        return [each for each in find_all(application, name=name, visible=visible) if each.getRole() in PRESSABLE]
+
+    return wait_for(found, f"{name!r} can be pressed in {application}", seconds)[0]
 
 
 def value(element):

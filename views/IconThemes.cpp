@@ -1,5 +1,5 @@
 // The desktop's settings first, then what is installed.
-#include "views/shared/IconThemes.h"
+#include "views/IconThemes.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,5 +1,5 @@
 // Themes that desktops name, themes that are installed, and icons on desktops that name none.
-#include "views/shared/IconThemes.h"
+#include "views/IconThemes.h"
 
 #include <gtest/gtest.h>
 
