@@ -234,6 +234,7 @@ std::vector<PreviewScene> mixerScenes() {
        [](QQuickWindow& window) { clickButton(window, shownText("SleepTimerControl", "Sleep timer")); }},
       {"popover-empty-profiles", Window::popover, fillEmpty,
        [](QQuickWindow& window) { clickButton(window, shownText("MixerPanel", "Profile: %1").arg("")); }},
+      {"about", Window::about, fillEmpty, {}},
       {"main-several", Window::main, fillSeveral, {}},
       {"main-empty", Window::main, fillEmpty, {}},
       {"main-playing", Window::main, fillPlaying, {}},

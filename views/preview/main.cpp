@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "state/ViewSettings.h"
+#include "views/AboutWindow.h"
 #include "views/Translation.h"
 #include "views/ViewFactory.h"
 #include "views/preview/PreviewMachine.h"
@@ -39,6 +40,8 @@ std::unique_ptr<QQuickWindow> make(ViewFactory& factory, PreviewScene::Window wi
       return factory.makeMainWindow();
     case PreviewScene::Window::onboarding:
       return factory.makeOnboarding();
+    case PreviewScene::Window::about:
+      return makeAboutWindow(QStringLiteral("1.9.9"));
   }
   return nullptr;
 }

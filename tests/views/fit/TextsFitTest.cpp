@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "state/ViewSettings.h"
+#include "views/AboutWindow.h"
 #include "views/Translation.h"
 #include "views/ViewFactory.h"
 #include "views/preview/PreviewMachine.h"
@@ -152,6 +153,9 @@ class TextsFit : public testing::TestWithParam<Case> {
       case PreviewScene::Window::onboarding:
         window_ = factory.makeOnboarding();
         break;
+      case PreviewScene::Window::about:
+        window_ = makeAboutWindow(QStringLiteral("1.9.9"));
+        break;
     }
     window_->show();
     standStill();
@@ -189,7 +193,11 @@ TEST_P(TextsFit, IntoTheirPlaces) {
 }
 
 // Scenes whose names are longer than any place are not among them: those are cut with an ellipsis, as they should be.
-constexpr std::array scenes{"popover-several",
+constexpr std::array scenes{"about",
+                            "popover-hover",
+                            "main-hover",
+                            "focus-hover",
+                            "popover-several",
                             "popover-empty",
                             "popover-ducked",
                             "popover-whisper",
