@@ -1202,11 +1202,11 @@
     <name>quillmere::ProfilesCanvasPresenter</name>
     <message>
         <source>No profile applied</source>
-        <translation>Kein Profil angewendet</translation>
+        <translation>Kein Profil aktiv</translation>
     </message>
     <message>
         <source>Live mixer values are in effect.</source>
-        <translation>Es gelten die aktuellen Mixerwerte.</translation>
+        <translation>Es gelten die Mixerwerte.</translation>
     </message>
 </context>
 <context>
@@ -1217,7 +1217,7 @@
     </message>
     <message>
         <source>Save current as new profile…</source>
-        <translation>Aktuellen Stand als neues Profil speichern …</translation>
+        <translation>Als neues Profil speichern …</translation>
     </message>
     <message>
         <source>Open quillmere window…</source>
