@@ -8,6 +8,7 @@
 #include "platform/Machine.h"
 #include "platform/SingleInstance.h"
 #include "platform/linux/ActivationToken.h"
+#include "platform/linux/GettextTexts.h"
 #include "platform/linux/JournalLogSink.h"
 #include "platform/linux/LinuxMachine.h"
 #include "platform/linux/LinuxSessionWatch.h"
@@ -15,10 +16,14 @@
 #include "platform/linux/LinuxStatusItem.h"
 #include "platform/linux/LinuxWindowsLauncher.h"
 #include "platform/linux/ProgramBeside.h"
+#include "platform/linux/SessionLanguages.h"
 #include "shell/Application.h"
 
 int main(int argc, char** argv) {
   using namespace quillmere;
+  // Before any thread, and before the first text.
+  sessionLanguages();
+  useGettextTexts({"locale", QUILLMERE_LOCALE_FOLDER});
   Host host;
   host.makeLogSink = [] { return std::make_unique<JournalLogSink>(); };
   host.makeMachine = [](const Runtime& runtime) {

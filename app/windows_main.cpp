@@ -9,6 +9,7 @@
 #include "platform/linux/LinuxDesktop.h"
 #include "platform/linux/LinuxWindowsLauncher.h"
 #include "platform/linux/ProgramBeside.h"
+#include "platform/linux/SessionLanguages.h"
 #include "windows/WindowsApplication.h"
 
 int main(int argc, char** argv) {
@@ -19,6 +20,7 @@ int main(int argc, char** argv) {
   std::signal(SIGINT, SIG_IGN);
   WindowsHost host;
   host.makeLogSink = [] { return std::make_unique<JournalLogSink>(); };
+  host.languages = sessionLanguages;
   host.openChannel = openInheritedChannel;
   host.makeDesktop = [](const Runtime& runtime, std::unique_ptr<ApplicationChooser> dialogue) {
     LinuxDesktopOptions options;

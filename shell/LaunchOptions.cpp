@@ -6,23 +6,27 @@
 #include <array>
 #include <cstdlib>
 #include <ostream>
+#include <string>
 
 #include "core/Product.h"
+#include "core/Texts.h"
 
 namespace quillmere {
 
 namespace {
 
-constexpr const char* help =
-    "Usage: quillmere [options]\n"
-    "A volume, a mute and an output for every application.\n"
-    "\n"
-    "Options:\n"
-    "  --background      Start into the tray without opening a window, as at login.\n"
-    "  --section=NAME    Show that section of the window: Mixer, Profiles, Activity,\n"
-    "                    Auto-Duck, Focus or Settings.\n"
-    "  -h, --help        Display this help.\n"
-    "  -v, --version     Display the version.\n";
+std::string help() {
+  return translated(
+      "Usage: quillmere [options]\n"
+      "A volume, a mute and an output for every application.\n"
+      "\n"
+      "Options:\n"
+      "  --background      Start into the tray without opening a window, as at login.\n"
+      "  --section=NAME    Show that section of the window: Mixer, Profiles, Activity,\n"
+      "                    Auto-Duck, Focus or Settings.\n"
+      "  -h, --help        Display this help.\n"
+      "  -v, --version     Display the version.\n");
+}
 
 }  // namespace
 
@@ -49,19 +53,19 @@ std::optional<LaunchOptions> parseArguments(int argc, char** argv, std::ostream&
     } else if (choice == section) {
       options.section = optarg;
     } else if (choice == 'h') {
-      out << help;
+      out << help();
       return std::nullopt;
     } else if (choice == 'v') {
       out << "quillmere " << appVersion() << '\n';
       return std::nullopt;
     } else {
-      problems << "quillmere: unknown option " << (at < argc ? argv[at] : "") << "; --help tells them\n";
+      problems << translated("quillmere: unknown option %1; --help tells them", at < argc ? argv[at] : "") << '\n';
       exitCode = EXIT_FAILURE;
       return std::nullopt;
     }
   }
   if (optind < argc) {
-    problems << "quillmere: what is " << argv[optind] << "? --help tells the options\n";
+    problems << translated("quillmere: what is %1? --help tells the options", argv[optind]) << '\n';
     exitCode = EXIT_FAILURE;
     return std::nullopt;
   }

@@ -7,6 +7,7 @@
 
 #include "core/Percent.h"
 #include "core/Product.h"
+#include "core/Texts.h"
 #include "core/VersionOrder.h"
 #include "platform/WindowSystem.h"
 #include "runtime/Threads.h"
@@ -88,9 +89,11 @@ void StatusBarController::handleScroll(int angleDelta) {
 
 std::string StatusBarController::toolTip() const {
   QUILLMERE_CHECK_ON(runtime_.main, "the status item is handled off the main thread");
-  std::string text = "quillmere · " + std::to_string(percentOf(state_.masterGain().get())) + "%";
-  if (const auto live = state_.liveBundleIDs()->size(); live > 0) text += " · " + std::to_string(live) + " live";
-  if (state_.isWhisperMode().get()) text += " · Whisper Mode";
+  std::string text = "quillmere · " + translated("%1%", std::to_string(percentOf(state_.masterGain().get())));
+  if (const auto live = state_.liveBundleIDs()->size(); live > 0) {
+    text += " · " + translatedCount("%1 live", "%1 live", live);
+  }
+  if (state_.isWhisperMode().get()) text += " · " + translated("Whisper Mode");
   return text;
 }
 

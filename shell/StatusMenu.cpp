@@ -4,6 +4,7 @@
 #include "core/OneLine.h"
 #include "core/RemainingText.h"
 #include "core/SleepChoices.h"
+#include "core/Texts.h"
 
 namespace quillmere {
 
@@ -20,16 +21,16 @@ StatusMenuEntry item(std::string title, StatusAction action, std::string key = {
 StatusMenuEntry separator() { return item({}, StatusAction::separator); }
 
 StatusMenuEntry sleepTimer(const StatusMenuInput& input) {
-  auto entry = item("Sleep Timer", StatusAction::none);
+  auto entry = item(translated("Sleep Timer"), StatusAction::none);
   entry.representedObject = "sleepTimer";
   entry.hasSubmenu = true;
   if (input.sleepTimerEndsAt) {
     entry.title += " · " + formatRemaining(*input.sleepTimerEndsAt, input.now);
-    entry.submenu.push_back(item("Cancel sleep timer", StatusAction::cancelSleep));
+    entry.submenu.push_back(item(translated("Cancel sleep timer"), StatusAction::cancelSleep));
     return entry;
   }
   for (const int minutes : sleepChoices) {
-    auto choice = item(std::to_string(minutes) + " minutes", StatusAction::sleepFor);
+    auto choice = item(translatedCount("%1 minute", "%1 minutes", minutes), StatusAction::sleepFor);
     choice.tag = minutes;
     entry.submenu.push_back(std::move(choice));
   }
@@ -37,7 +38,7 @@ StatusMenuEntry sleepTimer(const StatusMenuInput& input) {
 }
 
 StatusMenuEntry profiles(const StatusMenuInput& input) {
-  auto entry = item("Profiles", StatusAction::none);
+  auto entry = item(translated("Profiles"), StatusAction::none);
   entry.representedObject = "profiles";
   entry.hasSubmenu = true;
   for (const auto& profile : input.profiles) {
@@ -52,17 +53,19 @@ StatusMenuEntry profiles(const StatusMenuInput& input) {
 }  // namespace
 
 std::vector<StatusMenuEntry> statusMenu(const StatusMenuInput& input) {
-  return {item("Open quillmere Window", StatusAction::openMainWindow, "0"),
+  return {item(translated("Open quillmere Window"), StatusAction::openMainWindow, "0"),
           separator(),
-          item(input.isWhisperMode ? "Restore from Whisper Mode" : "Engage Whisper Mode", StatusAction::toggleWhisper),
+          item(input.isWhisperMode ? translated("Restore from Whisper Mode") : translated("Engage Whisper Mode"),
+               StatusAction::toggleWhisper),
           sleepTimer(input),
           profiles(input),
           separator(),
-          item("Settings…", StatusAction::openSettings, ","),
-          item("About quillmere", StatusAction::openAbout),
-          item(input.updateKnown ? "Download update…" : "Check for Updates…", StatusAction::checkForUpdates),
+          item(translated("Settings…"), StatusAction::openSettings, ","),
+          item(translated("About quillmere"), StatusAction::openAbout),
+          item(input.updateKnown ? translated("Download update…") : translated("Check for Updates…"),
+               StatusAction::checkForUpdates),
           separator(),
-          item("Quit quillmere", StatusAction::quit, "q")};
+          item(translated("Quit quillmere"), StatusAction::quit, "q")};
 }
 
 }  // namespace quillmere

@@ -52,7 +52,8 @@ struct StatusMenuInput {
   bool updateKnown = false;
 };
 
-/// The entries in the order in which they stand. Titles are the untranslated source texts.
+/// The entries in the order in which they stand, in the language in use: whoever shows them shows them as they are.
+/// [main]
 [[nodiscard]] std::vector<StatusMenuEntry> statusMenu(const StatusMenuInput& input);
 
 }  // namespace quillmere

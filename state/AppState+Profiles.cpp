@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/Mixer.h"
+#include "core/Texts.h"
 #include "runtime/Threads.h"
 #include "state/AppState.h"
 #include "state/SettingsStore.h"
@@ -43,7 +44,7 @@ void AppState::duplicateProfile(Uuid id) {
   if (source == profiles.end()) return;
   auto copy = *source;
   copy.id = Uuid::random();
-  copy.name += " Copy";
+  copy.name = translated("%1 Copy", source->name);
   copy.updatedAt = runtime_.clocks.now();
   profiles.push_back(std::move(copy));
   profiles_.set(std::move(profiles));

@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "core/Json.h"
+#include "core/Texts.h"
 #include "platform/UserDefaults.h"
 #include "runtime/Clocks.h"
 #include "runtime/Threads.h"
@@ -60,9 +61,9 @@ SettingsStore::Snapshot SettingsStore::load() {
   Snapshot snapshot;
 
   auto profiles = decode(Keys::profiles, &json::decodeProfiles);
-  snapshot.profiles = profiles
-                          ? std::move(*profiles)
-                          : std::vector<Profile>{Profile{Uuid::random(), "Default", {}, std::nullopt, clocks_.now()}};
+  snapshot.profiles =
+      profiles ? std::move(*profiles)
+               : std::vector<Profile>{Profile{Uuid::random(), translated("Default"), {}, std::nullopt, clocks_.now()}};
 
   if (const auto text = typed<std::string>(Keys::activeProfileID)) {
     snapshot.activeProfileID = Uuid::parse(*text);

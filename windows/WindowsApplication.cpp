@@ -29,6 +29,7 @@
 #include "state/ViewSettings.h"
 #include "views/AboutWindow.h"
 #include "views/IconThemes.h"
+#include "views/Translation.h"
 #include "views/ViewFactory.h"
 #include "views/design/Appearance.h"
 #include "windows/BrandIconImage.h"
@@ -316,6 +317,7 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   const bool hasLayerShell = chooseDisplay();
   const QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
+  installTranslation(host.languages());
 
   const auto log = host.makeLogSink();
   SystemClocks clocks;

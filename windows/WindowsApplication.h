@@ -3,6 +3,8 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "platform/Channel.h"
 #include "platform/Desktop.h"
@@ -13,6 +15,8 @@ namespace quillmere {
 /// What a host gives the program.
 struct WindowsHost {
   std::function<std::unique_ptr<LogSink>()> makeLogSink;
+  /// The languages that texts are asked for in, best first: "de_AT". Asked at the start.
+  std::function<std::vector<std::string>()> languages;
   /// Null where nobody has started this process for its windows.
   std::function<std::unique_ptr<Channel>(ChannelEvents events)> openChannel;
   /// Asked with the first window. `dialogue` is the toolkit's own, for where the desktop has none.

@@ -4,6 +4,10 @@
 #include <QGuiApplication>
 #include <memory>
 
+#ifdef QUILLMERE_TEXTS
+#include "views/Translation.h"
+#endif
+
 namespace {
 
 class Application : public testing::Environment {
@@ -12,6 +16,9 @@ class Application : public testing::Environment {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
     application_ = std::make_unique<QGuiApplication>(count_, arguments_);
+#ifdef QUILLMERE_TEXTS
+    quillmere::installTranslation({});
+#endif
   }
   void TearDown() override { application_.reset(); }
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <utility>
 
-#include "core/Percent.h"
 #include "state/MixerState.h"
+#include "views/shared/PercentText.h"
 
 namespace quillmere {
 
@@ -25,9 +25,7 @@ AutoDuckCanvasPresenter::AutoDuckCanvasPresenter(const ViewServices& services, Q
       picker_(services),
       subscription_(state_->duckRule().observe([this](const auto&) { Q_EMIT ruleChanged(); })) {}
 
-QString AutoDuckCanvasPresenter::targetText() const {
-  return QStringLiteral("%1%").arg(percentOf(state_->duckRule()->targetGain));
-}
+QString AutoDuckCanvasPresenter::targetText() const { return percentText(state_->duckRule()->targetGain); }
 
 double AutoDuckCanvasPresenter::target() const { return static_cast<double>(state_->duckRule()->targetGain); }
 

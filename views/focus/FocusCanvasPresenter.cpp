@@ -77,7 +77,7 @@ QString FocusCanvasPresenter::primaryText() const {
     case Kind::idle:
       break;
   }
-  return tr("Start %1-minute focus").arg(*state_->pomodoroFocusMinutes());
+  return tr("Start %n-minute focus", nullptr, *state_->pomodoroFocusMinutes());
 }
 
 QString FocusCanvasPresenter::primarySymbol() const {

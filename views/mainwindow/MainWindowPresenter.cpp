@@ -36,8 +36,7 @@ QObject* MainWindowPresenter::canvas() {
 }
 
 QString MainWindowPresenter::liveText() const {
-  if (liveCount_ == 0) return {};
-  return liveCount_ == 1 ? tr("1 source active") : tr("%n sources active", nullptr, liveCount_);
+  return liveCount_ == 0 ? QString() : tr("%n sources active", nullptr, liveCount_);
 }
 
 QString MainWindowPresenter::duckingText() const {

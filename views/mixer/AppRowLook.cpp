@@ -5,19 +5,21 @@
 #include <algorithm>
 
 #include "core/OneLine.h"
-#include "core/Percent.h"
 
 namespace quillmere {
 
 namespace {
 
-QString text(const char* source) { return QCoreApplication::translate("AppRow", source); }
+/// The texts are found in a row's QML context.
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(AppRow)
+};
 
 QString toolTip(const AudioApp& app, const QString& name, bool isLive, bool isDucked) {
-  if (isDucked) return text("Ducked because a call is in progress.");
+  if (isDucked) return Texts::tr("Ducked because a call is in progress.");
   // A muted application that sounds says so all the same.
-  if (isLive) return text("Producing audio right now.");
-  if (app.muted) return text("%1 is muted.").arg(name);
+  if (isLive) return Texts::tr("Producing audio right now.");
+  if (app.muted) return Texts::tr("%1 is muted.").arg(name);
   return name;
 }
 
@@ -41,8 +43,8 @@ AppRowLook appRowLook(const AudioApp& app, bool isLive, bool isDucked, const std
   look.routeColor = isRouted ? QStringLiteral("brandSage") : QStringLiteral("textSecondary");
   look.muteSymbol = app.muted ? QStringLiteral("speaker.slash.fill") : QStringLiteral("speaker.wave.2");
   look.muteColor = app.muted ? QStringLiteral("brandRed") : QStringLiteral("textSecondary");
-  look.muteTip = app.muted ? text("Unmute") : text("Mute");
-  look.cardSubtitle = isDucked                          ? text("Ducked")
+  look.muteTip = app.muted ? Texts::tr("Unmute") : Texts::tr("Mute");
+  look.cardSubtitle = isDucked                          ? Texts::tr("Ducked")
                       : look.routedDeviceName.isEmpty() ? QString::fromStdString(app.bundleID)
                                                         : QStringLiteral("→ ") + look.routedDeviceName;
   look.cardPercentColor = app.muted ? QStringLiteral("textTertiary") : QStringLiteral("textPrimary");
@@ -51,7 +53,5 @@ AppRowLook appRowLook(const AudioApp& app, bool isLive, bool isDucked, const std
   look.ducked = isDucked;
   return look;
 }
-
-QString percentText(float gain) { return QStringLiteral("%1%").arg(percentOf(gain)); }
 
 }  // namespace quillmere

@@ -36,7 +36,4 @@ struct AppRowLook {
 [[nodiscard]] AppRowLook appRowLook(const AudioApp& app, bool isLive, bool isDucked,
                                     const std::vector<AudioOutputDevice>& devices);
 
-/// "39%": truncated, never rounded.
-[[nodiscard]] QString percentText(float gain);
-
 }  // namespace quillmere

@@ -8,6 +8,7 @@
 #include "core/AudioApp.h"
 #include "views/mixer/AppRowLook.h"
 #include "views/shared/MenuModel.h"
+#include "views/shared/PercentText.h"
 #include "views/tabs/TabListModel.h"
 
 namespace quillmere {

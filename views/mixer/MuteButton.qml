@@ -8,7 +8,7 @@ SubtleIconButton {
 
     required property AppRowPresenter row
 
-    text: qsTr("%1 %2", "Mute Spotify").arg(row.muteTip).arg(row.name)
+    text: (row.muted ? qsTr("Unmute %1") : qsTr("Mute %1")).arg(row.name)
     tip: row.muteTip
     symbol: row.muteSymbol
     symbolSize: 10

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "state/MixerState.h"
-#include "views/mixer/AppRowLook.h"
 #include "views/mixer/DeviceMenus.h"
+#include "views/shared/PercentText.h"
 
 namespace quillmere {
 

@@ -45,13 +45,10 @@ MixerCanvasPresenter::MixerCanvasPresenter(const ViewServices& services, QObject
 }
 
 QString MixerCanvasPresenter::greeting() const {
-  if (!anyLive()) return tr("Quiet right now.");
-  return liveCount_ == 1 ? tr("Mixing 1 source.") : tr("Mixing %n sources.", nullptr, liveCount_);
+  return anyLive() ? tr("Mixing %n sources.", nullptr, liveCount_) : tr("Quiet right now.");
 }
 
-QString MixerCanvasPresenter::sourcesText() const {
-  return liveCount_ == 1 ? tr("1 source") : tr("%n sources", nullptr, liveCount_);
-}
+QString MixerCanvasPresenter::sourcesText() const { return tr("%n sources", nullptr, liveCount_); }
 
 QString MixerCanvasPresenter::liveTag() const { return anyLive() ? tr("Live") : tr("Idle"); }
 
@@ -62,7 +59,7 @@ QString MixerCanvasPresenter::finderState() const { return anyLive() ? liveCount
 QString MixerCanvasPresenter::subtitle() const {
   if (ducking()) return tr("Music ducked — a call is active.");
   if (appCount_ == 0) return tr("Open Spotify, Slack, a YouTube tab — apps appear here.");
-  return appCount_ == 1 ? tr("1 app connected.") : tr("%n apps connected.", nullptr, appCount_);
+  return tr("%n apps connected.", nullptr, appCount_);
 }
 
 bool MixerCanvasPresenter::ducking() const { return *state_->isDucking(); }

@@ -53,10 +53,7 @@ void AppPickerPresenter::setQuery(const QString& query) {
   Q_EMIT listChanged();
 }
 
-QString AppPickerPresenter::resultText() const {
-  const int count = apps_.count();
-  return count == 1 ? tr("%n result", nullptr, count) : tr("%n results", nullptr, count);
-}
+QString AppPickerPresenter::resultText() const { return tr("%n results", nullptr, apps_.count()); }
 
 QString AppPickerPresenter::emptyText() const {
   return isScanning_ ? tr("Scanning Applications…") : tr("No apps match.");

@@ -35,7 +35,7 @@ QString MixerPanelPresenter::whisperToolTip() const {
   return *state_->isWhisperMode() ? tr("Whisper Mode on — tap to restore") : tr("Whisper Mode (one-tap shush)");
 }
 
-QString MixerPanelPresenter::liveCountText() const { return tr("%1 live").arg(rows_.count()); }
+QString MixerPanelPresenter::liveCountText() const { return tr("%n live", nullptr, rows_.count()); }
 
 bool MixerPanelPresenter::bannerShown() const { return *state_->isDucking() && *settings_->showDuckBanner(); }
 

@@ -19,7 +19,7 @@ SleepTimerPresenter::SleepTimerPresenter(std::shared_ptr<MixerState> state, cons
   entries.reserve(std::size(sleepChoices) + 1);
   for (const int minutes : sleepChoices) {
     entries.push_back(
-        {tr("%1 minutes").arg(minutes), false, false, [this, minutes] { state_->startSleepTimer(minutes); }});
+        {tr("%n minutes", nullptr, minutes), false, false, [this, minutes] { state_->startSleepTimer(minutes); }});
   }
   menu_.setEntries(std::move(entries));
   subscription_ = state_->sleepTimerEndsAt().observe([this](const auto&) {

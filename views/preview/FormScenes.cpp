@@ -156,7 +156,7 @@ Act pick(const QString& query) {
   return at("Auto-Duck", [query](QQuickWindow& window) {
     if (auto* page = named(window, "page")) page->setProperty("contentY", 400);
     breathe(window);
-    clickButton(window, "Add trigger app");
+    clickButton(window, shownText("AutoDuckCanvas", "Add trigger app"));
     type(window, query);
   });
 }
@@ -165,7 +165,8 @@ void editProfile(QQuickWindow& window) {
   clickButton(window, "Evening");
   breathe(window);
   if (auto* field = find(*window.contentItem(), [](QQuickItem& item) {
-        return item.isVisible() && item.property("placeholderText").toString() == QLatin1StringView("Profile name");
+        return item.isVisible() &&
+               item.property("placeholderText").toString() == shownText("ProfileEditor", "Profile name");
       })) {
     click(window, centreOf(*field));
   }
@@ -174,7 +175,7 @@ void editProfile(QQuickWindow& window) {
 
 Act next(int steps, Act act = {}) {
   return [steps, act = std::move(act)](QQuickWindow& window) {
-    for (int step = 0; step < steps; ++step) clickButton(window, "Continue");
+    for (int step = 0; step < steps; ++step) clickButton(window, shownText("OnboardingWindow", "Continue"));
     move(window, {1, 1});
     if (act) act(window);
   };
@@ -237,7 +238,7 @@ std::vector<PreviewScene> formScenes() {
           [](QQuickWindow& window) {
             clickButton(window, "Evening");
             breathe(window);
-            clickButton(window, "Output for VLC");
+            clickButton(window, shownText("ProfileEntryRow", "Output for %1").arg("VLC"));
           })},
       {"settings", Window::main, fill, at("Settings")},
       {"settings-granted", Window::main,

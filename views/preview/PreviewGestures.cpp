@@ -59,9 +59,12 @@ QQuickItem* find(QQuickItem& root, const std::function<bool(QQuickItem&)>& wante
 
 QQuickItem* button(QQuickWindow& window, const QString& text) {
   return find(*window.contentItem(), [&](QQuickItem& item) {
-    return item.isVisible() && item.acceptedMouseButtons() != Qt::NoButton && item.property("text").toString().startsWith(text);
+    return item.isVisible() && item.acceptedMouseButtons() != Qt::NoButton &&
+           item.property("text").toString().startsWith(text);
   });
 }
+
+QString shownText(const char* context, const char* source) { return QCoreApplication::translate(context, source); }
 
 void clickButton(QQuickWindow& window, const QString& text) {
   if (auto* item = button(window, text)) click(window, centreOf(*item));

@@ -22,6 +22,8 @@ void click(QQuickWindow& window, QPointF at, Qt::MouseButton button = Qt::LeftBu
 [[nodiscard]] QQuickItem* find(QQuickItem& root, const std::function<bool(QQuickItem&)>& wanted);
 /// The first item with this text that takes clicks.
 [[nodiscard]] QQuickItem* button(QQuickWindow& window, const QString& text);
+/// A text of the pages as the chosen language has it.
+[[nodiscard]] QString shownText(const char* context, const char* source);
 void clickButton(QQuickWindow& window, const QString& text);
 
 }  // namespace quillmere

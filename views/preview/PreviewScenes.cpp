@@ -161,17 +161,19 @@ void openElevenTabs(QQuickWindow& window) {
     QMetaObject::invokeMethod(rows, "positionViewAtIndex", Q_ARG(int, 0), Q_ARG(int, 0));
     QCoreApplication::processEvents();
   }
-  clickButton(window, "11 tabs");
+  clickButton(window, QCoreApplication::translate("quillmere::TabListModel", "%n tabs", nullptr, 11));
 }
 
 void hoverRow(QQuickWindow& window) {
-  if (auto* item = button(window, "Output for Spotify")) move(window, centreOf(*item) - QPointF(60, 0));
+  if (auto* item = button(window, shownText("RouteButton", "Output for %1").arg("Spotify")))
+    move(window, centreOf(*item) - QPointF(60, 0));
 }
 
 void showActivity(QQuickWindow& window) { ViewFactory::showSection(window, "Activity"); }
 
 void hoverCard(QQuickWindow& window) {
-  if (auto* item = button(window, "Output for Spotify")) move(window, centreOf(*item) - QPointF(200, 0));
+  if (auto* item = button(window, shownText("RouteButton", "Output for %1").arg("Spotify")))
+    move(window, centreOf(*item) - QPointF(200, 0));
 }
 
 /// The main window as far down as it goes.
@@ -224,15 +226,16 @@ std::vector<PreviewScene> mixerScenes() {
       {"popover-tabs-closed", Window::popover, fillSeveral, [](QQuickWindow& window) { openTabs(window, 11); }},
       {"popover-hover", Window::popover, fillSeveral, hoverRow},
       {"popover-routes", Window::popover, fillSeveral,
-       [](QQuickWindow& window) { clickButton(window, "Output for Spotify"); }},
+       [](QQuickWindow& window) { clickButton(window, shownText("RouteButton", "Output for %1").arg("Spotify")); }},
       {"popover-devices", Window::popover, fillSeveral,
-       [](QQuickWindow& window) { clickButton(window, "Output device"); }},
+       [](QQuickWindow& window) { clickButton(window, shownText("OutputRow", "Output device: %1").arg("")); }},
       {"popover-profiles", Window::popover, fillSeveral,
-       [](QQuickWindow& window) { clickButton(window, "Profile: "); }},
+       [](QQuickWindow& window) { clickButton(window, shownText("MixerPanel", "Profile: %1").arg("")); }},
       {"popover-sleep-menu", Window::popover, fillSeveral,
-       [](QQuickWindow& window) { clickButton(window, "Sleep timer"); }},
+       [](QQuickWindow& window) { clickButton(window, shownText("SleepTimerControl", "Sleep timer")); }},
       {"popover-empty-profiles", Window::popover, fillEmpty,
-       [](QQuickWindow& window) { clickButton(window, "Profile: "); }},
+       [](QQuickWindow& window) { clickButton(window, shownText("MixerPanel", "Profile: %1").arg("")); }},
+      {"about", Window::about, fillEmpty, {}},
       {"main-several", Window::main, fillSeveral, {}},
       {"main-empty", Window::main, fillEmpty, {}},
       {"main-playing", Window::main, fillPlaying, {}},

@@ -12,7 +12,7 @@ namespace quillmere {
 class PreviewMachine;
 
 struct PreviewScene {
-  enum class Window { popover, main, onboarding };
+  enum class Window { popover, main, onboarding, about };
 
   std::string name;
   Window window = Window::popover;

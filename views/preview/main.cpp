@@ -10,6 +10,8 @@
 #include <memory>
 
 #include "state/ViewSettings.h"
+#include "views/AboutWindow.h"
+#include "views/Translation.h"
 #include "views/ViewFactory.h"
 #include "views/design/Appearance.h"
 #include "views/preview/PreviewMachine.h"
@@ -39,6 +41,8 @@ std::unique_ptr<QQuickWindow> make(ViewFactory& factory, PreviewScene::Window wi
       return factory.makeMainWindow();
     case PreviewScene::Window::onboarding:
       return factory.makeOnboarding();
+    case PreviewScene::Window::about:
+      return makeAboutWindow(QStringLiteral("1.9.9"));
   }
   return nullptr;
 }
@@ -47,8 +51,8 @@ std::unique_ptr<QQuickWindow> open(const PreviewScene& scene, PreviewMachine& bo
   scene.fill(box);
   ViewIntents intents;
   intents.quit = [] { QCoreApplication::quit(); };
-  ViewFactory factory({box.state, box.runtime, std::make_shared<ViewSettings>(*box.state), box.services,
-                       std::move(intents), "1.9.9"});
+  ViewFactory factory(
+      {box.state, box.runtime, std::make_shared<ViewSettings>(*box.state), box.services, std::move(intents), "1.9.9"});
   auto window = make(factory, scene.window);
   if (scene.window == PreviewScene::Window::popover) window->setFlags(Qt::Tool | Qt::FramelessWindowHint);
   window->show();
@@ -67,13 +71,22 @@ void settle(QQuickWindow& window, PreviewMachine& box, int millis) {
   }
 }
 
-bool shoot(const PreviewScene& scene, const QDir& folder) {
+/// How pictures are taken.
+struct Look {
+  QDir folder;
+  /// Before the scene's name in the file's: "de-", nothing for English.
+  QString prefix;
+  bool isSmallest = false;
+};
+
+bool shoot(const PreviewScene& scene, const Look& look) {
   constexpr int settleMillis = 700;
   Appearance::shared().setWantsContrast(false);
   PreviewMachine box;
   NoPointer filter;
   const auto window = open(scene, box);
   window->installEventFilter(&filter);
+  if (look.isSmallest && scene.window == PreviewScene::Window::main) window->resize(window->minimumSize());
   settle(*window, box, settleMillis);
   if (scene.act) {
     scene.act(*window);
@@ -81,7 +94,8 @@ bool shoot(const PreviewScene& scene, const QDir& folder) {
     settle(*window, box, 2 * settleMillis);
   }
   const auto scale = window->effectiveDevicePixelRatio();
-  const auto file = folder.filePath(QStringLiteral("%1@%2x.png").arg(QString::fromStdString(scene.name)).arg(scale));
+  const auto name = look.prefix + QString::fromStdString(scene.name);
+  const auto file = look.folder.filePath(QStringLiteral("%1@%2x.png").arg(name).arg(scale));
   const bool saved = window->grabWindow().save(file);
   std::printf("%s %s\n", saved ? "saved" : "could not save", qPrintable(file));
   return saved;
@@ -96,9 +110,14 @@ int main(int argc, char** argv) {
   QCommandLineParser parser;
   const QCommandLineOption shots("shots", "Save pictures and end.", "folder");
   parser.addOption(shots);
+  const QCommandLineOption language("language", "Which texts to show.", "language", "en");
+  parser.addOption(language);
+  const QCommandLineOption smallest("smallest", "Pictures of the main window as small as it goes.");
+  parser.addOption(smallest);
   parser.addPositionalArgument("scenes", "Which scenes; without --shots the first one is shown.");
   parser.addHelpOption();
   parser.process(application);
+  const auto shown = installTranslation({parser.value(language).toStdString()});
 
   const auto names = parser.positionalArguments();
   std::vector<PreviewScene> chosen;
@@ -112,10 +131,11 @@ int main(int argc, char** argv) {
   }
   if (parser.isSet(shots)) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    const QDir folder(parser.value(shots));
-    folder.mkpath(".");
+    const auto prefix = shown == "en" ? QString() : QString::fromStdString(shown) + '-';
+    const Look look{QDir(parser.value(shots)), prefix, parser.isSet(smallest)};
+    look.folder.mkpath(".");
     bool allSaved = true;
-    for (const auto& scene : chosen) allSaved = shoot(scene, folder) && allSaved;
+    for (const auto& scene : chosen) allSaved = shoot(scene, look) && allSaved;
     return allSaved ? 0 : 1;
   }
   PreviewMachine box;

@@ -4,8 +4,8 @@
 #include <QUrl>
 #include <utility>
 
-#include "core/Percent.h"
 #include "views/shared/AppIconProvider.h"
+#include "views/shared/PercentText.h"
 
 namespace quillmere {
 
@@ -22,7 +22,7 @@ QVariant ProfileEntryModel::data(const QModelIndex& index, int role) const {
     case GainRole:
       return static_cast<double>(app.gain);
     case PercentTextRole:
-      return QStringLiteral("%1%").arg(percentOf(app.gain));
+      return percentText(app.gain);
     case MutedRole:
       return app.muted;
     case MuteSymbolRole:

@@ -112,7 +112,7 @@ FocusScope {
 
         SubtleIconButton {
             objectName: "mute"
-            text: qsTr("%1 %2", "Mute Spotify").arg(root.muteTip).arg(root.name)
+            text: (root.muted ? qsTr("Unmute %1") : qsTr("Mute %1")).arg(root.name)
             tip: root.muteTip
             symbol: root.muteSymbol
             color: root.muted ? Tokens.brandRed : Tokens.textSecondary

@@ -9,9 +9,7 @@ namespace quillmere {
 
 QString countedApps(std::size_t count) {
   const auto number = static_cast<int>(std::min<std::size_t>(count, std::numeric_limits<int>::max()));
-  // Both take a number, so that a language with other plural forms can give all of them.
-  return number == 1 ? QCoreApplication::translate("AppCount", "%n app", nullptr, number)
-                     : QCoreApplication::translate("AppCount", "%n apps", nullptr, number);
+  return QCoreApplication::translate("AppCount", "%n apps", nullptr, number);
 }
 
 }  // namespace quillmere

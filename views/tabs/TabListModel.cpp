@@ -82,11 +82,9 @@ void TabListModel::setTabs(std::vector<BrowserTab> tabs) {
   if (countChanges) Q_EMIT tabsChanged();
 }
 
-QString TabListModel::countText() const { return tabCount_ == 1 ? tr("1 tab") : tr("%n tabs", nullptr, tabCount_); }
+QString TabListModel::countText() const { return tr("%n tabs", nullptr, tabCount_); }
 
-QString TabListModel::openText() const {
-  return tabCount_ == 1 ? tr("1 tab open") : tr("%n tabs open", nullptr, tabCount_);
-}
+QString TabListModel::openText() const { return tr("%n tabs open", nullptr, tabCount_); }
 
 QString TabListModel::moreText() const {
   return tabCount_ > rowLimit_ ? tr("+ %n more", nullptr, tabCount_ - rowLimit_) : QString();

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 namespace quillmere {
 namespace {
 
@@ -88,14 +86,6 @@ TEST(AppRowLook, MuteButtonIsPlainWhileNotMuted) {
   EXPECT_EQ(look.muteColor, "textSecondary");
   EXPECT_EQ(look.muteTip, "Mute");
 }
-
-TEST(AppRowLook, PercentageIsTruncated) {
-  EXPECT_EQ(percentText(0.999F), "99%");
-  EXPECT_EQ(percentText(1.0F), "100%");
-  EXPECT_EQ(percentText(0.0F), "0%");
-}
-
-TEST(AppRowLook, PercentageOfNoNumberIsZero) { EXPECT_EQ(percentText(std::numeric_limits<float>::quiet_NaN()), "0%"); }
 
 }  // namespace
 }  // namespace quillmere

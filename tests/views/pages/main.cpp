@@ -5,6 +5,7 @@
 
 #include "Bench.h"
 #include "FormsBench.h"
+#include "views/Translation.h"
 #include "views/shared/AppIconProvider.h"
 
 Q_IMPORT_QML_PLUGIN(Quillmere_DesignPlugin)
@@ -14,6 +15,7 @@ class Setup : public QObject {
   Q_OBJECT
 
  public Q_SLOTS:
+  static void applicationAvailable() { quillmere::installTranslation({}); }
   void qmlEngineAvailable(QQmlEngine* engine) {
     engine->addImportPath("qrc:/qt/qml");
     engine->addImageProvider(quillmere::AppIconProvider::id, new quillmere::AppIconProvider(workspace_));
