@@ -36,7 +36,7 @@ T.Popup {
     }
 
     T.Overlay.modal: Rectangle {
-        color: Tokens.alpha(Tokens.black, root.dimming)
+        color: Tokens.alpha(Tokens.black, root.dimming) // qmllint disable unqualified
     }
 
     background: Item {
@@ -54,7 +54,7 @@ T.Popup {
         }
     }
 
-    contentItem: FocusScope {
+    contentItem: FocusScope { // qmllint disable deferred-property-id
         focus: true
 
         Accessible.role: Accessible.Dialog
