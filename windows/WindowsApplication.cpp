@@ -28,6 +28,7 @@
 #include "runtime/ThreadPoolExecutor.h"
 #include "state/ViewSettings.h"
 #include "views/AboutWindow.h"
+#include "views/DesktopFont.h"
 #include "views/IconThemes.h"
 #include "views/Translation.h"
 #include "views/ViewFactory.h"
@@ -250,7 +251,7 @@ class Windows final : public QObject {
       auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
       desktop_.emplace(host_.makeDesktop(runtime_, std::move(dialogue)), runtime_,
                        [state = state_] { return soundingIn(*state); });
-      Appearance::shared().useDesktopFont(QGuiApplication::font());
+      Appearance::shared().setFontFamily(desktopFontFamily(QGuiApplication::font().family(), iconThemePlaces()));
       desktop_->look().onWished([](const LookWishes& wishes) {
         Appearance::shared().setReducesMotion(wishes.reducesMotion);
         Appearance::shared().setWantsContrast(wishes.wantsContrast);

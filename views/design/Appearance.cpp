@@ -22,11 +22,11 @@ void Appearance::setWantsContrast(bool wants) {
   Q_EMIT contrastChanged();
 }
 
-void Appearance::useDesktopFont(const QFont& font) {
-  // What toolkits say where nobody has told them anything.
-  static const QStringList anyFace{"Sans", "Sans Serif", "sans-serif", "Sans-serif", "Helvetica", "System-ui"};
-  const auto family = font.family();
-  fontFamily_ = anyFace.contains(family, Qt::CaseInsensitive) ? QString() : family;
+void Appearance::setFontFamily(const QString& family) { fontFamily_ = isAnyFace(family) ? QString() : family; }
+
+bool Appearance::isAnyFace(const QString& family) {
+  static const QStringList names{"", "Sans", "Sans Serif", "sans-serif", "Helvetica", "System-ui"};
+  return names.contains(family, Qt::CaseInsensitive);
 }
 
 }  // namespace quillmere

@@ -1,7 +1,6 @@
 // How people want programs to look, as the desktop tells it: what the look leaves open follows it.
 #pragma once
 
-#include <QFont>
 #include <QObject>
 #include <QString>
 
@@ -23,7 +22,9 @@ class Appearance final : public QObject {
   /// The family of the desktop's own face; empty where it has none in particular.
   [[nodiscard]] const QString& fontFamily() const { return fontFamily_; }
   /// Told before the first window is made; a name that stands for any face is none.
-  void useDesktopFont(const QFont& font);
+  void setFontFamily(const QString& family);
+  /// Whether the name is what toolkits say where nobody has told them a face, or no name at all. [any]
+  [[nodiscard]] static bool isAnyFace(const QString& family);
 
  Q_SIGNALS:
   void motionChanged();

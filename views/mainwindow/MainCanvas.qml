@@ -32,7 +32,7 @@ Item {
 
     function load(): void {
         const source = root.presenter.canvasSource;
-        if (source.toString().length > 0)
+        if (String(source).length > 0)
             loader.setSource(source, {presenter: root.presenter.canvas});
         else
             loader.source = "";

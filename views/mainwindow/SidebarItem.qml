@@ -68,7 +68,7 @@ PlainButton {
         }
     }
 
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         Rectangle {
             id: box
 

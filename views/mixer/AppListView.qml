@@ -74,11 +74,11 @@ ListView {
         ignoreUnknownSignals: true
 
         function onRowsInserted(): void {
-            Qt.callLater(root.orderTabs);
+            Qt.callLater(root.orderTabs); // qmllint disable
         }
 
         function onRowsMoved(): void {
-            Qt.callLater(root.orderTabs);
+            Qt.callLater(root.orderTabs); // qmllint disable
         }
     }
 

@@ -38,7 +38,7 @@ T.Popup {
     }
 
     T.Overlay.modal: Rectangle {
-        color: Tokens.alpha(Tokens.black, root.dimming)
+        color: Tokens.alpha(Tokens.black, root.dimming) // qmllint disable unqualified
     }
 
     background: Item {

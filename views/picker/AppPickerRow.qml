@@ -71,7 +71,7 @@ FocusScope {
             border.color: Tokens.cardStrokeSelected
         }
 
-        contentItem: Item {
+        contentItem: Item { // qmllint disable deferred-property-id
             implicitHeight: Math.max(root.iconSide, words.implicitHeight)
 
             AppIcon {

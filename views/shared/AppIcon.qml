@@ -24,7 +24,7 @@ Item {
         id: picture
 
         anchors.fill: parent
-        source: root.source.toString().length > 0 ? root.source + "?corner=" + root.corner / root.side : ""
+        source: String(root.source).length > 0 ? root.source + "?corner=" + root.corner / root.side : ""
         sourceSize.width: root.pixels
         sourceSize.height: root.pixels
         fillMode: Image.PreserveAspectFit

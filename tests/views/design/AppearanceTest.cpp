@@ -22,7 +22,7 @@ class DesktopsAppearance : public testing::Test {
   ~DesktopsAppearance() override {
     Appearance::shared().setReducesMotion(false);
     Appearance::shared().setWantsContrast(false);
-    Appearance::shared().useDesktopFont(QFont("Sans Serif"));
+    Appearance::shared().setFontFamily("Sans Serif");
   }
 };
 
@@ -97,7 +97,7 @@ TEST_F(DesktopsAppearance, TextsAndEdgesStandOutWhereContrastIsWanted) {
 }
 
 TEST_F(DesktopsAppearance, TheDesktopsFaceComesFirstWhereItNamesOne) {
-  Appearance::shared().useDesktopFont(QFont("Cantarell"));
+  Appearance::shared().setFontFamily("Cantarell");
   const Tokens tokens;
   EXPECT_EQ(tokens.property("bodyText").value<QFont>().families().first(), "Cantarell");
   EXPECT_EQ(tokens.property("heroDisplay").value<QFont>().families().first(), "Cantarell");
@@ -106,15 +106,15 @@ TEST_F(DesktopsAppearance, TheDesktopsFaceComesFirstWhereItNamesOne) {
 }
 
 TEST_F(DesktopsAppearance, ANameThatStandsForAnyFaceIsNone) {
-  for (const char* name : {"Sans Serif", "sans", "Sans-Serif"}) {
-    Appearance::shared().useDesktopFont(QFont(name));
+  for (const char* name : {"Sans Serif", "sans", "Sans-Serif", ""}) {
+    Appearance::shared().setFontFamily(name);
     EXPECT_EQ(Appearance::shared().fontFamily(), "") << name;
     EXPECT_EQ(Tokens::face(13).families().first(), "Inter") << name;
   }
 }
 
 TEST_F(DesktopsAppearance, TheFaceOfOursKeepsItsCutForTitles) {
-  Appearance::shared().useDesktopFont(QFont("Inter"));
+  Appearance::shared().setFontFamily("Inter");
   EXPECT_EQ(Tokens::face(28).families().first(), "Inter Display");
 }
 
