@@ -25,6 +25,7 @@ void useGettextTexts(const std::vector<std::string>& folders) {
   // English has a catalogue of its own: without one the library would take a text of the next language on the list.
   constexpr std::string_view english = "/en/LC_MESSAGES/quillmere.mo";
   std::vector<std::string> files;
+  files.reserve(folders.size());
   for (const auto& folder : folders) files.push_back(folder + std::string(english));
   auto folder = programBeside(files);
   if (folder.empty()) return;
