@@ -18,9 +18,9 @@ namespace quillmere {
 /// with its old or its new value. A commit survives the end of the process at once, and a loss of power from about a
 /// second after the last write of a burst.
 ///
-/// A file that is no database, or a damaged one, is moved aside and a fresh one is begun with what could still be read of
-/// it; if that can't be stored at once, it is tried again like any other write. Where nothing can be written, settings
-/// last as long as the object. All of it is logged, nothing fails towards the caller.
+/// A file that is no database, or a damaged one, is moved aside and a fresh one is begun with what could still be read
+/// of it; if that can't be stored at once, it is tried again like any other write. Where nothing can be written,
+/// settings last as long as the object. All of it is logged, nothing fails towards the caller.
 ///
 /// [main] unless told otherwise.
 class SqliteUserDefaults final : public UserDefaults {

@@ -57,10 +57,9 @@ TEST_F(ProcessTapSubgraphTest, ActivatingBuildsTapFormatAggregateAndIOInThisOrde
                                                 Method::createIOProc, Method::startDevice));
   Methods steps;
   for (const auto& call : hardware.calls()) steps.push_back(call.method);
-  EXPECT_THAT(
-      steps, ElementsAre(Method::readUInt32, Method::readString, Method::createProcessTap, Method::readFormat,
-                         Method::createAggregateDevice, Method::readUInt32, Method::createIOProc, Method::startDevice,
-                         Method::addPropertyListener, Method::readFormat));
+  EXPECT_THAT(steps, ElementsAre(Method::readUInt32, Method::readString, Method::createProcessTap, Method::readFormat,
+                                 Method::createAggregateDevice, Method::readUInt32, Method::createIOProc,
+                                 Method::startDevice, Method::addPropertyListener, Method::readFormat));
 }
 
 TEST_F(ProcessTapSubgraphTest, TheTapIsPrivateIncludesTheProcessesAndMutesOnlyWhileRead) {

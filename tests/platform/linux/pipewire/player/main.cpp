@@ -1,8 +1,8 @@
 // A plain PipeWire client that plays a known signal: what the tests listen for at the device's monitor.
 //   signal_player [--app-id ID] [--app-name NAME] [--signal dc|sine|counter] [--latency FRAMES/RATE] [--streams N]
 //                 [--layout CHANNEL,...] [--prop KEY=VALUE]... [--client-prop KEY=VALUE]... [--record]
-// The signal is on the channels FL, FR and MONO, the others are silent. Reads commands from standard input, a line each:
-// "pause", "play", "add" (one more stream), "add CHANNEL,..." (of that layout), "drop" (the last one).
+// The signal is on the channels FL, FR and MONO, the others are silent. Reads commands from standard input, a line
+// each: "pause", "play", "add" (one more stream), "add CHANNEL,..." (of that layout), "drop" (the last one).
 #include <pipewire/pipewire.h>
 #include <spa/param/audio/format-utils.h>
 #include <spa/param/audio/type-info.h>
