@@ -14,9 +14,8 @@ constexpr const char* orderFront = "orderFront";    ///< window.
 constexpr const char* activate = "activate";
 constexpr const char* showAboutPanel = "showAboutPanel";  ///< token.
 constexpr const char* togglePopover = "togglePopover";    ///< x and y, where the click was, or neither; token.
-constexpr const char* closePopover = "closePopover";
-constexpr const char* keepOldTray = "keepOldTray";  ///< isWanted: whether to look for an old tray, and use it.
-constexpr const char* answer = "answer";            ///< Nothing but whether the process still does.
+constexpr const char* keepOldTray = "keepOldTray";        ///< isWanted: whether to look for an old tray, and use it.
+constexpr const char* answer = "answer";                  ///< Nothing but whether the process still does.
 
 // From the windows.
 constexpr const char* windowShown = "windowShown";          ///< window.

@@ -91,10 +91,7 @@ class Shell {
 
   WindowsIntents windowsIntents(const std::function<void()>& terminate) {
     WindowsIntents intents;
-    intents.openMainWindow = [this](const ActivationRequest& request) {
-      windows_.closePopover();
-      openMainWindow(request);
-    };
+    intents.openMainWindow = [this](const ActivationRequest& request) { openMainWindow(request); };
     intents.mainWindowShown = [this] { delegate_.handleMainWindowAppear(state_.hasCompletedOnboarding().get()); };
     intents.finishOnboarding = [this] { delegate_.finishOnboarding(); };
     intents.halvesDiffer = [this, terminate](const std::string& version) {

@@ -201,8 +201,6 @@ void WindowsProcess::togglePopover(const StatusItemActivation& activation) {
   ask(std::move(asked));
 }
 
-void WindowsProcess::closePopover() { tell(message(wire::closePopover)); }
-
 void WindowsProcess::open(const std::string& identifier, const ActivationRequest& request) {
   if (identifier != mainWindow && identifier != onboardingWindow) return;
   auto asked = message(wire::openWindow, identifier);

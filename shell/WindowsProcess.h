@@ -53,7 +53,6 @@ class WindowsProcess final : public WindowSystem {
   WindowsProcess& operator=(const WindowsProcess&) = delete;
 
   void togglePopover(const StatusItemActivation& activation);
-  void closePopover();
   void open(const std::string& identifier, const ActivationRequest& request);
 
   /// Whether the old kind of tray is to be looked for, and used as `oldTray()`. Costs the process, as long as it holds.

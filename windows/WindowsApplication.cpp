@@ -172,8 +172,6 @@ class Windows final : public QObject {
     } else if (type == wire::togglePopover) {
       setActivationToken(message);
       togglePopover(message);
-    } else if (type == wire::closePopover) {
-      popover_.close();
     } else if (type == wire::keepOldTray) {
       keepOldTray(message.at("isWanted").get<bool>());
     }
@@ -182,6 +180,9 @@ class Windows final : public QObject {
   void openWindow(const json& message) {
     const auto identifier = message.at("window").get<std::string>();
     scenes_.open(identifier);
+    // After it: it is the popover that has been clicked, and a desktop that asks for a reason takes no other. And no
+    // later: as long as the popover is there the keyboard may be its alone.
+    popover_.close();
     const auto section = message.find("section");
     if (section == message.end() || identifier != mainWindow) return;
     // Before its next picture, whether the window is new or was there.

@@ -51,6 +51,18 @@ class Session(unittest.TestCase):
     def wait_until_closed(self):
         wait_for(lambda: not self.is_shown(), "the popover is closed", 5)
 
+    def wait_until_gone(self):
+        """As before, where the main window has a button of that name too."""
+        wait_for(lambda: not a11y.find_all("quillmere", name="Quit quillmere"), "the popover is closed", 5)
+
+    def main_window(self):
+        """Its node in sway's tree; None while it isn't there."""
+        return next((window for window in self.sway.windows() if window["name"] == "quillmere"), None)
+
+    def open_main_window(self):
+        self.assertEqual(self.program.open_again(self.sway.environment), 0)
+        return wait_for(self.main_window, "the main window is there", 10)
+
     def popover(self):
         """Where the popover is in the picture: left, top, width, height."""
         path = self.sway.picture(self.sway.folder / "now.png")
@@ -89,14 +101,19 @@ class Popover(Session):
         self.wait_until_closed()
 
     def test_a_click_into_the_programs_own_window_closes_it(self):
-        second = self.program.open_again(self.sway.environment)
-        self.assertEqual(second, 0)
-        wait_for(lambda: [window for window in self.sway.windows() if window["name"] == "quillmere"],
-                 "the main window is there", 10)
+        self.open_main_window()
         self.click_icon()
         wait_for(self.is_shown, "the popover shows", 10)
         self.sway.click(200, 700)
-        wait_for(lambda: not a11y.find_all("quillmere", name="Quit quillmere"), "the popover is closed", 5)
+        self.wait_until_gone()
+
+    def test_it_makes_way_for_the_window_that_a_second_start_asks_for(self):
+        self.open_main_window()
+        self.click_icon()
+        wait_for(self.is_shown, "the popover shows", 10)
+        self.assertEqual(self.program.open_again(self.sway.environment), 0)
+        self.wait_until_gone()
+        wait_for(lambda: self.main_window()["focused"], "the window has the keyboard", 5)
 
     def test_a_click_within_it_is_the_popovers(self):
         self.click_icon()
@@ -114,6 +131,21 @@ class Popover(Session):
             self.wait_until_closed()
 
 
+class WhereWindowsMayAskForTheKeyboard(Session):
+    options = {"extra": "focus_on_window_activation focus"}
+
+    def test_its_button_brings_the_main_window_from_another_workspace(self):
+        self.open_main_window()
+        self.sway.command("workspace 2")
+        wait_for(lambda: not self.main_window()["focused"], "the other workspace is shown", 5)
+        self.click_icon()
+        left, top, *_ = self.wait_until_shown()
+        # The second of the two buttons in its head; only a real click is a reason for the compositor.
+        self.sway.click(left + 312, top + 20)
+        wait_for(lambda: self.main_window()["focused"], "the window has the keyboard", 5)
+        self.wait_until_gone()
+
+
 class WithoutAnXServer(Session):
     options = {"xwayland": False}
 
@@ -129,10 +161,7 @@ class AtScaleTwo(Session):
     options = {"scale": 2, "size": (1366, 768)}
 
     def test_the_main_window_is_no_larger_than_the_screen(self):
-        self.assertEqual(self.program.open_again(self.sway.environment), 0)
-        window = wait_for(lambda: [each for each in self.sway.windows() if each["name"] == "quillmere"],
-                          "the main window is there", 10)[0]
-        rect = window["rect"]
+        rect = self.open_main_window()["rect"]
         self.assertGreaterEqual(rect["x"], 0)
         self.assertGreaterEqual(rect["y"], 0)
         self.assertLessEqual(rect["x"] + rect["width"], 683)

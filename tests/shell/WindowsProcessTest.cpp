@@ -100,7 +100,6 @@ class WindowsOfTheProgram : public Started {
 TEST_F(WindowsOfTheProgram, NoProcessRunsBeforeAWindowIsWanted) {
   windows.activate();
   windows.close("main");
-  windows.closePopover();
   windows.orderFront("main");
   EXPECT_TRUE(launcher.lines.empty());
   EXPECT_TRUE(windows.windows().empty());
@@ -560,7 +559,6 @@ TEST_F(WindowsOfTheProgramDeathTest, EveryCallOffTheMainThreadStopsTheProcess) {
     box->time.runUntilIdle();
   };
   EXPECT_DEATH(elsewhere([&] { windows.togglePopover({}); }), "off the main thread");
-  EXPECT_DEATH(elsewhere([&] { windows.closePopover(); }), "off the main thread");
   EXPECT_DEATH(elsewhere([&] { windows.open("main"); }), "off the main thread");
   EXPECT_DEATH(elsewhere([&] { windows.close("main"); }), "off the main thread");
   EXPECT_DEATH(elsewhere([&] { windows.orderFront("main"); }), "off the main thread");
