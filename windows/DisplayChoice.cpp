@@ -23,9 +23,11 @@ std::string platformFor(const DisplayFacts& facts) {
   return facts.hasXServer ? "xcb;wayland" : std::string();
 }
 
+bool hasWaylandCompositor() { return isSet("WAYLAND_DISPLAY"); }
+
 bool chooseDisplay() {
   DisplayFacts facts;
-  facts.hasWayland = isSet("WAYLAND_DISPLAY");
+  facts.hasWayland = hasWaylandCompositor();
   facts.hasXServer = isSet("DISPLAY");
   facts.isNamed = isSet(platformVariable);
   const bool mayBeWayland = facts.hasWayland && (!facts.isNamed || qgetenv(platformVariable).startsWith("wayland"));

@@ -21,6 +21,9 @@ struct DisplayFacts {
 /// What the toolkit's platform is to be, as its variable takes it; empty where it may choose itself.
 [[nodiscard]] std::string platformFor(const DisplayFacts& facts);
 
+/// Whether a Wayland compositor has the screen, also where the windows are drawn through its X server. [any]
+[[nodiscard]] bool hasWaylandCompositor();
+
 /// Before the toolkit's start. True where the layer shell is there and will be used. [main]
 bool chooseDisplay();
 

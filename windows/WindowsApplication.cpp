@@ -179,6 +179,8 @@ class Windows final : public QObject {
 
   void openWindow(const json& message) {
     const auto identifier = message.at("window").get<std::string>();
+    // An X server's window manager would find a new window a place beside the popover.
+    if (!hasWaylandCompositor()) popover_.close();
     scenes_.open(identifier);
     // After it: it is the popover that has been clicked, and a desktop that asks for a reason takes no other. And no
     // later: as long as the popover is there the keyboard may be its alone.
