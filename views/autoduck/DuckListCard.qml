@@ -61,7 +61,7 @@ Surface {
             id: rows
 
             width: parent.width
-            visible: root.apps.count > 0
+            visible: root.apps.count > 0 // qmllint disable
 
             Accessible.role: Accessible.List
             Accessible.name: root.title

@@ -20,7 +20,7 @@ PlainButton {
         color: root.hovered ? Tokens.cardBGHover : Tokens.clear
     }
 
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         implicitHeight: root.tileSide
 
         Item {

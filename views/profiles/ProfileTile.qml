@@ -90,7 +90,7 @@ PlainButton {
         stroke: root.selected ? Tokens.cardStrokeSelected : Tokens.clear
     }
 
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         implicitHeight: root.tileSide
 
         Rectangle {
