@@ -56,6 +56,8 @@ ParameterSetter::ParameterSetter(std::uint32_t node) : client_(std::make_unique<
 
 ParameterSetter::~ParameterSetter() {
   pw_thread_loop_stop(client_->loop);
+  pw_proxy_destroy(client_->node);
+  pw_proxy_destroy(reinterpret_cast<pw_proxy*>(client_->registry));
   pw_context_destroy(client_->context);
   pw_thread_loop_destroy(client_->loop);
 }
