@@ -1,8 +1,6 @@
 // The toolkit first, then the files of those who would have told it.
 #include "views/DesktopFont.h"
 
-#include <QFileInfo>
-#include <QSettings>
 #include <QStringList>
 
 #include "views/design/Appearance.h"
@@ -11,18 +9,9 @@ namespace quillmere {
 
 namespace {
 
-/// A file of settings is a page or two; what is longer is none.
-constexpr qint64 maxSettingsBytes = qint64{256} * 1024;
 constexpr int maxNameLength = 100;
 
-struct FontSetting {
-  QLatin1StringView file;
-  QLatin1StringView key;
-  /// The desktop whose file this is; empty for one that many share.
-  QLatin1StringView desktop;
-};
-
-constexpr FontSetting settings[] = {
+constexpr DesktopSetting settings[] = {
     {QLatin1StringView("lxqt/lxqt.conf"), QLatin1StringView("Qt/font"), QLatin1StringView("LXQt")},
     {QLatin1StringView("gtk-4.0/settings.ini"), QLatin1StringView("Settings/gtk-font-name"), {}},
     {QLatin1StringView("gtk-3.0/settings.ini"), QLatin1StringView("Settings/gtk-font-name"), {}},
@@ -40,15 +29,10 @@ QString familyIn(const QVariant& value) {
 
 }  // namespace
 
-QString desktopFontFamily(const QString& toolkits, const IconThemePlaces& places) {
+QString desktopFontFamily(const QString& toolkits, const DesktopPlaces& places) {
   if (!Appearance::isAnyFace(toolkits)) return toolkits;
-  for (const auto& setting : settings) {
-    if (!setting.desktop.isEmpty() && !places.desktops.contains(setting.desktop)) continue;
-    const auto path = places.configHome + '/' + setting.file;
-    const QFileInfo file(path);
-    if (!file.isFile() || file.size() > maxSettingsBytes) continue;
-    const auto family = familyIn(QSettings(path, QSettings::IniFormat).value(setting.key));
-    if (!Appearance::isAnyFace(family)) return family;
+  for (const auto& value : desktopSettings(settings, places)) {
+    if (const auto family = familyIn(value); !Appearance::isAnyFace(family)) return family;
   }
   return toolkits;
 }

@@ -3,12 +3,12 @@
 
 #include <QString>
 
-#include "views/IconThemes.h"
+#include "views/DesktopSettings.h"
 
 namespace quillmere {
 
 /// The toolkit's own family where the desktop has told it one; else what the desktop's settings or those of another
 /// toolkit name; else the toolkit's word for any face. Reads a file or two.
-[[nodiscard]] QString desktopFontFamily(const QString& toolkits, const IconThemePlaces& places);
+[[nodiscard]] QString desktopFontFamily(const QString& toolkits, const DesktopPlaces& places);
 
 }  // namespace quillmere

@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
-#include <QSettings>
 #include <QStandardPaths>
 #include <utility>
 
@@ -12,17 +11,7 @@ namespace quillmere {
 
 namespace {
 
-/// A file of settings is a page or two; what is longer is none.
-constexpr qint64 maxSettingsBytes = qint64{256} * 1024;
-
-struct ThemeSetting {
-  QLatin1StringView file;
-  QLatin1StringView key;
-  /// The desktop whose file this is; empty for one that many share.
-  QLatin1StringView desktop;
-};
-
-constexpr ThemeSetting settings[] = {
+constexpr DesktopSetting settings[] = {
     {QLatin1StringView("lxqt/lxqt.conf"), QLatin1StringView("icon_theme"), QLatin1StringView("LXQt")},
     {QLatin1StringView("kdeglobals"), QLatin1StringView("Icons/Theme"), QLatin1StringView("KDE")},
     {QLatin1StringView("gtk-4.0/settings.ini"), QLatin1StringView("Settings/gtk-icon-theme-name"), {}},
@@ -45,19 +34,9 @@ bool isNone(const QString& theme) { return theme.isEmpty() || theme == QLatin1St
 
 }  // namespace
 
-IconThemePlaces iconThemePlaces() {
-  return {QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
-          qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(':', Qt::SkipEmptyParts)};
-}
-
-QString configuredIconTheme(const IconThemePlaces& places) {
-  for (const auto& setting : settings) {
-    if (!setting.desktop.isEmpty() && !places.desktops.contains(setting.desktop)) continue;
-    const auto path = places.configHome + '/' + setting.file;
-    const QFileInfo file(path);
-    if (!file.isFile() || file.size() > maxSettingsBytes) continue;
-    const auto name = QSettings(path, QSettings::IniFormat).value(setting.key).toString();
-    if (isThemeName(name)) return name;
+QString configuredIconTheme(const DesktopPlaces& places) {
+  for (const auto& value : desktopSettings(settings, places)) {
+    if (auto name = value.toString(); isThemeName(name)) return name;
   }
   return {};
 }
@@ -71,7 +50,7 @@ QString installedIconTheme(const QStringList& searchPaths) {
   return {};
 }
 
-void useIconThemes(const IconThemePlaces& places) {
+void useIconThemes(const DesktopPlaces& places) {
   if (isNone(QIcon::themeName())) {
     if (const auto theme = configuredIconTheme(places); !theme.isEmpty()) QIcon::setThemeName(theme);
   }

@@ -29,6 +29,7 @@
 #include "state/ViewSettings.h"
 #include "views/AboutWindow.h"
 #include "views/DesktopFont.h"
+#include "views/DesktopSettings.h"
 #include "views/IconThemes.h"
 #include "views/Translation.h"
 #include "views/ViewFactory.h"
@@ -246,7 +247,7 @@ class Windows final : public QObject {
   ViewFactory& factory() {
     if (!factory_) {
       chooseRenderer();
-      useIconThemes(iconThemePlaces());
+      useIconThemes(desktopPlaces());
       ViewIntents intents;
       intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
       intents.quit = [this] { send_({{"type", wire::quit}}); };
@@ -254,7 +255,7 @@ class Windows final : public QObject {
       auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
       desktop_.emplace(host_.makeDesktop(runtime_, std::move(dialogue)), runtime_,
                        [state = state_] { return soundingIn(*state); });
-      Appearance::shared().setFontFamily(desktopFontFamily(QGuiApplication::font().family(), iconThemePlaces()));
+      Appearance::shared().setFontFamily(desktopFontFamily(QGuiApplication::font().family(), desktopPlaces()));
       desktop_->look().onWished([](const LookWishes& wishes) {
         Appearance::shared().setReducesMotion(wishes.reducesMotion);
         Appearance::shared().setWantsContrast(wishes.wantsContrast);

@@ -38,7 +38,7 @@ class IconThemes : public testing::Test {
     image.fill(colour);
     ASSERT_TRUE(image.save(path));
   }
-  [[nodiscard]] IconThemePlaces places(QStringList desktops = {"LXQt"}) const {
+  [[nodiscard]] DesktopPlaces places(QStringList desktops = {"LXQt"}) const {
     return {folder.filePath("config"), std::move(desktops)};
   }
   /// A session whose desktop names no theme to the toolkit.

@@ -36,16 +36,16 @@ class Panel : public QWindow {
   }
 };
 
-class Popover : public ::testing::Test {
+/// A popover on the stage of one kind of desktop.
+template <typename Stage>
+class PopoverOn : public ::testing::Test {
  protected:
-  Popover() { Panel::menuIsOpen = false; }
+  PopoverOn() { Panel::menuIsOpen = false; }
 
-  void open() {
+  void toggle() {
     // Longer than the time in which a click on the icon counts as the one that has closed it.
     time.advance(1s);
     popover.toggle({});
-    ASSERT_TRUE(QTest::qWaitFor([this] { return QGuiApplication::focusWindow() == made; }));
-    ASSERT_TRUE(popover.isShown());
   }
 
   VirtualTime time;
@@ -57,7 +57,16 @@ class Popover : public ::testing::Test {
                               made = panel.get();
                               return panel;
                             },
-                            std::make_unique<PlacedStage>()};
+                            std::make_unique<Stage>()};
+};
+
+class Popover : public PopoverOn<PlacedStage> {
+ protected:
+  void open() {
+    toggle();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return QGuiApplication::focusWindow() == made; }));
+    ASSERT_TRUE(popover.isShown());
+  }
 };
 
 TEST_F(Popover, TheIconOpensAndClosesIt) {
@@ -96,25 +105,13 @@ class DeafStage final : public PopoverStage {
   QWindow* window_ = nullptr;
 };
 
-class PopoverWithoutKeyboard : public ::testing::Test {
+class PopoverWithoutKeyboard : public PopoverOn<DeafStage> {
  protected:
   void open() {
-    time.advance(1s);
-    popover.toggle({});
+    toggle();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(made));
     ASSERT_TRUE(popover.isShown());
   }
-
-  VirtualTime time;
-  RecordingLogSink log;
-  QWindow* made = nullptr;
-  PopoverController popover{time.runtime(log),
-                            [this] {
-                              auto panel = std::make_unique<Panel>();
-                              made = panel.get();
-                              return panel;
-                            },
-                            std::make_unique<DeafStage>()};
 };
 
 /// The program's window has the focus now.

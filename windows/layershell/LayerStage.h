@@ -35,7 +35,9 @@ class LayerStage final : public PopoverStage {
   Backdrops backdrops_;
   /// Runs until the window is shown, wherever the pointer is.
   TimerID timer_ = 0;
+  /// When it was last to be shown.
   MonotonicTime wished_{};
+  /// Of several screens that tell of the pointer, the first counts.
   bool isPointerFound_ = false;
 };
 

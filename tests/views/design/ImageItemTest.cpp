@@ -42,6 +42,7 @@ TEST(ImageItem, ANewPictureIsOneFrame) {
   const int painted = item.painted;
   item.repaint();
   ASSERT_TRUE(QTest::qWaitFor([&frames] { return frames > 0; }));
+  // Several frames long: that no other comes has no event.
   QTest::qWait(100);
   EXPECT_EQ(item.painted, painted + 1);
   EXPECT_EQ(frames, 1);
