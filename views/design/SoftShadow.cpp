@@ -8,6 +8,8 @@
 #include <QSGNinePatchNode>
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "views/design/Tokens.h"
@@ -33,23 +35,47 @@ std::vector<int> boxesFor(double deviation) {
   return boxes;
 }
 
-// One pass over lines of count values that lie step apart.
-void boxBlur(std::vector<float>& values, int lines, int lineStep, int count, int step, int box) {
-  const int half = box / 2;
-  std::vector<float> line(static_cast<std::size_t>(count));
-  for (int i = 0; i < lines; ++i) {
-    float* const first = values.data() + static_cast<std::ptrdiff_t>(i) * lineStep;
-    const auto at = [&](int k) -> float {
-      return k >= 0 && k < count ? first[static_cast<std::ptrdiff_t>(k) * step] : 0.0f;
-    };
-    float sum = 0;
-    for (int k = -half; k <= half; ++k) sum += at(k);
-    for (int k = 0; k < count; ++k) {
-      line[static_cast<std::size_t>(k)] = sum / static_cast<float>(box);
-      sum += at(k + half + 1) - at(k - half);
-    }
-    for (int k = 0; k < count; ++k) first[static_cast<std::ptrdiff_t>(k) * step] = line[static_cast<std::size_t>(k)];
+/// Values in rows of `width`; the rows are added up whole, which a processor does several numbers at a time.
+struct Raster {
+  std::size_t width = 0;
+  std::size_t height = 0;
+  std::vector<float> values;
+
+  [[nodiscard]] const float* row(std::size_t y) const { return values.data() + y * width; }
+  [[nodiscard]] float* row(std::size_t y) { return values.data() + y * width; }
+};
+
+/// Each value becomes the mean of the `box` values above, at and below it. `blurred` is a raster of the same size for
+/// the work.
+void blurDownwards(Raster& raster, Raster& blurred, std::size_t box) {
+  const std::size_t half = box / 2;
+  const float share = 1 / static_cast<float>(box);
+  const auto add = [width = raster.width](std::vector<float>& sum, const float* row, float factor) {
+    for (std::size_t x = 0; x < width; ++x) sum[x] += factor * row[x];
+  };
+  std::vector<float> sum(raster.width);
+  for (std::size_t y = 0; y < std::min(half, raster.height); ++y) add(sum, raster.row(y), 1);
+  for (std::size_t y = 0; y < raster.height; ++y) {
+    if (y + half < raster.height) add(sum, raster.row(y + half), 1);
+    float* const to = blurred.row(y);
+    for (std::size_t x = 0; x < raster.width; ++x) to[x] = share * sum[x];
+    if (y >= half) add(sum, raster.row(y - half), -1);
   }
+  std::swap(raster, blurred);
+}
+
+Raster transposed(const Raster& raster) {
+  Raster turned{raster.height, raster.width, std::vector<float>(raster.values.size())};
+  for (std::size_t y = 0; y < raster.height; ++y) {
+    const float* const from = raster.row(y);
+    for (std::size_t x = 0; x < raster.width; ++x) turned.row(x)[y] = from[x];
+  }
+  return turned;
+}
+
+void blurDownwards(Raster& raster, const std::vector<int>& boxes) {
+  Raster blurred = raster;
+  for (const int box : boxes) blurDownwards(raster, blurred, static_cast<std::size_t>(box));
 }
 
 }  // namespace
@@ -73,27 +99,24 @@ QImage drawShadow(const ShadowShape& shape, double scale) {
     painter.setBrush(Qt::black);
     painter.drawRoundedRect(body.translated(0, shape.offsetDown), corner, corner);
   }
-  std::vector<float> values(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+  Raster ink{static_cast<std::size_t>(width), static_cast<std::size_t>(height), {}};
+  ink.values.reserve(ink.width * ink.height);
   for (int y = 0; y < height; ++y) {
     const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = 0; x < width; ++x) {
-      values[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)] =
-          static_cast<float>(qAlpha(line[x]));
-    }
+    for (int x = 0; x < width; ++x) ink.values.push_back(static_cast<float>(qAlpha(line[x])));
   }
   if (shape.radius > 0) {
-    for (const int box : boxesFor(shape.radius * scale)) {
-      boxBlur(values, height, width, width, 1, box);
-      boxBlur(values, width, 1, height, width, box);
-    }
+    const auto boxes = boxesFor(shape.radius * scale);
+    blurDownwards(ink, boxes);
+    ink = transposed(ink);
+    blurDownwards(ink, boxes);
+    ink = transposed(ink);
   }
   for (int y = 0; y < height; ++y) {
     auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-    for (int x = 0; x < width; ++x) {
-      const float value =
-          values[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
-      line[x] = qRgba(0, 0, 0, std::clamp(static_cast<int>(std::lround(value)), 0, 255));
-    }
+    const float* const from = ink.row(static_cast<std::size_t>(y));
+    for (int x = 0; x < width; ++x)
+      line[x] = qRgba(0, 0, 0, static_cast<int>(std::clamp(from[x], 0.0f, 255.0f) + 0.5f));
   }
   if (shape.cutOut) {
     QPainter painter(&image);
@@ -155,9 +178,12 @@ void SoftShadow::updatePolish() {
   // What lies between the corners is alike all along, so a small body stands for every larger one.
   const double cornerRegion = std::ceil(corner_ + reach);
   const QSizeF smallest(2 * cornerRegion + 2, 2 * cornerRegion + 2);
-  const bool stretched = width() > smallest.width() && height() > smallest.height();
-  if (stretched) shape.size = smallest;
-  padding_ = stretched ? reach + cornerRegion : 0;
+  shape.size = shape.size.boundedTo(smallest);
+  // An axis that has no such middle is drawn as it is: whole points of border, or they would overlap by one.
+  const auto border = [reach, cornerRegion](double whole, double drawn) {
+    return whole > drawn ? reach + cornerRegion : std::floor(drawn / 2 + reach);
+  };
+  padding_ = QSizeF(border(width(), shape.size.width()), border(height(), shape.size.height()));
   scale_ = window()->effectiveDevicePixelRatio();
 
   const QString key = QStringLiteral("%1 %2 %3 %4 %5 %6 %7")
@@ -200,7 +226,7 @@ QSGNode* SoftShadow::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
     imageChanged_ = false;
   }
   node->setDevicePixelRatio(scale_);
-  node->setPadding(padding_, padding_, padding_, padding_);
+  node->setPadding(padding_.width(), padding_.height(), padding_.width(), padding_.height());
   node->setBounds(place_);
   node->update();
   return node;

@@ -67,7 +67,7 @@ class SoftShadow : public QQuickItem {
 
   QImage image_;
   QRectF place_;
-  double padding_ = 0;
+  QSizeF padding_;
   double scale_ = 1;
   bool imageChanged_ = false;
 };

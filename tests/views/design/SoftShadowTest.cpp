@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QQuickWindow>
+#include <QTest>
+#include <algorithm>
+#include <cstdlib>
+
 namespace quillmere {
 namespace {
 
@@ -44,6 +49,43 @@ TEST(SoftShadow, CutOutLeavesTheInsideClear) {
   EXPECT_EQ(qAlpha(image.pixel(image.width() / 2, image.height() / 2)), 0);
   const int below = static_cast<int>(shape.reach()) + 60 + 2;
   EXPECT_GT(qAlpha(image.pixel(image.width() / 2, below)), 60);
+}
+
+/// The shadow as an item shows it: black on white.
+QImage shown(QSizeF size, double corner, double radius, double offsetDown) {
+  QQuickWindow window;
+  window.setColor(Qt::white);
+  const double reach = ShadowShape{size, corner, radius, offsetDown, false}.reach();
+  window.resize((size + QSizeF(2 * reach, 2 * reach)).toSize());
+  SoftShadow item;
+  item.setColor(Qt::black);
+  item.setCorner(corner);
+  item.setBlurRadius(radius);
+  item.setOffsetDown(offsetDown);
+  item.setCutOut(false);
+  item.setSize(size);
+  item.setPosition({reach, reach});
+  item.setParentItem(window.contentItem());
+  window.show();
+  EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+  const QImage image = window.grabWindow();
+  item.setParentItem(nullptr);
+  return image;
+}
+
+TEST(SoftShadow, StretchedPictureOfAnySizeIsTheOneThatWouldBeDrawnWhole) {
+  for (const QSizeF size : {QSizeF(500, 300), QSizeF(500, 41), QSizeF(36, 300), QSizeF(30, 30), QSizeF(81, 60)}) {
+    const QImage image = shown(size, 12, 9, 3);
+    const QImage whole = drawShadow({.size = size, .corner = 12, .radius = 9, .offsetDown = 3, .cutOut = false}, 1);
+    ASSERT_EQ(image.size(), whole.size());
+    int worst = 0;
+    for (int y = 0; y < whole.height(); ++y) {
+      for (int x = 0; x < whole.width(); ++x) {
+        worst = std::max(worst, std::abs(255 - qGray(image.pixel(x, y)) - qAlpha(whole.pixel(x, y))));
+      }
+    }
+    EXPECT_LE(worst, 2) << size.width() << " by " << size.height();
+  }
 }
 
 TEST(SoftShadow, HasAsManyPixelsAsTheScaleAsksFor) {
