@@ -5,11 +5,13 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QLoggingCategory>
+#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickView>
 #include <QThreadPool>
 #include <cstdlib>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 #include "integrations/DesktopServices.h"
@@ -49,20 +51,42 @@ void traceFrames(QQuickWindow& window) {
       Qt::DirectConnection);
 }
 
-/// A window of its own engine around one component of the views' module. `presenter` lives as long as the window.
-template <typename Presenter>
-std::unique_ptr<QQuickView> makeWindow(Workspace& workspace, const QString& component,
-                                       std::unique_ptr<Presenter> presenter) {
+/// A window of its own engine around one component of the views' module, whose size is the window's, or without a size
+/// the other way round. What `makePresenter` makes lives as long as the window.
+template <typename MakePresenter>
+std::unique_ptr<QQuickView> makeWindow(Workspace& workspace, const QString& component, const QSize& size,
+                                       const MakePresenter& makePresenter) {
   auto view = std::make_unique<QQuickView>();
   if (frames().isDebugEnabled()) traceFrames(*view);
-  view->engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-  view->engine()->addImageProvider(QLatin1StringView(AppIconProvider::id), new AppIconProvider(workspace));
+  auto* engine = view->engine();
+  engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
+  const QUrl source(QStringLiteral("qrc:/qt/qml/Quillmere/Views/") + component);
+  // The types are read on a thread of the engine's, beside what is made ready here; whoever needs them then waits for
+  // the rest.
+  const QQmlComponent reading(engine, source, QQmlComponent::Asynchronous);
+
+  auto* icons = new AppIconProvider(workspace);
+  engine->addImageProvider(QLatin1StringView(AppIconProvider::id), icons);
+  icons->waitForPicture();
+  QObject::connect(
+      view.get(), &QQuickWindow::frameSwapped, view.get(), [icons] { icons->pictureStands(); },
+      Qt::SingleShotConnection);
   view->setColor(toColor(design::colour::canvasBG));
-  view->setInitialProperties({{QStringLiteral("presenter"), QVariant::fromValue(presenter.get())}});
-  QObject::connect(view.get(), &QWindow::visibleChanged, presenter.get(), &Presenter::setVisible);
   // The view takes its scene down before its children.
-  presenter.release()->setParent(view.get());
-  view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/Quillmere/Views/") + component));
+  auto* presenter = makePresenter().release();
+  presenter->setParent(view.get());
+  QObject::connect(view.get(), &QWindow::visibleChanged, presenter,
+                   &std::remove_pointer_t<decltype(presenter)>::setVisible);
+  QVariantMap properties{{QStringLiteral("presenter"), QVariant::fromValue(presenter)}};
+  if (size.isValid()) {
+    // From the start, or everything would be laid out twice.
+    properties.insert({{QStringLiteral("width"), size.width()}, {QStringLiteral("height"), size.height()}});
+    view->resize(size);
+  }
+  view->setResizeMode(size.isValid() ? QQuickView::SizeRootObjectToView : QQuickView::SizeViewToRootObject);
+  view->setInitialProperties(properties);
+  Tokens::loadFonts();
+  view->setSource(source);
   if (view->status() != QQuickView::Ready) {
     // The scenes are compiled in: this is a mistake of ours, not of the machine.
     for (const auto& error : view->errors()) qCritical("%s", qPrintable(error.toString()));
@@ -79,32 +103,28 @@ ViewFactory::ViewFactory(ViewServices services) : services_(std::move(services))
 ViewFactory::~ViewFactory() { QThreadPool::globalInstance()->waitForDone(); }
 
 std::unique_ptr<QQuickWindow> ViewFactory::makePopover() {
-  auto view = makeWindow(
-      services_.desktop.workspace(), QStringLiteral("MixerPanel.qml"),
-      std::make_unique<MixerPanelPresenter>(services_.state, services_.runtime, services_.settings, services_.intents));
-  view->setResizeMode(QQuickView::SizeViewToRootObject);
+  auto view = makeWindow(services_.desktop.workspace(), QStringLiteral("MixerPanel.qml"), {}, [this] {
+    return std::make_unique<MixerPanelPresenter>(services_.state, services_.runtime, services_.settings,
+                                                 services_.intents);
+  });
   view->setTitle(QStringLiteral("quillmere"));
   return view;
 }
 
 std::unique_ptr<QQuickWindow> ViewFactory::makeMainWindow() {
-  auto view = makeWindow(services_.desktop.workspace(), QStringLiteral("MainWindow.qml"),
-                         std::make_unique<MainWindowPresenter>(services_));
-  view->setResizeMode(QQuickView::SizeRootObjectToView);
+  auto view = makeWindow(services_.desktop.workspace(), QStringLiteral("MainWindow.qml"), mainWindowSize,
+                         [this] { return std::make_unique<MainWindowPresenter>(services_); });
   view->setTitle(QStringLiteral("quillmere"));
   view->setMinimumSize(mainWindowMinimum);
-  view->resize(mainWindowSize);
   return view;
 }
 
 std::unique_ptr<QQuickWindow> ViewFactory::makeOnboarding() {
-  auto view = makeWindow(services_.desktop.workspace(), QStringLiteral("OnboardingWindow.qml"),
-                         std::make_unique<OnboardingPresenter>(services_));
-  view->setResizeMode(QQuickView::SizeRootObjectToView);
+  auto view = makeWindow(services_.desktop.workspace(), QStringLiteral("OnboardingWindow.qml"), onboardingSize,
+                         [this] { return std::make_unique<OnboardingPresenter>(services_); });
   view->setTitle(QCoreApplication::translate("OnboardingWindow", "Welcome to quillmere"));
   view->setMinimumSize(onboardingMinimum);
   view->setMaximumSize(onboardingSize);
-  view->resize(onboardingSize);
   return view;
 }
 

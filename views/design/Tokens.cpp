@@ -2,10 +2,12 @@
 #include "views/design/Tokens.h"
 
 #include <QFontMetricsF>
+#include <QTextBoundaryFinder>
 #include <QTextLayout>
 #include <QTextOption>
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "views/design/Appearance.h"
 
@@ -48,6 +50,7 @@ struct Breaks {
   bool withinWord = false;
 };
 
+/// As a text item breaks the text: exact, and dear, since each call shapes the whole text.
 Breaks breakUp(const QString& text, const QFont& font, double width) {
   QTextLayout layout(text, font);
   QTextOption option;
@@ -63,6 +66,65 @@ Breaks breakUp(const QString& text, const QFont& font, double width) {
   }
   layout.endLayout();
   return breaks;
+}
+
+/// What a line can't be broken within, and the room that it takes.
+struct Piece {
+  double width = 0;
+  /// With the spaces behind it, which stand only between two pieces of a line.
+  double advance = 0;
+  bool endsWord = false;
+};
+
+std::vector<Piece> piecesOf(const QString& text, const QFont& font) {
+  const QFontMetricsF metrics(font);
+  QTextBoundaryFinder finder(QTextBoundaryFinder::Line, text);
+  std::vector<Piece> pieces;
+  qsizetype start = 0;
+  for (auto end = finder.toNextBoundary(); end > start; end = finder.toNextBoundary()) {
+    auto visible = end;
+    while (visible > start && text.at(visible - 1).isSpace()) --visible;
+    const double advance = metrics.horizontalAdvance(text.sliced(start, end - start));
+    const double width = visible == end ? advance : metrics.horizontalAdvance(text.sliced(start, visible - start));
+    pieces.push_back({width, advance, visible < end});
+    start = end;
+  }
+  return pieces;
+}
+
+/// The same from the pieces alone. A piece that is wider than the line counts as a break within a word.
+Breaks breakUp(const std::vector<Piece>& pieces, double width) {
+  Breaks breaks{.lines = 1};
+  double used = 0;
+  bool wordEnded = true;
+  for (const auto& piece : pieces) {
+    if (used > 0 && used + piece.width > width) {
+      ++breaks.lines;
+      breaks.withinWord = breaks.withinWord || !wordEnded;
+      used = 0;
+    }
+    breaks.withinWord = breaks.withinWord || piece.width > width;
+    used += piece.advance;
+    wordEnded = piece.endsWord;
+  }
+  return breaks;
+}
+
+/// The least width at which `breaks` makes no more lines than at `width`, and breaks no word if that can be had.
+template <typename BreakUp>
+double leastWidth(const BreakUp& breaks, double width, int lines) {
+  double tooNarrow = 0;
+  double enough = width;
+  while (enough - tooNarrow > 1) {
+    const double middle = (tooNarrow + enough) / 2;
+    (breaks(middle).lines > lines ? tooNarrow : enough) = middle;
+  }
+  // A hyphen at the end of a line is worse than lines of unequal length.
+  const double least = std::ceil(enough);
+  for (double whole = least; whole < width; ++whole) {
+    if (!breaks(whole).withinWord) return whole;
+  }
+  return least;
 }
 
 }  // namespace
@@ -173,22 +235,28 @@ bool Tokens::hasEvenDigits(const QFont& font) {
 
 double Tokens::capHeight(const QFont& font) { return QFontMetricsF(font).capHeight(); }
 
+void Tokens::loadFonts() {
+  for (const auto& face : {design::face::bodyText, design::face::bodyEmphasis, design::face::caption1,
+                           design::face::captionStrong, design::face::sectionCaps, design::face::metric}) {
+    static_cast<void>(QFontMetricsF(toFont(face)).capHeight());
+  }
+}
+
 double Tokens::balancedWidth(const QString& text, const QFont& font, double width) {
   if (text.isEmpty() || width < 1) return width;
-  const int lines = breakUp(text, font, width).lines;
-  if (lines < 2) return width;
-  double tooNarrow = 0;
-  double enough = width;
-  while (enough - tooNarrow > 1) {
-    const double middle = (tooNarrow + enough) / 2;
-    (breakUp(text, font, middle).lines > lines ? tooNarrow : enough) = middle;
+  const auto pieces = piecesOf(text, font);
+  const auto ofPieces = [&pieces](double room) { return breakUp(pieces, room); };
+  const auto expected = ofPieces(width);
+  if (expected.lines < 2 && !expected.withinWord) return width;
+  if (!expected.withinWord) {
+    const double least = leastWidth(ofPieces, width, expected.lines);
+    const auto actual = breakUp(text, font, least);
+    if (actual.lines == expected.lines && !actual.withinWord) return least;
   }
-  // A hyphen at the end of a line is worse than lines of unequal length.
-  const double least = std::ceil(enough);
-  for (double whole = least; whole < width; ++whole) {
-    if (!breakUp(text, font, whole).withinWord) return whole;
-  }
-  return least;
+  // Forced line ends, words longer than a line, and letters that move together where pieces meet.
+  const auto ofText = [&](double room) { return breakUp(text, font, room); };
+  const int lines = ofText(width).lines;
+  return lines < 2 ? width : leastWidth(ofText, width, lines);
 }
 
 }  // namespace quillmere

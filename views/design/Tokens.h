@@ -162,6 +162,8 @@ class Tokens : public QObject {
   Q_INVOKABLE static bool hasEvenDigits(const QFont& font);
   /// The height of the font's capitals, in points.
   Q_INVOKABLE static double capHeight(const QFont& font);
+  /// Loads the faces that every window's first picture wants, for whoever has the time while its scene is read.
+  static void loadFonts();
   /// The least width, at most width, at which the text takes no more lines than at width and,
   /// where it can be helped, no line ends within a word.
   Q_INVOKABLE static double balancedWidth(const QString& text, const QFont& font, double width);

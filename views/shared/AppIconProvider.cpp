@@ -11,10 +11,12 @@
 #include <QThreadPool>
 #include <QUrlQuery>
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <set>
 #include <utility>
+#include <vector>
 
 #include "platform/Workspace.h"
 
@@ -160,20 +162,46 @@ void deliver(Delivery& delivery, QImage image) {
   if (delivery.response != nullptr) delivery.response->finish(std::move(image));
 }
 
-void drawThemed(const std::shared_ptr<Delivery>& delivery, const QString& name, const Box& box) {
-  // The icon theme belongs to the main thread.
-  QMetaObject::invokeMethod(QCoreApplication::instance(), [delivery, name, box] {
-    const auto icon = QIcon::fromTheme(name);
-    deliver(*delivery, icon.isNull() ? QImage() : boxed(icon.pixmap(box.size, 1.0).toImage(), box));
-  });
-}
-
 }  // namespace
 
+/// Draws icons of the theme, which belongs to the main thread.
+class AppIconProvider::ThemedIcons : public std::enable_shared_from_this<ThemedIcons> {
+ public:
+  /// [any]
+  void draw(std::shared_ptr<Delivery> delivery, const QString& name, const Box& box) {
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [self = shared_from_this(), delivery = std::move(delivery), name, box] {
+          const auto job = [delivery, name, box] {
+            const auto icon = QIcon::fromTheme(name);
+            deliver(*delivery, icon.isNull() ? QImage() : boxed(icon.pixmap(box.size, 1.0).toImage(), box));
+          };
+          if (self->waits_) {
+            self->waiting_.emplace_back(job);
+          } else {
+            job();
+          }
+        });
+  }
+  /// [main]
+  void setWaits(bool waits) {
+    waits_ = waits;
+    if (waits) return;
+    for (const auto& job : std::exchange(waiting_, {})) job();
+  }
+
+ private:
+  bool waits_ = false;
+  std::vector<std::function<void()>> waiting_;
+};
+
 AppIconProvider::AppIconProvider(Workspace& workspace)
-    : workspace_(workspace), omissions_(std::make_shared<IconOmissions>()) {}
+    : workspace_(workspace), omissions_(std::make_shared<IconOmissions>()), themed_(std::make_shared<ThemedIcons>()) {}
 
 AppIconProvider::~AppIconProvider() = default;
+
+void AppIconProvider::waitForPicture() { themed_->setWaits(true); }
+
+void AppIconProvider::pictureStands() { themed_->setWaits(false); }
 
 QUrl AppIconProvider::urlFor(const std::string& bundleID) {
   // An identifier may hold anything; in the address it is plain text.
@@ -191,24 +219,24 @@ QQuickImageResponse* AppIconProvider::requestImageResponse(const QString& addres
   const auto corner = QUrlQuery(address.section('?', 1)).queryItemValue(QStringLiteral("corner"));
   if (!corner.isEmpty()) box.corner = std::clamp(corner.toDouble(), 0.0, 0.5);
   auto* response = new IconResponse;
-  QThreadPool::globalInstance()->start(
-      [&workspace = workspace_, omissions = omissions_, delivery = response->delivery(), bundleID, box] {
-        const auto icon = workspace.icon(bundleID);
-        if (!icon) {
-          deliver(*delivery, {});
-        } else if (const auto* themed = std::get_if<ThemedIcon>(&*icon)) {
-          drawThemed(delivery, QString::fromStdString(themed->name), box);
-        } else if (const auto* file = std::get_if<FileIcon>(&*icon)) {
-          deliver(*delivery, boxed(readFile(QString::fromStdString(file->path), box.size, *omissions), box));
-        } else {
-          const auto& png = std::get<EncodedIcon>(*icon).png;
-          QByteArray bytes(reinterpret_cast<const char*>(png.data()), static_cast<qsizetype>(png.size()));
-          QBuffer buffer(&bytes);
-          QImageReader reader(&buffer);
-          QString problem;
-          deliver(*delivery, boxed(readImage(reader, box.size, problem), box));
-        }
-      });
+  QThreadPool::globalInstance()->start([&workspace = workspace_, omissions = omissions_, themedIcons = themed_,
+                                        delivery = response->delivery(), bundleID, box] {
+    const auto icon = workspace.icon(bundleID);
+    if (!icon) {
+      deliver(*delivery, {});
+    } else if (const auto* themed = std::get_if<ThemedIcon>(&*icon)) {
+      themedIcons->draw(delivery, QString::fromStdString(themed->name), box);
+    } else if (const auto* file = std::get_if<FileIcon>(&*icon)) {
+      deliver(*delivery, boxed(readFile(QString::fromStdString(file->path), box.size, *omissions), box));
+    } else {
+      const auto& png = std::get<EncodedIcon>(*icon).png;
+      QByteArray bytes(reinterpret_cast<const char*>(png.data()), static_cast<qsizetype>(png.size()));
+      QBuffer buffer(&bytes);
+      QImageReader reader(&buffer);
+      QString problem;
+      deliver(*delivery, boxed(readImage(reader, box.size, problem), box));
+    }
+  });
   return response;
 }
 

@@ -26,10 +26,18 @@ class AppIconProvider final : public QQuickAsyncImageProvider {
 
   QQuickImageResponse* requestImageResponse(const QString& address, const QSize& requestedSize) override;
 
+  /// [main] From now on icons of the theme are drawn only once pictureStands() has been said: reading a theme for the
+  /// first time takes longer than all else that a window's first picture waits for on this thread.
+  void waitForPicture();
+  void pictureStands();
+
  private:
+  class ThemedIcons;
+
   Workspace& workspace_;
   /// Those who still look for an icon need it when this has gone.
   std::shared_ptr<IconOmissions> omissions_;
+  std::shared_ptr<ThemedIcons> themed_;
 };
 
 }  // namespace quillmere

@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <QFontMetricsF>
+#include <QStringList>
+#include <QTextLayout>
+#include <QTextOption>
 #include <QVariant>
 
 namespace quillmere {
@@ -146,6 +149,52 @@ TEST(Tokens, BalancedWidthLeavesNoWordAloneAndAddsNoLine) {
 TEST(Tokens, BalancedWidthOfASingleLineIsAllThereIs) {
   EXPECT_EQ(Tokens::balancedWidth(QStringLiteral("word"), fontOf("bodyText"), 500), 500);
   EXPECT_EQ(Tokens::balancedWidth(QString(), fontOf("bodyText"), 500), 500);
+}
+
+struct Broken {
+  int lines = 0;
+  bool withinWord = false;
+};
+
+Broken brokenAt(const QString& text, const QFont& font, double width) {
+  QTextLayout layout(text, font);
+  QTextOption option;
+  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  layout.setTextOption(option);
+  Broken broken;
+  layout.beginLayout();
+  for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+    line.setLineWidth(width);
+    const auto start = line.textStart();
+    broken.withinWord |= start > 0 && !text.at(start - 1).isSpace();
+    ++broken.lines;
+  }
+  layout.endLayout();
+  return broken;
+}
+
+TEST(Tokens, BalancedWidthAddsNoLineWhateverTheText) {
+  const QStringList texts{
+      QStringLiteral("Music ducks when a call opens the microphone, and comes back when the call is over."),
+      QStringLiteral("a long-winded, well-known, never-ending, often-told story of up-and-coming people"),
+      QStringLiteral("Donaudampfschifffahrtsgesellschaftskapitän is one word and these are some others beside it"),
+      QStringLiteral("first line%1second line, which is a good deal longer than the first").arg(QChar::LineSeparator),
+      QStringLiteral("كل تطبيق له مستوى صوت خاص به ويمكن كتمه أو نقله إلى جهاز آخر في أي وقت"),
+      QStringLiteral("每个应用程序都有自己的音量、静音和输出设备，通话时音乐会自动变小"),
+      QStringLiteral("two   spaces   between   the   words   of   this   text,   here   and   there")};
+  for (const auto& text : texts) {
+    for (const char* face : {"bodyText", "caption1", "displayL"}) {
+      const QFont font = fontOf(face);
+      for (const double width : {90.0, 173.0, 240.5, 400.0, 2000.0}) {
+        const double balanced = Tokens::balancedWidth(text, font, width);
+        EXPECT_LE(balanced, width) << text.toStdString() << ' ' << face;
+        const auto wide = brokenAt(text, font, width);
+        const auto narrow = brokenAt(text, font, balanced);
+        EXPECT_EQ(narrow.lines, wide.lines) << text.toStdString() << ' ' << face << ' ' << width << ' ' << balanced;
+        EXPECT_LE(narrow.withinWord, wide.withinWord) << text.toStdString() << ' ' << face << ' ' << width;
+      }
+    }
+  }
 }
 
 TEST(Tokens, CapitalsKeepTheTextsOwnLetters) {

@@ -121,6 +121,31 @@ TEST_F(AppIcons, DamagedPictureIsOneClearPixel) {
   EXPECT_EQ(icon(player).size(), QSize(1, 1));
 }
 
+TEST_F(AppIcons, ThemesAreReadOnlyOnceThePictureStands) {
+  provider.waitForPicture();
+  workspace.setIcon(player, ThemedIcon{"no-such-icon"});
+  const std::unique_ptr<QQuickImageResponse> response(
+      provider.requestImageResponse(AppIconProvider::urlFor(player).path().mid(1), asked));
+  bool isFinished = false;
+  QObject::connect(response.get(), &QQuickImageResponse::finished, [&isFinished] { isFinished = true; });
+  QThreadPool::globalInstance()->waitForDone();
+  // What the pool has asked of the main thread is done.
+  QCoreApplication::sendPostedEvents();
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(isFinished);
+  provider.pictureStands();
+  EXPECT_TRUE(QTest::qWaitFor([&isFinished] { return isFinished; }));
+}
+
+TEST_F(AppIcons, OneThatIsGivenUpBeforeThePictureStandsIsNoTrouble) {
+  provider.waitForPicture();
+  workspace.setIcon(player, ThemedIcon{"no-such-icon"});
+  delete provider.requestImageResponse(AppIconProvider::urlFor(player).path().mid(1), asked);
+  QThreadPool::globalInstance()->waitForDone();
+  QCoreApplication::processEvents();
+  provider.pictureStands();
+}
+
 TEST_F(AppIcons, NameThatNoThemeKnowsIsOneClearPixel) {
   workspace.setIcon(player, ThemedIcon{"no-such-icon-anywhere"});
   EXPECT_EQ(icon(player).size(), QSize(1, 1));
