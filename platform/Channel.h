@@ -34,6 +34,9 @@ class Channel {
 class WindowsLauncher {
  public:
   virtual ~WindowsLauncher() = default;
+  /// Starts the process ahead of the next launch(), which will then find it further on. Nothing happens where it can't
+  /// be started, or has been already. Does not wait for the process. [main]
+  virtual void prepare() {}
   /// The line to a newly started process, which ends when this end is destroyed. Null, and a line in the log, where it
   /// can't be started. Does not wait for the process. [main]
   [[nodiscard]] virtual std::unique_ptr<Channel> launch(ChannelEvents events) = 0;

@@ -183,6 +183,8 @@ int runApplication(int argc, char** argv, const Host& host) {
   }
   const auto launcher = host.makeWindowsLauncher(runtime);
   if (!launcher) return EXIT_FAILURE;
+  // It starts while this program looks at the sound, and draws the main window as soon as that is asked for.
+  if (wish) launcher->prepare();
 
   Machine machine = host.makeMachine(runtime);
   ProcessTapEngine engine(*machine.audio, runtime);

@@ -132,14 +132,26 @@ LinuxWindowsLauncher::LinuxWindowsLauncher(const std::vector<std::string>& place
 }
 
 LinuxWindowsLauncher::~LinuxWindowsLauncher() {
+  // A process that nobody has asked for anything ends as any other does: it loses its line.
+  if (prepared_) static_cast<void>(launch({[](const std::string&) {}, [] {}}));
   if (program_ >= 0) ::close(program_);
 }
 
+void LinuxWindowsLauncher::prepare() {
+  if (!prepared_) prepared_ = start();
+}
+
 std::unique_ptr<Channel> LinuxWindowsLauncher::launch(ChannelEvents events) {
+  const auto started = prepared_ ? std::exchange(prepared_, std::nullopt) : start();
+  if (!started) return nullptr;
+  return std::make_unique<ChildChannel>(started->socket, started->pid, std::move(events), log_);
+}
+
+std::optional<LinuxWindowsLauncher::Started> LinuxWindowsLauncher::start() {
   std::array<int, 2> ends{-1, -1};
   if (program_ < 0 || ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
     log_.error(std::string("the windows can't be started: ") + std::strerror(program_ < 0 ? ENOENT : errno));
-    return nullptr;
+    return std::nullopt;
   }
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
@@ -155,9 +167,9 @@ std::unique_ptr<Channel> LinuxWindowsLauncher::launch(ChannelEvents events) {
   if (failure != 0) {
     ::close(ends[0]);
     log_.error(std::string("the windows can't be started: ") + std::strerror(failure));
-    return nullptr;
+    return std::nullopt;
   }
-  return std::make_unique<ChildChannel>(ends[0], pid, std::move(events), log_);
+  return Started{ends[0], pid};
 }
 
 std::unique_ptr<Channel> openInheritedChannel(ChannelEvents events) {

@@ -1,7 +1,10 @@
 // Starts the program that draws the windows, and stands by until it has ended.
 #pragma once
 
+#include <sys/types.h>
+
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,10 +25,19 @@ class LinuxWindowsLauncher final : public WindowsLauncher {
 
   /// Whether there is a program to start.
   [[nodiscard]] bool isComplete() const { return program_ >= 0; }
+  void prepare() override;
   [[nodiscard]] std::unique_ptr<Channel> launch(ChannelEvents events) override;
 
  private:
+  struct Started {
+    /// This end of the line.
+    int socket = -1;
+    pid_t pid = 0;
+  };
+  [[nodiscard]] std::optional<Started> start();
+
   int program_ = -1;
+  std::optional<Started> prepared_;
   Logger log_;
 };
 

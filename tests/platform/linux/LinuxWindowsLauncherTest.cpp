@@ -13,6 +13,8 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -81,6 +83,40 @@ TEST_F(WindowsLauncherOnLinux, SeveralRunBesideEachOther) {
   EXPECT_TRUE(waitForAnswer("one"));
   second->send("two");
   EXPECT_TRUE(waitForAnswer("two"));
+}
+
+/// The processes that this one has started and that have not been waited for.
+std::size_t childCount() {
+  std::size_t count = 0;
+  for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+    std::ifstream children(task.path() / "children");
+    for (std::string child; children >> child;) ++count;
+  }
+  return count;
+}
+
+TEST_F(WindowsLauncherOnLinux, OneThatWasPreparedIsTheOneThatIsLaunched) {
+  const auto before = childCount();
+  launcher.prepare();
+  launcher.prepare();
+  EXPECT_EQ(childCount(), before + 1);
+  const auto channel = launch();
+  channel->send("hello");
+  ASSERT_TRUE(waitForAnswer("hello"));
+  EXPECT_EQ(childCount(), before + 1);
+  const auto next = launch();
+  EXPECT_EQ(childCount(), before + 2);
+}
+
+TEST_F(WindowsLauncherOnLinux, OneThatWasPreparedAndNeverAskedForEndsWithTheLauncher) {
+  const auto before = childCount();
+  {
+    LinuxWindowsLauncher another{{"channel_echo"}, log};
+    another.prepare();
+    ASSERT_EQ(childCount(), before + 1);
+  }
+  EXPECT_EQ(childCount(), before);
+  EXPECT_TRUE(log.lines().empty());
 }
 
 TEST_F(WindowsLauncherOnLinux, OneThatEndsUnaskedIsToldAndLogged) {
