@@ -89,11 +89,10 @@ QIcon BrandIconImage::statusBarIcon(Ink ink) {
 }
 
 QPixmap BrandIconImage::dock(int size, qreal devicePixelRatio) {
-  // Read past the pixmap cache, which would keep the large original.
-  const QImage original(QStringLiteral(":/quillmere/icon.png"));
-  if (original.isNull()) return {};
+  QSvgRenderer renderer(QStringLiteral(":/quillmere/icon.svg"));
+  if (!renderer.isValid()) return {};
   const int pixels = qRound(size * devicePixelRatio);
-  auto image = QPixmap::fromImage(original.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+  auto image = rendered(renderer, pixels, pixels);
   image.setDevicePixelRatio(devicePixelRatio);
   return image;
 }

@@ -154,7 +154,8 @@ class Windows final : public QObject {
     if (isGreeted_) return;
     Logger(runtime_.log, "Windows")
         .error("these windows are of version " + seamVersion() + ", the program behind them of " + version);
-    QCoreApplication::exit(EXIT_FAILURE);
+    // The loop may not have begun, and it is the loop that this ends.
+    QMetaObject::invokeMethod(qApp, [] { QCoreApplication::exit(EXIT_FAILURE); }, Qt::QueuedConnection);
   }
 
   void perform(const std::string& type, const json& message) {
@@ -319,6 +320,27 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   QCoreApplication::setApplicationName(QStringLiteral("quillmere"));
   QCoreApplication::setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
   QGuiApplication::setDesktopFileName(QStringLiteral("app.quillmere.host"));
+  QtMainExecutor main;
+  // What is wanted has mostly been sent before this program began to run; it is read while the toolkit starts.
+  std::optional<Windows> windows;
+  ChannelEvents events;
+  events.received = [&windows, &main](const std::string& bytes) {
+    auto message = decodeMessage(bytes);
+    if (!message) return;
+    main.post([&windows, taken = std::move(*message)] { windows->take(taken); });
+  };
+  events.closed = [&main] {
+    main.post(
+        [] { QMetaObject::invokeMethod(qApp, [] { QCoreApplication::exit(EXIT_SUCCESS); }, Qt::QueuedConnection); });
+  };
+  auto channel = host.openChannel(std::move(events));
+  if (!channel) {
+    std::fputs("quillmere-windows draws the windows of quillmere, which starts it\n", stderr);
+    return EXIT_FAILURE;
+  }
+  Line line;
+  line.open(std::move(channel));
+
   const bool hasLayerShell = chooseDisplay();
   const QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
@@ -326,29 +348,16 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
 
   const auto log = host.makeLogSink();
   SystemClocks clocks;
-  QtMainExecutor main;
   ThreadPoolExecutor background(1);
   const Runtime runtime{main, background, clocks, *log, makeThreadSerialQueue};
-
-  Line line;
-  Windows windows(runtime, [&line](const json& message) { line.send(message); }, host, hasLayerShell);
-  ChannelEvents events;
-  events.received = [&windows, &main](const std::string& bytes) {
-    auto message = decodeMessage(bytes);
-    if (!message) return;
-    main.post([&windows, taken = std::move(*message)] { windows.take(taken); });
-  };
-  events.closed = [&main] { main.post([] { QCoreApplication::exit(0); }); };
-  auto channel = host.openChannel(std::move(events));
-  if (!channel) {
-    std::fputs("quillmere-windows draws the windows of quillmere, which starts it\n", stderr);
-    return EXIT_FAILURE;
-  }
-  line.open(std::move(channel));
+  windows.emplace(runtime, [&line](const json& message) { line.send(message); }, host, hasLayerShell);
+  // The loop begins by asking for the accessibility bus; a first window is shown meanwhile.
+  QCoreApplication::sendPostedEvents(&main);
   const int exitCode = QApplication::exec();
   line.close();
   main.shutDown();
   background.shutDown();
+  windows.reset();
   return exitCode;
 }
 
