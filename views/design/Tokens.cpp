@@ -128,6 +128,9 @@ void Tokens::readContrast() {
   textPrimary_ = pick(design::colour::textPrimary, design::contrast::textPrimary);
   textSecondary_ = pick(design::colour::textSecondary, design::contrast::textSecondary);
   textTertiary_ = pick(design::colour::textTertiary, design::contrast::textTertiary);
+  sliderTrack_ = pick(design::colour::sliderTrack, design::contrast::sliderTrack);
+  mutedRow_ = isHigh ? design::contrast::mutedRow : design::opacity::mutedRow;
+  mutedSlider_ = isHigh ? design::contrast::mutedSlider : design::opacity::mutedSlider;
   floatStroke_ = pick(design::colour::floatStroke, design::contrast::floatStroke);
   windowStroke_ = pick(design::colour::windowStroke, design::contrast::windowStroke);
   focusRing_ = pick(design::colour::focusRing, design::contrast::focusRing);
@@ -172,6 +175,10 @@ bool Tokens::hasEvenDigits(const QFont& font) {
 }
 
 double Tokens::capHeight(const QFont& font) { return QFontMetricsF(font).capHeight(); }
+
+bool Tokens::breaksWithinWord(const QString& text, const QFont& font, double width) {
+  return width >= 1 && breakUp(text, font, width).withinWord;
+}
 
 double Tokens::balancedWidth(const QString& text, const QFont& font, double width) {
   if (text.isEmpty() || width < 1) return width;
