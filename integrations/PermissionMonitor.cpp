@@ -73,20 +73,21 @@ void PermissionMonitor::requestFocusStatus() {
   });
 }
 
-void PermissionMonitor::openSystemSettings(const std::string& anchor) {
+bool PermissionMonitor::openSystemSettings(const std::string& anchor) {
   QUILLMERE_CHECK_ON(runtime_.main, "settings are opened off the main thread");
-  permissions_.openSettings(anchor);
+  return permissions_.openSettings(anchor);
 }
 
-void PermissionMonitor::grantAccessibility() {
+bool PermissionMonitor::grantAccessibility() {
   permissions_.promptForTrust();
-  openSystemSettings("Privacy_Accessibility");
+  const bool opened = openSystemSettings("Privacy_Accessibility");
   refresh();
+  return opened;
 }
 
-void PermissionMonitor::grantFocusStatus() {
+bool PermissionMonitor::grantFocusStatus() {
   requestFocusStatus();
-  openSystemSettings("Privacy_FocusStatus");
+  return openSystemSettings("Privacy_FocusStatus");
 }
 
 }  // namespace quillmere

@@ -34,13 +34,15 @@ class PermissionMonitor {
   void stopPolling();
   /// Asks for focus status; reads both once the system has answered.
   void requestFocusStatus();
-  /// Opens a pane of the system's settings: "Privacy_Accessibility" or "Privacy_FocusStatus".
-  void openSystemSettings(const std::string& anchor);
+  /// Opens a pane of the system's settings: "Privacy_Accessibility" or "Privacy_FocusStatus". False where there is
+  /// none.
+  bool openSystemSettings(const std::string& anchor);
 
   /// What the row and the card for accessibility do, whatever their button says: ask, open the settings, read again.
-  void grantAccessibility();
+  /// False where there are no settings to open.
+  bool grantAccessibility();
   /// The same for focus status.
-  void grantFocusStatus();
+  bool grantFocusStatus();
 
  private:
   Permissions& permissions_;

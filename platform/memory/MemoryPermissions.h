@@ -21,11 +21,13 @@ class MemoryPermissions final : public Permissions {
   [[nodiscard]] int focusAuthorization() override { return focus_; }
   void requestFocusAuthorization(std::function<void()> answered) override { waiting_.push_back(std::move(answered)); }
   bool openSettings(const std::string& anchor) override {
-    opened_.push_back(anchor);
-    return true;
+    if (hasSettings_) opened_.push_back(anchor);
+    return hasSettings_;
   }
   void onChanged(std::function<void()> callback) override { changed_ = std::move(callback); }
 
+  /// Whether there are settings to open, which is so at first.
+  void setHasSettings(bool hasSettings) { hasSettings_ = hasSettings; }
   void setTrusted(bool isTrusted) { isTrusted_ = isTrusted; }
   void setFocus(FocusAuthorization focus) { focus_ = static_cast<int>(focus); }
   /// A number that may have no name.
@@ -50,6 +52,7 @@ class MemoryPermissions final : public Permissions {
 
  private:
   bool isTrusted_ = false;
+  bool hasSettings_ = true;
   int focus_ = 0;
   int prompts_ = 0;
   int reads_ = 0;

@@ -1169,6 +1169,17 @@
     </message>
 </context>
 <context>
+    <name>quillmere::PermissionsPresenter</name>
+    <message>
+        <source>No settings for this were found. It is granted once the desktop&apos;s portal offers global shortcuts.</source>
+        <translation>Keine Einstellungen dafür gefunden. Erteilt wird es, sobald das Portal des Desktops globale Tastenkürzel bietet.</translation>
+    </message>
+    <message>
+        <source>No settings for this were found. It is granted once the desktop&apos;s notifications have a do-not-disturb mode.</source>
+        <translation>Keine Einstellungen dafür gefunden. Erteilt wird es, sobald die Benachrichtigungen des Desktops einen Nicht-stören-Modus haben.</translation>
+    </message>
+</context>
+<context>
     <name>quillmere::ProfileEditorPresenter</name>
     <message>
         <source>Untitled</source>

@@ -194,5 +194,14 @@ TEST_F(Monitor, GrantingFocusStatusAsksAndOpensTheSettings) {
   EXPECT_EQ(permissions.opened(), std::vector<std::string>{"Privacy_FocusStatus"});
 }
 
+TEST_F(Monitor, GrantingTellsWhetherThereWereSettingsToOpen) {
+  EXPECT_TRUE(made().grantAccessibility());
+  EXPECT_TRUE(made().grantFocusStatus());
+  permissions.setHasSettings(false);
+  EXPECT_FALSE(made().grantAccessibility());
+  EXPECT_FALSE(made().grantFocusStatus());
+  EXPECT_FALSE(made().openSystemSettings("Privacy_FocusStatus"));
+}
+
 }  // namespace
 }  // namespace quillmere

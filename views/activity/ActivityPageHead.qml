@@ -46,13 +46,23 @@ Item {
 
             objectName: "tiles"
             readonly property real tileWidth: Math.floor((width - (columns - 1) * spacing) / columns)
+            // Up to the edge, on whole pixels.
+            readonly property real lastWidth: width - (columns - 1) * (tileWidth + spacing)
+
+            function widthOf(place: int): real {
+                return place % columns === columns - 1 ? lastWidth : tileWidth;
+            }
 
             width: parent.width
             spacing: Tokens.spacing.m
-            columns: Math.max(1, Math.min(4, Math.floor((width + spacing) / (root.narrowestTile + spacing))))
+            // Full rows only: three beside each other would leave the fourth alone below them.
+            columns: {
+                const fitting = Math.floor((width + spacing) / (root.narrowestTile + spacing));
+                return fitting >= 4 ? 4 : fitting >= 2 ? 2 : 1;
+            }
 
             RingStatTile {
-                width: tiles.tileWidth
+                width: tiles.widthOf(0)
                 label: qsTr("Live now")
                 value: root.presenter.liveValue
                 progress: root.presenter.liveProgress
@@ -61,7 +71,7 @@ Item {
             }
 
             RingStatTile {
-                width: tiles.tileWidth
+                width: tiles.widthOf(1)
                 label: qsTr("Apps connected")
                 value: root.presenter.appsValue
                 progress: root.presenter.appsProgress
@@ -70,7 +80,7 @@ Item {
             }
 
             RingStatTile {
-                width: tiles.tileWidth
+                width: tiles.widthOf(2)
                 label: qsTr("Profiles")
                 value: root.presenter.profilesValue
                 progress: root.presenter.profilesProgress
@@ -79,7 +89,7 @@ Item {
             }
 
             RingStatTile {
-                width: tiles.tileWidth
+                width: tiles.widthOf(3)
                 label: qsTr("Auto-Duck triggers")
                 value: root.presenter.triggersValue
                 progress: root.presenter.triggersProgress

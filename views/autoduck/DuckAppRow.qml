@@ -8,6 +8,7 @@ Column {
 
     required property int index
     required property string name
+    required property string bundleID
     required property url iconSource
     required property bool on
     required property bool startsDefaults
@@ -53,16 +54,16 @@ Column {
             }
         }
 
-        Label {
+        NameLabel {
+            objectName: "name"
             anchors.left: icon.right
             anchors.leftMargin: root.gap
-            anchors.right: toggle.left
-            anchors.rightMargin: root.gap
             anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(implicitWidth, toggle.x - x - root.gap)
             text: root.name
+            // Names are not unique; this is.
+            tip: root.bundleID
             color: root.on ? Tokens.textPrimary : Tokens.textSecondary
-            horizontalAlignment: Text.AlignLeft
-            maximumLineCount: 1
             Accessible.ignored: true
         }
 

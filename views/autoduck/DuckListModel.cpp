@@ -28,6 +28,8 @@ QVariant DuckListModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case NameRole:
       return QString::fromStdString(rows_[at].name);
+    case BundleIDRole:
+      return QString::fromStdString(keys()[at]);
     case IconSourceRole:
       return AppIconProvider::urlFor(keys()[at]);
     case OnRole:
@@ -40,7 +42,11 @@ QVariant DuckListModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> DuckListModel::roleNames() const {
-  return {{NameRole, "name"}, {IconSourceRole, "iconSource"}, {OnRole, "on"}, {StartsDefaultsRole, "startsDefaults"}};
+  return {{NameRole, "name"},
+          {BundleIDRole, "bundleID"},
+          {IconSourceRole, "iconSource"},
+          {OnRole, "on"},
+          {StartsDefaultsRole, "startsDefaults"}};
 }
 
 QString DuckListModel::countText() const { return countedApps(members().size()); }

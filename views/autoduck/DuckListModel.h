@@ -24,7 +24,7 @@ class DuckListModel final : public KeyedListModel {
   Q_PROPERTY(QString countText READ countText NOTIFY countTextChanged FINAL)
 
  public:
-  enum Role { NameRole = Qt::UserRole + 1, IconSourceRole, OnRole, StartsDefaultsRole };
+  enum Role { NameRole = Qt::UserRole + 1, BundleIDRole, IconSourceRole, OnRole, StartsDefaultsRole };
   using List = std::set<std::string> DuckRule::*;
 
   /// `list` is the part of the rule that is shown, `defaults` (which outlives this) what it starts out with.

@@ -68,6 +68,9 @@ inline constexpr Rgba textPrimary = white.at(0.85);
 inline constexpr Rgba textSecondary = white.at(0.55);
 inline constexpr Rgba textTertiary = white.at(0.35);
 
+/// What a slider runs on.
+inline constexpr Rgba sliderTrack = textPrimary.at(0.1);
+
 /// What a desktop with a theme of its own would answer; these are the dark theme's usual values.
 inline constexpr Rgba systemAccent = brandSage;
 inline constexpr Rgba systemGrey{0.557, 0.557, 0.576};
@@ -84,7 +87,13 @@ inline constexpr Rgba windowStroke = white.at(0.24);
 inline constexpr Rgba focusRing = brandMint.at(0.9);
 }  // namespace colour
 
-/// What takes the place of a colour of the same name where the desktop wants contrast: texts of at least seven to one
+/// How much is left of what is muted, 0 to 1; a slider's share is one more on its row's.
+namespace opacity {
+inline constexpr double mutedRow = 0.55;
+inline constexpr double mutedSlider = 0.45;
+}  // namespace opacity
+
+/// What takes the place of a token of the same name where the desktop wants contrast: texts of at least seven to one
 /// on the canvas, edges of at least three to one.
 namespace contrast {
 inline constexpr Rgba cardStroke = colour::white.at(0.45);
@@ -94,6 +103,9 @@ inline constexpr Rgba hairline = colour::white.at(0.45);
 inline constexpr Rgba textPrimary = colour::white;
 inline constexpr Rgba textSecondary = colour::white.at(0.9);
 inline constexpr Rgba textTertiary = colour::white.at(0.8);
+inline constexpr Rgba sliderTrack = colour::white.at(0.35);
+inline constexpr double mutedRow = 0.85;
+inline constexpr double mutedSlider = 0.75;
 inline constexpr Rgba floatStroke = colour::white.at(0.6);
 inline constexpr Rgba windowStroke = colour::white.at(0.6);
 inline constexpr Rgba focusRing = colour::white;

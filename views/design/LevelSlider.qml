@@ -32,7 +32,6 @@ Item {
 
     readonly property real trackHeight: 6
     readonly property real thumbSize: 14
-    readonly property real mutedOpacity: 0.45
     readonly property real leastLevel: 0.02
     // A faded thumb must hide what runs below it, as if the whole were one picture: the capsules leave its place free.
     // Its soft edge still needs them.
@@ -66,7 +65,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: root.width
         height: Math.max(root.thumbSize, root.trackHeight)
-        opacity: root.isMuted ? root.mutedOpacity : 1
+        opacity: root.isMuted ? Tokens.mutedSlider : 1
         Behavior on opacity {
             EaseOut { seconds: 0.18 }
         }
@@ -76,8 +75,9 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width
             height: root.trackHeight
-            leading: Tokens.alpha(Tokens.textPrimary, 0.1)
-            trailing: Tokens.alpha(Tokens.textPrimary, 0.1)
+            objectName: "track"
+            leading: Tokens.sliderTrack
+            trailing: Tokens.sliderTrack
             holeCentre: root.holeCentre
             holeDiameter: root.holeDiameter
         }

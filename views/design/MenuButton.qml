@@ -18,7 +18,8 @@ PlainButton {
         aboutToOpen();
         if (!madeMenu && menu)
             madeMenu = menu.createObject(root) as DropMenu;
-        if (!madeMenu)
+        // Nothing to choose from is no menu.
+        if (!madeMenu || madeMenu.count === 0)
             return;
         let menuHeight = madeMenu.topPadding + madeMenu.bottomPadding;
         for (let i = 0; i < madeMenu.count; ++i)

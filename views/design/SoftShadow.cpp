@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "views/design/BrandGradient.h"
 #include "views/design/Tokens.h"
 
 namespace quillmere {
@@ -141,6 +142,12 @@ void SoftShadow::setColor(const QColor& color) {
   changed();
 }
 
+void SoftShadow::setUseGradient(bool useGradient) {
+  if (useGradient_ == useGradient) return;
+  useGradient_ = useGradient;
+  changed();
+}
+
 void SoftShadow::setCorner(double corner) {
   if (corner_ == corner) return;
   corner_ = corner;
@@ -202,7 +209,13 @@ void SoftShadow::updatePolish() {
   }
   QPainter painter(&image_);
   painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-  painter.fillRect(image_.rect(), color_);
+  if (useGradient_) {
+    painter.setOpacity(color_.alphaF());
+    const QRectF body(QPointF(reach, reach) * scale_, shape.size * scale_);
+    painter.fillRect(image_.rect(), brandGradient::primary(body));
+  } else {
+    painter.fillRect(image_.rect(), color_);
+  }
   painter.end();
   place_ = boundingRect().adjusted(-reach, -reach, reach, reach);
   imageChanged_ = true;

@@ -28,6 +28,7 @@ class SoftShadow : public QQuickItem {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY lookChanged)
+  Q_PROPERTY(bool useGradient READ useGradient WRITE setUseGradient NOTIFY lookChanged)
   Q_PROPERTY(double corner READ corner WRITE setCorner NOTIFY lookChanged)
   Q_PROPERTY(double blurRadius READ blurRadius WRITE setBlurRadius NOTIFY lookChanged)
   Q_PROPERTY(double offsetDown READ offsetDown WRITE setOffsetDown NOTIFY lookChanged)
@@ -38,6 +39,10 @@ class SoftShadow : public QQuickItem {
 
   [[nodiscard]] QColor color() const { return color_; }
   void setColor(const QColor& color);
+  /// The brand's gradient across the item in the colour's place, at the colour's opacity. Only for an item that is no
+  /// larger than its corners and its blur need: what is stretched would stretch the gradient with it.
+  [[nodiscard]] bool useGradient() const { return useGradient_; }
+  void setUseGradient(bool useGradient);
   [[nodiscard]] double corner() const { return corner_; }
   void setCorner(double corner);
   [[nodiscard]] double blurRadius() const { return radius_; }
@@ -64,6 +69,7 @@ class SoftShadow : public QQuickItem {
   double radius_ = 0;
   double offsetDown_ = 0;
   bool cutOut_ = true;
+  bool useGradient_ = false;
 
   QImage image_;
   QRectF place_;

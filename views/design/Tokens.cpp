@@ -190,6 +190,9 @@ void Tokens::readContrast() {
   textPrimary_ = pick(design::colour::textPrimary, design::contrast::textPrimary);
   textSecondary_ = pick(design::colour::textSecondary, design::contrast::textSecondary);
   textTertiary_ = pick(design::colour::textTertiary, design::contrast::textTertiary);
+  sliderTrack_ = pick(design::colour::sliderTrack, design::contrast::sliderTrack);
+  mutedRow_ = isHigh ? design::contrast::mutedRow : design::opacity::mutedRow;
+  mutedSlider_ = isHigh ? design::contrast::mutedSlider : design::opacity::mutedSlider;
   floatStroke_ = pick(design::colour::floatStroke, design::contrast::floatStroke);
   windowStroke_ = pick(design::colour::windowStroke, design::contrast::windowStroke);
   focusRing_ = pick(design::colour::focusRing, design::contrast::focusRing);
@@ -240,6 +243,10 @@ void Tokens::loadFonts() {
                            design::face::captionStrong, design::face::sectionCaps, design::face::metric}) {
     static_cast<void>(QFontMetricsF(toFont(face)).capHeight());
   }
+}
+
+bool Tokens::breaksWithinWord(const QString& text, const QFont& font, double width) {
+  return width >= 1 && breakUp(text, font, width).withinWord;
 }
 
 double Tokens::balancedWidth(const QString& text, const QFont& font, double width) {

@@ -103,6 +103,9 @@ class Tokens : public QObject {
   Q_PROPERTY(QColor textPrimary READ textPrimary NOTIFY contrastChanged FINAL)
   Q_PROPERTY(QColor textSecondary READ textSecondary NOTIFY contrastChanged FINAL)
   Q_PROPERTY(QColor textTertiary READ textTertiary NOTIFY contrastChanged FINAL)
+  Q_PROPERTY(QColor sliderTrack READ sliderTrack NOTIFY contrastChanged FINAL)
+  Q_PROPERTY(double mutedRow READ mutedRow NOTIFY contrastChanged FINAL)
+  Q_PROPERTY(double mutedSlider READ mutedSlider NOTIFY contrastChanged FINAL)
   Q_PROPERTY(QColor white MEMBER white_ CONSTANT)
   Q_PROPERTY(QColor black MEMBER black_ CONSTANT)
   Q_PROPERTY(QColor clear MEMBER clear_ CONSTANT)
@@ -140,6 +143,9 @@ class Tokens : public QObject {
   [[nodiscard]] QColor textPrimary() const { return textPrimary_; }
   [[nodiscard]] QColor textSecondary() const { return textSecondary_; }
   [[nodiscard]] QColor textTertiary() const { return textTertiary_; }
+  [[nodiscard]] QColor sliderTrack() const { return sliderTrack_; }
+  [[nodiscard]] double mutedRow() const { return mutedRow_; }
+  [[nodiscard]] double mutedSlider() const { return mutedSlider_; }
   [[nodiscard]] QColor floatStroke() const { return floatStroke_; }
   [[nodiscard]] QColor windowStroke() const { return windowStroke_; }
   [[nodiscard]] QColor focusRing() const { return focusRing_; }
@@ -167,6 +173,8 @@ class Tokens : public QObject {
   /// The least width, at most width, at which the text takes no more lines than at width and,
   /// where it can be helped, no line ends within a word.
   Q_INVOKABLE static double balancedWidth(const QString& text, const QFont& font, double width);
+  /// Whether a line would end within a word were the text wrapped to the width.
+  Q_INVOKABLE static bool breaksWithinWord(const QString& text, const QFont& font, double width);
 
  signals:
   void contrastChanged();
@@ -181,7 +189,9 @@ class Tokens : public QObject {
   QColor cardBG_, cardBGHover_, cardBGSelected_, cardStroke_, cardStrokeHover_, cardStrokeSelected_, hairline_;
   QColor textPrimary_, textSecondary_, textTertiary_, white_, black_, clear_;
   QColor systemAccent_, systemGrey_, systemGreen_, floatBG_, floatStroke_, windowStroke_, focusRing_;
-  QColor thinMaterial_, thickMaterial_;
+  QColor thinMaterial_, thickMaterial_, sliderTrack_;
+  double mutedRow_ = design::opacity::mutedRow;
+  double mutedSlider_ = design::opacity::mutedSlider;
   QFont heroDisplay_, displayXL_, displayL_, displayM_, cardTitle_, bodyText_, bodyEmphasis_, caption1_;
   QFont captionStrong_, sectionCaps_, metric_, metricLarge_;
 };

@@ -38,13 +38,9 @@ PlainButton {
             }
         }
 
-        Label {
+        FocusCellName {
             width: parent.width
             text: root.text
-            font: Tokens.face(10)
-            color: Tokens.textSecondary
-            horizontalAlignment: Text.AlignHCenter
-            Accessible.ignored: true
         }
     }
 }

@@ -121,15 +121,11 @@ FocusScope {
                 }
             }
 
-            Label {
+            FocusCellName {
                 objectName: "name"
                 width: parent.width
                 text: root.name
-                font: Tokens.face(10)
                 color: root.selected ? Tokens.textPrimary : Tokens.textSecondary
-                horizontalAlignment: Text.AlignHCenter
-                maximumLineCount: 1
-                Accessible.ignored: true
             }
         }
     }

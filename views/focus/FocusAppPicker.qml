@@ -12,6 +12,10 @@ Column {
 
     readonly property real cellGap: Tokens.spacing.m
     readonly property real fadeWidth: 32
+    // Around the cells, for what reaches beyond them: their rings.
+    readonly property real cellEdge: Tokens.spacing.xs
+    // A tile is narrower than its cell; the first one stands under the words.
+    readonly property real tileInset: Tokens.spacing.xs
     // What the card behind looks like over the canvas.
     readonly property color ground: Qt.tint(Tokens.canvasBG, Tokens.cardBG)
 
@@ -31,14 +35,15 @@ Column {
         Paragraph {
             width: parent.width
             text: qsTr("Click an app icon to keep it playing. Click again to clear. Add any app — it doesn't have to be running.")
+            objectName: "help"
             font: Tokens.caption1
-            color: Tokens.textTertiary
+            color: Tokens.textSecondary
         }
     }
 
     Item {
         width: parent.width
-        height: strip.height
+        height: row.height
 
         Flickable {
             id: strip
@@ -47,13 +52,15 @@ Column {
 
             function reveal(cell: Item): void {
                 const at = cell.mapToItem(row, 0, 0).x;
-                contentX = Math.max(Math.min(contentX, at), at + cell.width - width);
+                contentX = Math.max(Math.min(contentX, at), at + cell.width + 2 * root.cellEdge - width);
             }
 
             objectName: "strip"
-            width: parent.width
-            height: row.height
-            contentWidth: row.width
+            x: -root.tileInset - root.cellEdge
+            y: -root.cellEdge
+            width: parent.width - 2 * x
+            height: row.height + 2 * root.cellEdge
+            contentWidth: row.width + 2 * root.cellEdge
             boundsBehavior: Flickable.StopAtBounds
             interactive: contentWidth > width
             clip: interactive
@@ -61,6 +68,9 @@ Column {
             Row {
                 id: row
 
+                objectName: "cells"
+                x: root.cellEdge
+                y: root.cellEdge
                 spacing: root.cellGap
 
                 Accessible.role: Accessible.List
@@ -96,6 +106,7 @@ Column {
         // More cells lie beyond the edges.
         Rectangle {
             objectName: "moreBefore"
+            x: strip.x
             width: root.fadeWidth
             height: strip.height
             visible: strip.contentX > 0.5
@@ -114,7 +125,7 @@ Column {
 
         Rectangle {
             objectName: "moreBehind"
-            anchors.right: parent.right
+            anchors.right: strip.right
             width: root.fadeWidth
             height: strip.height
             visible: strip.contentX < strip.last - 0.5

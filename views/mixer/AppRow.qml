@@ -26,11 +26,10 @@ Item {
     property Item tipTarget: root
     readonly property real pulseSize: 6
     readonly property real pulseOffset: 9
-    readonly property real mutedOpacity: 0.55
     readonly property real fadeSeconds: 0.12
 
     implicitHeight: rowHeight
-    opacity: row.muted ? mutedOpacity : 1
+    opacity: row.muted ? Tokens.mutedRow : 1
 
     Accessible.role: Accessible.ListItem
     Accessible.name: row.name

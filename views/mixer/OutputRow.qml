@@ -41,6 +41,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: Math.min(implicitWidth, root.widestPicker)
         text: qsTr("Output device: %1").arg(root.output.deviceName)
+        tip: root.pickerLabel && root.pickerLabel.truncated ? root.output.deviceName : ""
         menu: ChoiceMenu {
             choices: root.output.deviceMenu
         }

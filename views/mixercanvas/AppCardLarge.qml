@@ -17,7 +17,6 @@ Item {
     readonly property real percentWidth: 72
     readonly property real slotWidth: 60
     readonly property real gap: Tokens.spacing.m
-    readonly property real mutedOpacity: 0.55
     readonly property real hoverSeconds: 0.15
 
     implicitHeight: rowHeight
@@ -50,7 +49,7 @@ Item {
         anchors.fill: parent
         anchors.leftMargin: Tokens.spacing.l
         anchors.rightMargin: Tokens.spacing.l
-        opacity: root.row.muted ? root.mutedOpacity : 1
+        opacity: root.row.muted ? Tokens.mutedRow : 1
 
         AppIcon {
             id: icon
@@ -74,14 +73,13 @@ Item {
                 width: parent.width
                 height: nameLabel.implicitHeight
 
-                Label {
+                NameLabel {
                     id: nameLabel
 
                     objectName: "name"
                     width: Math.min(implicitWidth, parent.width - pulse.width - Tokens.spacing.s - pulse.haloExtra / 2)
                     text: root.row.name
                     font: Tokens.bodyEmphasis
-                    horizontalAlignment: Text.AlignLeft
                     Accessible.ignored: true
                 }
 
@@ -101,13 +99,12 @@ Item {
                 }
             }
 
-            Label {
+            NameLabel {
                 objectName: "subtitle"
                 width: parent.width
                 text: root.row.cardSubtitle
                 font: Tokens.caption1
                 color: Tokens.textTertiary
-                horizontalAlignment: Text.AlignLeft
             }
         }
 

@@ -17,6 +17,12 @@ Item {
     // The capsule fills up with the sources, to its whole width with so many.
     readonly property int sourcesForFull: 3
     readonly property real capsuleFill: Math.min(presenter.liveCount / sourcesForFull, 1)
+    // On its way there. The share moves, not the width: the first one and a window's new size are there at once.
+    property real shownFill: capsuleFill
+
+    Behavior on shownFill {
+        EaseOut { seconds: 0.4 }
+    }
 
     implicitHeight: leastHeight
 
@@ -83,15 +89,11 @@ Item {
 
             Rectangle {
                 objectName: "capsuleFill"
-                width: Math.round(parent.width * root.capsuleFill)
+                width: Math.round(parent.width * root.shownFill)
                 height: parent.height
                 radius: height / 2
                 visible: width > 0
                 color: Tokens.alpha(Tokens.brandSage, 0.55)
-
-                Behavior on width {
-                    EaseOut { seconds: 0.4 }
-                }
             }
         }
     }

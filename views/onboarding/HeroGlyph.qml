@@ -9,7 +9,7 @@ Item {
 
     readonly property real side: 100
     readonly property real haloSide: 80
-    readonly property real haloBlur: 12
+    readonly property real haloBlur: 14
     readonly property real haloOpacity: 0.55
     readonly property real ringOpacity: 0.3
 
@@ -19,10 +19,11 @@ Item {
     SoftShadow {
         objectName: "halo"
         anchors.centerIn: parent
-        width: root.haloSide - 2 * root.haloBlur
+        width: root.haloSide
         height: width
         corner: width / 2
-        color: Tokens.alpha(Tokens.brandMint, root.haloOpacity)
+        useGradient: true
+        opacity: root.haloOpacity
         blurRadius: root.haloBlur
         offsetDown: 0
         cutOut: false

@@ -82,6 +82,12 @@ Panel {
             font: Tokens.caption1
             color: Tokens.textSecondary
         }
+
+        PermissionHint {
+            width: parent.width
+            topPadding: words.spacing
+            permission: root.permission
+        }
     }
 
     Item {

@@ -33,6 +33,11 @@ Item {
             font: Tokens.caption1
             color: Tokens.textTertiary
         }
+
+        PermissionHint {
+            width: parent.width
+            permission: root.permission
+        }
     }
 
     Item {

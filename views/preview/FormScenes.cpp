@@ -45,7 +45,9 @@ constexpr Sample installed[] = {
 
 std::string iconOf(const Sample& sample) { return previewIcon(QString::fromUtf8(sample.letter), QColor(sample.color)); }
 
-void fill(PreviewMachine& box) {
+}  // namespace
+
+void fillForms(PreviewMachine& box) {
   box.addDevice("speakers", "Built-in Audio Analog Stereo");
   box.addDevice("headset", "WH-1000XM4 Headphones");
   for (const auto& sample : running) box.launch(sample.bundleID, sample.name, true, iconOf(sample));
@@ -57,6 +59,8 @@ void fill(PreviewMachine& box) {
   box.state->setRouting("headset", "org.videolan.vlc");
 }
 
+namespace {
+
 void fillEmpty(PreviewMachine& box) {
   box.addDevice("speakers", "Built-in Audio Analog Stereo");
   box.start();
@@ -65,7 +69,7 @@ void fillEmpty(PreviewMachine& box) {
 }
 
 void fillCrowded(PreviewMachine& box) {
-  fill(box);
+  fillForms(box);
   auto rule = *box.state->duckRule();
   std::set<std::string> candidates;
   for (int number = 1; number <= 30; ++number) {
@@ -89,7 +93,7 @@ void fillCrowded(PreviewMachine& box) {
 }
 
 void fillSwitchedOff(PreviewMachine& box) {
-  fill(box);
+  fillForms(box);
   auto rule = *box.state->duckRule();
   rule.triggerBundleIDs = {"us.zoom.xos", "com.hnc.Discord"};
   rule.targetGain = 0.305F;
@@ -97,31 +101,40 @@ void fillSwitchedOff(PreviewMachine& box) {
 }
 
 void fillProfiles(PreviewMachine& box) {
-  fill(box);
+  fillForms(box);
   box.state->addProfile("Evening");
   box.state->addProfile("Deep work");
   box.state->applyProfile(box.state->profiles()->at(1).id);
 }
 
 void fillFocus(PreviewMachine& box) {
-  fill(box);
+  fillForms(box);
   box.state->setFocusCandidateBundleIDs({"org.example.noise", "org.gnome.Rhythmbox3"});
   box.state->setPomodoroFocusBundleID("org.example.noise");
 }
 
 void fillPermissions(PreviewMachine& box, bool trusted, FocusAuthorization focus) {
-  fill(box);
+  fillForms(box);
   box.desktop.permissions.setTrusted(trusted);
   box.desktop.permissions.setFocus(focus);
 }
 
-/// Lets the window lay out what has come.
-void breathe(QQuickWindow& window) {
-  constexpr int frames = 15;
-  for (int frame = 0; frame < frames; ++frame) {
-    window.update();
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+/// Presses both buttons of permissions for which the desktop has no settings.
+void grantInVain(QQuickWindow& window) {
+  for (const auto* each : {"accessibility", "focusStatus"}) {
+    auto* place = named(window, QString::fromLatin1(each));
+    auto* action = place == nullptr ? nullptr : find(*place, [](QQuickItem& item) {
+      return item.isVisible() && item.objectName() == QLatin1StringView("action");
+    });
+    if (action != nullptr) click(window, centreOf(*action));
+    breathe(window);
   }
+  move(window, {1, 1});
+}
+
+void fillWithoutSettings(PreviewMachine& box) {
+  fillForms(box);
+  box.desktop.permissions.setHasSettings(false);
 }
 
 /// Shows a section, and then does what else is to be done.
@@ -131,10 +144,6 @@ Act at(const std::string& section, Act act = {}) {
     breathe(window);
     if (act) act(window);
   };
-}
-
-QQuickItem* named(QQuickWindow& window, const QString& name) {
-  return find(*window.contentItem(), [&](QQuickItem& item) { return item.isVisible() && item.objectName() == name; });
 }
 
 void scrollDown(QQuickWindow& window) {
@@ -185,7 +194,7 @@ Act next(int steps, Act act = {}) {
 
 std::vector<PreviewScene> formScenes() {
   return {
-      {"duck", Window::main, fill, at("Auto-Duck")},
+      {"duck", Window::main, fillForms, at("Auto-Duck")},
       {"duck-lists", Window::main, fillSwitchedOff, at("Auto-Duck", scrollDown)},
       {"duck-disabled", Window::main, fillSwitchedOff,
        at("Auto-Duck",
@@ -194,9 +203,9 @@ std::vector<PreviewScene> formScenes() {
           })},
       {"duck-empty", Window::main, fillEmpty, at("Auto-Duck", scrollDown)},
       {"duck-crowded", Window::main, fillCrowded, at("Auto-Duck", scrollDown)},
-      {"picker", Window::main, fill, pick({})},
-      {"picker-filtered", Window::main, fill, pick("org.")},
-      {"picker-no-match", Window::main, fill, pick("xyzzy")},
+      {"picker", Window::main, fillForms, pick({})},
+      {"picker-filtered", Window::main, fillForms, pick("org.")},
+      {"picker-no-match", Window::main, fillForms, pick("xyzzy")},
       {"focus-ready", Window::main, fillFocus, at("Focus")},
       {"focus-empty", Window::main, fillEmpty, at("Focus")},
       {"focus-crowded", Window::main, fillCrowded, at("Focus", scrollDown)},
@@ -240,17 +249,24 @@ std::vector<PreviewScene> formScenes() {
             breathe(window);
             clickButton(window, shownText("ProfileEntryRow", "Output for %1").arg("VLC"));
           })},
-      {"settings", Window::main, fill, at("Settings")},
+      {"settings", Window::main, fillForms, at("Settings")},
       {"settings-granted", Window::main,
        [](PreviewMachine& box) { fillPermissions(box, true, FocusAuthorization::authorized); }, at("Settings")},
       {"settings-denied", Window::main,
        [](PreviewMachine& box) { fillPermissions(box, false, FocusAuthorization::denied); }, at("Settings")},
-      {"onboarding-welcome", Window::onboarding, fill, {}},
-      {"onboarding-permissions", Window::onboarding, fill, next(1)},
+      {"settings-nowhere", Window::main, fillWithoutSettings, at("Settings", grantInVain)},
+      {"onboarding-welcome", Window::onboarding, fillForms, {}},
+      {"onboarding-permissions", Window::onboarding, fillForms, next(1)},
       {"onboarding-granted", Window::onboarding,
        [](PreviewMachine& box) { fillPermissions(box, true, FocusAuthorization::authorized); }, next(1)},
       {"onboarding-denied", Window::onboarding,
        [](PreviewMachine& box) { fillPermissions(box, false, FocusAuthorization::denied); }, next(1)},
+      {"onboarding-nowhere", Window::onboarding, fillWithoutSettings,
+       next(1,
+            [](QQuickWindow& window) {
+              breathe(window);
+              grantInVain(window);
+            })},
   };
 }
 

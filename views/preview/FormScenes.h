@@ -7,6 +7,8 @@
 
 namespace quillmere {
 
+/// Several applications, some installed and some running, on two devices.
+void fillForms(PreviewMachine& box);
 [[nodiscard]] std::vector<PreviewScene> formScenes();
 
 }  // namespace quillmere

@@ -57,6 +57,10 @@ QQuickItem* find(QQuickItem& root, const std::function<bool(QQuickItem&)>& wante
   return nullptr;
 }
 
+QQuickItem* named(QQuickWindow& window, const QString& name) {
+  return find(*window.contentItem(), [&](QQuickItem& item) { return item.isVisible() && item.objectName() == name; });
+}
+
 QQuickItem* button(QQuickWindow& window, const QString& text) {
   return find(*window.contentItem(), [&](QQuickItem& item) {
     return item.isVisible() && item.acceptedMouseButtons() != Qt::NoButton &&
@@ -68,6 +72,14 @@ QString shownText(const char* context, const char* source) { return QCoreApplica
 
 void clickButton(QQuickWindow& window, const QString& text) {
   if (auto* item = button(window, text)) click(window, centreOf(*item));
+}
+
+void breathe(QQuickWindow& window) {
+  constexpr int frames = 15;
+  for (int frame = 0; frame < frames; ++frame) {
+    window.update();
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+  }
 }
 
 }  // namespace quillmere

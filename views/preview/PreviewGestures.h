@@ -20,10 +20,14 @@ void click(QQuickWindow& window, QPointF at, Qt::MouseButton button = Qt::LeftBu
 [[nodiscard]] QPointF centreOf(QQuickItem& item);
 /// The first item below `root`, itself included, that is wanted.
 [[nodiscard]] QQuickItem* find(QQuickItem& root, const std::function<bool(QQuickItem&)>& wanted);
+/// The first item with this name that is seen.
+[[nodiscard]] QQuickItem* named(QQuickWindow& window, const QString& name);
 /// The first item with this text that takes clicks.
 [[nodiscard]] QQuickItem* button(QQuickWindow& window, const QString& text);
 /// A text of the pages as the chosen language has it.
 [[nodiscard]] QString shownText(const char* context, const char* source);
 void clickButton(QQuickWindow& window, const QString& text);
+/// Lets the window lay out what has come.
+void breathe(QQuickWindow& window);
 
 }  // namespace quillmere

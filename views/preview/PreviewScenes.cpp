@@ -13,6 +13,7 @@
 #include "views/mixer/AppRowModel.h"
 #include "views/popover/MixerPanelPresenter.h"
 #include "views/preview/FormScenes.h"
+#include "views/preview/KeyScenes.h"
 #include "views/preview/PreviewGestures.h"
 #include "views/preview/PreviewMachine.h"
 
@@ -50,6 +51,35 @@ void fillSeveral(PreviewMachine& box) {
   box.state->setGain(0.65F, vlc);
   box.state->setGain(0.3F, game);
   box.state->toggleMute(game);
+}
+
+void fillWhispering(PreviewMachine& box) {
+  fillSeveral(box);
+  box.state->toggleWhisperMode();
+  box.advance(0.1);
+}
+
+/// A device and a profile of one's choice.
+void fillChosen(PreviewMachine& box) {
+  fillSeveral(box);
+  box.state->setOutputDeviceUID("headset");
+  box.state->addProfile("Evening");
+  box.state->addProfile("Deep work");
+  box.state->applyProfile(box.state->profiles()->at(1).id);
+  box.advance(1.5);
+}
+
+void fillWithoutDevices(PreviewMachine& box) {
+  box.launch(spotify, "Spotify", true, previewIcon("S", "#1db954"));
+  box.launch(zoom, "Zoom", false, previewIcon("Z", "#2d8cff"));
+  box.start();
+}
+
+void fillContrast(PreviewMachine& box) {
+  Appearance::shared().setWantsContrast(true);
+  fillSeveral(box);
+  box.play("Weird Fishes / Arpeggi", "Radiohead", spotify, true);
+  box.advance(1.1);
 }
 
 void fillEmpty(PreviewMachine& box) {
@@ -204,14 +234,9 @@ std::vector<PreviewScene> mixerScenes() {
       {"popover-several", Window::popover, fillSeveral, {}},
       {"popover-empty", Window::popover, fillEmpty, {}},
       {"popover-ducked", Window::popover, fillDucked, {}},
-      {"popover-whisper",
-       Window::popover,
-       [](PreviewMachine& box) {
-         fillSeveral(box);
-         box.state->toggleWhisperMode();
-         box.advance(0.1);
-       },
-       {}},
+      {"popover-whisper", Window::popover, fillWhispering, {}},
+      {"popover-no-device", Window::popover, fillWithoutDevices, {}},
+      {"popover-contrast", Window::popover, fillContrast, {}},
       {"popover-sleep-timer",
        Window::popover,
        [](PreviewMachine& box) {
@@ -227,9 +252,9 @@ std::vector<PreviewScene> mixerScenes() {
       {"popover-hover", Window::popover, fillSeveral, hoverRow},
       {"popover-routes", Window::popover, fillSeveral,
        [](QQuickWindow& window) { clickButton(window, shownText("RouteButton", "Output for %1").arg("Spotify")); }},
-      {"popover-devices", Window::popover, fillSeveral,
+      {"popover-devices", Window::popover, fillChosen,
        [](QQuickWindow& window) { clickButton(window, shownText("OutputRow", "Output device: %1").arg("")); }},
-      {"popover-profiles", Window::popover, fillSeveral,
+      {"popover-profiles", Window::popover, fillChosen,
        [](QQuickWindow& window) { clickButton(window, shownText("MixerPanel", "Profile: %1").arg("")); }},
       {"popover-sleep-menu", Window::popover, fillSeveral,
        [](QQuickWindow& window) { clickButton(window, shownText("SleepTimerControl", "Sleep timer")); }},
@@ -250,13 +275,10 @@ std::vector<PreviewScene> mixerScenes() {
       {"activity-forty", Window::main, fillForty, showActivity},
       {"activity-names", Window::main, fillNames, showActivity},
       {"main-ducked", Window::main, fillDucked, {}},
-      {"main-contrast",
-       Window::main,
-       [](PreviewMachine& box) {
-         Appearance::shared().setWantsContrast(true);
-         fillPlaying(box);
-       },
-       {}},
+      {"main-contrast", Window::main, fillContrast, {}},
+      {"main-contrast-cards", Window::main, fillContrast, scrollToEnd},
+      {"main-whisper", Window::main, fillWhispering, {}},
+      {"main-no-device", Window::main, fillWithoutDevices, {}},
       {"main-focus", Window::main, fillFocus, {}},
       {"main-names", Window::main, fillNames, {}},
       {"main-forty", Window::main, fillForty, {}},
@@ -276,6 +298,7 @@ const std::vector<PreviewScene>& previewScenes() {
   static const std::vector<PreviewScene> scenes = [] {
     auto all = mixerScenes();
     std::ranges::move(formScenes(), std::back_inserter(all));
+    std::ranges::move(keyScenes(), std::back_inserter(all));
     return all;
   }();
   return scenes;

@@ -57,7 +57,7 @@ FocusScope {
         source: root.iconSource
     }
 
-    Label {
+    NameLabel {
         id: nameLabel
 
         objectName: "name"
@@ -67,8 +67,6 @@ FocusScope {
         width: root.nameWidth
         text: root.name
         font: Tokens.bodyEmphasis
-        horizontalAlignment: Text.AlignLeft
-        maximumLineCount: 1
         Accessible.ignored: true
     }
 

@@ -18,6 +18,7 @@ PlainButton {
     readonly property real tileOpacity: 0.14
 
     property DropMenu madeMenu: null
+    readonly property bool menuOpen: madeMenu !== null && madeMenu.visible
 
     signal applyAsked()
     signal duplicateAsked()
@@ -86,7 +87,9 @@ PlainButton {
     background: Panel {
         objectName: "ground"
         radius: Tokens.corner.card
-        color: root.selected ? Tokens.cardBGSelected : root.hovered ? Tokens.cardBGHover : Tokens.clear
+        // One sees whose menu is open.
+        color: root.selected ? Tokens.cardBGSelected
+                             : root.hovered || root.menuOpen ? Tokens.cardBGHover : Tokens.clear
         stroke: root.selected ? Tokens.cardStrokeSelected : Tokens.clear
     }
 
@@ -118,13 +121,11 @@ PlainButton {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 1
 
-            Label {
+            NameLabel {
                 objectName: "name"
                 width: parent.width
                 text: root.name
                 font: Tokens.bodyEmphasis
-                horizontalAlignment: Text.AlignLeft
-                maximumLineCount: 1
                 Accessible.ignored: true
             }
 

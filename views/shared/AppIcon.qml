@@ -8,9 +8,8 @@ Item {
     required property url source
     property real side: 22
     property real tileSymbolSize: 11
-    // A single pixel stands for no icon.
-    readonly property bool missing: picture.status === Image.Null || picture.status === Image.Error
-                                    || (picture.status === Image.Ready && picture.implicitWidth <= 1)
+    // As long as it isn't there too. A single pixel stands for no icon.
+    readonly property bool missing: picture.status !== Image.Ready || picture.implicitWidth <= 1
 
     // The provider rounds its pictures by it.
     property real corner: side * 5 / 22
@@ -23,6 +22,7 @@ Item {
     Image {
         id: picture
 
+        objectName: "picture"
         anchors.fill: parent
         source: String(root.source).length > 0 ? root.source + "?corner=" + root.corner / root.side : ""
         sourceSize.width: root.pixels
@@ -33,6 +33,7 @@ Item {
     }
 
     Rectangle {
+        objectName: "tile"
         anchors.fill: parent
         visible: root.missing
         radius: root.corner

@@ -13,6 +13,7 @@ Item {
     property real gap: 5
     property string chevron: "chevron.up.chevron.down"
     // Up to the chevron's end; a text that is cut rarely fills the width it is given.
+    readonly property alias truncated: words.truncated
     readonly property real shownWidth: tail.x + tail.width
 
     implicitWidth: (lead.visible ? lead.width + gap : 0) + words.implicitWidth + gap + tail.width

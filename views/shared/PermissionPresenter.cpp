@@ -5,11 +5,12 @@
 
 namespace quillmere {
 
-PermissionPresenter::PermissionPresenter(const Observable<PermissionStatus>& status, std::function<void()> grant,
-                                         QObject* parent)
+PermissionPresenter::PermissionPresenter(const Observable<PermissionStatus>& status, std::function<bool()> grant,
+                                         QString wayWithout, QObject* parent)
     : QObject(parent),
       status_(status),
       grant_(std::move(grant)),
+      wayWithout_(std::move(wayWithout)),
       subscription_(status_.observe([this](PermissionStatus) { Q_EMIT statusChanged(); })) {}
 
 PermissionPresenter::Status PermissionPresenter::status() const {
@@ -36,6 +37,11 @@ QString PermissionPresenter::text() const {
   return tr("Grant");
 }
 
-void PermissionPresenter::grant() { grant_(); }
+QString PermissionPresenter::hint() const { return openedNothing_ && !isGranted() ? wayWithout_ : QString(); }
+
+void PermissionPresenter::grant() {
+  openedNothing_ = !grant_();
+  Q_EMIT statusChanged();
+}
 
 }  // namespace quillmere

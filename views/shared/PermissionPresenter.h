@@ -19,19 +19,24 @@ class PermissionPresenter final : public QObject {
   Q_PROPERTY(Status status READ status NOTIFY statusChanged FINAL)
   Q_PROPERTY(bool granted READ isGranted NOTIFY statusChanged FINAL)
   Q_PROPERTY(QString text READ text NOTIFY statusChanged FINAL)
+  Q_PROPERTY(QString hint READ hint NOTIFY statusChanged FINAL)
 
  public:
   enum Status { NotDetermined, Granted, Denied };
   Q_ENUM(Status)
 
-  /// The field outlives this; `grant` is what the button does, whatever it says.
-  PermissionPresenter(const Observable<PermissionStatus>& status, std::function<void()> grant,
+  /// The field outlives this; `grant` is what the button does, whatever it says, and tells whether that opened
+  /// anything. `wayWithout` is how the permission comes where it didn't.
+  PermissionPresenter(const Observable<PermissionStatus>& status, std::function<bool()> grant, QString wayWithout,
                       QObject* parent = nullptr);
 
   [[nodiscard]] Status status() const;
   [[nodiscard]] bool isGranted() const { return status() == Granted; }
   /// The label of what is granted, else the button's.
   [[nodiscard]] QString text() const;
+
+  /// Empty, unless the button was pressed and there was nothing for it to open.
+  [[nodiscard]] QString hint() const;
 
   Q_INVOKABLE void grant();
 
@@ -40,7 +45,9 @@ class PermissionPresenter final : public QObject {
 
  private:
   const Observable<PermissionStatus>& status_;
-  std::function<void()> grant_;
+  std::function<bool()> grant_;
+  QString wayWithout_;
+  bool openedNothing_ = false;
   Subscription subscription_;
 };
 

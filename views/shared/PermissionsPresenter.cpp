@@ -9,8 +9,14 @@ namespace quillmere {
 PermissionsPresenter::PermissionsPresenter(const ViewServices& services, QObject* parent)
     : QObject(parent),
       monitor_(services.desktop.permissions()),
-      accessibility_(monitor_.accessibility(), [this] { monitor_.grantAccessibility(); }),
-      focusStatus_(monitor_.focusStatus(), [this] { monitor_.grantFocusStatus(); }) {}
+      accessibility_(
+          monitor_.accessibility(), [this] { return monitor_.grantAccessibility(); },
+          tr("No settings for this were found. It is granted once the desktop's portal offers global "
+             "shortcuts.")),
+      focusStatus_(
+          monitor_.focusStatus(), [this] { return monitor_.grantFocusStatus(); },
+          tr("No settings for this were found. It is granted once the desktop's notifications have a "
+             "do-not-disturb mode.")) {}
 
 PermissionsPresenter::~PermissionsPresenter() { setVisible(false); }
 

@@ -96,6 +96,26 @@ TEST_F(DesktopsAppearance, TextsAndEdgesStandOutWhereContrastIsWanted) {
   EXPECT_NEAR(tokens.property("textTertiary").value<QColor>().alphaF(), 0.35, 0.001);
 }
 
+TEST_F(DesktopsAppearance, WhatIsMutedStaysReadableWhereContrastIsWanted) {
+  const Tokens tokens;
+  const auto ground = tokens.property("canvasBG").value<QColor>();
+  const auto muted = [&](const char* name) {
+    return Tokens::alpha(tokens.property(name).value<QColor>(), tokens.mutedRow());
+  };
+  EXPECT_EQ(tokens.mutedRow(), 0.55);
+  EXPECT_EQ(tokens.mutedSlider(), 0.45);
+  Appearance::shared().setWantsContrast(true);
+  EXPECT_GE(contrast(muted("textPrimary"), ground), 7);
+  EXPECT_GE(contrast(muted("textTertiary"), ground), 7);
+  // A muted row's slider: its thumb, and the track beside it.
+  const double share = tokens.mutedRow() * tokens.mutedSlider();
+  EXPECT_GE(contrast(Tokens::alpha(tokens.property("white").value<QColor>(), share), ground), 3);
+  EXPECT_GE(contrast(tokens.sliderTrack(), ground), 3);
+  Appearance::shared().setWantsContrast(false);
+  EXPECT_EQ(tokens.mutedRow(), 0.55);
+  EXPECT_EQ(tokens.mutedSlider(), 0.45);
+}
+
 TEST_F(DesktopsAppearance, TheDesktopsFaceComesFirstWhereItNamesOne) {
   Appearance::shared().setFontFamily("Cantarell");
   const Tokens tokens;

@@ -92,6 +92,17 @@ TEST(Tokens, TextsAreWhiteInThreeOpacities) {
   expectColour(colourOf("textTertiary"), 1, 1, 1, 0.35f);
 }
 
+TEST(Tokens, TracksAreATenthOfThePrimaryColour) { expectColour(colourOf("sliderTrack"), 1, 1, 1, 0.085f); }
+
+TEST(Tokens, TextWhoseWordsHaveRoomBreaksWithinNone) {
+  const auto font = Tokens::face(10);
+  EXPECT_FALSE(Tokens::breaksWithinWord("White Noise", font, 56));
+  EXPECT_FALSE(Tokens::breaksWithinWord("Zoom", font, 56));
+  EXPECT_TRUE(Tokens::breaksWithinWord("Interoperability", font, 56));
+  EXPECT_TRUE(Tokens::breaksWithinWord("An Interoperability", font, 56));
+  EXPECT_FALSE(Tokens::breaksWithinWord("Interoperability", font, 0)) << "not laid out yet";
+}
+
 TEST(Tokens, FontsHaveTheirSizesAndWeights) {
   expectFont(fontOf("heroDisplay"), 36, QFont::DemiBold);
   expectFont(fontOf("displayXL"), 28, QFont::DemiBold);

@@ -18,6 +18,7 @@
 #include "views/onboarding/OnboardingPresenter.h"
 #include "views/preferences/PreferencesCanvasPresenter.h"
 #include "views/profiles/ProfilesCanvasPresenter.h"
+#include "views/shared/AppIconProvider.h"
 
 namespace quillmere {
 
@@ -78,6 +79,11 @@ class FormsBench : public QObject {
   }
   Q_INVOKABLE void install(const QString& bundleID, const QString& name) const {
     desktop_->workspace.install(bundleID.toStdString(), name.toStdString(), "/apps/" + bundleID.toStdString());
+  }
+
+  /// Where an application's icon is asked for.
+  Q_INVOKABLE static QUrl iconSource(const QString& bundleID) {
+    return AppIconProvider::urlFor(bundleID.toStdString());
   }
 
   /// Presses a key in the window as one that is held does, again and again.
@@ -143,6 +149,7 @@ class FormsBench : public QObject {
 
   // The desktop.
   Q_INVOKABLE void setTrusted(bool trusted) const { desktop_->permissions.setTrusted(trusted); }
+  Q_INVOKABLE void setHasSettings(bool hasSettings) const { desktop_->permissions.setHasSettings(hasSettings); }
   Q_INVOKABLE void setFocusAuthorization(int number) const { desktop_->permissions.setFocusNumber(number); }
   Q_INVOKABLE void setLoginItem(bool enabled) const {
     desktop_->loginItem.setStatus(enabled ? LoginItemStatus::enabled : LoginItemStatus::notRegistered);

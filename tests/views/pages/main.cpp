@@ -1,9 +1,12 @@
 // Runs the pages' Qt Quick tests on the compiled-in modules.
 #include <QtQml/qqmlextensionplugin.h>
+#include <QImage>
 #include <QQmlEngine>
+#include <QTemporaryDir>
 #include <QtQuickTest>
 
 #include "Bench.h"
+#include "DesktopWishes.h"
 #include "FormsBench.h"
 #include "views/Translation.h"
 #include "views/shared/AppIconProvider.h"
@@ -19,16 +22,26 @@ class Setup : public QObject {
   void qmlEngineAvailable(QQmlEngine* engine) {
     engine->addImportPath("qrc:/qt/qml");
     engine->addImageProvider(quillmere::AppIconProvider::id, new quillmere::AppIconProvider(workspace_));
+    // The only application here that has an icon.
+    const auto picture = folder_.filePath("icon.png");
+    QImage icon(64, 64, QImage::Format_ARGB32);
+    icon.fill(Qt::red);
+    icon.save(picture);
+    workspace_.install("org.example.pictured", "Pictured", "/apps/pictured");
+    workspace_.setIcon("org.example.pictured", quillmere::FileIcon{picture.toStdString()});
     bench_.stop();
     forms_.stop();
     qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "Bench", &bench_);
     qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "Forms", &forms_);
+    qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "DesktopWishes", &wishes_);
   }
 
  private:
   quillmere::MemoryWorkspace workspace_;
   quillmere::Bench bench_;
   quillmere::FormsBench forms_;
+  quillmere::DesktopWishes wishes_;
+  QTemporaryDir folder_;
 };
 
 QUICK_TEST_MAIN_WITH_SETUP(quillmere_pages, Setup)

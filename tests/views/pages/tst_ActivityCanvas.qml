@@ -98,7 +98,7 @@ Item {
         function test_columnsAreAtLeastTwoHundredAndTwentyWide_data() {
             return [
                 {tag: "four", width: 1000, columns: 4},
-                {tag: "three", width: 839, columns: 3},
+                {tag: "room for three", width: 919, columns: 2},
                 {tag: "two", width: 600, columns: 2},
                 {tag: "one", width: 400, columns: 1},
             ];
@@ -110,6 +110,10 @@ Item {
             const grid = findChild(page, "tiles");
             tryCompare(grid, "columns", data.columns);
             verify(tiles()[0].width >= 220);
+            // Full rows, up to the edge, on whole pixels.
+            tryVerify(() => tiles()[3].x + tiles()[3].width === grid.width);
+            for (const tile of tiles())
+                compare(tile.width, Math.round(tile.width));
         }
 
         function test_rowsTellLiveFromIdle() {

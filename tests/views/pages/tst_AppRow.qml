@@ -94,6 +94,15 @@ Item {
             compare(appRow.opacity, 1);
         }
 
+        function test_mutedRowStaysReadableWhereContrastIsWanted() {
+            mouseMove(mute(), 12, 12);
+            mouseClick(mute());
+            DesktopWishes.wantContrast(true);
+            compare(appRow.opacity, 0.85);
+            DesktopWishes.reset();
+            compare(appRow.opacity, 0.55);
+        }
+
         function test_keyboardFocusBringsTheControlsUp() {
             mute().forceActiveFocus(Qt.TabFocusReason);
             tryCompare(controls(), "opacity", 1);

@@ -140,6 +140,12 @@ Item {
             compare(Finder.named(all[3], "defaultsHeading"), null);
         }
 
+        function test_applicationsOfOneNameAreToldApartByTheirTips() {
+            make();
+            const labels = Finder.all(item => item instanceof DuckAppRow && item.name === "Music", page).map(item => Finder.named(item, "name"));
+            compare(labels.map(item => item.tip).sort(), ["com.amazon.Music", "com.apple.Music"]);
+        }
+
         function test_applicationThatIsNotInstalledHasTheTile() {
             make();
             const row = rows("triggers")[1];

@@ -157,6 +157,28 @@ Item {
             compare(adder.height, one.height);
         }
 
+        function test_nameOfTwoWordsHasTwoLinesAndCellsStayAlike() {
+            make(1);
+            Forms.setFocusCandidates(["org.example.white-noise", "org.example.interoperability"]);
+            waitForRendering(page);
+            const label = name => Finder.named(cell(name), "name");
+            compare([label("White Noise").lineCount, label("White Noise").truncated], [2, false]);
+            // No line ends within a word.
+            compare([label("Interoperability").lineCount, label("Interoperability").truncated], [1, true]);
+            compare(label("App 1").lineCount, 1);
+            compare(cell("White Noise").height, cell("App 1").height);
+            compare(label("White Noise").y, label("App 1").y);
+            verify(label("White Noise").contentHeight <= label("White Noise").height);
+        }
+
+        function test_firstTileStandsUnderTheWords() {
+            make(1);
+            const help = Finder.named(page, "help");
+            compare(String(help.color), String(Tokens.textSecondary));
+            const icon = Finder.all(item => item instanceof Rectangle && item.width === 48, cells()[0])[0];
+            compare(icon.mapToItem(page, 0, 0).x, help.mapToItem(page, 0, 0).x);
+        }
+
         function test_clickChoosesAndAnotherClears() {
             make(2);
             const one = cell("App 1");

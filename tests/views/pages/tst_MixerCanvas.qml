@@ -95,6 +95,17 @@ Item {
             verify(card.height >= 150);
         }
 
+        function test_capsuleStartsAtItsShareAndGlidesToTheNextOne() {
+            make(3, 2);
+            const fill = findChild(page, "capsuleFill");
+            compare(fill.width, Math.round(fill.parent.width * 2 / 3));
+            page.width -= 60;
+            compare(fill.width, Math.round(fill.parent.width * 2 / 3));
+            Bench.sound(3, true);
+            verify(fill.width < fill.parent.width);
+            tryCompare(fill, "width", fill.parent.width);
+        }
+
         function test_whisperButtonTurnsWhisperModeOnAndChangesItsLook() {
             make(1, 1);
             const whisper = all(item => item instanceof WhisperButton, page)[0];
@@ -231,6 +242,16 @@ Item {
             const mute = button(card("App 1"), "Unmute App 1");
             compare(mute.tip, "Unmute");
             compare(mute.symbol, "speaker.slash.fill");
+        }
+
+        function test_mutedCardStaysReadableWhereContrastIsWanted() {
+            make(2, 1);
+            tryVerify(() => card("App 1"));
+            mouseClick(button(card("App 1"), "Mute App 1"));
+            DesktopWishes.wantContrast(true);
+            compare(findChild(card("App 1"), "content").opacity, 0.85);
+            DesktopWishes.reset();
+            compare(findChild(card("App 1"), "content").opacity, 0.55);
         }
 
         function test_routeMenuSendsTheApplicationToADevice() {

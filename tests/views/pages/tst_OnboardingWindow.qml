@@ -21,11 +21,23 @@ Item {
         }
     }
 
+    Component {
+        id: darkness
+
+        Rectangle {
+            width: 100
+            height: 100
+            color: "black"
+        }
+    }
+
     TestCase {
         name: "OnboardingWindow"
         when: windowShown
 
         property OnboardingWindow page: null
+
+        function cleanup() { DesktopWishes.reset(); }
 
         function init() {
             Forms.start(1);
@@ -194,6 +206,48 @@ Item {
             mouseClick(Finder.named(cards()[0], "action"));
             mouseClick(Finder.named(cards()[1], "action"));
             compare(Forms.openedAnchors, ["Privacy_Accessibility", "Privacy_FocusStatus"]);
+        }
+
+        function test_whereThereAreNoSettingsTheCardSaysHowThePermissionComes() {
+            Forms.setHasSettings(false);
+            toPermissions();
+            const card = cards()[1];
+            compare(Finder.named(card, "hint"), null);
+            const before = card.height;
+            mouseClick(Finder.named(card, "action"));
+            verify(Finder.named(card, "hint").text.startsWith("No settings for this were found."));
+            tryVerify(() => card.height > before);
+            Forms.setHasSettings(true);
+            mouseClick(Finder.named(card, "action"));
+            compare(Finder.named(card, "hint"), null);
+            compare(Forms.openedAnchors, ["Privacy_FocusStatus"]);
+        }
+
+        function test_stepsAreThereAtOnceWhereMotionIsReduced() {
+            DesktopWishes.reduceMotion(true);
+            go().clicked();
+            compare(named("welcome"), null);
+            compare([named("permissions").x, named("permissions").opacity], [0, 1]);
+            compare([dots()[0].width, dots()[1].width], [6, 22]);
+            named("back").clicked();
+            compare(named("permissions"), null);
+            compare([named("welcome").x, named("welcome").opacity], [0, 1]);
+        }
+
+        function test_haloIsTheBrandsGradientAcrossItsCircle() {
+            toPermissions();
+            const glyph = Finder.all(item => item instanceof HeroGlyph, page)[0];
+            const halo = Finder.named(glyph, "halo");
+            compare([halo.width, halo.height, halo.corner], [80, 80, 40]);
+            compare(halo.x, 10);
+            const dark = createTemporaryObject(darkness, scene);
+            halo.parent = dark;
+            waitForRendering(dark);
+            const image = grabImage(halo);
+            const share = (x, y) => image.red(x, y) / image.blue(x, y);
+            // Sage has less red in its blue than mint.
+            verify(share(16, 16) < 0.19, share(16, 16));
+            verify(share(64, 64) > 0.205, share(64, 64));
         }
 
         function test_dotsFollowTheStep() {

@@ -191,6 +191,26 @@ Item {
             compare(Forms.openedAnchors, ["Privacy_Accessibility", "Privacy_FocusStatus"]);
         }
 
+        function test_whereThereAreNoSettingsTheRowSaysHowThePermissionComes() {
+            Forms.setHasSettings(false);
+            make();
+            const row = named("accessibility");
+            compare(Finder.named(row, "hint"), null);
+            const before = row.height;
+            mouseClick(Finder.named(row, "action"));
+            const hint = Finder.named(row, "hint");
+            compare(hint.text, "No settings for this were found. It is granted once the desktop's portal offers global shortcuts.");
+            compare(hint.Accessible.role, Accessible.AlertMessage);
+            compare(String(hint.color), String(Tokens.brandAmber));
+            tryVerify(() => row.height > before);
+            compare(Finder.named(named("focusStatus"), "hint"), null);
+            mouseClick(Finder.named(named("focusStatus"), "action"));
+            compare(Finder.named(named("focusStatus"), "hint").text, "No settings for this were found. It is granted once the desktop's notifications have a do-not-disturb mode.");
+            Forms.setTrusted(true);
+            Forms.advance(0.6);
+            compare(Finder.named(row, "hint"), null);
+        }
+
         function test_aboutsButtonsOpenAddresses() {
             make();
             mouseClick(button("Website"));

@@ -87,6 +87,35 @@ Item {
             compare(named("apply").symbol, "play.fill");
         }
 
+        function test_tileShowsThatItsMenuIsOpen() {
+            start();
+            make();
+            const evening = tile("Evening");
+            const ground = Finder.named(evening, "ground");
+            verify(Qt.colorEqual(ground.color, Tokens.clear));
+            evening.openMenu(10, 10);
+            tryCompare(evening, "menuOpen", true);
+            verify(Qt.colorEqual(ground.color, Tokens.cardBGHover));
+            keyClick(Qt.Key_Escape);
+            tryCompare(evening, "menuOpen", false);
+            verify(Qt.colorEqual(ground.color, Tokens.clear));
+        }
+
+        function test_nameThatIsCutComesAsATip() {
+            start();
+            Forms.addProfile("A profile whose name is far too long for the tile that it has");
+            make();
+            const label = name => Finder.named(tile(name), "name");
+            const cut = label("A profile whose name is far too long for the tile that it has");
+            verify(cut.truncated);
+            mouseMove(cut, 20, 5);
+            tryVerify(() => cut.madeTip !== null && cut.madeTip.visible);
+            compare(cut.madeTip.text, cut.text);
+            mouseMove(label("Evening"), 20, 5);
+            tryVerify(() => !cut.madeTip.visible);
+            compare(label("Evening").madeTip, null);
+        }
+
         function test_editorStandsInItsOrder() {
             start();
             make();

@@ -1,6 +1,8 @@
 // What the page of the preferences shows.
 #include "views/preferences/PreferencesCanvasPresenter.h"
 
+#include <QSignalSpy>
+
 #include "../ViewsFixture.h"
 
 namespace quillmere {
@@ -149,6 +151,26 @@ TEST_F(PreferencesPage, DeniedPermissionOpensTheSettingsByTheSameAction) {
   make();
   focusStatus().grant();
   EXPECT_EQ(desktop.permissions.opened(), std::vector<std::string>{"Privacy_FocusStatus"});
+}
+
+TEST_F(PreferencesPage, WithoutSettingsToOpenAPermissionSaysHowItComesUntilItHasCome) {
+  startViews();
+  make();
+  desktop.permissions.setHasSettings(false);
+  EXPECT_EQ(focusStatus().hint(), "");
+  QSignalSpy told(&focusStatus(), &PermissionPresenter::statusChanged);
+  focusStatus().grant();
+  EXPECT_EQ(told.count(), 1);
+  EXPECT_TRUE(focusStatus().hint().contains("do-not-disturb")) << focusStatus().hint().toStdString();
+  EXPECT_EQ(accessibility().hint(), "") << "nobody has asked for that one";
+  desktop.permissions.answerFocus(FocusAuthorization::authorized);
+  settle();
+  EXPECT_EQ(focusStatus().hint(), "");
+  desktop.permissions.setFocus(FocusAuthorization::notDetermined);
+  desktop.permissions.setHasSettings(true);
+  box->advanceSeconds(0.6);
+  focusStatus().grant();
+  EXPECT_EQ(focusStatus().hint(), "") << "now there is something to see";
 }
 
 TEST_F(PreferencesPage, PermissionsAreReadOnlyWhileThePageShows) {

@@ -3,17 +3,9 @@
 #include <QQmlEngine>
 #include <QtQuickTest>
 
-#include "views/design/Appearance.h"
+#include "DesktopWishes.h"
 
 Q_IMPORT_QML_PLUGIN(Quillmere_DesignPlugin)
-
-/// The desktop's settings, for tests to change.
-class DesktopSettings : public QObject {
-  Q_OBJECT
-
- public:
-  Q_INVOKABLE static void reduceMotion(bool reduces) { quillmere::Appearance::shared().setReducesMotion(reduces); }
-};
 
 class Setup : public QObject {
   Q_OBJECT
@@ -21,11 +13,11 @@ class Setup : public QObject {
  public slots:
   void qmlEngineAvailable(QQmlEngine* engine) {
     engine->addImportPath("qrc:/qt/qml");
-    qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "DesktopSettings", &settings_);
+    qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "DesktopWishes", &wishes_);
   }
 
  private:
-  DesktopSettings settings_;
+  quillmere::DesktopWishes wishes_;
 };
 
 QUICK_TEST_MAIN_WITH_SETUP(quillmere, Setup)

@@ -149,6 +149,17 @@ Item {
         }
     }
 
+    Component {
+        id: emptyMenu
+
+        MenuButton {
+            width: 60
+            height: 24
+            text: "Nothing"
+            menu: DropMenu {}
+        }
+    }
+
     TestCase {
         name: "Components"
         when: windowShown
@@ -254,6 +265,12 @@ Item {
             keyClick(Qt.Key_Return);
             compare(button.picked, "Headphones");
             tryVerify(() => !button.open);
+        }
+
+        function test_aMenuWithoutEntriesDoesNotOpen() {
+            const button = createTemporaryObject(emptyMenu, scene);
+            mouseClick(button);
+            compare(button.open, false);
         }
 
         function test_aMenuClosesOnEscape() {

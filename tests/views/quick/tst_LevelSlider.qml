@@ -2,6 +2,7 @@
 import QtQuick
 import QtTest
 import Quillmere.Design
+import Quillmere.Test
 
 Item {
     id: scene
@@ -93,6 +94,19 @@ Item {
 
         function handleOf(slider: LevelSlider): Item {
             return findChild(slider, "handle");
+        }
+
+        function test_trackAndMutedSliderStandOutWhereContrastIsWanted() {
+            const slider = createTemporaryObject(standard, scene);
+            slider.isMuted = true;
+            const track = findChild(slider, "track");
+            tryCompare(track.parent, "opacity", 0.45);
+            DesktopWishes.wantContrast(true);
+            verify(Qt.colorEqual(track.leading, Tokens.alpha(Tokens.white, 0.35)));
+            verify(Qt.colorEqual(track.trailing, track.leading));
+            tryCompare(track.parent, "opacity", 0.75);
+            DesktopWishes.reset();
+            tryCompare(track.parent, "opacity", 0.45);
         }
 
         function test_nothingShowsThroughAFadedThumb() {

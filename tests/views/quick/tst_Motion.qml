@@ -48,7 +48,7 @@ Item {
         }
 
         function cleanup() {
-            DesktopSettings.reduceMotion(false);
+            DesktopWishes.reset();
         }
 
         function go() {
@@ -68,7 +68,7 @@ Item {
         }
 
         function test_whereMotionIsReducedTheyAreThereAtOnce() {
-            DesktopSettings.reduceMotion(true);
+            DesktopWishes.reduceMotion(true);
             go();
             compare(mover.x, 100);
             compare(mover.far, 1);
