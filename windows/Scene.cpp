@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QEvent>
 #include <QLoggingCategory>
+#include <QSignalBlocker>
 #include <utility>
 
 namespace quillmere {
@@ -15,10 +16,16 @@ Q_LOGGING_CATEGORY(category, "app.quillmere.scene", QtInfoMsg)
 
 }  // namespace
 
-Scene::Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden)
-    : runtime_(runtime), factory_(std::move(factory)), keepHidden_(keepHidden) {}
+Scene::Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden, SightTest isOutOfSight)
+    : runtime_(runtime),
+      factory_(std::move(factory)),
+      keepHidden_(keepHidden),
+      isOutOfSight_(std::move(isOutOfSight)) {}
 
-Scene::~Scene() { keep(); }
+Scene::~Scene() {
+  keep();
+  stopLooking();
+}
 
 QWindow& Scene::prepare() {
   keep();
@@ -34,6 +41,7 @@ QWindow& Scene::prepare() {
       }
     });
     connect(window_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
+      if (!visible) hasBeenSeen_ = false;
       if (visible) {
         keep();
         Q_EMIT shown();
@@ -47,10 +55,45 @@ QWindow& Scene::prepare() {
 }
 
 void Scene::show() {
+  // A desktop that has been given a reason decides by that. The toolkit takes the reason with the request.
+  const bool hasReason = !qEnvironmentVariableIsEmpty("XDG_ACTIVATION_TOKEN");
   auto& window = prepare();
+  const bool wasThere = window.isVisible();
   window.show();
   window.raise();
   window.requestActivate();
+  stopLooking();
+  if (wasThere && !hasReason) lookForIt();
+}
+
+void Scene::lookForIt() {
+  // Whether anybody wants to see a window comes to light with its next picture.
+  window_->requestUpdate();
+  lookTimer_ = runtime_.main.postAfter(patience, [this] {
+    lookTimer_ = 0;
+    // One that has never been seen is still on its way.
+    if (isVisible() && hasBeenSeen_ && isOutOfSight_(*window_)) {
+      fetch();
+    } else {
+      qCDebug(category, "window left in its place");
+    }
+  });
+}
+
+void Scene::stopLooking() {
+  if (lookTimer_ != 0) runtime_.main.cancelTimer(std::exchange(lookTimer_, 0));
+}
+
+void Scene::fetch() {
+  qCDebug(category, "window fetched");
+  {
+    // For the person it has been open all the time: to whoever begins anew with each showing, too.
+    const QSignalBlocker nobodyIsTold(window_.get());
+    window_->hide();
+    window_->show();
+  }
+  window_->raise();
+  window_->requestActivate();
 }
 
 void Scene::hide() {
@@ -60,7 +103,10 @@ void Scene::hide() {
 bool Scene::isVisible() const { return window_ && window_->isVisible(); }
 
 bool Scene::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Close && watched == window_.get()) Q_EMIT willClose();
+  if (watched == window_.get()) {
+    if (event->type() == QEvent::Close) Q_EMIT willClose();
+    if (event->type() == QEvent::Expose && window_->isExposed()) hasBeenSeen_ = true;
+  }
   return QObject::eventFilter(watched, event);
 }
 
