@@ -2,6 +2,7 @@
 #include "windows/Scene.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QLoggingCategory>
 #include <QSignalBlocker>
@@ -46,6 +47,9 @@ QWindow& Scene::prepare() {
         keep();
         Q_EMIT shown();
       } else {
+        // The pointer that lay over it is told of elsewhere only: what it lay on would have it still, when shown again.
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(window_.get(), &leave);
         Q_EMIT hidden();
         scheduleDrop();
       }
@@ -59,11 +63,20 @@ void Scene::show() {
   const bool hasReason = !qEnvironmentVariableIsEmpty("XDG_ACTIVATION_TOKEN");
   auto& window = prepare();
   const bool wasThere = window.isVisible();
-  window.show();
-  window.raise();
-  window.requestActivate();
+  bringForward();
   stopLooking();
   if (wasThere && !hasReason) lookForIt();
+}
+
+void Scene::bringForward() {
+  // Its show() would make a maximised window a normal one.
+  if (window_->isVisible()) {
+    window_->setWindowStates(window_->windowStates() & ~Qt::WindowStates(Qt::WindowMinimized));
+  } else {
+    window_->setVisible(true);
+  }
+  window_->raise();
+  window_->requestActivate();
 }
 
 void Scene::lookForIt() {
@@ -89,11 +102,10 @@ void Scene::fetch() {
   {
     // For the person it has been open all the time: to whoever begins anew with each showing, too.
     const QSignalBlocker nobodyIsTold(window_.get());
-    window_->hide();
-    window_->show();
+    window_->setVisible(false);
+    window_->setVisible(true);
   }
-  window_->raise();
-  window_->requestActivate();
+  bringForward();
 }
 
 void Scene::hide() {

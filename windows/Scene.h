@@ -57,6 +57,7 @@ class Scene final : public QObject {
  private:
   void scheduleDrop();
   void keep();
+  void bringForward();
   /// Looks after a moment whether the desktop has done what it was asked.
   void lookForIt();
   void stopLooking();

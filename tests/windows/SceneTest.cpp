@@ -40,10 +40,13 @@ class SceneOfAWindow : public ::testing::Test {
   class Watcher final : public QObject {
    public:
     std::vector<bool> done;
+    /// How often the pointer has left it.
+    int left = 0;
 
    protected:
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
       if (event->type() == QEvent::Hide || event->type() == QEvent::Show) done.push_back(event->type() == QEvent::Show);
+      if (event->type() == QEvent::Leave) ++left;
       return false;
     }
   };
@@ -124,6 +127,34 @@ TEST_F(SceneOfAWindow, OneThatHasNotBeenSeenYetIsStillOnItsWay) {
   scene.show();
   time.advance(1min);
   EXPECT_TRUE(watcher.done.empty());
+}
+
+TEST_F(SceneOfAWindow, OneThatIsMaximisedStaysSoHoweverItIsAskedFor) {
+  open();
+  scene.window()->showMaximized();
+  scene.show();
+  EXPECT_EQ(scene.window()->windowState(), Qt::WindowMaximized) << "asked for while it shows";
+  isElsewhere = true;
+  scene.show();
+  time.advance(Scene::patience);
+  EXPECT_EQ(scene.window()->windowState(), Qt::WindowMaximized) << "fetched";
+  scene.hide();
+  scene.show();
+  EXPECT_EQ(scene.window()->windowState(), Qt::WindowMaximized) << "closed and opened again";
+}
+
+TEST_F(SceneOfAWindow, OneThatIsMinimisedComesBackAsItWas) {
+  open();
+  scene.window()->setWindowStates(Qt::WindowMaximized | Qt::WindowMinimized);
+  scene.show();
+  EXPECT_EQ(scene.window()->windowStates(), Qt::WindowStates(Qt::WindowMaximized));
+}
+
+TEST_F(SceneOfAWindow, ThePointerLeavesOneThatIsHiddenUnderIt) {
+  open();
+  EXPECT_EQ(watcher.left, 0);
+  scene.hide();
+  EXPECT_EQ(watcher.left, 1);
 }
 
 TEST_F(SceneOfAWindow, OneThatWasClosedMeanwhileStaysClosed) {
