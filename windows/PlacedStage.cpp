@@ -16,10 +16,6 @@ namespace {
 
 constexpr auto always = Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
 
-/// A tiling Wayland compositor centres what it manages for its X server, wherever that wants to be. What it doesn't
-/// manage it leaves in place, over everything.
-bool centresWindows() { return x11::windowManager() == "wlroots wm"; }
-
 /// A tiling compositor leaves a window its size only where it has no other.
 void holdSize(QWindow& window) {
   window.setMinimumSize(window.size());
@@ -38,7 +34,10 @@ std::vector<ScreenSpace> screens() {
 
 void PlacedStage::adopt(QWindow& window) {
   window_ = &window;
-  isUnmanaged_ = centresWindows();
+  // A tiling Wayland compositor centres what it manages for its X server, wherever that wants to be. What it doesn't
+  // manage it leaves in place, over everything.
+  isUnmanaged_ = x11::isOfWlroots();
+  hasDeafDesktop_ = x11::isOfGnome();
   // The keyboard is for what looks like a window.
   window.setFlags(always | (isUnmanaged_ ? Qt::Window | Qt::BypassWindowManagerHint : Qt::Tool));
   if (isUnmanaged_) window.installEventFilter(this);
@@ -61,6 +60,13 @@ void PlacedStage::show(const PopoverPlace& where) {
     return;
   }
   if (!isShown()) x11::skipTaskBar(*window_);
+  if (hasDeafDesktop_) {
+    backdrops_.cover([this](Backdrop& backdrop, QScreen&) {
+      backdrop.setFlags(Qt::Window | Qt::FramelessWindowHint);
+      x11::lieOnDesktop(backdrop);
+      connect(&backdrop, &Backdrop::pressed, this, &PopoverStage::pressedOutside);
+    });
+  }
   window_->show();
   window_->raise();
   window_->requestActivate();

@@ -27,6 +27,8 @@ class PlacedStage final : public PopoverStage {
   std::optional<QRect> anchor_;
   /// The window is kept from who arranges windows, and so has to ask for what that one would have given it.
   bool isUnmanaged_ = false;
+  /// A click on the empty desktop takes the keyboard from nobody.
+  bool hasDeafDesktop_ = false;
   Backdrops backdrops_;
 };
 

@@ -2,8 +2,10 @@
 #include "windows/Scene.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QLoggingCategory>
+#include <QSignalBlocker>
 #include <utility>
 
 namespace quillmere {
@@ -15,10 +17,16 @@ Q_LOGGING_CATEGORY(category, "app.quillmere.scene", QtInfoMsg)
 
 }  // namespace
 
-Scene::Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden)
-    : runtime_(runtime), factory_(std::move(factory)), keepHidden_(keepHidden) {}
+Scene::Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden, SightTest isOutOfSight)
+    : runtime_(runtime),
+      factory_(std::move(factory)),
+      keepHidden_(keepHidden),
+      isOutOfSight_(std::move(isOutOfSight)) {}
 
-Scene::~Scene() { keep(); }
+Scene::~Scene() {
+  keep();
+  stopLooking();
+}
 
 QWindow& Scene::prepare() {
   keep();
@@ -34,10 +42,14 @@ QWindow& Scene::prepare() {
       }
     });
     connect(window_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
+      if (!visible) hasBeenSeen_ = false;
       if (visible) {
         keep();
         Q_EMIT shown();
       } else {
+        // The pointer that lay over it is told of elsewhere only: what it lay on would have it still, when shown again.
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(window_.get(), &leave);
         Q_EMIT hidden();
         scheduleDrop();
       }
@@ -47,10 +59,53 @@ QWindow& Scene::prepare() {
 }
 
 void Scene::show() {
+  // A desktop that has been given a reason decides by that. The toolkit takes the reason with the request.
+  const bool hasReason = !qEnvironmentVariableIsEmpty("XDG_ACTIVATION_TOKEN");
   auto& window = prepare();
-  window.show();
-  window.raise();
-  window.requestActivate();
+  const bool wasThere = window.isVisible();
+  bringForward();
+  stopLooking();
+  if (wasThere && !hasReason) lookForIt();
+}
+
+void Scene::bringForward() {
+  // Its show() would make a maximised window a normal one.
+  if (window_->isVisible()) {
+    window_->setWindowStates(window_->windowStates() & ~Qt::WindowStates(Qt::WindowMinimized));
+  } else {
+    window_->setVisible(true);
+  }
+  window_->raise();
+  window_->requestActivate();
+}
+
+void Scene::lookForIt() {
+  // Whether anybody wants to see a window comes to light with its next picture.
+  window_->requestUpdate();
+  lookTimer_ = runtime_.main.postAfter(patience, [this] {
+    lookTimer_ = 0;
+    // One that has never been seen is still on its way.
+    if (isVisible() && hasBeenSeen_ && isOutOfSight_(*window_)) {
+      fetch();
+    } else {
+      qCDebug(category, "window left in its place");
+    }
+  });
+}
+
+void Scene::stopLooking() {
+  if (lookTimer_ != 0) runtime_.main.cancelTimer(std::exchange(lookTimer_, 0));
+}
+
+void Scene::fetch() {
+  qCDebug(category, "window fetched");
+  {
+    // For the person it has been open all the time: to whoever begins anew with each showing, too.
+    const QSignalBlocker nobodyIsTold(window_.get());
+    window_->setVisible(false);
+    window_->setVisible(true);
+  }
+  bringForward();
 }
 
 void Scene::hide() {
@@ -60,7 +115,10 @@ void Scene::hide() {
 bool Scene::isVisible() const { return window_ && window_->isVisible(); }
 
 bool Scene::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Close && watched == window_.get()) Q_EMIT willClose();
+  if (watched == window_.get()) {
+    if (event->type() == QEvent::Close) Q_EMIT willClose();
+    if (event->type() == QEvent::Expose && window_->isExposed()) hasBeenSeen_ = true;
+  }
   return QObject::eventFilter(watched, event);
 }
 

@@ -4,27 +4,37 @@
 #include <QObject>
 #include <QPointer>
 #include <QWindow>
+#include <chrono>
 #include <functional>
 #include <memory>
 
 #include "runtime/Runtime.h"
+#include "windows/WindowSight.h"
 
 namespace quillmere {
 
 using WindowFactory = std::function<std::unique_ptr<QWindow>()>;
+/// Whether a window that was asked for, and that shows, is where nobody sees it.
+using SightTest = std::function<bool(QWindow& window)>;
 
 /// [main] throughout.
 class Scene final : public QObject {
   Q_OBJECT
 
  public:
+  /// How long the desktop may take to bring a window to the front that it was asked for.
+  static constexpr Duration patience = std::chrono::milliseconds(500);
+
   /// @param keepHidden  how long a hidden window is kept for a quick return
-  Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden);
+  Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden,
+        SightTest isOutOfSight = isWindowOutOfSight);
   ~Scene() override;
 
   /// The window, made if need be and not yet shown.
   QWindow& prepare();
-  /// Shows the window and asks for the focus.
+  /// Shows the window and asks for the focus. One that shows where nobody sees it, on another workspace, and that the
+  /// desktop leaves there because it knows no reason to do otherwise, is fetched: hidden and shown again, without
+  /// anybody's being told, it is a new one to the desktop.
   void show();
   void hide();
   [[nodiscard]] bool isVisible() const;
@@ -47,11 +57,20 @@ class Scene final : public QObject {
  private:
   void scheduleDrop();
   void keep();
+  void bringForward();
+  /// Looks after a moment whether the desktop has done what it was asked.
+  void lookForIt();
+  void stopLooking();
+  void fetch();
 
   Runtime runtime_;
   WindowFactory factory_;
   Duration keepHidden_;
+  SightTest isOutOfSight_;
   TimerID dropTimer_ = 0;
+  TimerID lookTimer_ = 0;
+  /// Whether the display has asked for a picture since the window was shown.
+  bool hasBeenSeen_ = false;
   std::function<void()> dropped_;
   std::unique_ptr<QWindow> window_;
 };

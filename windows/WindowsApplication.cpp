@@ -37,6 +37,7 @@
 #include "windows/BrandIconImage.h"
 #include "windows/DialogApplicationChooser.h"
 #include "windows/DisplayChoice.h"
+#include "windows/Launch.h"
 #include "windows/LayerShell.h"
 #include "windows/OldTrayItem.h"
 #include "windows/PlacedStage.h"
@@ -56,16 +57,26 @@ using nlohmann::json;
 constexpr const char* mainWindow = "main";
 constexpr const char* onboardingWindow = "onboarding";
 
-/// What brings a window to the front on desktops that ask for a reason. The toolkit takes it with the next window; one
-/// that was not taken is not for a later wish.
-void setActivationToken(const json& message) {
-  const auto token = message.value("token", std::string());
-  if (token.empty()) {
-    qunsetenv("XDG_ACTIVATION_TOKEN");
-  } else {
-    qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+/// What brings a window to the front on desktops that ask for a reason, for one wish: the toolkit takes it with the
+/// next window, and what it has not taken is not for a later one. A desktop that waits for what it has launched with
+/// it, with a busy pointer, learns at the end that it is there, whatever became of the wish.
+class Reason {
+ public:
+  explicit Reason(const json& message) : token_(message.value("token", std::string())) {
+    if (token_.empty()) {
+      qunsetenv(variable);
+    } else {
+      qputenv(variable, QByteArray::fromStdString(token_));
+    }
   }
-}
+  ~Reason() { completeLaunch(token_); }
+  Reason(const Reason&) = delete;
+  Reason& operator=(const Reason&) = delete;
+
+ private:
+  static constexpr const char* variable = "XDG_ACTIVATION_TOKEN";
+  std::string token_;
+};
 
 std::unique_ptr<PopoverStage> makeStage(const Runtime& runtime, bool hasLayerShell) {
   auto stage = hasLayerShell ? layershell::makeStage(runtime) : nullptr;
@@ -160,7 +171,7 @@ class Windows final : public QObject {
 
   void perform(const std::string& type, const json& message) {
     if (type == wire::openWindow) {
-      setActivationToken(message);
+      const Reason reason(message);
       openWindow(message);
     } else if (type == wire::closeWindow) {
       scenes_.close(message.at("window").get<std::string>());
@@ -169,10 +180,10 @@ class Windows final : public QObject {
     } else if (type == wire::activate) {
       scenes_.activate();
     } else if (type == wire::showAboutPanel) {
-      setActivationToken(message);
+      const Reason reason(message);
       about_.show();
     } else if (type == wire::togglePopover) {
-      setActivationToken(message);
+      const Reason reason(message);
       togglePopover(message);
     } else if (type == wire::keepOldTray) {
       keepOldTray(message.at("isWanted").get<bool>());

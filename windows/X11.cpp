@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <optional>
 
 namespace quillmere::x11 {
 
@@ -39,16 +40,49 @@ std::string property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type) {
           static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
 }
 
+/// A property that is one number.
+std::optional<std::uint32_t> number(xcb_window_t window, const char* name, xcb_atom_t type) {
+  const auto told = property(window, atom(name), type);
+  std::uint32_t value = 0;
+  if (told.size() != sizeof(value)) return std::nullopt;
+  std::memcpy(&value, told.data(), sizeof(value));
+  return value;
+}
+
+xcb_window_t root() { return xcb_setup_roots_iterator(xcb_get_setup(connection())).data->root; }
+
 }  // namespace
 
 std::string windowManager() {
   if (connection() == nullptr) return {};
-  const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection())).data->root;
-  const auto told = property(root, atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW);
-  xcb_window_t manager = XCB_WINDOW_NONE;
-  if (told.size() != sizeof(manager)) return {};
-  std::memcpy(&manager, told.data(), sizeof(manager));
-  return property(manager, atom("_NET_WM_NAME"), atom("UTF8_STRING"));
+  const auto manager = number(root(), "_NET_SUPPORTING_WM_CHECK", XCB_ATOM_WINDOW);
+  return manager ? property(*manager, atom("_NET_WM_NAME"), atom("UTF8_STRING")) : std::string();
+}
+
+bool isOfWlroots() { return windowManager() == "wlroots wm"; }
+
+bool isOfGnome() { return windowManager() == "GNOME Shell"; }
+
+bool isActive(QWindow& window) {
+  if (connection() == nullptr || window.handle() == nullptr) return false;
+  const auto active = number(root(), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW);
+  return active ? *active == static_cast<xcb_window_t>(window.winId()) : window.isActive();
+}
+
+bool isOnAnotherDesktop(QWindow& window) {
+  if (connection() == nullptr || window.handle() == nullptr) return false;
+  constexpr std::uint32_t everywhere = 0xFFFFFFFF;
+  const auto shown = number(root(), "_NET_CURRENT_DESKTOP", XCB_ATOM_CARDINAL);
+  const auto own = number(static_cast<xcb_window_t>(window.winId()), "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL);
+  return shown && own && *own != *shown && *own != everywhere;
+}
+
+void lieOnDesktop(QWindow& window) {
+  if (connection() == nullptr) return;
+  window.create();
+  const auto type = atom("_NET_WM_WINDOW_TYPE_DESKTOP");
+  xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
+                      atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &type);
 }
 
 void skipTaskBar(QWindow& window) {

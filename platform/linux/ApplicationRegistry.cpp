@@ -154,9 +154,19 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
   };
   using FolderTimes = std::vector<std::pair<std::int64_t, std::int64_t>>;
 
+  bool hasLooked() {
+    const std::lock_guard lock(mutex_);
+    return lookedAt_.has_value();
+  }
+
   void look() {
-    const std::unique_lock looking(lookMutex_, std::try_to_lock);
-    if (!looking) return;
+    // While somebody else looks, the last picture will do; before there is one, nobody goes away with empty hands.
+    std::unique_lock looking(lookMutex_, std::defer_lock);
+    if (!hasLooked()) {
+      looking.lock();
+    } else if (!looking.try_lock()) {
+      return;
+    }
     const auto now = clocks_.monotonicNow();
     {
       const std::lock_guard lock(mutex_);

@@ -31,6 +31,8 @@ struct LinuxStatusItemOptions {
   Duration longestQuestion = std::chrono::milliseconds(200);
   /// How long to leave a bus alone that cannot be reached.
   Duration retryPeriod = std::chrono::seconds(10);
+  /// How long an answer is waited for.
+  Duration longestAnswer = std::chrono::seconds(20);
 };
 
 /// Needs no toolkit and no display: panels draw it. Trays of the old kind, which embed a window, are not served.

@@ -32,7 +32,8 @@ class Session(unittest.TestCase):
     def setUp(self):
         self.addCleanup(forget_settings)
         self.sway = self.enterContext(Sway(**self.options))
-        self.program = self.enterContext(Program(arguments=["--background"], environment=self.sway.environment))
+        environment = self.sway.environment | {"QT_LOGGING_RULES": "app.quillmere.scene.debug=true"}
+        self.program = self.enterContext(Program(arguments=["--background"], environment=environment))
         self.item = self.program.item()
 
     def click_icon(self, x=1180, y=12):
@@ -144,6 +145,44 @@ class WhereWindowsMayAskForTheKeyboard(Session):
         self.sway.click(left + 312, top + 20)
         wait_for(lambda: self.main_window()["focused"], "the window has the keyboard", 5)
         self.wait_until_gone()
+
+
+class OnAnotherWorkspace(Session):
+    """sway only marks a window that asks for the keyboard without a reason that it knows."""
+
+    def setUp(self):
+        super().setUp()
+        self.open_main_window()
+        wait_for(lambda: self.main_window()["focused"], "the window has the keyboard", 5)
+
+    def leave(self):
+        self.sway.command("workspace 2")
+        wait_for(lambda: not self.main_window()["focused"], "the other workspace is shown", 5)
+
+    def wait_until_here(self):
+        wait_for(lambda: (self.main_window() or {}).get("focused"), "the window has the keyboard", 10)
+        shown = next(space["name"] for space in self.sway.message("-t", "get_workspaces") if space["focused"])
+        self.assertEqual(shown, "2")
+
+    def test_a_second_start_brings_the_main_window(self):
+        self.leave()
+        self.assertEqual(self.program.open_again(self.sway.environment), 0)
+        self.wait_until_here()
+
+    def test_the_menu_brings_it_with_the_section_that_it_names(self):
+        self.leave()
+        self.item.choose(next(number for number, text, *_ in self.item.menu() if text == "Settings…"))
+        self.wait_until_here()
+        wait_for(lambda: any(a11y.selected(each) for each in a11y.find_all("quillmere", name="Settings")),
+                 "its section shows", 5)
+
+    def test_a_window_in_front_is_left_in_its_place(self):
+        before = self.main_window()["id"]
+        log = self.program.log.read_text(encoding="utf-8")
+        self.assertEqual(self.program.open_again(self.sway.environment), 0)
+        told = wait_for(lambda: self.program.log.read_text(encoding="utf-8")[len(log):], "the program has looked", 5)
+        self.assertIn("window left in its place", told)
+        self.assertEqual(self.main_window()["id"], before)
 
 
 class WithoutAnXServer(Session):

@@ -27,9 +27,15 @@ constexpr const char* colorScheme = "color-scheme";
 
 constexpr const char* programName = "quillmere";
 
-constexpr Duration callTimeout = std::chrono::seconds(20);
 /// A token goes into the environment of a program that is started with it.
 constexpr std::size_t longestToken = 1024;
+
+/// Whether nobody has answered a call, in time or at all.
+bool isSilence(const GError* error) {
+  return g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE ||
+         g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_TIMEOUT) != FALSE ||
+         g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY) != FALSE;
+}
 
 /// The wheel's way in eighths of a degree, positive away from the user; none where it moved sideways.
 ///
@@ -217,7 +223,7 @@ void ItemOnBus::takeName() {
   constexpr guint32 doNotQueue = 4;
   const auto wanted = "org.kde.StatusNotifierItem-" + std::to_string(::getpid()) + "-1";
   bus_.call(bus::busService, bus::busPath, bus::busInterface, "RequestName",
-            g_variant_new("(su)", wanted.c_str(), doNotQueue), callTimeout, [this, wanted](GVariant* reply) {
+            g_variant_new("(su)", wanted.c_str(), doNotQueue), options_.longestAnswer, [this, wanted](GVariant* reply) {
               constexpr guint32 isOwner = 1;
               guint32 answer = 0;
               if (isOfType(reply, "(u)")) g_variant_get(reply, "(u)", &answer);
@@ -242,7 +248,7 @@ void ItemOnBus::setWatcher(const std::string& owner) {
 
 void ItemOnBus::askForHost() {
   bus_.call(watcher_, watcherPath, bus::propertiesInterface, "Get",
-            g_variant_new("(ss)", watcherInterface, "IsStatusNotifierHostRegistered"), callTimeout,
+            g_variant_new("(ss)", watcherInterface, "IsStatusNotifierHostRegistered"), options_.longestAnswer,
             [this, asked = watcher_](GVariant* reply) {
               if (asked != watcher_) return;
               hasHost_ = false;
@@ -260,12 +266,18 @@ void ItemOnBus::askForHost() {
 void ItemOnBus::enrol() {
   if (isEnrolled_ || watcher_.empty() || service_.empty()) return;
   isEnrolled_ = true;
-  bus_.call(watcher_, watcherPath, watcherInterface, "RegisterStatusNotifierItem",
-            g_variant_new("(s)", service_.c_str()), callTimeout, [this, asked = watcher_](GVariant* reply) {
-              if (reply != nullptr || asked != watcher_) return;
-              isEnrolled_ = false;
-              log_.error("the desktop's watcher of status items has refused ours");
-            });
+  bus_.ask(watcher_, watcherPath, watcherInterface, "RegisterStatusNotifierItem",
+           g_variant_new("(s)", service_.c_str()), options_.longestAnswer, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+           [this, asked = watcher_](GVariant* reply, const GError* error) {
+             if (reply != nullptr || asked != watcher_) return;
+             // The bus keeps the wish for a desktop that is busy starting, and that takes it up in the end.
+             if (isSilence(error)) {
+               log_.standard("the desktop's watcher of status items is slow to answer");
+               return;
+             }
+             isEnrolled_ = false;
+             log_.error(std::string("the desktop's watcher of status items has refused ours: ") + error->message);
+           });
 }
 
 // --- light and dark
@@ -275,8 +287,8 @@ void ItemOnBus::setPortal(const std::string& owner) {
   portal_ = owner;
   // What it has said holds until it says something else.
   if (owner.empty()) return;
-  bus_.call(owner, portalPath, settingsInterface, "Read", g_variant_new("(ss)", appearance, colorScheme), callTimeout,
-            [this, asked = owner](GVariant* reply) {
+  bus_.call(owner, portalPath, settingsInterface, "Read", g_variant_new("(ss)", appearance, colorScheme),
+            options_.longestAnswer, [this, asked = owner](GVariant* reply) {
               if (asked != portal_ || !isOfType(reply, "(v)")) return;
               const Variant value(g_variant_get_child_value(reply, 0));
               setPreference(prefersDark(value.get()));

@@ -36,8 +36,10 @@ class StatusItem:
     def property(self, name):
         return get(self.owner, self.path, ITEM, name)
 
-    def click(self, x=1180, y=20):
-        """A left click at a place on the screen."""
+    def click(self, x=1180, y=20, token=None):
+        """A left click at a place on the screen, with the token that the desktop gives for what it launches."""
+        if token is not None:
+            call(self.owner, self.path, ITEM, "ProvideXdgActivationToken", GLib.Variant("(s)", (token,)))
         call(self.owner, self.path, ITEM, "Activate", GLib.Variant("(ii)", (x, y)))
 
     def context_click(self, x=1180, y=20):

@@ -4,8 +4,14 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <latch>
 #include <memory>
+#include <thread>
+#include <vector>
 
+#include "runtime/Clocks.h"
+#include "runtime/SerialQueue.h"
 #include "runtime/VirtualTime.h"
 #include "support/FakeProc.h"
 #include "support/RecordingLogSink.h"
@@ -76,6 +82,43 @@ TEST_F(ApplicationRegistryTest, AProcessOfAScopeHasItsEntrysNameAndIcon) {
   ASSERT_EQ(applications.size(), 1U);
   EXPECT_EQ(applications[0], (KnownApplication{"org.gnome.Totem", "Videos", ThemedIcon{"org.gnome.Totem"}, 100, true,
                                                data_.path("applications/org.gnome.Totem.desktop")}));
+}
+
+/// Nobody's own thread, and nothing is ever done on it.
+class Elsewhere final : public Executor {
+ public:
+  void post(Work /*work*/) override {}
+  TimerID postAfter(Duration /*delay*/, Work /*work*/) override { return 0; }
+  void cancelTimer(TimerID /*timer*/) override {}
+  [[nodiscard]] bool isCurrent() const override { return false; }
+};
+
+TEST_F(ApplicationRegistryTest, WhoAsksDuringTheFirstLookWaitsForWhatItFinds) {
+  // So many that the first look takes a while.
+  for (int number = 0; number < 400; ++number) {
+    const auto id = "org.example.App" + std::to_string(number);
+    install(id, "Name=An Application\nIcon=app\nExec=app" + std::to_string(number));
+  }
+  Elsewhere elsewhere;
+  SystemClocks clocks;
+  ApplicationRegistryOptions options;
+  options.procRoot = proc_.path();
+  options.dataFolders = {data_.path()};
+  options.searchPath = "/nowhere";
+  ApplicationRegistry fresh(Runtime{elsewhere, elsewhere, clocks, log_, makeThreadSerialQueue}, options);
+  constexpr int askers = 8;
+  std::latch all(askers);
+  std::atomic<int> answered = 0;
+  {
+    std::vector<std::jthread> threads;
+    for (int number = 0; number < askers; ++number) {
+      threads.emplace_back([&] {
+        all.arrive_and_wait();
+        if (fresh.application("org.example.App399")) ++answered;
+      });
+    }
+  }
+  EXPECT_EQ(answered, askers);
 }
 
 TEST_F(ApplicationRegistryTest, AWellKnownApplicationHasTheMixersIdentifier) {

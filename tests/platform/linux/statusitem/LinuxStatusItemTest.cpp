@@ -40,6 +40,7 @@ class StatusItemOnABus : public ::testing::Test {
     options.firstAnswer = firstAnswer_;
     options.longestQuestion = longestQuestion_;
     options.retryPeriod = std::chrono::milliseconds(20);
+    options.longestAnswer = longestAnswer_;
     item_ = std::make_unique<LinuxStatusItem>(main_, log_, options);
     item_->onAvailabilityChanged([this](bool isAvailable) { availability_.push_back(isAvailable); });
     item_->onActivated([this](const StatusItemActivation& activation) { activations_.push_back(activation); });
@@ -90,6 +91,7 @@ class StatusItemOnABus : public ::testing::Test {
   /// Long, so that no test depends on how busy the machine is.
   Duration firstAnswer_ = std::chrono::minutes(5);
   Duration longestQuestion_ = std::chrono::minutes(5);
+  Duration longestAnswer_ = std::chrono::minutes(5);
   std::vector<bool> availability_;
   std::vector<StatusItemActivation> activations_;
   std::vector<std::pair<int, std::string>> chosen_;
@@ -192,6 +194,22 @@ TEST_F(StatusItemOnABus, ARefusalIsLoggedAndTriedAgainWithTheNextHost) {
   panel_.setRefuses(false);
   panel_.setHost(true);
   EXPECT_TRUE(becomes([&] { return panel_.registrations().size() == 1; }));
+}
+
+TEST_F(StatusItemOnABus, AWatcherThatIsSlowToAnswerHasRefusedNothing) {
+  panel_.setSilent();
+  panel_.comeAsWatcher();
+  longestAnswer_ = std::chrono::milliseconds(100);
+  make();
+  item_->show();
+  ASSERT_TRUE(becomes([&] { return log_.count("is slow to answer") == 1; }));
+  EXPECT_EQ(log_.count("refused"), 0);
+  // Nor is it asked a second time by the next news of a host.
+  panel_.setHost(true);
+  ASSERT_TRUE(becomes([&] { return item_->isAvailable(); }));
+  panel_.callItem("Activate", "(7, 7)");
+  ASSERT_TRUE(becomes([&] { return !activations_.empty(); }));
+  EXPECT_EQ(panel_.registrations().size(), 1U);
 }
 
 TEST_F(StatusItemOnABus, WhereItsNameIsTakenTheConnectionsOwnServes) {

@@ -57,6 +57,11 @@ GDBusMessage* FakePanel::filter(GDBusMessage* message) {
       const char* service = nullptr;
       g_variant_get(body, "(&s)", &service);
       registrations_.emplace_back(service);
+      if (isSilent_) {
+        g_object_unref(reply);
+        g_object_unref(message);
+        return nullptr;
+      }
     } else if (interface == properties && member == "Get") {
       g_dbus_message_set_body(reply, g_variant_new("(v)", g_variant_new_boolean(static_cast<gboolean>(hasHost_))));
     } else if (interface == settings && member == "Read") {
@@ -120,6 +125,11 @@ void FakePanel::setHost(bool hasHost) {
 void FakePanel::setRefuses(bool refuses) {
   const std::lock_guard lock(mutex_);
   refuses_ = refuses;
+}
+
+void FakePanel::setSilent() {
+  const std::lock_guard lock(mutex_);
+  isSilent_ = true;
 }
 
 void FakePanel::hang() {

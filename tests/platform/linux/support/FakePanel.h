@@ -30,6 +30,8 @@ class FakePanel {
   void setHost(bool hasHost);
   /// Refuses to take items from now on, or takes them again.
   void setRefuses(bool refuses);
+  /// Takes items from now on without a word of it.
+  void setSilent();
   /// Answers nothing from now on.
   void hang();
   /// Is the portal from now on, with this scheme.
@@ -74,6 +76,7 @@ class FakePanel {
   mutable std::mutex mutex_;
   bool hasHost_ = false;
   bool refuses_ = false;
+  bool isSilent_ = false;
   bool hangs_ = false;
   std::uint32_t colorScheme_ = 0;
   std::vector<std::string> registrations_;
