@@ -8,6 +8,7 @@
 #include "platform/NowPlayingSource.h"
 #include "platform/ReleaseFeed.h"
 #include "platform/SoundPlayer.h"
+#include "platform/TabScripting.h"
 #include "platform/UserDefaults.h"
 #include "platform/Workspace.h"
 
@@ -22,6 +23,8 @@ struct Machine {
   std::unique_ptr<SoundPlayer> sounds;
   /// Null where no feed is known.
   std::unique_ptr<ReleaseFeed> releaseFeed = nullptr;
+  /// Null where nobody speaks to browsers: then there are no tabs.
+  std::unique_ptr<TabScripting> tabScripting = nullptr;
 };
 
 }  // namespace quillmere
