@@ -42,7 +42,8 @@ class TabHost {
         watch_(options.runtimeFolder),
         socketPath_(meetingFolder(options.runtimeFolder) + '/' + socketName),
         pause_(options.pause) {
-    for (const int pipe : {options_.input, options_.output}) ::fcntl(pipe, F_SETFL, ::fcntl(pipe, F_GETFL) | O_NONBLOCK);
+    for (const int pipe : {options_.input, options_.output})
+      ::fcntl(pipe, F_SETFL, ::fcntl(pipe, F_GETFL) | O_NONBLOCK);
   }
   ~TabHost() {
     if (mixer_ >= 0) ::close(mixer_);
@@ -160,8 +161,8 @@ class TabHost {
     fromMixer_ = FrameReader();
   }
 
-  /// A mixer that goes away comes back with a new socket, which the watch tells. One that closes the line and goes on is
-  /// asked again after a pause.
+  /// A mixer that goes away comes back with a new socket, which the watch tells. One that closes the line and goes on
+  /// is asked again after a pause.
   void loseMixer() {
     ::close(mixer_);
     mixer_ = -1;
@@ -198,17 +199,17 @@ class TabHost {
   }
 
   void takeFromMixer(const std::string& message) {
-    if (!isGreeted_) {
+    const bool isFirst = !std::exchange(isGreeted_, true);
+    if (isFirst) {
       const auto version = readGreeting("mixer", message);
       if (!version) {
         loseMixer();
         return;
       }
       checkVersion("mixer", *version);
-      isGreeted_ = true;
-      startTelling();
     }
     if (forBrowser_.size() < mostForBrowser) tellBrowser(message);
+    if (isFirst) startTelling();
   }
 
   /// Once both ends have said who they are.

@@ -31,8 +31,7 @@ std::int32_t parentOf(const std::string& procRoot, std::int32_t pid) {
 
 std::string programOf(const std::string& procRoot, std::int32_t pid) {
   std::error_code problem;
-  auto name =
-      std::filesystem::read_symlink(procRoot + '/' + std::to_string(pid) + "/exe", problem).filename().string();
+  auto name = std::filesystem::read_symlink(procRoot + '/' + std::to_string(pid) + "/exe", problem).filename().string();
   if (name.ends_with(gone)) name.erase(name.size() - gone.size());
   return name;
 }

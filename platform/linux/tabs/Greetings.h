@@ -1,5 +1,5 @@
-// The few things that companion, host program and mixer say to each other beside lists of tabs. All are JSON objects; what
-// one of them doesn't know it lets pass, so that unlike versions understand what they have in common.
+// The few things that companion, host program and mixer say to each other beside lists of tabs. All are JSON objects;
+// what one of them doesn't know it lets pass, so that unlike versions understand what they have in common.
 #pragma once
 
 #include <cstddef>

@@ -103,7 +103,8 @@ class HostListener::Core {
       const auto host = std::ranges::find(hosts_, place.host, [](const auto& each) { return each->number; });
       if (host == hosts_.end()) return Activation::nobodyThere;
       std::optional<TabID> wanted;
-      if (tab >= 1 && std::cmp_less_equal(tab, place.tabs.size())) wanted = place.tabs[static_cast<std::size_t>(tab) - 1];
+      if (tab >= 1 && std::cmp_less_equal(tab, place.tabs.size()))
+        wanted = place.tabs[static_cast<std::size_t>(tab) - 1];
       send(**host, activateMessage(place.window, wanted));
       return Activation::asked;
     }
@@ -180,6 +181,10 @@ class HostListener::Core {
         return;
       }
     }
+  }
+
+  void checkWaiting(Host& host) {
+    const std::scoped_lock lock(mutex_);
     if (host.waiting.size() > mostWaiting) host.fault = "it doesn't read what it is asked";
   }
 
@@ -219,6 +224,7 @@ class HostListener::Core {
 
   void serve(Host& host, short events) {
     if ((events & POLLOUT) != 0) flush(host);
+    checkWaiting(host);
     if ((events & (POLLIN | POLLHUP | POLLERR)) != 0) read(host);
     if (host.deadline && *host.deadline <= clocks_.monotonicNow() && !host.isToGo()) {
       host.fault = host.isGreeted() ? "it doesn't end what it has begun" : "it doesn't say who it is";
@@ -285,7 +291,8 @@ class HostListener::Core {
     std::vector<std::unique_ptr<Host>> dropped;
     {
       const std::scoped_lock lock(mutex_);
-      const auto [first, last] = std::ranges::stable_partition(hosts_, [](const auto& each) { return !each->isToGo(); });
+      const auto [first, last] =
+          std::ranges::stable_partition(hosts_, [](const auto& each) { return !each->isToGo(); });
       std::move(first, last, std::back_inserter(dropped));
       hosts_.erase(first, last);
     }
@@ -323,8 +330,8 @@ class HostListener::Core {
       ::close(socket);
       return;
     }
-    auto host = std::make_unique<Host>(
-        Host{.socket = socket, .number = ++last_, .peer = *peer, .deadline = clocks_.monotonicNow() + options_.patience});
+    auto host = std::make_unique<Host>(Host{
+        .socket = socket, .number = ++last_, .peer = *peer, .deadline = clocks_.monotonicNow() + options_.patience});
     host->browser = options_.identify(peer->pid);
     const std::scoped_lock lock(mutex_);
     // The mixer speaks first: a host tells nothing to a mixer that hangs.

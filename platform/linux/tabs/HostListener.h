@@ -1,5 +1,5 @@
-// The mixer's end of the lines to the browsers' host programs: a socket in the user's runtime folder, and what each host
-// has told.
+// The mixer's end of the lines to the browsers' host programs: a socket in the user's runtime folder, and what each
+// host has told.
 #pragma once
 
 #include <chrono>
@@ -62,8 +62,8 @@ class HostListener {
   HostListener(const HostListener&) = delete;
   HostListener& operator=(const HostListener&) = delete;
 
-  /// All tabs of one identifier's browsers, as BrowserTabMonitor reads them: hosts in the order in which they came, their
-  /// windows numbered through. Empty where none is connected. Its numbers hold until the next query.
+  /// All tabs of one identifier's browsers, as BrowserTabMonitor reads them: hosts in the order in which they came,
+  /// their windows numbered through. Empty where none is connected. Its numbers hold until the next query.
   [[nodiscard]] std::string query(const std::string& identifier);
 
   enum class Activation { asked, nobodyThere };

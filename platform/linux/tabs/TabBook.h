@@ -27,8 +27,8 @@ struct ToldWindow {
   std::vector<TabID> tabs;
 };
 
-/// A control character, a line's or a paragraph's end is a blank of its own: what divides fields and records can't be in
-/// a field, and nothing else of a page's title changes. Takes and gives UTF-8. [any]
+/// A control character, a line's or a paragraph's end is a blank of its own: what divides fields and records can't be
+/// in a field, and nothing else of a page's title changes. Takes and gives UTF-8. [any]
 [[nodiscard]] std::string withoutControls(std::string_view text);
 
 /// What a companion tells at once.
