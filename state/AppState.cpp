@@ -9,10 +9,10 @@
 #include "engine/OutputDeviceMonitor.h"
 #include "engine/SystemMasterVolume.h"
 #include "integrations/NowPlayingMonitor.h"
+#include "runtime/OrderedBackground.h"
 #include "runtime/Threads.h"
 #include "state/EngineCalls.h"
 #include "state/SettingsStore.h"
-#include "tasks/OrderedBackground.h"
 
 namespace quillmere {
 
