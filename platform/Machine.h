@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "platform/AudioHardware.h"
+#include "platform/BrowserCompanions.h"
 #include "platform/MediaKeys.h"
 #include "platform/NowPlayingSource.h"
 #include "platform/ReleaseFeed.h"
@@ -25,6 +26,8 @@ struct Machine {
   std::unique_ptr<ReleaseFeed> releaseFeed = nullptr;
   /// Null where nobody speaks to browsers: then there are no tabs.
   std::unique_ptr<TabScripting> tabScripting = nullptr;
+  /// Null where browsers tell nothing by themselves.
+  std::unique_ptr<BrowserCompanions> browserCompanions = nullptr;
 };
 
 }  // namespace quillmere

@@ -37,8 +37,10 @@ Machine makeLinuxMachine(const Runtime& runtime, LinuxMachineOptions options) {
                                                          });
   machine.mediaKeys = std::make_unique<MprisMediaKeys>(watcher);
   machine.sounds = std::make_unique<TonePlayer>(runtime, remote);
-  machine.tabScripting = std::make_unique<LinuxTabScripting>(
-      runtime, registry, LinuxTabScriptingOptions{std::move(options.runtimeFolder)});
+  auto tabs = std::make_unique<LinuxTabScripting>(runtime, registry,
+                                                  LinuxTabScriptingOptions{std::move(options.runtimeFolder)});
+  machine.browserCompanions = tabs->companions();
+  machine.tabScripting = std::move(tabs);
   if (options.releaseFeed) {
     machine.releaseFeed = std::make_unique<LinuxReleaseFeed>(runtime.main, std::move(*options.releaseFeed));
   }

@@ -1,10 +1,12 @@
 // Which browser a host belongs to, and requests as questions to the listener.
 #include "platform/linux/LinuxTabScripting.h"
 
+#include <functional>
 #include <utility>
 
 #include "core/Product.h"
 #include "tabs/BrowserOfHost.h"
+#include "tabs/Browsers.h"
 #include "tabs/HostListener.h"
 #include "tabs/MeetingPlace.h"
 
@@ -26,14 +28,25 @@ tabs::BrowserFacts browserOf(ApplicationRegistry& registry, std::int32_t hostPID
 /// Outlives the scripts that have been made ready.
 class LinuxTabScripting::Lines {
  public:
-  Lines(const Runtime& runtime, const std::shared_ptr<ApplicationRegistry>& registry, LinuxTabScriptingOptions options)
-      : listener(
-            tabs::HostListenerOptions{
-                .runtimeFolder = options.runtimeFolder ? *options.runtimeFolder : tabs::sessionRuntimeFolder(),
-                .identify = [registry](std::int32_t hostPID) { return browserOf(*registry, hostPID); },
-                .version = std::string(appVersion())},
-            runtime.clocks, runtime.log) {}
+  struct Observer {
+    /// [main]
+    std::function<void()> changed;
+  };
 
+  Lines(const Runtime& runtime, const std::shared_ptr<ApplicationRegistry>& registry, LinuxTabScriptingOptions options)
+      : listener(tabs::HostListenerOptions{
+                     .runtimeFolder = options.runtimeFolder ? *options.runtimeFolder : tabs::sessionRuntimeFolder(),
+                     .identify = [registry](std::int32_t hostPID) { return browserOf(*registry, hostPID); },
+                     .version = std::string(appVersion()),
+                     .changed =
+                         [&main = runtime.main, observer = observer] {
+                           main.post([observer] {
+                             if (observer->changed) observer->changed();
+                           });
+                         }},
+                 runtime.clocks, runtime.log) {}
+
+  const std::shared_ptr<Observer> observer = std::make_shared<Observer>();
   tabs::HostListener listener;
 };
 
@@ -67,6 +80,28 @@ LinuxTabScripting::LinuxTabScripting(const Runtime& runtime, std::shared_ptr<App
     : lines_(std::make_shared<Lines>(runtime, registry, std::move(options))) {}
 
 LinuxTabScripting::~LinuxTabScripting() = default;
+
+class LinuxTabScripting::Companions final : public BrowserCompanions {
+ public:
+  explicit Companions(std::shared_ptr<Lines> lines) : lines_(std::move(lines)) {}
+  ~Companions() override { lines_->observer->changed = nullptr; }
+  Companions(const Companions&) = delete;
+  Companions& operator=(const Companions&) = delete;
+
+  [[nodiscard]] std::vector<BrowserCompanion> connected() const override {
+    std::vector<BrowserCompanion> connected;
+    for (const auto& each : lines_->listener.companions()) {
+      connected.push_back({tabs::keyOfProgram(each.browser.program), each.companionVersion, each.hostVersion});
+    }
+    return connected;
+  }
+  void onChanged(std::function<void()> callback) override { lines_->observer->changed = std::move(callback); }
+
+ private:
+  std::shared_ptr<Lines> lines_;
+};
+
+std::unique_ptr<BrowserCompanions> LinuxTabScripting::companions() { return std::make_unique<Companions>(lines_); }
 
 std::unique_ptr<TabScript> LinuxTabScripting::compile(const TabRequest& request, std::string_view) {
   return std::make_unique<Question>([lines = lines_, request] { return answer(lines->listener, request); });

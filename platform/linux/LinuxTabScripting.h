@@ -1,11 +1,11 @@
 // Browsers' tabs as their companions tell them: a script is not run here, what it asks is answered.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "platform/BrowserCompanions.h"
 #include "platform/TabScripting.h"
 #include "platform/linux/ApplicationRegistry.h"
 #include "runtime/Runtime.h"
@@ -28,9 +28,12 @@ class LinuxTabScripting final : public TabScripting {
   LinuxTabScripting& operator=(const LinuxTabScripting&) = delete;
 
   std::unique_ptr<TabScript> compile(const TabRequest& request, std::string_view source) override;
+  /// Who is connected here; may outlive this object.
+  [[nodiscard]] std::unique_ptr<BrowserCompanions> companions();
 
  private:
   class Lines;
+  class Companions;
   std::shared_ptr<Lines> lines_;
 };
 

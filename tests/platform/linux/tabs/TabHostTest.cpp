@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -153,6 +154,11 @@ TEST_F(Host, WithoutAMixerTheCompanionIsQuietAndWhatItTellsIsLetGo) {
   start();
   browser->say(hello);
   browser->say(R"({"windows":[[1,[]]]})");
+  // Taken before there is a mixer.
+  ASSERT_TRUE(becomes([&] {
+    int left = 0;
+    return ::ioctl(ends[0], FIONREAD, &left) == 0 && left == 0;
+  }));
   mixer.emplace(folder.path());
   auto line = mixer->greet();
   EXPECT_EQ(browser->hear(), R"({"mixer":"1.0"})");
