@@ -83,6 +83,7 @@ void AppState::startUp() {
 
   listenForRefusals();
   startStreams();
+  followBrowserCompanions();
   startHeadphoneMonitor();
 }
 

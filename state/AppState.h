@@ -67,6 +67,9 @@ class AppState final : public MixerState, public std::enable_shared_from_this<Ap
   void startOutputDeviceStream();
   void startNowPlayingStream();
 
+  // AppState+BrowserCompanions.cpp
+  void followBrowserCompanions();
+
   // AppState+AppList.cpp
   /// `toRestore` receives the stored settings that the engine has not had in this run.
   std::vector<AudioApp> mergeKeepingState(const std::vector<AudioApp>& detected, std::vector<AudioApp>& toRestore);

@@ -14,6 +14,7 @@
 #include "engine/ProcessTapEngine.h"
 #include "platform/Machine.h"
 #include "platform/memory/MemoryAudioHardware.h"
+#include "platform/memory/MemoryBrowserCompanions.h"
 #include "platform/memory/MemoryMediaKeys.h"
 #include "platform/memory/MemoryNowPlayingSource.h"
 #include "platform/memory/MemorySoundPlayer.h"
@@ -49,13 +50,15 @@ class VirtualMachine {
                 std::make_unique<MemoryMediaKeys>(),
                 std::make_unique<MemorySoundPlayer>(),
                 nullptr,
-                std::make_unique<MemoryTabScripting>()},
+                std::make_unique<MemoryTabScripting>(),
+                std::make_unique<MemoryBrowserCompanions>()},
         audio(static_cast<MemoryAudioHardware&>(*machine.audio)),
         workspace(static_cast<MemoryWorkspace&>(*machine.workspace)),
         player(static_cast<MemoryNowPlayingSource&>(*machine.nowPlaying)),
         keys(static_cast<MemoryMediaKeys&>(*machine.mediaKeys)),
         sounds(static_cast<MemorySoundPlayer&>(*machine.sounds)),
         browsers(static_cast<MemoryTabScripting&>(*machine.tabScripting)),
+        companions(static_cast<MemoryBrowserCompanions&>(*machine.browserCompanions)),
         runtime(time.runtime(log)) {}
   ~VirtualMachine() {
     state.reset();
@@ -144,6 +147,7 @@ class VirtualMachine {
   MemoryMediaKeys& keys;
   MemorySoundPlayer& sounds;
   MemoryTabScripting& browsers;
+  MemoryBrowserCompanions& companions;
   Runtime runtime;
   /// Absent unless taps are made.
   std::unique_ptr<ProcessTapEngine> taps;
