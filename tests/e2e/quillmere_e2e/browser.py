@@ -12,7 +12,7 @@ import subprocess
 import tempfile
 from pathlib import Path
 
-from .processes import family
+from .processes import family, is_alive
 from .waiting import wait_for
 
 ROOT = Path(__file__).parents[3]
@@ -77,7 +77,6 @@ class Browser:
         self.log = Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / "browser.log"
         self.witness = None
         self.process = None
-        self.pids = []
         if installs_host:
             self.install_host()
 
@@ -131,7 +130,7 @@ class Browser:
     def _end(self, number):
         if self.process is None:
             return
-        pids = family(self.process.pid)
+        started = family(self.process.pid)[1:]
         self.process.send_signal(number)
         try:
             self.process.wait(20)
@@ -140,11 +139,7 @@ class Browser:
             self.process.wait()
         self.process = None
         self.witness.close()
-        for pid in pids[1:]:
-            try:
-                wait_for(lambda: not Path(f"/proc/{pid}").exists(), "", 5)
-            except AssertionError:
-                os.kill(pid, signal.SIGKILL)
+        wait_for(lambda: not any(is_alive(pid) for pid in started), "what the browser has started has ended", 20)
 
     def __enter__(self):
         return self if self.process else self.start()
