@@ -8,6 +8,8 @@
 #include "engine/HeadphoneMonitor.h"
 #include "engine/OutputDeviceMonitor.h"
 #include "engine/SystemMasterVolume.h"
+#include "integrations/BrowserTabActivator.h"
+#include "integrations/BrowserTabMonitor.h"
 #include "integrations/NowPlayingMonitor.h"
 #include "runtime/OrderedBackground.h"
 #include "runtime/Threads.h"
@@ -52,6 +54,9 @@ AppState::AppState(Machine& machine, const Runtime& runtime, std::shared_ptr<Eng
       store_(std::make_shared<SettingsStore>(*machine.defaults, runtime.clocks, runtime.log)),
       deviceMonitor_(std::make_shared<OutputDeviceMonitor>(*machine.audio, runtime.background)),
       systemMaster_(std::make_shared<SystemMasterVolume>(*machine.audio, runtime.main, runtime.log)),
+      tabMonitor_(machine.tabScripting ? std::make_shared<BrowserTabMonitor>(*machine.tabScripting, runtime) : nullptr),
+      tabActivator_(machine.tabScripting ? std::make_shared<BrowserTabActivator>(*machine.tabScripting, runtime)
+                                         : nullptr),
       duckTargetGain_(std::make_shared<std::atomic<float>>(0.0F)) {}
 
 AppState::~AppState() = default;
