@@ -238,8 +238,26 @@ class Clicks(WithABrowser):
             self.press(name, lambda text: "Sound" in text)
             wait_for(lambda: browser.ask("report")[0]["focused"], "the other window is in front", 5)
 
-    def press(self, name, matches):
-        a11y.press(a11y.find_pressable(name, matches, 30))
+    def test_the_preferences_set_the_browser_up_and_tell_when_it_is_connected(self):
+        self.assertEqual(self.program.open_again(), 0)
+        wait_for(self.program.windows, "a process draws the windows", 10)
+        name = self.program.accessible_name()
+        self.press(name, "Preferences")
+        a11y.find(name, name="Not set up", seconds=20, visible=False)
+        self.press(name, "Set up", visible=False)
+        a11y.find(name, name="Waits for its companion", seconds=20, visible=False)
+        browser = self.browse(users_profile=True)
+        a11y.find(name, name="Connected", seconds=20, visible=False)
+        wait_for(lambda: len(browser.hosts()) == 1, "the host that runs is the one that was set up", 5)
+        browser.stop()
+        a11y.find(name, name="Waits for its companion", seconds=20, visible=False)
+        self.press(name, "Remove", visible=False)
+        a11y.find(name, name="Not set up", seconds=20, visible=False)
+        self.assertFalse((browser.profile / "NativeMessagingHosts/app.quillmere.tabs.json").exists())
+
+    @staticmethod
+    def press(name, matches, visible=True):
+        a11y.press(a11y.find_pressable(name, matches, 30, visible))
 
 
 if __name__ == "__main__":

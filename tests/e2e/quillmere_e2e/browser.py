@@ -69,19 +69,21 @@ class Witness:
 
 
 class Browser:
-    """Debian's Chromium with a profile of its own. `installs_host`: whether its folder has the host's manifest."""
+    """Debian's Chromium with a profile of its own, or the user's, where the program itself installs the host.
+    `installs_host`: whether its folder has the host's manifest from the start."""
 
-    def __init__(self, urls=("about:blank",), headless=False, companion=COMPANION, installs_host=True, arguments=()):
-        self.urls, self.headless, self.companion, self.arguments = list(urls), headless, companion, list(arguments)
+    def __init__(self, urls=("about:blank",), headless=False, installs_host=True, users_profile=False, arguments=()):
+        self.urls, self.headless, self.arguments = list(urls), headless, list(arguments)
         self.folder = Path(tempfile.mkdtemp(prefix="browser-", dir=os.environ["QUILLMERE_SESSION_DIR"]))
+        self.profile = Path(os.environ["XDG_CONFIG_HOME"]) / "chromium" if users_profile else self.folder / "profile"
         self.log = Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / "browser.log"
         self.witness = None
         self.process = None
-        if installs_host:
+        if installs_host and not users_profile:
             self.install_host()
 
     def _write_manifest(self, name, program, extension):
-        folder = self.folder / "profile/NativeMessagingHosts"
+        folder = self.profile / "NativeMessagingHosts"
         folder.mkdir(parents=True, exist_ok=True)
         (folder / f"{name}.json").write_text(json.dumps({
             "name": name, "description": name, "path": str(program), "type": "stdio",
@@ -97,11 +99,11 @@ class Browser:
         script.write_text(f'#!/bin/sh\nexec /usr/bin/python3 "{WITNESS}/host.py" "{self.witness.path}"\n')
         script.chmod(0o755)
         self._write_manifest("app.quillmere.witness", script, extension_id(str(WITNESS).encode()))
-        extensions = ",".join(str(each) for each in (self.companion, WITNESS) if each)
+        own = [] if self.profile.is_relative_to(os.environ["XDG_CONFIG_HOME"]) else [f"--user-data-dir={self.profile}"]
         with open(self.log, "ab") as log:
             self.process = subprocess.Popen(
-                [PROGRAM, "--no-sandbox", f"--user-data-dir={self.folder}/profile", f"--load-extension={extensions}",
-                 "--no-first-run", "--no-default-browser-check", "--disable-background-networking", "--disable-sync",
+                [PROGRAM, "--no-sandbox", *own, f"--load-extension={COMPANION},{WITNESS}", "--no-first-run",
+                 "--no-default-browser-check", "--disable-background-networking", "--disable-sync",
                  "--disable-component-update", "--disable-gpu", "--password-store=basic", "--disable-dev-shm-usage",
                  "--autoplay-policy=no-user-gesture-required", "--hide-crash-restore-bubble",
                  *(["--headless=new"] if self.headless else []), *self.arguments, *self.urls],
