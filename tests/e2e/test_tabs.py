@@ -235,14 +235,14 @@ class Clicks(WithABrowser):
             self.press(name, lambda text: text.startswith("3 tabs open"))
             self.press(name, lambda text: "Page alpha" in text)
             wait_for(lambda: browser.report()[1][0]["active"], "the tab is current", 5)
-            self.press(name, lambda text: "Sound" in text)
+            self.press(name, lambda text: "Sound" in text, visible=False)
             wait_for(lambda: browser.ask("report")[0]["focused"], "the other window is in front", 5)
 
     def test_the_preferences_set_the_browser_up_and_tell_when_it_is_connected(self):
         self.assertEqual(self.program.open_again(), 0)
         wait_for(self.program.windows, "a process draws the windows", 10)
         name = self.program.accessible_name()
-        self.press(name, "Preferences")
+        self.press(name, "Settings")
         a11y.find(name, name="Not set up", seconds=20, visible=False)
         self.press(name, "Set up", visible=False)
         a11y.find(name, name="Waits for its companion", seconds=20, visible=False)
