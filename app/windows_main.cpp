@@ -2,6 +2,7 @@
 #include <sys/prctl.h>
 
 #include <csignal>
+#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -26,6 +27,12 @@ int main(int argc, char** argv) {
     LinuxDesktopOptions options;
     // Where it stands in a build, and in an installation.
     options.program = programBeside({"quillmere", QUILLMERE_PROGRAM_FOLDER "/quillmere"});
+    // Beside this one in both.
+    options.tabsProgram = programBeside({"quillmere-tabs"});
+    options.companionFolder = std::filesystem::path(programBeside({"../../../extension/manifest.json",
+                                                                   QUILLMERE_COMPANION_FOLDER "/manifest.json"}))
+                                  .parent_path()
+                                  .string();
     options.chooser = std::move(dialogue);
     return makeLinuxDesktop(runtime, std::move(options));
   };

@@ -47,7 +47,7 @@ std::vector<AudioApp> applications(int count) {
 struct Rows {
   explicit Rows(int count) : apps(applications(count)) {
     state->list(apps);
-    model = std::make_unique<AppRowModel>(state, settings, AppRowModel::Filter::all, AppRowModel::ActivateTab());
+    model = std::make_unique<AppRowModel>(state, settings, AppRowModel::Filter::all);
   }
 
   std::vector<AudioApp> apps;

@@ -8,7 +8,8 @@ namespace quillmere {
 DesktopServices::DesktopServices(Desktop desktop, const Runtime& runtime, AppDirectory::Sounding sounding)
     : desktop_(std::move(desktop)),
       runtime_(runtime),
-      apps_(*desktop_.workspace, *desktop_.applicationChooser, runtime, std::move(sounding)) {}
+      apps_(*desktop_.workspace, *desktop_.applicationChooser, runtime, std::move(sounding)),
+      companionSetUp_(desktop_.browserSetUp.get(), runtime) {}
 
 PermissionMonitor& DesktopServices::permissions() {
   if (!permissions_) permissions_.emplace(*desktop_.permissions, runtime_);

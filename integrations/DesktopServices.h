@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "integrations/AppDirectory.h"
+#include "integrations/CompanionSetUp.h"
 #include "integrations/LaunchAtLogin.h"
 #include "integrations/PermissionMonitor.h"
 #include "platform/Desktop.h"
@@ -23,6 +24,7 @@ class DesktopServices {
   /// show either.
   [[nodiscard]] PermissionMonitor& permissions();
   [[nodiscard]] LaunchAtLogin& launchAtLogin();
+  [[nodiscard]] CompanionSetUp& companionSetUp() { return companionSetUp_; }
 
  private:
   Desktop desktop_;
@@ -30,6 +32,7 @@ class DesktopServices {
   AppDirectory apps_;
   std::optional<PermissionMonitor> permissions_;
   std::optional<LaunchAtLogin> launchAtLogin_;
+  CompanionSetUp companionSetUp_;
 };
 
 }  // namespace quillmere

@@ -20,6 +20,9 @@ struct ChannelEvents {
 /// The destructor is not to be called from within an event.
 class Channel {
  public:
+  /// Bytes. A longer message is taken for garbage, and ends the channel.
+  static constexpr std::size_t largestMessage = std::size_t{16} << 20U;
+
   virtual ~Channel() = default;
   /// Never waits for the other end. Into a closed channel: nothing happens. [any]
   virtual void send(const std::string& message) = 0;

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "platform/ApplicationChooser.h"
+#include "platform/BrowserSetUp.h"
 #include "platform/DesktopLook.h"
 #include "platform/LoginItem.h"
 #include "platform/Permissions.h"
@@ -18,6 +19,8 @@ struct Desktop {
   std::unique_ptr<LoginItem> loginItem;
   std::unique_ptr<ApplicationChooser> applicationChooser;
   std::unique_ptr<DesktopLook> look;
+  /// Null where browsers need nothing.
+  std::unique_ptr<BrowserSetUp> browserSetUp = nullptr;
 };
 
 }  // namespace quillmere

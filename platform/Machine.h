@@ -4,10 +4,12 @@
 #include <memory>
 
 #include "platform/AudioHardware.h"
+#include "platform/BrowserCompanions.h"
 #include "platform/MediaKeys.h"
 #include "platform/NowPlayingSource.h"
 #include "platform/ReleaseFeed.h"
 #include "platform/SoundPlayer.h"
+#include "platform/TabScripting.h"
 #include "platform/UserDefaults.h"
 #include "platform/Workspace.h"
 
@@ -22,6 +24,10 @@ struct Machine {
   std::unique_ptr<SoundPlayer> sounds;
   /// Null where no feed is known.
   std::unique_ptr<ReleaseFeed> releaseFeed = nullptr;
+  /// Null where nobody speaks to browsers: then there are no tabs.
+  std::unique_ptr<TabScripting> tabScripting = nullptr;
+  /// Null where browsers tell nothing by themselves.
+  std::unique_ptr<BrowserCompanions> browserCompanions = nullptr;
 };
 
 }  // namespace quillmere

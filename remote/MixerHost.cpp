@@ -10,6 +10,7 @@
 #include "remote/MessageType.h"
 #include "runtime/Threads.h"
 #include "state/MixerState.h"
+#include "wire/BoundedTabs.h"
 #include "wire/Calls.h"
 #include "wire/Forms.h"
 #include "wire/Messages.h"
@@ -18,12 +19,23 @@ namespace quillmere {
 
 using nlohmann::json;
 
+namespace {
+
+template <typename T>
+json formOf(const T& value) {
+  return value;
+}
+/// A field whose size is up to other programs.
+json formOf(const BrowserTabs& tabs) { return wire::boundedForm(tabs); }
+
+}  // namespace
+
 MixerHost::MixerHost(MixerState& state, const Runtime& runtime, SendMessage send, IsBehind isBehind)
     : state_(state), runtime_(runtime), send_(std::move(send)), isBehind_(std::move(isBehind)) {
   QUILLMERE_CHECK_ON(runtime_.main, "the mixer's host is made off the main thread");
   auto values = json::object();
   state_.visitFields([&values, this](const char* name, const auto& field) {
-    values[name] = field.get();
+    values[name] = formOf(field.get());
     subscriptions_.push_back(field.observe([this, name](const auto& value) { tell(name, value); }));
   });
   send_({{wire::type, wire::fields}, {"values", std::move(values)}});
@@ -37,7 +49,7 @@ void MixerHost::tell(const char* name, const T& value) {
   if (!untold_.empty() || untoldPerformed_ > 0 || isBehind_()) {
     untold_.insert(name);
   } else {
-    send_({{wire::type, wire::field}, {"name", name}, {"value", value}});
+    send_({{wire::type, wire::field}, {"name", name}, {"value", formOf(value)}});
   }
 }
 
@@ -55,7 +67,7 @@ void MixerHost::catchUp() {
     const auto untold = untold_.find(name);
     if (untold == untold_.end() || isBehind_()) return;
     untold_.erase(untold);
-    send_({{wire::type, wire::field}, {"name", name}, {"value", field.get()}});
+    send_({{wire::type, wire::field}, {"name", name}, {"value", formOf(field.get())}});
   });
   // After whatever they have changed.
   while (untold_.empty() && untoldPerformed_ > 0 && !isBehind_()) {

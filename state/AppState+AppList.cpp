@@ -2,9 +2,9 @@
 #include <cmath>
 #include <unordered_map>
 
+#include "runtime/OrderedBackground.h"
 #include "state/AppState.h"
 #include "state/EngineCalls.h"
-#include "tasks/OrderedBackground.h"
 
 namespace quillmere {
 

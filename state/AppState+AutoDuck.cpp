@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <chrono>
 
+#include "runtime/OrderedBackground.h"
 #include "state/AppState.h"
 #include "state/EngineCalls.h"
-#include "tasks/OrderedBackground.h"
 
 namespace quillmere {
 

@@ -5,11 +5,11 @@
 #include "engine/CoreAudioUtils.h"
 #include "engine/HeadphoneMonitor.h"
 #include "engine/SystemMasterVolume.h"
+#include "runtime/OrderedBackground.h"
 #include "runtime/Threads.h"
 #include "state/AppState.h"
 #include "state/EngineCalls.h"
 #include "state/SettingsStore.h"
-#include "tasks/OrderedBackground.h"
 
 namespace quillmere {
 

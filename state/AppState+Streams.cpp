@@ -15,6 +15,7 @@ void AppState::startStreams() {
   startLevelStream();
   startOutputDeviceStream();
   startNowPlayingStream();
+  startBrowserTabStream();
 }
 
 void AppState::startDetectionStream() {

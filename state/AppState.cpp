@@ -8,11 +8,13 @@
 #include "engine/HeadphoneMonitor.h"
 #include "engine/OutputDeviceMonitor.h"
 #include "engine/SystemMasterVolume.h"
+#include "integrations/BrowserTabActivator.h"
+#include "integrations/BrowserTabMonitor.h"
 #include "integrations/NowPlayingMonitor.h"
+#include "runtime/OrderedBackground.h"
 #include "runtime/Threads.h"
 #include "state/EngineCalls.h"
 #include "state/SettingsStore.h"
-#include "tasks/OrderedBackground.h"
 
 namespace quillmere {
 
@@ -52,6 +54,9 @@ AppState::AppState(Machine& machine, const Runtime& runtime, std::shared_ptr<Eng
       store_(std::make_shared<SettingsStore>(*machine.defaults, runtime.clocks, runtime.log)),
       deviceMonitor_(std::make_shared<OutputDeviceMonitor>(*machine.audio, runtime.background)),
       systemMaster_(std::make_shared<SystemMasterVolume>(*machine.audio, runtime.main, runtime.log)),
+      tabMonitor_(machine.tabScripting ? std::make_shared<BrowserTabMonitor>(*machine.tabScripting, runtime) : nullptr),
+      tabActivator_(machine.tabScripting ? std::make_shared<BrowserTabActivator>(*machine.tabScripting, runtime)
+                                         : nullptr),
       duckTargetGain_(std::make_shared<std::atomic<float>>(0.0F)) {}
 
 AppState::~AppState() = default;
@@ -83,6 +88,7 @@ void AppState::startUp() {
 
   listenForRefusals();
   startStreams();
+  followBrowserCompanions();
   startHeadphoneMonitor();
 }
 

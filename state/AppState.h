@@ -21,6 +21,8 @@
 namespace quillmere {
 
 class AudioAppDetector;
+class BrowserTabActivator;
+class BrowserTabMonitor;
 class DriverClient;
 class EngineCalls;
 class HeadphoneMonitor;
@@ -66,6 +68,12 @@ class AppState final : public MixerState, public std::enable_shared_from_this<Ap
   void startLevelStream();
   void startOutputDeviceStream();
   void startNowPlayingStream();
+
+  // AppState+BrowserCompanions.cpp
+  void followBrowserCompanions();
+
+  // AppState+BrowserTabs.cpp
+  void startBrowserTabStream();
 
   // AppState+AppList.cpp
   /// `toRestore` receives the stored settings that the engine has not had in this run.
@@ -125,6 +133,9 @@ class AppState final : public MixerState, public std::enable_shared_from_this<Ap
   std::shared_ptr<SettingsStore> store_;
   std::shared_ptr<OutputDeviceMonitor> deviceMonitor_;
   std::shared_ptr<SystemMasterVolume> systemMaster_;
+  /// Both are null where nobody speaks to browsers.
+  std::shared_ptr<BrowserTabMonitor> tabMonitor_;
+  std::shared_ptr<BrowserTabActivator> tabActivator_;
 
   std::map<std::string, float> preDuckGains_;
   /// The rule's target for engine tasks that are still to run: they send what stands when they run.

@@ -17,6 +17,7 @@
 #include "engine/AudioOutputDevice.h"
 #include "integrations/BrowserTab.h"
 #include "integrations/NowPlayingTrack.h"
+#include "platform/BrowserCompanions.h"
 #include "runtime/Observable.h"
 #include "state/PomodoroPhase.h"
 

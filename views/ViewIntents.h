@@ -2,12 +2,9 @@
 #pragma once
 
 #include <functional>
-#include <string>
 #include <utility>
 
 namespace quillmere {
-
-struct BrowserTab;
 
 /// [main] What is empty does nothing.
 struct ViewIntents {
@@ -16,8 +13,6 @@ struct ViewIntents {
   std::function<void()> quit;
   /// The first run has come to its end: its window goes, and the main window comes.
   std::function<void()> onboardingFinished;
-  /// Brings a browser's tab to the front.
-  std::function<void(const std::string& bundleID, const BrowserTab& tab)> activateTab;
 };
 
 /// Calls an intent, if there is somebody who takes it.

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/linux/LinuxApplicationChooser.h"
+#include "platform/linux/LinuxBrowserSetUp.h"
 #include "platform/linux/LinuxDesktopLook.h"
 #include "platform/linux/LinuxLoginItem.h"
 #include "platform/linux/LinuxPermissions.h"
@@ -47,6 +48,13 @@ Desktop makeLinuxDesktop(const Runtime& runtime, LinuxDesktopOptions options) {
   desktop.loginItem = makeLoginItem(portal, std::move(options.program));
   desktop.look = std::make_unique<LinuxDesktopLook>(portal, runtime);
   desktop.applicationChooser = std::make_unique<LinuxApplicationChooser>(portal, runtime, std::move(options.chooser));
+  // A sandbox sees neither the browsers nor their folders.
+  if (!isSandboxed()) {
+    LinuxBrowserSetUpOptions browsers;
+    browsers.hostProgram = std::move(options.tabsProgram);
+    browsers.companionFolder = std::move(options.companionFolder);
+    desktop.browserSetUp = std::make_unique<LinuxBrowserSetUp>(std::move(browsers));
+  }
   return desktop;
 }
 

@@ -19,6 +19,9 @@ struct LinuxDesktopOptions {
   std::optional<std::string> busAddress;
   /// The program that a login starts, as an absolute path; empty if it is not known.
   std::string program;
+  /// What browsers start to speak with the mixer, as an absolute path, and the companion's folder; empty where unknown.
+  std::string tabsProgram = {};
+  std::string companionFolder = {};
   /// The dialogue for a file where there is no portal; may be null.
   std::unique_ptr<ApplicationChooser> chooser;
 };

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "mpris/PlayerWatcher.h"
+#include "platform/linux/LinuxTabScripting.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/MprisMediaKeys.h"
 #include "platform/linux/MprisNowPlaying.h"
@@ -36,6 +37,10 @@ Machine makeLinuxMachine(const Runtime& runtime, LinuxMachineOptions options) {
                                                          });
   machine.mediaKeys = std::make_unique<MprisMediaKeys>(watcher);
   machine.sounds = std::make_unique<TonePlayer>(runtime, remote);
+  auto tabs = std::make_unique<LinuxTabScripting>(runtime, registry,
+                                                  LinuxTabScriptingOptions{std::move(options.runtimeFolder)});
+  machine.browserCompanions = tabs->companions();
+  machine.tabScripting = std::move(tabs);
   if (options.releaseFeed) {
     machine.releaseFeed = std::make_unique<LinuxReleaseFeed>(runtime.main, std::move(*options.releaseFeed));
   }

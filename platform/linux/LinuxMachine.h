@@ -20,6 +20,8 @@ struct LinuxMachineOptions {
   std::optional<std::string> defaultsFile;
   /// D-Bus address of the media players.
   std::optional<std::string> busAddress;
+  /// Where browsers' host programs find this one; absent means XDG_RUNTIME_DIR.
+  std::optional<std::string> runtimeFolder;
   /// Absent for a machine without a release feed.
   std::optional<LinuxReleaseFeedOptions> releaseFeed;
 };

@@ -14,6 +14,7 @@
 #include "engine/AudioOutputDevice.h"
 #include "integrations/BrowserTab.h"
 #include "integrations/NowPlayingTrack.h"
+#include "platform/BrowserCompanions.h"
 #include "platform/StatusItem.h"
 #include "platform/Workspace.h"
 #include "state/PomodoroPhase.h"

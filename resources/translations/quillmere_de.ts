@@ -237,6 +237,17 @@
     </message>
 </context>
 <context>
+    <name>BrowserCompanions</name>
+    <message>
+        <source>Browser tabs</source>
+        <translation>Browser-Tabs</translation>
+    </message>
+    <message>
+        <source>A companion in the browser shows its open tabs in the mixer. Nothing of them leaves this computer.</source>
+        <translation>Ein Begleiter im Browser zeigt dessen offene Tabs im Mixer. Nichts davon verlässt diesen Rechner.</translation>
+    </message>
+</context>
+<context>
     <name>DuckAppRow</name>
     <message>
         <source>Disabled defaults</source>
@@ -933,6 +944,37 @@
     <message>
         <source>%1 ms</source>
         <translation>%1&#xa0;ms</translation>
+    </message>
+</context>
+<context>
+    <name>quillmere::BrowserCompanionsPresenter</name>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Set up</source>
+        <translation>Einrichten</translation>
+    </message>
+    <message>
+        <source>To load the companion: open %1 in the browser, turn on “Developer mode”, press “Load unpacked” and choose the folder %2.</source>
+        <translation>So wird der Begleiter geladen: %1 im Browser öffnen, den „Entwicklermodus“ einschalten, auf „Entpackte Erweiterung laden“ drücken und den Ordner %2 auswählen.</translation>
+    </message>
+    <message>
+        <source>Waits for its companion</source>
+        <translation>Wartet auf seinen Begleiter</translation>
+    </message>
+    <message>
+        <source>Not set up</source>
+        <translation>Nicht eingerichtet</translation>
+    </message>
+    <message>
+        <source>Connected</source>
+        <translation>Verbunden</translation>
+    </message>
+    <message>
+        <source>Connected, in another version: %1</source>
+        <translation>Verbunden, in anderer Version: %1</translation>
     </message>
 </context>
 <context>

@@ -23,6 +23,14 @@ TEST(OneLine, ARunOfThemIsOneBlank) {
             "a b");
 }
 
+TEST(OneLine, ControlCharactersBehindAsciiAreBlanksToo) {
+  for (const auto* control : {"\u0080", "\u009B", "\u009F"}) {
+    EXPECT_EQ(oneLine(std::string("first") + control + "second"), "first second");
+  }
+  EXPECT_EQ(oneLine("a\u00A0b"), "a\u00A0b") << "a blank that doesn't break is none";
+  EXPECT_EQ(oneLine("\xC2"), "\xC2");
+}
+
 TEST(OneLine, ABrokenTextStaysAsBrokenAsItIs) { EXPECT_EQ(oneLine("\xE2\x80"), "\xE2\x80"); }
 
 }  // namespace

@@ -192,6 +192,8 @@ class Commands {
            return true;
          }},
         {"list", [this](const Fields&, Answer& answer) { return list(answer); }},
+        {"tabs", [this](const Fields&, Answer& answer) { return tabs(answer); }},
+        {"activate", [this](const Fields& fields, Answer&) { return activate(fields); }},
         {"gain", [this](const Fields& fields, Answer&) { return gain(fields); }},
         {"mute", [this](const Fields& fields, Answer&) { return mute(fields); }},
         {"route", [this](const Fields& fields, Answer&) { return route(fields); }},
@@ -222,6 +224,34 @@ class Commands {
   }
 
  private:
+  bool tabs(Answer& answer) const {
+    Answer browsers = Answer::object();
+    for (const auto& [browser, tabs] : state_.browserTabs().get()) {
+      Answer& list = browsers[browser] = Answer::array();
+      for (const auto& tab : tabs) {
+        list.push_back({{"id", tab.id}, {"title", tab.title}, {"url", tab.urlString}, {"active", tab.isActive}});
+      }
+    }
+    answer["tabs"] = browsers;
+    Answer companions = Answer::array();
+    for (const auto& each : state_.browserCompanions().get()) {
+      companions.push_back({{"browser", each.browser}, {"version", each.version}, {"host", each.hostVersion}});
+    }
+    answer["companions"] = companions;
+    return true;
+  }
+
+  bool activate(const Fields& fields) {
+    if (fields.size() != 3) return false;
+    const auto& tabs = state_.browserTabs().get();
+    const auto browser = tabs.find(fields[1]);
+    if (browser == tabs.end()) return false;
+    const auto tab = std::ranges::find(browser->second, fields[2], &BrowserTab::id);
+    if (tab == browser->second.end()) return false;
+    state_.activateTab(browser->first, *tab);
+    return true;
+  }
+
   bool list(Answer& answer) const {
     Answer apps = Answer::array();
     for (const auto& app : state_.apps().get()) {

@@ -1,67 +1,17 @@
-// The mixer followed and driven from another process, without the process: messages go from hand to hand, as bytes.
+// The mixer followed and driven from another process, without the process.
 #include "remote/RemoteState.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <deque>
 #include <limits>
-#include <nlohmann/json.hpp>
 
-#include "StateFixture.h"
-#include "remote/MixerHost.h"
+#include "RemoteFixture.h"
 
 namespace quillmere {
 namespace {
 
 using nlohmann::json;
 
-class Remote : public StateFixture {
- protected:
-  /// The other process comes.
-  void connect() {
-    host = std::make_unique<MixerHost>(
-        state(), box->runtime, [this](const json& message) { toRemote.push_back(encodeMessage(message)); },
-        [this] { return isBehind; });
-    remote = std::make_unique<RemoteState>(box->log, toHost());
-    deliver();
-  }
-  SendMessage toHost() {
-    return [this](const json& message) { toMixer.push_back(encodeMessage(message)); };
-  }
-  void takeOne() {
-    const auto message = decodeMessage(toRemote.front()).value();
-    toRemote.pop_front();
-    EXPECT_TRUE(remote->take(message)) << message;
-  }
-  void performOne() {
-    EXPECT_TRUE(host->take(decodeMessage(toMixer.front()).value()));
-    toMixer.pop_front();
-  }
-  /// Until nothing is on its way.
-  void deliver() {
-    while (!toRemote.empty() || !toMixer.empty()) {
-      if (!toMixer.empty()) performOne();
-      if (!toRemote.empty()) takeOne();
-    }
-  }
-  static const AudioApp& app(const MixerState& in, const std::string& bundleID) {
-    return *std::find_if(in.apps()->begin(), in.apps()->end(),
-                         [&](const AudioApp& each) { return each.bundleID == bundleID; });
-  }
-
-  bool isBehind = false;
-  std::deque<std::string> toRemote;
-  std::deque<std::string> toMixer;
-  std::unique_ptr<MixerHost> host;
-  std::unique_ptr<RemoteState> remote;
-};
-
-/// All fields must arrive: those that differ are named.
-void expectSame(const MixerState& here, const MixerState& there) {
-#define FIELD(type, name, ...) EXPECT_EQ(*here.name(), *there.name()) << #name;
-#include "state/MixerFields.def"
-}
+class Remote : public RemoteFixture {};
 
 TEST_F(Remote, KnowsEveryFieldFromTheStart) {
   startWithThree();

@@ -46,6 +46,7 @@ void makeSample(Profile& profile);
 void makeSample(DuckRule& rule);
 void makeSample(AudioOutputDevice& device);
 void makeSample(BrowserTab& tab);
+void makeSample(BrowserCompanion& companion);
 void makeSample(NowPlayingTrack& track);
 template <typename T>
 void makeSample(std::optional<T>& value) {
@@ -91,6 +92,10 @@ void makeSample(AudioOutputDevice& device) {
 void makeSample(BrowserTab& tab) {
   auto& [id, browserBundleID, title, urlString, isActive] = tab;
   makeSample(id), makeSample(browserBundleID), makeSample(title), makeSample(urlString), makeSample(isActive);
+}
+void makeSample(BrowserCompanion& companion) {
+  auto& [browser, version, hostVersion] = companion;
+  makeSample(browser), makeSample(version), makeSample(hostVersion);
 }
 void makeSample(NowPlayingTrack& track) {
   auto& [title, artist, album, sourceBundleID, isPlaying, elapsedTime, totalDuration] = track;

@@ -353,6 +353,26 @@ TEST_F(WindowsOfTheProgram, AnotherVersionsWindowsAreNotListenedTo) {
   EXPECT_EQ(events.size(), 1U);
 }
 
+TEST_F(WindowsOfTheProgram, AClickInWindowsOfAnotherVersionReachesNoBrowser) {
+  const json click{
+      {"type", "call"},
+      {"name", "activateTab"},
+      {"arguments",
+       json::array(
+           {chrome,
+            {{"id", "x:w1:t1"}, {"browserBundleID", chrome}, {"title", ""}, {"urlString", ""}, {"isActive", false}}})}};
+  launcher.greeting["version"] = "0.0.1 (0)";
+  windows.open("main");
+  launcher.lines.back()->events.received(encodeMessage(click));
+  settle();
+  EXPECT_TRUE(box->browsers.activations().empty());
+
+  launcher.greeting["version"] = seamVersion();
+  windows.open("main");
+  say(click);
+  EXPECT_EQ(box->browsers.activations().size(), 1U);
+}
+
 TEST_F(WindowsOfTheProgram, WindowsThatDoNotSayWhatTheyAreAreNotListenedTo) {
   for (const auto& first : {json{{"type", "taken"}, {"seen", 1}}, json{{"type", "hello"}}, json(7),
                             json{{"type", "hello"}, {"version", 7}}}) {

@@ -14,9 +14,11 @@
 #include "engine/ProcessTapEngine.h"
 #include "platform/Machine.h"
 #include "platform/memory/MemoryAudioHardware.h"
+#include "platform/memory/MemoryBrowserCompanions.h"
 #include "platform/memory/MemoryMediaKeys.h"
 #include "platform/memory/MemoryNowPlayingSource.h"
 #include "platform/memory/MemorySoundPlayer.h"
+#include "platform/memory/MemoryTabScripting.h"
 #include "platform/memory/MemoryWorkspace.h"
 #include "platform/memory/RecordingLogSink.h"
 #include "runtime/VirtualTime.h"
@@ -46,12 +48,17 @@ class VirtualMachine {
                 std::make_unique<MemoryWorkspace>(),
                 std::make_unique<MemoryNowPlayingSource>(time.main()),
                 std::make_unique<MemoryMediaKeys>(),
-                std::make_unique<MemorySoundPlayer>()},
+                std::make_unique<MemorySoundPlayer>(),
+                nullptr,
+                std::make_unique<MemoryTabScripting>(),
+                std::make_unique<MemoryBrowserCompanions>()},
         audio(static_cast<MemoryAudioHardware&>(*machine.audio)),
         workspace(static_cast<MemoryWorkspace&>(*machine.workspace)),
         player(static_cast<MemoryNowPlayingSource&>(*machine.nowPlaying)),
         keys(static_cast<MemoryMediaKeys&>(*machine.mediaKeys)),
         sounds(static_cast<MemorySoundPlayer&>(*machine.sounds)),
+        browsers(static_cast<MemoryTabScripting&>(*machine.tabScripting)),
+        companions(static_cast<MemoryBrowserCompanions&>(*machine.browserCompanions)),
         runtime(time.runtime(log)) {}
   ~VirtualMachine() {
     state.reset();
@@ -139,6 +146,8 @@ class VirtualMachine {
   MemoryNowPlayingSource& player;
   MemoryMediaKeys& keys;
   MemorySoundPlayer& sounds;
+  MemoryTabScripting& browsers;
+  MemoryBrowserCompanions& companions;
   Runtime runtime;
   /// Absent unless taps are made.
   std::unique_ptr<ProcessTapEngine> taps;

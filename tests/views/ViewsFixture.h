@@ -42,9 +42,6 @@ class ViewsFixture : public StateFixture {
     made.openMainWindow = [this] { ++windowsOpened; };
     made.quit = [this] { ++quits; };
     made.onboardingFinished = [this] { ++onboardingsFinished; };
-    made.activateTab = [this](const std::string& bundleID, const BrowserTab& tab) {
-      activated.emplace_back(bundleID, tab);
-    };
     return made;
   }
   /// What the pages stand on; this program's version is 1.9.9.
@@ -86,7 +83,6 @@ class ViewsFixture : public StateFixture {
   int onboardingsFinished = 0;
   int windowsOpened = 0;
   int quits = 0;
-  std::vector<std::pair<std::string, BrowserTab>> activated;
 
  private:
   std::unique_ptr<DesktopServices> desktopServices_;

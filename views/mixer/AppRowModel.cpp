@@ -5,17 +5,11 @@
 
 #include "state/MixerState.h"
 #include "state/ViewSettings.h"
-#include "views/ViewIntents.h"
 
 namespace quillmere {
 
-AppRowModel::AppRowModel(std::shared_ptr<MixerState> state, ViewSettings& settings, Filter filter,
-                         ActivateTab activateTab, QObject* parent)
-    : KeyedListModel(parent),
-      state_(std::move(state)),
-      settings_(settings),
-      filter_(filter),
-      activateTab_(std::move(activateTab)) {
+AppRowModel::AppRowModel(std::shared_ptr<MixerState> state, ViewSettings& settings, Filter filter, QObject* parent)
+    : KeyedListModel(parent), state_(std::move(state)), settings_(settings), filter_(filter) {
   const auto follow = [this](const auto& field, void (AppRowModel::*refresh)()) {
     subscriptions_.push_back(field.observe([this, refresh](const auto&) { (this->*refresh)(); }));
   };
@@ -74,7 +68,7 @@ void AppRowModel::insertedAt(int at, const std::string& key) {
   const auto& app = *apps_.at(key);
   const int tabLimit = filter_ == Filter::live ? TabListModel::compactLimit : TabListModel::noLimit;
   auto* made = new AppRowPresenter(
-      *state_, app, tabLimit, [this, key](const BrowserTab& tab) { ask(activateTab_, key, tab); }, this);
+      *state_, app, tabLimit, [this, key](const BrowserTab& tab) { state_->activateTab(key, tab); }, this);
   made->update(app, state_->liveBundleIDs()->contains(key), state_->duckedBundleIDs()->contains(key));
   made->setScrollAdjusts(*settings_.scrollOverRowAdjustsVolume());
   showTabs(*made);

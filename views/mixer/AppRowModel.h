@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -30,11 +29,9 @@ class AppRowModel final : public KeyedListModel {
     all,   ///< Everything known: the main window.
   };
   enum Role { RowRole = Qt::UserRole + 1 };
-  using ActivateTab = std::function<void(const std::string& bundleID, const BrowserTab& tab)>;
 
   /// The settings outlive the model.
-  AppRowModel(std::shared_ptr<MixerState> state, ViewSettings& settings, Filter filter, ActivateTab activateTab,
-              QObject* parent = nullptr);
+  AppRowModel(std::shared_ptr<MixerState> state, ViewSettings& settings, Filter filter, QObject* parent = nullptr);
   ~AppRowModel() override;
 
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
@@ -57,7 +54,6 @@ class AppRowModel final : public KeyedListModel {
   std::shared_ptr<MixerState> state_;
   ViewSettings& settings_;
   Filter filter_;
-  ActivateTab activateTab_;
   /// Children of the model: what has no parent, a scene may take for its own.
   std::vector<AppRowPresenter*> rows_;
   /// The state's applications while the rows are brought into step with them.

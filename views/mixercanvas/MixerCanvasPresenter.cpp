@@ -27,7 +27,7 @@ MixerCanvasPresenter::MixerCanvasPresenter(const ViewServices& services, QObject
     : QObject(parent),
       state_(services.state),
       settings_(services.settings),
-      rows_(state_, *settings_, AppRowModel::Filter::all, services.intents.activateTab),
+      rows_(state_, *settings_, AppRowModel::Filter::all),
       output_(state_, services.runtime, DeviceSymbolStyle::large),
       nowPlaying_(services) {
   const auto mix = [this](const auto&) { refreshMix(); };

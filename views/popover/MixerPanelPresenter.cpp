@@ -14,7 +14,7 @@ MixerPanelPresenter::MixerPanelPresenter(std::shared_ptr<MixerState> state, cons
       state_(std::move(state)),
       settings_(std::move(settings)),
       intents_(std::move(intents)),
-      rows_(state_, *settings_, AppRowModel::Filter::live, intents_.activateTab),
+      rows_(state_, *settings_, AppRowModel::Filter::live),
       output_(state_, runtime, DeviceSymbolStyle::small),
       profiles_(state_, intents_.openMainWindow),
       sleepTimer_(state_, runtime) {

@@ -163,5 +163,11 @@ Item {
                 }
             }
         }
+
+        BrowserCompanions {
+            objectName: "browsers"
+            width: parent.width
+            browsers: root.presenter.browserCompanions
+        }
     }
 }

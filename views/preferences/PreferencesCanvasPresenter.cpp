@@ -25,7 +25,8 @@ PreferencesCanvasPresenter::PreferencesCanvasPresenter(const ViewServices& servi
       runtime_(services.runtime),
       workspace_(services.desktop.workspace()),
       launchAtLogin_(services),
-      permissions_(services) {
+      permissions_(services),
+      browserCompanions_(services) {
   const auto tell = [this](bool) { Q_EMIT settingsChanged(); };
   subscriptions_.push_back(settings_->scrollOverRowAdjustsVolume().observe(tell));
   subscriptions_.push_back(settings_->showDuckBanner().observe(tell));

@@ -12,6 +12,7 @@
 #include "runtime/Observable.h"
 #include "runtime/Runtime.h"
 #include "views/ViewServices.h"
+#include "views/preferences/BrowserCompanionsPresenter.h"
 #include "views/preferences/LaunchAtLoginPresenter.h"
 #include "views/shared/PermissionsPresenter.h"
 
@@ -35,6 +36,7 @@ class PreferencesCanvasPresenter final : public QObject {
   Q_PROPERTY(QString version READ version CONSTANT FINAL)
   Q_PROPERTY(quillmere::LaunchAtLoginPresenter* launchAtLogin READ launchAtLogin CONSTANT FINAL)
   Q_PROPERTY(quillmere::PermissionsPresenter* permissions READ permissions CONSTANT FINAL)
+  Q_PROPERTY(quillmere::BrowserCompanionsPresenter* browserCompanions READ browserCompanions CONSTANT FINAL)
 
  public:
   explicit PreferencesCanvasPresenter(const ViewServices& services, QObject* parent = nullptr);
@@ -48,6 +50,7 @@ class PreferencesCanvasPresenter final : public QObject {
   [[nodiscard]] QString version() const;
   [[nodiscard]] LaunchAtLoginPresenter* launchAtLogin() { return &launchAtLogin_; }
   [[nodiscard]] PermissionsPresenter* permissions() { return &permissions_; }
+  [[nodiscard]] BrowserCompanionsPresenter* browserCompanions() { return &browserCompanions_; }
 
   Q_INVOKABLE void openWebsite();
   Q_INVOKABLE void sendFeedback();
@@ -64,6 +67,7 @@ class PreferencesCanvasPresenter final : public QObject {
   Workspace& workspace_;
   LaunchAtLoginPresenter launchAtLogin_;
   PermissionsPresenter permissions_;
+  BrowserCompanionsPresenter browserCompanions_;
   std::vector<Subscription> subscriptions_;
 };
 

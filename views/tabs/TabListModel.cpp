@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/OneLine.h"
+#include "core/Shortened.h"
 #include "core/TextOrder.h"
 
 namespace quillmere {
@@ -31,11 +33,17 @@ QString withEncodedTail(QString address) {
 }  // namespace
 
 QString tabLetter(const std::string& urlString) {
-  const QUrl url(withEncodedTail(QString::fromStdString(urlString)), QUrl::StrictMode);
+  const auto address = shortenedAddress(urlString, longestShownAddress);
+  const auto text = QString::fromUtf8(address.data(), static_cast<qsizetype>(address.size()));
+  const QUrl url(withEncodedTail(text), QUrl::StrictMode);
   const auto host = url.host().toLower().remove(QStringLiteral("www."));
   if (!url.isValid() || host.isEmpty()) return QStringLiteral("?");
   QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, host);
   return host.left(letters.toNextBoundary()).toUpper();
+}
+
+QString tabTitle(const std::string& title) {
+  return QString::fromStdString(oneLine(shortened(title, longestShownTitle)));
 }
 
 TabListModel::TabListModel(int rowLimit, Activate activate, QObject* parent)
@@ -43,14 +51,14 @@ TabListModel::TabListModel(int rowLimit, Activate activate, QObject* parent)
 
 QVariant TabListModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-  const auto& tab = rows_[static_cast<std::size_t>(index.row())];
+  const auto row = static_cast<std::size_t>(index.row());
   switch (role) {
     case TitleRole:
-      return QString::fromStdString(tab.title);
+      return shown_[row].title;
     case LetterRole:
-      return tabLetter(tab.urlString);
+      return shown_[row].letter;
     case ActiveRole:
-      return tab.isActive;
+      return rows_[row].isActive;
     default:
       return {};
   }
@@ -72,11 +80,14 @@ void TabListModel::setTabs(std::vector<BrowserTab> tabs) {
   wanted.reserve(tabs.size());
   for (const auto& tab : tabs) wanted.push_back(tab.id);
   arrange(wanted);
+  auto now = tabs.begin();
   for (int row = 0; row < count(); ++row) {
-    auto& shown = rows_[static_cast<std::size_t>(row)];
-    const auto now = std::ranges::find(tabs, keys()[static_cast<std::size_t>(row)], &BrowserTab::id);
-    if (shown == *now) continue;
-    shown = *now;
+    const auto at = static_cast<std::size_t>(row);
+    // Rows are in the order of the tabs, but for an id that comes again.
+    while (now->id != keys()[at]) ++now;
+    if (rows_[at] == *now) continue;
+    rows_[at] = *now;
+    shown_[at] = {tabTitle(now->title), tabLetter(now->urlString)};
     Q_EMIT dataChanged(index(row), index(row));
   }
   if (countChanges) Q_EMIT tabsChanged();
@@ -100,14 +111,21 @@ void TabListModel::insertedAt(int row, const std::string& key) {
   BrowserTab tab;
   tab.id = key;
   rows_.insert(rows_.begin() + row, std::move(tab));
+  shown_.insert(shown_.begin() + row, {QString(), tabLetter({})});
 }
 
-void TabListModel::removedAt(int row) { rows_.erase(rows_.begin() + row); }
+void TabListModel::removedAt(int row) {
+  rows_.erase(rows_.begin() + row);
+  shown_.erase(shown_.begin() + row);
+}
 
 void TabListModel::moved(int from, int to) {
   auto tab = std::move(rows_[static_cast<std::size_t>(from)]);
   rows_.erase(rows_.begin() + from);
   rows_.insert(rows_.begin() + to, std::move(tab));
+  auto shown = std::move(shown_[static_cast<std::size_t>(from)]);
+  shown_.erase(shown_.begin() + from);
+  shown_.insert(shown_.begin() + to, std::move(shown));
 }
 
 }  // namespace quillmere

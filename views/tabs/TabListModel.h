@@ -15,6 +15,9 @@ namespace quillmere {
 /// The letter on a tab's tile: the first one of the address's host, without "www."; "?" where there is no host.
 [[nodiscard]] QString tabLetter(const std::string& urlString);
 
+/// The title as a row shows it: on one line, without control characters, and cut in the middle where it is endless.
+[[nodiscard]] QString tabTitle(const std::string& title);
+
 /// [main]
 class TabListModel final : public KeyedListModel {
   Q_OBJECT
@@ -62,10 +65,17 @@ class TabListModel final : public KeyedListModel {
   void moved(int from, int to) override;
 
  private:
+  struct Shown {
+    QString title;
+    QString letter;
+  };
+
   int rowLimit_;
   Activate activate_;
   int tabCount_ = 0;
   std::vector<BrowserTab> rows_;
+  /// What each row shows, in their order.
+  std::vector<Shown> shown_;
 };
 
 }  // namespace quillmere

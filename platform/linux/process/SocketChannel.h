@@ -12,8 +12,6 @@ namespace quillmere {
 /// [any]; events come on a thread of its own, which the destructor waits for.
 class SocketChannel final : public Channel {
  public:
-  /// Bytes. A longer message is taken for garbage, and ends the channel.
-  static constexpr std::size_t largestMessage = std::size_t{16} << 20U;
   /// Bytes that are kept for an end that does not read; one that lets more gather is given up.
   static constexpr std::size_t mostWaiting = std::size_t{32} << 20U;
 

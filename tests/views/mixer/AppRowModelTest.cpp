@@ -14,7 +14,7 @@ namespace {
 class AppRows : public ViewsFixture {
  protected:
   void makeRows(AppRowModel::Filter filter = AppRowModel::Filter::live) {
-    rows = std::make_unique<AppRowModel>(sharedState(), *settings, filter, intents().activateTab);
+    rows = std::make_unique<AppRowModel>(sharedState(), *settings, filter);
   }
   void TearDown() override { rows.reset(); }
   [[nodiscard]] QStringList names() const {
@@ -49,7 +49,7 @@ TEST_F(AppRows, RowsStandInTheOrderOfTheState) {
 TEST_F(AppRows, ApplicationThatFallsSilentLeavesThePopoverAndStaysInTheMainWindow) {
   startWithSounding({spotify, editor});
   makeRows();
-  AppRowModel all(sharedState(), *settings, AppRowModel::Filter::all, intents().activateTab);
+  AppRowModel all(sharedState(), *settings, AppRowModel::Filter::all);
   sound(editor, false);
   EXPECT_EQ(names(), QStringList({"Spotify"}));
   EXPECT_EQ(all.count(), 3);

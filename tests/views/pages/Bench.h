@@ -33,7 +33,6 @@ class Bench : public QObject {
   Q_PROPERTY(quillmere::MainWindowPresenter* window READ window NOTIFY made)
   Q_PROPERTY(quillmere::MixerCanvasPresenter* mixer READ mixer NOTIFY made)
   Q_PROPERTY(quillmere::ActivityCanvasPresenter* activity READ activity NOTIFY made)
-  Q_PROPERTY(QStringList activatedTabs READ activatedTabs NOTIFY made)
   Q_PROPERTY(int windowsOpened MEMBER windowsOpened_ NOTIFY made)
   Q_PROPERTY(int quits MEMBER quits_ NOTIFY made)
 
@@ -59,15 +58,11 @@ class Bench : public QObject {
     box_->launch("us.zoom.xos", "Zoom");
     box_->start();
     settings_ = std::make_shared<ViewSettings>(*box_->state);
-    activated_.clear();
     windowsOpened_ = 0;
     quits_ = 0;
     ViewIntents intents;
     intents.openMainWindow = [this] { ++windowsOpened_; };
     intents.quit = [this] { ++quits_; };
-    intents.activateTab = [this](const std::string&, const BrowserTab& tab) {
-      activated_.append(QString::fromStdString(tab.title));
-    };
     desktop_ = std::make_unique<DesktopServices>(MemoryDesktop().desktop, box_->runtime, [state = box_->state] {
       std::vector<RunningApplication> running;
       for (const auto& app : *state->apps()) running.push_back({app.bundleID, app.name, 0});
@@ -153,7 +148,13 @@ class Bench : public QObject {
     box_->state->setRouting(device.toStdString(), idOf(app));
   }
   Q_INVOKABLE void setGain(int app, double gain) { box_->state->setGain(static_cast<float>(gain), idOf(app)); }
-  [[nodiscard]] QStringList activatedTabs() const { return activated_; }
+  /// The numbers of the tabs that browsers were asked for.
+  Q_INVOKABLE QList<int> activatedTabs() {
+    advance(0);
+    QList<int> numbers;
+    for (const auto& script : box_->browsers.activations()) numbers.append(static_cast<int>(script.request.tab));
+    return numbers;
+  }
 
  Q_SIGNALS:
   void made();
@@ -164,7 +165,7 @@ class Bench : public QObject {
     std::vector<BrowserTab> tabs;
     for (int i = 1; i <= count; ++i) {
       BrowserTab tab;
-      tab.id = std::to_string(i);
+      tab.id = "browser:w1:t" + std::to_string(i);
       tab.title = "Tab " + std::to_string(i);
       tab.urlString = "https://www.example.org";
       tab.isActive = i == 1;
@@ -182,7 +183,6 @@ class Bench : public QObject {
   std::unique_ptr<ActivityCanvasPresenter> activity_;
   std::unique_ptr<DesktopServices> desktop_;
   std::unique_ptr<BenchUpdater> updater_;
-  QStringList activated_;
   int windowsOpened_ = 0;
   int quits_ = 0;
 };

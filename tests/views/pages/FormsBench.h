@@ -91,6 +91,12 @@ class FormsBench : public QObject {
     QTest::simulateEvent(window, true, static_cast<Qt::Key>(key), Qt::NoModifier, QString(), true);
   }
 
+  // Browsers.
+  Q_INVOKABLE void installChromium() const { desktop_->browserSetUp.setBrowsers({{"chromium", "Chromium", false}}); }
+  Q_INVOKABLE void connectChromium(const QString& version) const {
+    box_->companions.set({{"chromium", version.toStdString(), version.toStdString()}});
+  }
+
   // Auto-Duck.
   Q_INVOKABLE void setDuckLists(const QStringList& triggers, const QStringList& ducked) const {
     auto rule = *box_->state->duckRule();

@@ -211,6 +211,47 @@ Item {
             compare(Finder.named(row, "hint"), null);
         }
 
+        function test_withoutABrowserThereIsNoCardForBrowsers() {
+            make();
+            verify(!named("browsers"));
+            verify(!Finder.texts(page).includes("Browser tabs"));
+        }
+
+        function test_aBrowserIsSetUpAndTakenBackInItsRow() {
+            Forms.installChromium();
+            make();
+            const card = named("browsers");
+            verify(card);
+            // Below the others, and as they are.
+            compare(card.y - named("about").y - named("about").height, Tokens.spacing.xl);
+            compare(card.corner, Tokens.corner.card);
+            verify(Finder.texts(card).includes("Chromium"));
+            const status = Finder.named(card, "status");
+            const action = Finder.named(card, "action");
+            compare(status.text, "Not set up");
+            compare(String(status.color), String(Tokens.textTertiary));
+            compare(action.text, "Set up");
+            compare(Finder.named(card, "hint"), null);
+
+            action.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Space);
+            Forms.advance(0);
+            compare(status.text, "Waits for its companion");
+            compare(action.text, "Remove");
+            verify(Finder.named(card, "hint").text.includes("/usr/share/quillmere/extension"));
+
+            Forms.connectChromium("1.9.9");
+            compare(status.text, "Connected");
+            compare(String(status.color), String(Tokens.systemGreen));
+            compare(Finder.named(card, "hint"), null);
+            Forms.connectChromium("1.0");
+            compare(status.text, "Connected, in another version: 1.0");
+
+            action.clicked();
+            Forms.advance(0);
+            compare(action.text, "Set up");
+        }
+
         function test_aboutsButtonsOpenAddresses() {
             make();
             mouseClick(button("Website"));

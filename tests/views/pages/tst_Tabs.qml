@@ -127,7 +127,7 @@ Item {
             tryVerify(() => rows(list).length === 3 && rows(list)[2].height === 20);
             wait(200);
             mouseClick(rows(list)[1]);
-            compare(Bench.activatedTabs, ["Tab 2"]);
+            compare(Bench.activatedTabs(), [2]);
         }
 
         function test_keysOpenTheList() {

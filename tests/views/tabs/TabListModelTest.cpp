@@ -113,6 +113,84 @@ TEST_F(Tabs, TabThatChangesItsTitleIsTheSameRow) {
   EXPECT_EQ(data.count(), 1);
 }
 
+TEST_F(Tabs, AnIdThatComesTwiceIsOneRowWithTheFirstOfThem) {
+  full.setTabs({tab("1", "b"), tab("2", "c"), tab("1", "a"), tab("3", "d")});
+  EXPECT_EQ(titles(full), (std::vector<std::string>{"a", "c", "d"}));
+  full.setTabs({tab("1", "b"), tab("2", "c"), tab("3", "d")});
+  EXPECT_EQ(titles(full), (std::vector<std::string>{"b", "c", "d"}));
+}
+
+TEST_F(Tabs, WhatARowShowsGoesWithItsTab) {
+  const auto shown = [this] {
+    QStringList result;
+    for (int row = 0; row < full.count(); ++row) {
+      result.append(full.data(full.index(row), TabListModel::TitleRole).toString() + " " +
+                    full.data(full.index(row), TabListModel::LetterRole).toString());
+    }
+    return result;
+  };
+  auto ford = tab("1", "ford");
+  ford.urlString = "https://f.example";
+  auto golf = tab("2", "golf");
+  golf.urlString = "https://g.example";
+  full.setTabs({ford, golf});
+  EXPECT_EQ(shown(), QStringList({"ford F", "golf G"}));
+  golf.title = "a golf";
+  full.setTabs({tab("3", "mike"), ford, golf});
+  EXPECT_EQ(shown(), QStringList({"a golf G", "ford F", "mike E"}));
+  full.setTabs({ford});
+  EXPECT_EQ(shown(), QStringList({"ford F"}));
+}
+
+TEST_F(Tabs, ATitleIsShownOnOneLineWithoutControlCharactersAndStaysAsItIsInTheTab) {
+  const std::string unclean = "first\nsecond\tthird\x1B[31m\u0085\u2028fourth\u009B";
+  full.setTabs({tab("1", unclean)});
+  EXPECT_EQ(full.data(full.index(0), TabListModel::TitleRole).toString(), "first second third [31m fourth ");
+  EXPECT_EQ(full.rows().front().title, unclean);
+}
+
+TEST_F(Tabs, AnEndlessTitleIsShownByItsBeginningAndItsEnd) {
+  full.setTabs({tab("1", "beginning " + std::string(100000, 'x') + " end")});
+  const auto shown = full.data(full.index(0), TabListModel::TitleRole).toString();
+  EXPECT_LE(shown.size(), 1024);
+  EXPECT_TRUE(shown.startsWith("beginning xx"));
+  EXPECT_TRUE(shown.endsWith("xx end"));
+  EXPECT_TRUE(shown.contains(u'…'));
+}
+
+TEST_F(Tabs, MarkupIsShownAsItIsWritten) {
+  full.setTabs({tab("1", "<b>bold</b> &amp; <img src='file:///etc/passwd'>")});
+  EXPECT_EQ(full.data(full.index(0), TabListModel::TitleRole).toString(),
+            "<b>bold</b> &amp; <img src='file:///etc/passwd'>");
+}
+
+TEST_F(Tabs, ATitleFromRightToLeftIsShownInItsOrder) {
+  full.setTabs({tab("1", "שלום – Example")});
+  EXPECT_EQ(full.data(full.index(0), TabListModel::TitleRole).toString(), QStringLiteral("שלום – Example"));
+}
+
+TEST_F(Tabs, BytesThatAreNoUtf8AreShownAsReplacements) {
+  full.setTabs({tab("1",
+                    "a\xFF"
+                    "b")});
+  EXPECT_EQ(full.data(full.index(0), TabListModel::TitleRole).toString(), QStringLiteral("a\uFFFDb"));
+}
+
+TEST(TabLetter, OfAnEndlessAddressIsTheFirstOfTheHost) {
+  const std::string start = "https://www.example.org/";
+  EXPECT_EQ(tabLetter(start + std::string(1000000, 'x')), "E");
+  // However the address is cut, no escaped character is halved.
+  for (int shift = 0; shift < 6; ++shift) {
+    std::string escaped = start + std::string(static_cast<std::size_t>(shift), 'x');
+    while (escaped.size() < 5000) escaped += "%C3%A9";
+    EXPECT_EQ(tabLetter(escaped), "E") << shift;
+  }
+}
+
+TEST(TabLetter, OfAnEndlessDataAddressIsAQuestionMark) {
+  EXPECT_EQ(tabLetter("data:text/html;base64," + std::string(1000000, 'A')), "?");
+}
+
 TEST(TabLetter, IsTheFirstOfTheHost) { EXPECT_EQ(tabLetter("https://example.org/page"), "E"); }
 
 TEST(TabLetter, LeavesOutWww) { EXPECT_EQ(tabLetter("https://www.youtube.com"), "Y"); }

@@ -1,5 +1,5 @@
 // One drain at a time: whoever finds none running starts it.
-#include "tasks/OrderedBackground.h"
+#include "runtime/OrderedBackground.h"
 
 #include <utility>
 

@@ -1,5 +1,5 @@
 // Work keeps its order on a pool that promises none.
-#include "state/tasks/OrderedBackground.h"
+#include "runtime/OrderedBackground.h"
 
 #include <gtest/gtest.h>
 

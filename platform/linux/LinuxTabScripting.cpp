@@ -1,0 +1,110 @@
+// Which browser a host belongs to, and requests as questions to the listener.
+#include "platform/linux/LinuxTabScripting.h"
+
+#include <functional>
+#include <utility>
+
+#include "core/Product.h"
+#include "tabs/BrowserOfHost.h"
+#include "tabs/Browsers.h"
+#include "tabs/HostListener.h"
+#include "tabs/MeetingPlace.h"
+
+namespace quillmere {
+
+namespace {
+
+tabs::BrowserFacts browserOf(ApplicationRegistry& registry, std::int32_t hostPID) {
+  const auto browser = tabs::parentOf("/proc", hostPID);
+  if (browser == 0) return {};
+  ClientFacts facts;
+  facts.pid = browser;
+  facts.pidIsTrusted = true;
+  return {registry.identify(facts), tabs::programOf("/proc", browser)};
+}
+
+}  // namespace
+
+/// Outlives the scripts that have been made ready.
+class LinuxTabScripting::Lines {
+ public:
+  struct Observer {
+    /// [main]
+    std::function<void()> changed;
+  };
+
+  Lines(const Runtime& runtime, const std::shared_ptr<ApplicationRegistry>& registry, LinuxTabScriptingOptions options)
+      : listener(tabs::HostListenerOptions{
+                     .runtimeFolder = options.runtimeFolder ? *options.runtimeFolder : tabs::sessionRuntimeFolder(),
+                     .identify = [registry](std::int32_t hostPID) { return browserOf(*registry, hostPID); },
+                     .version = std::string(appVersion()),
+                     .changed =
+                         [&main = runtime.main, observer = observer] {
+                           main.post([observer] {
+                             if (observer->changed) observer->changed();
+                           });
+                         }},
+                 runtime.clocks, runtime.log) {}
+
+  const std::shared_ptr<Observer> observer = std::make_shared<Observer>();
+  tabs::HostListener listener;
+};
+
+namespace {
+
+TabScriptResult answer(tabs::HostListener& listener, const TabRequest& request) {
+  TabScriptResult result;
+  if (request.kind == TabRequest::Kind::query) {
+    result.text = listener.query(request.bundleID);
+  } else if (listener.activate(request.bundleID, request.window, request.tab) ==
+             tabs::HostListener::Activation::nobodyThere) {
+    const std::string words = "no companion of this browser is connected";
+    result.error = TabScriptResult::Error{words, words, 1};
+  }
+  return result;
+}
+
+class Question final : public TabScript {
+ public:
+  Question(std::function<TabScriptResult()> ask) : ask_(std::move(ask)) {}
+  TabScriptResult execute() override { return ask_(); }
+
+ private:
+  std::function<TabScriptResult()> ask_;
+};
+
+}  // namespace
+
+LinuxTabScripting::LinuxTabScripting(const Runtime& runtime, std::shared_ptr<ApplicationRegistry> registry,
+                                     LinuxTabScriptingOptions options)
+    : lines_(std::make_shared<Lines>(runtime, registry, std::move(options))) {}
+
+LinuxTabScripting::~LinuxTabScripting() = default;
+
+class LinuxTabScripting::Companions final : public BrowserCompanions {
+ public:
+  explicit Companions(std::shared_ptr<Lines> lines) : lines_(std::move(lines)) {}
+  ~Companions() override { lines_->observer->changed = nullptr; }
+  Companions(const Companions&) = delete;
+  Companions& operator=(const Companions&) = delete;
+
+  [[nodiscard]] std::vector<BrowserCompanion> connected() const override {
+    std::vector<BrowserCompanion> connected;
+    for (const auto& each : lines_->listener.companions()) {
+      connected.push_back({tabs::keyOfProgram(each.browser.program), each.companionVersion, each.hostVersion});
+    }
+    return connected;
+  }
+  void onChanged(std::function<void()> callback) override { lines_->observer->changed = std::move(callback); }
+
+ private:
+  std::shared_ptr<Lines> lines_;
+};
+
+std::unique_ptr<BrowserCompanions> LinuxTabScripting::companions() { return std::make_unique<Companions>(lines_); }
+
+std::unique_ptr<TabScript> LinuxTabScripting::compile(const TabRequest& request, std::string_view) {
+  return std::make_unique<Question>([lines = lines_, request] { return answer(lines->listener, request); });
+}
+
+}  // namespace quillmere
