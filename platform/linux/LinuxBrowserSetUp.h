@@ -26,6 +26,7 @@ struct LinuxBrowserSetUpOptions {
 /// outside of its sandbox.
 class LinuxBrowserSetUp final : public BrowserSetUp {
  public:
+  /// [any]
   explicit LinuxBrowserSetUp(LinuxBrowserSetUpOptions options);
 
   [[nodiscard]] std::vector<InstalledBrowser> browsers() override;
