@@ -1,4 +1,6 @@
 // A name that may be cut: the whole of it comes as a tip while the pointer rests on it.
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Quillmere.Design
 
