@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QLoggingCategory>
+#include <QQuickWindow>
 #include <QSignalBlocker>
 #include <utility>
 
@@ -81,9 +82,12 @@ void Scene::bringForward() {
 
 void Scene::lookForIt() {
   // Whether anybody wants to see a window comes to light with its next picture.
-  window_->requestUpdate();
+  if (auto* window = qobject_cast<QQuickWindow*>(window_.get())) {
+    probe_ = std::make_unique<FrameProbe>(*window->contentItem());
+  }
   lookTimer_ = runtime_.main.postAfter(patience, [this] {
     lookTimer_ = 0;
+    probe_.reset();
     // One that has never been seen is still on its way.
     if (isVisible() && hasBeenSeen_ && isOutOfSight_(*window_)) {
       fetch();
@@ -95,6 +99,7 @@ void Scene::lookForIt() {
 
 void Scene::stopLooking() {
   if (lookTimer_ != 0) runtime_.main.cancelTimer(std::exchange(lookTimer_, 0));
+  probe_.reset();
 }
 
 void Scene::fetch() {
@@ -127,6 +132,7 @@ void Scene::scheduleDrop() {
   dropTimer_ = runtime_.main.postAfter(keepHidden_, [this] {
     dropTimer_ = 0;
     if (!window_ || window_->isVisible()) return;
+    stopLooking();
     window_.reset();
     if (dropped_) dropped_();
     qCDebug(category, "window dropped");

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "runtime/Runtime.h"
+#include "windows/FrameProbe.h"
 #include "windows/WindowSight.h"
 
 namespace quillmere {
@@ -69,6 +70,7 @@ class Scene final : public QObject {
   SightTest isOutOfSight_;
   TimerID dropTimer_ = 0;
   TimerID lookTimer_ = 0;
+  std::unique_ptr<FrameProbe> probe_;
   /// Whether the display has asked for a picture since the window was shown.
   bool hasBeenSeen_ = false;
   std::function<void()> dropped_;

@@ -1,5 +1,6 @@
 // Runs the pages' Qt Quick tests on the compiled-in modules.
 #include <QtQml/qqmlextensionplugin.h>
+#include <QBuffer>
 #include <QImage>
 #include <QQmlEngine>
 #include <QTemporaryDir>
@@ -13,6 +14,25 @@
 
 Q_IMPORT_QML_PLUGIN(Quillmere_DesignPlugin)
 Q_IMPORT_QML_PLUGIN(Quillmere_ViewsPlugin)
+
+/// What the desktop has icons for.
+class Icons : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit Icons(quillmere::MemoryWorkspace& workspace) : workspace_(workspace) {}
+  Q_INVOKABLE void list(const QString& bundleID) {
+    QImage image(32, 32, QImage::Format_ARGB32);
+    image.fill(Qt::red);
+    QBuffer bytes;
+    image.save(&bytes, "PNG");
+    const auto* begin = reinterpret_cast<const std::byte*>(bytes.data().constData());
+    workspace_.setIcon(bundleID.toStdString(), quillmere::EncodedIcon{{begin, begin + bytes.size()}});
+  }
+
+ private:
+  quillmere::MemoryWorkspace& workspace_;
+};
 
 class Setup : public QObject {
   Q_OBJECT
@@ -34,10 +54,12 @@ class Setup : public QObject {
     qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "Bench", &bench_);
     qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "Forms", &forms_);
     qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "DesktopWishes", &wishes_);
+    qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "Icons", &icons_);
   }
 
  private:
   quillmere::MemoryWorkspace workspace_;
+  Icons icons_{workspace_};
   quillmere::Bench bench_;
   quillmere::FormsBench forms_;
   quillmere::DesktopWishes wishes_;

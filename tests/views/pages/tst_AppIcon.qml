@@ -1,5 +1,6 @@
-// An application's icon, and what stands there until it has come.
+// An application's icon, what stands there until it has come, and that it is asked for again where there was none.
 import QtQuick
+import QtQuick.Window
 import QtTest
 import Quillmere.Design
 import Quillmere.Views
@@ -12,10 +13,29 @@ Item {
     height: 100
 
     Component {
-        id: maker
+        id: iconMaker
 
         AppIcon {
             side: 38
+        }
+    }
+
+    Component {
+        id: windowMaker
+
+        Window {
+            property alias icon: inside
+            property url source
+
+            width: 100
+            height: 100
+
+            AppIcon {
+                id: inside
+
+                source: parent.Window.window.source
+                secondAttemptAfter: 3600000
+            }
         }
     }
 
@@ -23,12 +43,68 @@ Item {
         name: "AppIcon"
         when: windowShown
 
-        function make(source) { return createTemporaryObject(maker, scene, {source: source}); }
+        // Three letters each, so that no padding is at their encoding's end.
+        function urlOf(id) { return "image://app-icon/" + Qt.btoa(id); }
+
+        function test_oneThatIsListedStandsAtOnceAndIsNotAskedForAgain() {
+            Icons.list("one");
+            const icon = createTemporaryObject(iconMaker, scene, {source: urlOf("one"), secondAttemptAfter: 0});
+            tryVerify(() => !icon.missing && picture(icon).status === Image.Ready);
+            compare(icon.attempt, 0);
+        }
+
+        function test_oneThatIsListedLateComesWithTheSecondAttempt() {
+            const icon = createTemporaryObject(iconMaker, scene, {source: urlOf("two")});
+            tryVerify(() => picture(icon).status === Image.Ready);
+            verify(icon.missing);
+            Icons.list("two");
+            icon.secondAttemptAfter = 0;
+            tryVerify(() => !icon.missing);
+            verify(picture(icon).visible);
+            compare(icon.attempt, 1);
+        }
+
+        function test_oneThatIsNeverListedIsAskedForTwiceAndNoMore() {
+            const icon = createTemporaryObject(iconMaker, scene, {source: urlOf("six"), secondAttemptAfter: 0});
+            tryCompare(icon, "attempt", 1);
+            tryVerify(() => picture(icon).status === Image.Ready);
+            verify(icon.missing);
+            compare(icon.attempt, 1);
+        }
+
+        function test_theTileStandsWhileItIsAskedForAgain() {
+            const icon = createTemporaryObject(iconMaker, scene, {source: urlOf("ten")});
+            tryVerify(() => picture(icon).status === Image.Ready);
+            icon.attempt += 1;
+            compare(picture(icon).status, Image.Loading);
+            verify(icon.missing);
+            tryVerify(() => picture(icon).status === Image.Ready);
+            verify(icon.missing);
+        }
+
+        function test_eachShowingOfTheWindowAsksAgain() {
+            const window = createTemporaryObject(windowMaker, scene, {source: urlOf("win"), visible: true});
+            tryVerify(() => picture(window.icon).status === Image.Ready);
+            verify(window.icon.missing);
+            window.hide();
+            Icons.list("win");
+            verify(window.icon.missing);
+            window.show();
+            tryVerify(() => !window.icon.missing && picture(window.icon).status === Image.Ready);
+        }
+
+        function test_anotherApplicationBeginsAnew() {
+            const icon = createTemporaryObject(iconMaker, scene, {source: urlOf("old"), secondAttemptAfter: 0});
+            tryCompare(icon, "attempt", 1);
+            icon.source = urlOf("new");
+            compare(icon.attempt, 0);
+        }
+
         function tile(icon) { return findChild(icon, "tile"); }
         function picture(icon) { return findChild(icon, "picture"); }
 
         function test_tileStandsThereUntilTheIconHasCome() {
-            const icon = make(Forms.iconSource("org.example.pictured"));
+            const icon = createTemporaryObject(iconMaker, scene, {source: Forms.iconSource("org.example.pictured")});
             compare(picture(icon).status, Image.Loading);
             compare(icon.missing, true);
             compare([tile(icon).visible, picture(icon).visible], [true, false]);
@@ -39,7 +115,7 @@ Item {
         }
 
         function test_tileStaysWhereThereIsNoIcon() {
-            const icon = make(Forms.iconSource("org.example.nothing"));
+            const icon = createTemporaryObject(iconMaker, scene, {source: Forms.iconSource("org.example.nothing")});
             tryCompare(picture(icon), "status", Image.Ready);
             compare(icon.missing, true);
             compare([tile(icon).visible, picture(icon).visible], [true, false]);
@@ -47,7 +123,7 @@ Item {
         }
 
         function test_tileStandsThereWithoutASource() {
-            const icon = make("");
+            const icon = createTemporaryObject(iconMaker, scene, {source: ""});
             compare([tile(icon).visible, picture(icon).visible], [true, false]);
         }
     }
