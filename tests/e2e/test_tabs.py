@@ -12,7 +12,7 @@ from pathlib import Path
 
 from quillmere_e2e import accessibility as a11y
 from quillmere_e2e.agent import Agent
-from quillmere_e2e.browser import PROGRAM, Browser
+from quillmere_e2e.browser import COMPANION_ID, PROGRAM, Browser
 from quillmere_e2e.program import Program
 from quillmere_e2e.settings import forget_settings
 from quillmere_e2e.tones import tone_file
@@ -176,6 +176,11 @@ class Lists(WithABrowser):
             [host] = browser.hosts()
             os.kill(host, signal.SIGKILL)
             wait_for(lambda: browser.hosts() not in ([], [host]), "the companion has started another", 5)
+            self.wait_until_equal(browser)
+        with self.subTest("the companion's worker is ended and begins anew"):
+            browser.ask("enable", extension=COMPANION_ID, enabled=False)
+            wait_for(lambda: not self.tabs(), "no tabs are left", TWO_POLLS)
+            browser.ask("enable", extension=COMPANION_ID, enabled=True)
             self.wait_until_equal(browser)
         with self.subTest("the mixer is killed and comes back"):
             self.agent.kill()
