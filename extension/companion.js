@@ -64,7 +64,7 @@ function receive(message) {
   if ("activate" in message) activate(message.activate).catch((error) => console.info(`not activated: ${error.message}`));
 }
 
-/// A text that any JSON reader takes: half a character, which scripts can write into titles, is none.
+/// A text that any JSON reader takes: half a character, which a cut can leave, is none.
 function whole(text, longest) {
   return (text ?? "").slice(0, longest).replace(/\p{Surrogate}/gu, "\ufffd");
 }
@@ -118,11 +118,11 @@ function tellOf(windows) {
 
 /// A tab of `null` is one that is not there any more, and so is a window.
 async function activate({window, tab}) {
-  let front = window;
+  let front = window ?? (await chrome.windows.getLastFocused()).id;
+  // It may be in another window by now.
   if (tab !== null) front = (await chrome.tabs.update(tab, {active: true})).windowId;
-  const shown = front !== null ? await chrome.windows.get(front) : await chrome.windows.getLastFocused();
-  const change = shown.state === "minimized" ? {focused: true, state: "normal"} : {focused: true};
-  await chrome.windows.update(shown.id, change);
+  // One that is put away comes back with it.
+  await chrome.windows.update(front, {focused: true});
 }
 
 /// Something has changed; it is told with what else changes in the next moment.

@@ -15,8 +15,8 @@ namespace quillmere {
 class AnswerWatch {
  public:
   /// How long the first word of a process that has just been started may take: it is loaded, and so may be the machine.
-  /// Well under a second as a rule; with the disk and two cores busy otherwise it has been seen to be more than 15 s, and
-  /// the next one would take no less.
+  /// Well under a second as a rule. With the disk and the processor busy it takes many times that, and so would the
+  /// next one: to replace it only makes it worse.
   static constexpr Duration startPatience = std::chrono::seconds(60);
   /// How long it may take to take up what it was asked.
   static constexpr Duration answerPatience = std::chrono::seconds(4);

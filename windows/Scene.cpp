@@ -18,11 +18,8 @@ Q_LOGGING_CATEGORY(category, "app.quillmere.scene", QtInfoMsg)
 
 }  // namespace
 
-Scene::Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden, SightTest isOutOfSight)
-    : runtime_(runtime),
-      factory_(std::move(factory)),
-      keepHidden_(keepHidden),
-      isOutOfSight_(std::move(isOutOfSight)) {}
+Scene::Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden, SightTest sight)
+    : runtime_(runtime), factory_(std::move(factory)), keepHidden_(keepHidden), sight_(std::move(sight)) {}
 
 Scene::~Scene() {
   keep();
@@ -85,16 +82,23 @@ void Scene::lookForIt() {
   if (auto* window = qobject_cast<QQuickWindow*>(window_.get())) {
     probe_ = std::make_unique<FrameProbe>(*window->contentItem());
   }
-  lookTimer_ = runtime_.main.postAfter(patience, [this] {
-    lookTimer_ = 0;
-    probe_.reset();
-    // One that has never been seen is still on its way.
-    if (isVisible() && hasBeenSeen_ && isOutOfSight_(*window_)) {
-      fetch();
-    } else {
-      qCDebug(category, "window left in its place");
-    }
-  });
+  lookTimer_ = runtime_.main.postAfter(patience, [this] { look(false); });
+}
+
+void Scene::look(bool isLast) {
+  lookTimer_ = 0;
+  // One that has never been seen is still on its way.
+  const auto sight = isVisible() && hasBeenSeen_ ? sight_(*window_) : Sight::seen;
+  if (sight == Sight::doubtful && !isLast) {
+    lookTimer_ = runtime_.main.postAfter(patience, [this] { look(true); });
+    return;
+  }
+  probe_.reset();
+  if (sight == Sight::seen) {
+    qCDebug(category, "window left in its place");
+  } else {
+    fetch();
+  }
 }
 
 void Scene::stopLooking() {

@@ -15,8 +15,8 @@
 namespace quillmere {
 
 using WindowFactory = std::function<std::unique_ptr<QWindow>()>;
-/// Whether a window that was asked for, and that shows, is where nobody sees it.
-using SightTest = std::function<bool(QWindow& window)>;
+/// Whether a window that was asked for while it showed is seen.
+using SightTest = std::function<Sight(QWindow& window)>;
 
 /// [main] throughout.
 class Scene final : public QObject {
@@ -27,8 +27,7 @@ class Scene final : public QObject {
   static constexpr Duration patience = std::chrono::milliseconds(500);
 
   /// @param keepHidden  how long a hidden window is kept for a quick return
-  Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden,
-        SightTest isOutOfSight = isWindowOutOfSight);
+  Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden, SightTest sight = sightOf);
   ~Scene() override;
 
   /// The window, made if need be and not yet shown.
@@ -61,13 +60,14 @@ class Scene final : public QObject {
   void bringForward();
   /// Looks after a moment whether the desktop has done what it was asked.
   void lookForIt();
+  void look(bool isLast);
   void stopLooking();
   void fetch();
 
   Runtime runtime_;
   WindowFactory factory_;
   Duration keepHidden_;
-  SightTest isOutOfSight_;
+  SightTest sight_;
   TimerID dropTimer_ = 0;
   TimerID lookTimer_ = 0;
   std::unique_ptr<FrameProbe> probe_;

@@ -7,13 +7,17 @@
 
 namespace quillmere {
 
-bool isOutOfSight(const SightFacts& facts) {
-  if (facts.isActive) return false;
-  if (!facts.isX11) return !facts.isExposed;
-  return facts.isOnAnotherDesktop || facts.isUntold;
+Sight sightFrom(const SightFacts& facts) {
+  if (!facts.isX11) {
+    if (facts.isExposed) return Sight::seen;
+    // Or the compositor is very slow.
+    return facts.isActive ? Sight::doubtful : Sight::unseen;
+  }
+  const bool isElsewhere = facts.isOnAnotherDesktop || facts.isUntold;
+  return isElsewhere && !facts.isActive ? Sight::unseen : Sight::seen;
 }
 
-bool isWindowOutOfSight(QWindow& window) {
+Sight sightOf(QWindow& window) {
   SightFacts facts;
   facts.isExposed = window.isExposed();
   facts.isX11 = x11::connection() != nullptr;
@@ -22,7 +26,7 @@ bool isWindowOutOfSight(QWindow& window) {
     facts.isOnAnotherDesktop = x11::isOnAnotherDesktop(window);
     facts.isUntold = x11::isOfWlroots();
   }
-  return isOutOfSight(facts);
+  return sightFrom(facts);
 }
 
 }  // namespace quillmere

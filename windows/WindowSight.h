@@ -7,7 +7,7 @@ namespace quillmere {
 
 /// A moment after the desktop was asked to bring the window to the front, without a token as a reason for it.
 struct SightFacts {
-  /// The window has the keyboard.
+  /// The window has the keyboard. The toolkit may not have noticed that it was taken away.
   bool isActive = false;
   /// The windows are drawn through an X server.
   bool isX11 = false;
@@ -20,10 +20,15 @@ struct SightFacts {
   bool isUntold = false;
 };
 
-/// Never for a window with the keyboard; one that is seen beside another, or may be, is left to the desktop too.
-[[nodiscard]] bool isOutOfSight(const SightFacts& facts);
+enum class Sight {
+  seen,     ///< Or it may be, in part or beside another window: it is left to the desktop.
+  unseen,   ///< It is somewhere else.
+  doubtful  ///< What is told doesn't fit together: unseen, should it stay so.
+};
+
+[[nodiscard]] Sight sightFrom(const SightFacts& facts);
 
 /// The same of what the desktop says now. [main]
-[[nodiscard]] bool isWindowOutOfSight(QWindow& window);
+[[nodiscard]] Sight sightOf(QWindow& window);
 
 }  // namespace quillmere

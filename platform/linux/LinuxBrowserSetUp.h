@@ -23,7 +23,7 @@ struct LinuxBrowserSetUpOptions {
 };
 
 /// Knows browsers that were installed by packages. One from Flatpak or Snap is left out: it can't start a program
-/// outside of its sandbox.
+/// outside of its sandbox. [any but main]
 class LinuxBrowserSetUp final : public BrowserSetUp {
  public:
   /// [any]

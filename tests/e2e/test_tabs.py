@@ -12,7 +12,7 @@ from pathlib import Path
 
 from quillmere_e2e import accessibility as a11y
 from quillmere_e2e.agent import Agent
-from quillmere_e2e.browser import PROGRAM, Browser
+from quillmere_e2e.browser import COMPANION_ID, PROGRAM, Browser
 from quillmere_e2e.program import Program
 from quillmere_e2e.settings import forget_settings
 from quillmere_e2e.tones import tone_file
@@ -29,7 +29,8 @@ AWKWARD = {
     "tabs": ("<script>document.title = 'a\\tb\\u0007c\\u0085d\\u2028e'</script>"),
     "rtl": "<title>שלום עולם \u202eabc\u202c مرحبا</title>",
     "emoji": "<title>👩‍👩‍👧‍👦 🏳️‍🌈 \U0001f1e9\U0001f1ea</title>",
-    "long": "<script>document.title = 'long é'.repeat(10000 / 6)</script>",
+    # Cut by the browser in the middle of a character of two.
+    "long": "<script>document.title = 'x' + '😀'.repeat(5000)</script>",
     "markup": "<title>&lt;b&gt;bold&lt;/b&gt; &amp;amp; &lt;script&gt;</title>",
     "half": "<script>document.title = 'half \\ud83d a character'</script>",
     "untitled": "nothing but text",
@@ -148,6 +149,14 @@ class Lists(WithABrowser):
             self.agent.ask("activate", CHROME, f"{CHROME}:w2:t3")
             wait_for(lambda: browser.report()[1][2]["active"], "the tab is its window's current one", 5)
             self.wait_until_equal(browser)
+        if not headless:
+            with self.subTest("an activation in a window that is put away"):
+                browser.ask("minimize", window=1)
+                wait_for(lambda: browser.ask("report")[1]["state"] == "minimized", "the window is put away", 5)
+                self.agent.ask("activate", CHROME, f"{CHROME}:w2:t2")
+                wait_for(lambda: browser.ask("report")[1]["state"] == "normal", "the window is back", 5)
+                wait_for(lambda: browser.report()[1][1]["active"], "with its tab", 5)
+                self.wait_until_equal(browser)
         with self.subTest("the browser closes"):
             browser.stop()
             wait_for(lambda: not self.tabs(), "no tabs are left", TWO_POLLS)
@@ -167,6 +176,11 @@ class Lists(WithABrowser):
             [host] = browser.hosts()
             os.kill(host, signal.SIGKILL)
             wait_for(lambda: browser.hosts() not in ([], [host]), "the companion has started another", 5)
+            self.wait_until_equal(browser)
+        with self.subTest("the companion's worker is ended and begins anew"):
+            browser.ask("enable", extension=COMPANION_ID, enabled=False)
+            wait_for(lambda: not self.tabs(), "no tabs are left", TWO_POLLS)
+            browser.ask("enable", extension=COMPANION_ID, enabled=True)
             self.wait_until_equal(browser)
         with self.subTest("the mixer is killed and comes back"):
             self.agent.kill()

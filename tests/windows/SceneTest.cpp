@@ -53,7 +53,7 @@ class SceneOfAWindow : public ::testing::Test {
 
   VirtualTime time;
   RecordingLogSink log;
-  bool isElsewhere = false;
+  Sight sight = Sight::seen;
   int looks = 0;
   int shown = 0;
   int hidden = 0;
@@ -69,13 +69,13 @@ class SceneOfAWindow : public ::testing::Test {
               20s,
               [this](QWindow&) {
                 ++looks;
-                return isElsewhere;
+                return sight;
               }};
 };
 
 TEST_F(SceneOfAWindow, OneThatIsElsewhereIsFetchedOnceTheDesktopHasHadItsTime) {
   open();
-  isElsewhere = true;
+  sight = Sight::unseen;
   scene.show();
   time.advance(Scene::patience - 1ms);
   EXPECT_TRUE(watcher.done.empty());
@@ -84,9 +84,23 @@ TEST_F(SceneOfAWindow, OneThatIsElsewhereIsFetchedOnceTheDesktopHasHadItsTime) {
   EXPECT_TRUE(scene.isVisible());
 }
 
+TEST_F(SceneOfAWindow, ADoubtfulOneIsFetchedOnlyIfItStaysSo) {
+  open();
+  sight = Sight::doubtful;
+  scene.show();
+  time.advance(Scene::patience);
+  sight = Sight::seen;
+  time.advance(1min);
+  EXPECT_TRUE(watcher.done.empty());
+  sight = Sight::doubtful;
+  scene.show();
+  time.advance(2 * Scene::patience);
+  EXPECT_EQ(watcher.done, (std::vector{false, true}));
+}
+
 TEST_F(SceneOfAWindow, NobodyIsToldOfAFetchAndItIsDoneOnce) {
   open();
-  isElsewhere = true;
+  sight = Sight::unseen;
   scene.show();
   time.advance(1min);
   EXPECT_EQ(watcher.done, (std::vector{false, true}));
@@ -106,7 +120,7 @@ TEST_F(SceneOfAWindow, OneThatIsSeenIsLeftAsItIs) {
 
 TEST_F(SceneOfAWindow, ADesktopThatWasGivenAReasonDecidesByIt) {
   open();
-  isElsewhere = true;
+  sight = Sight::unseen;
   qputenv(tokenVariable, "a reason");
   scene.show();
   time.advance(1min);
@@ -114,14 +128,14 @@ TEST_F(SceneOfAWindow, ADesktopThatWasGivenAReasonDecidesByIt) {
 }
 
 TEST_F(SceneOfAWindow, ANewWindowIsWhereThePersonIs) {
-  isElsewhere = true;
+  sight = Sight::unseen;
   open();
   time.advance(1min);
   EXPECT_TRUE(watcher.done.empty());
 }
 
 TEST_F(SceneOfAWindow, OneThatHasNotBeenSeenYetIsStillOnItsWay) {
-  isElsewhere = true;
+  sight = Sight::unseen;
   scene.show();
   // The mixer orders it to the front the moment it hears of it.
   scene.show();
@@ -134,7 +148,7 @@ TEST_F(SceneOfAWindow, OneThatIsMaximisedStaysSoHoweverItIsAskedFor) {
   scene.window()->showMaximized();
   scene.show();
   EXPECT_EQ(scene.window()->windowState(), Qt::WindowMaximized) << "asked for while it shows";
-  isElsewhere = true;
+  sight = Sight::unseen;
   scene.show();
   time.advance(Scene::patience);
   EXPECT_EQ(scene.window()->windowState(), Qt::WindowMaximized) << "fetched";
@@ -159,7 +173,7 @@ TEST_F(SceneOfAWindow, ThePointerLeavesOneThatIsHiddenUnderIt) {
 
 TEST_F(SceneOfAWindow, OneThatWasClosedMeanwhileStaysClosed) {
   open();
-  isElsewhere = true;
+  sight = Sight::unseen;
   scene.show();
   scene.hide();
   time.advance(Scene::patience);

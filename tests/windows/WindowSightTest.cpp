@@ -6,23 +6,25 @@
 namespace quillmere {
 namespace {
 
-TEST(WindowSight, AWindowWithTheKeyboardIsSeenWhateverElseIsTold) {
-  EXPECT_FALSE(isOutOfSight({.isActive = true, .isExposed = false}));
-  EXPECT_FALSE(isOutOfSight({.isActive = true, .isX11 = true, .isOnAnotherDesktop = true}));
-  EXPECT_FALSE(isOutOfSight({.isActive = true, .isX11 = true, .isUntold = true}));
+TEST(WindowSight, OnWaylandOneWhosePicturesNobodyWantsIsElsewhere) {
+  EXPECT_EQ(sightFrom({.isExposed = false}), Sight::unseen);
 }
 
-TEST(WindowSight, OnWaylandOneWhosePicturesNobodyWantsIsOutOfSight) { EXPECT_TRUE(isOutOfSight({.isExposed = false})); }
+TEST(WindowSight, OnWaylandOneBesideAnotherIsSeen) { EXPECT_EQ(sightFrom({.isExposed = true}), Sight::seen); }
 
-TEST(WindowSight, OnWaylandOneBesideAnotherIsSeen) { EXPECT_FALSE(isOutOfSight({.isExposed = true})); }
+TEST(WindowSight, OnWaylandOneThatNobodyWantsAndThatHasTheKeyboardIsDoubtful) {
+  EXPECT_EQ(sightFrom({.isActive = true, .isExposed = false}), Sight::doubtful);
+}
 
 TEST(WindowSight, OnAnXServerTheWindowManagersWordCounts) {
-  EXPECT_TRUE(isOutOfSight({.isX11 = true, .isOnAnotherDesktop = true}));
-  EXPECT_FALSE(isOutOfSight({.isX11 = true, .isExposed = false})) << "an X server tells nothing by that";
+  EXPECT_EQ(sightFrom({.isX11 = true, .isOnAnotherDesktop = true}), Sight::unseen);
+  EXPECT_EQ(sightFrom({.isX11 = true, .isExposed = false}), Sight::seen) << "an X server tells nothing by that";
+  EXPECT_EQ(sightFrom({.isActive = true, .isX11 = true, .isOnAnotherDesktop = true}), Sight::seen);
 }
 
 TEST(WindowSight, WhereNobodyTellsAWindowWithoutTheKeyboardMayBeAnywhere) {
-  EXPECT_TRUE(isOutOfSight({.isX11 = true, .isUntold = true}));
+  EXPECT_EQ(sightFrom({.isX11 = true, .isUntold = true}), Sight::unseen);
+  EXPECT_EQ(sightFrom({.isActive = true, .isX11 = true, .isUntold = true}), Sight::seen);
 }
 
 }  // namespace

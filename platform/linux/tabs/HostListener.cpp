@@ -10,7 +10,6 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <iterator>
 #include <map>
 #include <mutex>
 #include <thread>
@@ -291,10 +290,10 @@ class HostListener::Core {
     std::vector<std::unique_ptr<Host>> dropped;
     {
       const std::scoped_lock lock(mutex_);
-      const auto [first, last] =
-          std::ranges::stable_partition(hosts_, [](const auto& each) { return !each->isToGo(); });
-      std::move(first, last, std::back_inserter(dropped));
-      hosts_.erase(first, last);
+      for (auto& host : hosts_) {
+        if (host->isToGo()) dropped.push_back(std::move(host));
+      }
+      std::erase(hosts_, nullptr);
     }
     for (const auto& host : dropped) {
       if (!host->fault.empty()) logFault(host->peer, host->fault);

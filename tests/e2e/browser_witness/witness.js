@@ -23,6 +23,10 @@ const commands = {
     const windows = await chrome.windows.getAll({populate: true});
     await chrome.tabs.remove(windows[window].tabs[tab].id);
   },
+  /// Ends another extension's worker, or lets it begin anew.
+  async enable({extension, enabled}) {
+    await chrome.management.setEnabled(extension, enabled);
+  },
   async minimize({window}) {
     const windows = await chrome.windows.getAll();
     await chrome.windows.update(windows[window].id, {state: "minimized"});
