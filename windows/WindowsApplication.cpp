@@ -31,6 +31,7 @@
 #include "views/DesktopFont.h"
 #include "views/DesktopSettings.h"
 #include "views/IconThemes.h"
+#include "views/Mnemonics.h"
 #include "views/Translation.h"
 #include "views/ViewFactory.h"
 #include "views/design/Appearance.h"
@@ -356,6 +357,7 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   const QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   installTranslation(host.languages());
+  ignoreMnemonics();
 
   const auto log = host.makeLogSink();
   SystemClocks clocks;

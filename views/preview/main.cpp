@@ -11,6 +11,7 @@
 
 #include "state/ViewSettings.h"
 #include "views/AboutWindow.h"
+#include "views/Mnemonics.h"
 #include "views/Translation.h"
 #include "views/ViewFactory.h"
 #include "views/design/Appearance.h"
@@ -118,6 +119,8 @@ int main(int argc, char** argv) {
   parser.addHelpOption();
   parser.process(application);
   const auto shown = installTranslation({parser.value(language).toStdString()});
+
+  ignoreMnemonics();
 
   const auto names = parser.positionalArguments();
   std::vector<PreviewScene> chosen;

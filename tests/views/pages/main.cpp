@@ -9,6 +9,7 @@
 #include "Bench.h"
 #include "DesktopWishes.h"
 #include "FormsBench.h"
+#include "views/Mnemonics.h"
 #include "views/Translation.h"
 #include "views/shared/AppIconProvider.h"
 
@@ -38,7 +39,10 @@ class Setup : public QObject {
   Q_OBJECT
 
  public Q_SLOTS:
-  static void applicationAvailable() { quillmere::installTranslation({}); }
+  static void applicationAvailable() {
+    quillmere::installTranslation({});
+    quillmere::ignoreMnemonics();
+  }
   void qmlEngineAvailable(QQmlEngine* engine) {
     engine->addImportPath("qrc:/qt/qml");
     engine->addImageProvider(quillmere::AppIconProvider::id, new quillmere::AppIconProvider(workspace_));

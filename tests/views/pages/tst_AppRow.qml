@@ -21,6 +21,17 @@ Item {
         }
     }
 
+    Component {
+        id: foreignName
+
+        SubtleIconButton {
+            property int presses: 0
+
+            text: "Mute AT&T"
+            onClicked: presses += 1
+        }
+    }
+
     TestCase {
         id: testCase
 
@@ -101,6 +112,15 @@ Item {
             compare(appRow.opacity, 0.85);
             DesktopWishes.reset();
             compare(appRow.opacity, 0.55);
+        }
+
+        function test_anAmpersandInANameIsNoShortcut() {
+            const button = createTemporaryObject(foreignName, scene);
+            button.forceActiveFocus();
+            keyClick(Qt.Key_T, Qt.AltModifier);
+            keyClick(Qt.Key_Space);
+            // Once by the space bar.
+            compare(button.presses, 1);
         }
 
         function test_keyboardFocusBringsTheControlsUp() {
