@@ -1,11 +1,8 @@
 // The tabs of browsers: a poll of those that are listed, and the way to one of them.
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <memory>
 #include <set>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "integrations/BrowserTabActivator.h"
@@ -19,11 +16,6 @@ namespace {
 
 constexpr auto pollInterval = std::chrono::seconds(3);
 
-/// Those that can be asked; Auto-Duck knows one more.
-constexpr std::array<std::string_view, 5> browsers{"com.google.Chrome", "com.brave.Browser",
-                                                   "company.thebrowser.Browser", "com.microsoft.edgemac",
-                                                   "com.apple.Safari"};
-
 }  // namespace
 
 void AppState::startBrowserTabStream() {
@@ -35,7 +27,7 @@ void AppState::startBrowserTabStream() {
     const auto self = weak.lock();
     if (!self) return running;
     for (const auto& app : *self->apps_) {
-      if (std::ranges::find(browsers, app.bundleID) != browsers.end()) running.insert(app.bundleID);
+      if (BrowserTabMonitor::scripts().contains(app.bundleID)) running.insert(app.bundleID);
     }
     return running;
   };

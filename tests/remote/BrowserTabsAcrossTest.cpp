@@ -66,6 +66,13 @@ TEST_F(TabsAcross, FiveHundredEndlessTitlesAreTakenShortenedAndTheLineStands) {
   }
 }
 
+TEST_F(TabsAcross, AnEndlessAddressUnderAShortTitleIsShortenedToo) {
+  open(500, "Picture", "data:image/png;base64," + std::string(100000, 'A'));
+  ASSERT_THAT(there(), SizeIs(500));
+  EXPECT_LE(there().front().urlString.size(), 1024U);
+  EXPECT_EQ(there().front().title, "Picture");
+}
+
 TEST_F(TabsAcross, OfVeryManyTabsEachTitleGetsItsShare) {
   open(10000, std::string(2000, 'x'));
   ASSERT_THAT(there(), SizeIs(10000));

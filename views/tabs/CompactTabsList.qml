@@ -63,7 +63,8 @@ Item {
 
                     width: rows.width
                     height: root.rowHeight
-                    text: title
+                    // Not the button's text, where an ampersand makes a shortcut of the letter behind it.
+                    Accessible.name: title
                     onClicked: root.tabs.activate(index)
 
                     background: Item {

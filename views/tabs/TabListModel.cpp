@@ -17,7 +17,8 @@ namespace {
 
 /// Browsers hand on these as they were written, behind the host; a strict reader wants them encoded.
 QString withEncodedTail(QString address) {
-  const auto tail = address.indexOf(QRegularExpression(QStringLiteral("(?<![:/])[/?#]")));
+  static const QRegularExpression beginning(QStringLiteral("(?<![:/])[/?#]"));
+  const auto tail = address.indexOf(beginning);
   if (tail < 0) return address;
   QString encoded;
   for (const auto character : QStringView(address).mid(tail)) {
@@ -86,8 +87,10 @@ void TabListModel::setTabs(std::vector<BrowserTab> tabs) {
     // Rows are in the order of the tabs, but for an id that comes again.
     while (now->id != keys()[at]) ++now;
     if (rows_[at] == *now) continue;
+    // Titles that count something change with each poll; addresses stay.
+    if (rows_[at].urlString != now->urlString) shown_[at].letter = tabLetter(now->urlString);
+    shown_[at].title = tabTitle(now->title);
     rows_[at] = *now;
-    shown_[at] = {tabTitle(now->title), tabLetter(now->urlString)};
     Q_EMIT dataChanged(index(row), index(row));
   }
   if (countChanges) Q_EMIT tabsChanged();

@@ -15,7 +15,8 @@ PlainButton {
     implicitHeight: 28
     horizontalPadding: 10
     verticalPadding: 5
-    text: title
+    // Not the button's text, where an ampersand makes a shortcut of the letter behind it.
+    Accessible.name: title
     Accessible.description: active ? qsTr("active") : ""
 
     background: Rectangle {

@@ -105,6 +105,15 @@ class Bench : public QObject {
   Q_INVOKABLE QObject* row(int at) const { return panel_->rows()->row(at); }
   /// Gives the row `count` tabs, of which the first is active: "Tab 1" and so on.
   Q_INVOKABLE void openTabs(QObject* row, int count) const { fill(*static_cast<AppRowPresenter*>(row)->tabs(), count); }
+  /// Gives the list one tab, with this title.
+  Q_INVOKABLE static void openTitledTab(QObject* tabs, const QString& title) {
+    BrowserTab tab;
+    tab.id = "browser:w1:t1";
+    tab.browserBundleID = "browser";
+    tab.title = title.toStdString();
+    tab.urlString = "https://www.example.org";
+    static_cast<TabListModel*>(tabs)->setTabs({tab});
+  }
   /// The row of the main window's list, whose tabs have no limit.
   Q_INVOKABLE QObject* fullRow(int at) const { return mixer_->rows()->row(at); }
 

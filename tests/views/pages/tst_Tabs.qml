@@ -130,6 +130,51 @@ Item {
             compare(Bench.activatedTabs(), [2]);
         }
 
+        // As the text of a button it would be: "&T" is a shortcut there.
+        function test_anAmpersandInATitleIsNoShortcut() {
+            for (const make of [makeCompact, makeFull]) {
+                const list = make(1);
+                Bench.openTitledTab(list.tabs, "AT&T & friends");
+                mouseClick(header(list));
+                tryVerify(() => rows(list).length === 1);
+                compare(rows(list)[0].Accessible.name, "AT&T & friends");
+                verify(texts(list).includes("AT&T & friends"));
+                keyClick(Qt.Key_T, Qt.AltModifier);
+                keyClick(Qt.Key_Space, Qt.AltModifier);
+                compare(Bench.activatedTabs(), []);
+                cleanup();
+            }
+        }
+
+        function test_titlesAreShownAsTheyAreWritten() {
+            const markup = "<b>bold</b> &amp; <img src='file:///nowhere.png'>";
+            for (const make of [makeCompact, makeFull]) {
+                const list = make(1);
+                Bench.openTitledTab(list.tabs, markup);
+                mouseClick(header(list));
+                tryVerify(() => rows(list).length === 1);
+                const title = all(item => item instanceof Label && item.text === markup, list);
+                compare(title.length, 1);
+                compare(title[0].textFormat, Text.PlainText);
+                cleanup();
+            }
+        }
+
+        function test_anEndlessTitleOfManyLinesStaysInItsRow() {
+            const list = makeFull(1);
+            Bench.openTitledTab(list.tabs, "first\nsecond\u0007\u2028third" + "x".repeat(100000) + "end");
+            mouseClick(header(list));
+            tryVerify(() => rows(list).length === 1);
+            const row = rows(list)[0];
+            const title = all(item => item instanceof Label && item.text.startsWith("first second third"), row)[0];
+            verify(title.text.length <= 1024);
+            verify(title.text.endsWith("end"));
+            compare(title.lineCount, 1);
+            verify(title.truncated);
+            compare(title.elide, Text.ElideMiddle);
+            tryVerify(() => title.x + title.width <= row.width);
+        }
+
         function test_keysOpenTheList() {
             const list = makeCompact(3);
             header(list).forceActiveFocus(Qt.TabFocusReason);

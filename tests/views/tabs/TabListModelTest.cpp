@@ -142,6 +142,18 @@ TEST_F(Tabs, WhatARowShowsGoesWithItsTab) {
   EXPECT_EQ(shown(), QStringList({"ford F"}));
 }
 
+TEST_F(Tabs, ATabThatGoesToAnotherPlaceUnderItsTitleChangesItsLetter) {
+  auto moving = tab("1", "title");
+  full.setTabs({moving});
+  ASSERT_EQ(full.data(full.index(0), TabListModel::LetterRole).toString(), "E");
+  moving.urlString = "https://qt.io";
+  full.setTabs({moving});
+  EXPECT_EQ(full.data(full.index(0), TabListModel::LetterRole).toString(), "Q");
+  moving.urlString = "";
+  full.setTabs({moving});
+  EXPECT_EQ(full.data(full.index(0), TabListModel::LetterRole).toString(), "?");
+}
+
 TEST_F(Tabs, ATitleIsShownOnOneLineWithoutControlCharactersAndStaysAsItIsInTheTab) {
   const std::string unclean = "first\nsecond\tthird\x1B[31m\u0085\u2028fourth\u009B";
   full.setTabs({tab("1", unclean)});
