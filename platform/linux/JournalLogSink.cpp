@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 namespace quillmere {
 namespace {
@@ -37,6 +38,7 @@ JournalLogSink::JournalLogSink(const std::string& socketPath) : writesToJournal_
 
 void JournalLogSink::write(LogLevel level, std::string_view subsystem, std::string_view category,
                            std::string_view message) {
+  if (level == LogLevel::info && !repeated_.isNews(category, message, std::chrono::steady_clock::now())) return;
   if (writesToJournal_) {
     const std::array<std::string, 5> fields{
         "MESSAGE=[" + std::string(category) + "] " + std::string(message),

@@ -5,7 +5,12 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <algorithm>
+#include <memory>
+#include <string>
+#include <utility>
 
+#include "core/Product.h"
+#include "platform/memory/MemoryBrowserCompanions.h"
 #include "views/ViewFactory.h"
 #include "views/preview/PreviewGestures.h"
 #include "views/preview/PreviewMachine.h"
@@ -117,6 +122,29 @@ void fillPermissions(PreviewMachine& box, bool trusted, FocusAuthorization focus
   fillForms(box);
   box.desktop.permissions.setTrusted(trusted);
   box.desktop.permissions.setFocus(focus);
+}
+
+/// One browser in each state, all at once.
+void fillBrowsers(PreviewMachine& box) {
+  auto companions = std::make_unique<MemoryBrowserCompanions>();
+  const std::string version(appVersion());
+  companions->set({{"chromium", version, version}, {"brave", "0.0.9", version}});
+  box.machine.browserCompanions = std::move(companions);
+  box.desktop.browserSetUp.setBrowsers({{"chromium", "Chromium", true},
+                                        {"brave", "Brave", true},
+                                        {"chrome", "Google Chrome", true},
+                                        {"edge", "Microsoft Edge", false}});
+  fillForms(box);
+}
+
+/// They stand at the end of a page that is longer than the window.
+void showBrowsers(QQuickWindow& window) {
+  for (auto* each = named(window, QStringLiteral("browsers")); each != nullptr; each = each->parentItem()) {
+    if (!each->property("contentY").isValid()) continue;
+    const auto end = each->property("contentHeight").toReal() - each->height();
+    each->setProperty("contentY", std::max(0.0, end));
+    return;
+  }
 }
 
 /// Presses both buttons of permissions for which the desktop has no settings.
@@ -254,6 +282,7 @@ std::vector<PreviewScene> formScenes() {
        [](PreviewMachine& box) { fillPermissions(box, true, FocusAuthorization::authorized); }, at("Settings")},
       {"settings-denied", Window::main,
        [](PreviewMachine& box) { fillPermissions(box, false, FocusAuthorization::denied); }, at("Settings")},
+      {"settings-browsers", Window::main, fillBrowsers, at("Settings", showBrowsers)},
       {"settings-nowhere", Window::main, fillWithoutSettings, at("Settings", grantInVain)},
       {"onboarding-welcome", Window::onboarding, fillForms, {}},
       {"onboarding-permissions", Window::onboarding, fillForms, next(1)},
