@@ -9,7 +9,6 @@
 #include <string>
 #include <utility>
 
-#include "core/Product.h"
 #include "platform/memory/MemoryBrowserCompanions.h"
 #include "views/ViewFactory.h"
 #include "views/preview/PreviewGestures.h"
@@ -127,7 +126,8 @@ void fillPermissions(PreviewMachine& box, bool trusted, FocusAuthorization focus
 /// One browser in each state, all at once.
 void fillBrowsers(PreviewMachine& box) {
   auto companions = std::make_unique<MemoryBrowserCompanions>();
-  const std::string version(appVersion());
+  // The preview's own.
+  const std::string version = "1.9.9";
   companions->set({{"chromium", version, version}, {"brave", "0.0.9", version}});
   box.machine.browserCompanions = std::move(companions);
   box.desktop.browserSetUp.setBrowsers({{"chromium", "Chromium", true},
@@ -137,14 +137,13 @@ void fillBrowsers(PreviewMachine& box) {
   fillForms(box);
 }
 
-/// They stand at the end of a page that is longer than the window.
+/// They stand at the end of a page that is longer than the window, and come when they have been looked for.
 void showBrowsers(QQuickWindow& window) {
-  for (auto* each = named(window, QStringLiteral("browsers")); each != nullptr; each = each->parentItem()) {
-    if (!each->property("contentY").isValid()) continue;
-    const auto end = each->property("contentHeight").toReal() - each->height();
-    each->setProperty("contentY", std::max(0.0, end));
-    return;
-  }
+  auto* page = named(window, QStringLiteral("page"));
+  if (page == nullptr) return;
+  QObject::connect(&window, &QQuickWindow::afterAnimating, page, [page] {
+    page->setProperty("contentY", std::max(0.0, page->property("contentHeight").toReal() - page->height()));
+  });
 }
 
 /// Presses both buttons of permissions for which the desktop has no settings.
