@@ -1,6 +1,7 @@
 // Reading what a companion tells; nothing of it is believed before it is looked at.
 #include "tabs/TabBook.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <unordered_set>
 #include <utility>
@@ -80,6 +81,14 @@ std::size_t countTabs(const std::vector<ToldWindow>& windows) {
   return count;
 }
 
+bool namesATabTwice(const std::vector<ToldWindow>& windows) {
+  std::unordered_set<TabID> named;
+  for (const auto& window : windows) {
+    if (!std::ranges::all_of(window.tabs, [&](TabID tab) { return named.insert(tab).second; })) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 std::string withoutControls(std::string_view text) {
@@ -122,6 +131,8 @@ std::optional<std::string> TabBook::take(TabNews news) {
   if (news.windows && (news.windows->size() > mostWindows || countTabs(*news.windows) > mostTabs)) {
     return "it has too many windows or tabs";
   }
+  // The text of a tab counts once, so the tab stands in the answers once.
+  if (news.windows && namesATabTwice(*news.windows)) return "it has a tab in two places";
   // What a new text takes the place of is not taken off: a companion that is that near to the limit is none.
   std::size_t count = tabs_.size();
   std::size_t text = textBytes_;

@@ -120,6 +120,15 @@ TEST_F(Book, NoMoreWindowsAndTabsAreKeptThanAnybodyHas) {
   EXPECT_TRUE(book.windows().empty());
 }
 
+TEST_F(Book, ATabStandsInOnePlaceSoThatItsTextIsAnsweredOnce) {
+  ASSERT_EQ(tell(R"({"tabs":[[1,0,"One","u"],[2,0,"Two","u"]],"windows":[[1,[1]],[2,[2]]]})"), "");
+  EXPECT_THAT(tell(R"({"windows":[[1,[1,2,1]]]})"), HasSubstr("in two places"));
+  EXPECT_THAT(tell(R"({"windows":[[1,[1]],[2,[2,1]]]})"), HasSubstr("in two places"));
+  ASSERT_EQ(book.windows().size(), 2U);
+  EXPECT_THAT(book.windows()[0].tabs, ElementsAre(1));
+  EXPECT_EQ(tell(R"({"windows":[[1,[]],[2,[2,1]]]})"), "");
+}
+
 TEST_F(Book, TabsWithoutWindowsDoNotPileUp) {
   const std::string title(longestTitle, 'x');
   std::string problem;
