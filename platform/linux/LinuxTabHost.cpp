@@ -149,7 +149,11 @@ class TabHost {
     if (mixer_ >= 0) return;
     retryAt_.reset();
     const int socket = connectTo(socketPath_);
-    if (socket < 0) return;
+    if (socket < 0) {
+      // It listens, but has no place for one more now: nothing will appear that the watch could tell.
+      if (errno == EAGAIN) askLater();
+      return;
+    }
     const auto peer = peerOf(socket);
     if (!peer || peer->userID != ::geteuid()) {
       log_.error("the mixer's socket is another user's");
@@ -171,6 +175,10 @@ class TabHost {
     isGreeted_ = false;
     if (std::exchange(isHeard_, false)) tellBrowser(listenMessage(false));
     watch_.begin();
+    askLater();
+  }
+
+  void askLater() {
     retryAt_ = clocks_.monotonicNow() + pause_;
     pause_ = std::min(2 * pause_, longestPause * options_.pause);
   }
@@ -218,7 +226,8 @@ class TabHost {
     isHeard_ = true;
     tellMixer(greeting("host", options_.version));
     tellMixer(*companion_);
-    tellBrowser(listenMessage(true));
+    // It may have gone at the first word: then the companion has been told to be quiet.
+    if (isHeard_) tellBrowser(listenMessage(true));
   }
 
   void tellMixer(std::string_view message) {

@@ -18,7 +18,10 @@ constexpr int waitingConnections = 32;
 
 bool fill(sockaddr_un& address, const std::string& path) {
   address.sun_family = AF_UNIX;
-  if (path.size() >= sizeof address.sun_path) return false;
+  if (path.size() >= sizeof address.sun_path) {
+    errno = ENAMETOOLONG;
+    return false;
+  }
   path.copy(address.sun_path, path.size());
   return true;
 }
@@ -88,7 +91,9 @@ int connectTo(const std::string& path) {
   const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   if (socket < 0) return -1;
   if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return socket;
+  const int error = errno;
   ::close(socket);
+  errno = error;
   return -1;
 }
 

@@ -19,7 +19,7 @@ inline constexpr const char* socketName = "tabs";
 /// connect at once. -1, and the reason in `problem`, where that is impossible. [any]
 [[nodiscard]] int listenPrivately(const std::string& folder, const std::string& name, std::string& problem);
 
-/// Connects to it without waiting; -1 where nobody listens. [any]
+/// Connects to it without waiting; -1 and errno where that fails, EAGAIN where too many wait to be let in. [any]
 [[nodiscard]] int connectTo(const std::string& path);
 
 struct Peer {

@@ -49,6 +49,9 @@ class Line {
     input_ = output_ = -1;
   }
 
+  /// The other end's next write fails, while it still can be told something.
+  void takeNoMore() const { ::shutdown(input_, SHUT_RD); }
+
   void say(std::string_view message) { put(tabs::framed(message)); }
   /// Bytes as they are; false once the other end takes none.
   bool put(std::string_view bytes) {

@@ -200,6 +200,43 @@ TEST_F(Host, AMixerThatClosesTheLineIsAskedAgain) {
   EXPECT_EQ(browser->hear(), R"({"listen":true})");
 }
 
+TEST_F(Host, AMixerThatGoesAtTheFirstWordLeavesTheCompanionQuiet) {
+  mixer.emplace(folder.path());
+  start();
+  browser->say(hello);
+  auto line = mixer->accept();
+  line.takeNoMore();
+  line.say(R"({"mixer":"1.0"})");
+  EXPECT_EQ(browser->hear(), R"({"mixer":"1.0"})");
+  EXPECT_EQ(browser->hear(), R"({"listen":false})");
+  auto again = mixer->greet();
+  EXPECT_EQ(browser->hear(), R"({"mixer":"1.0"})");
+  EXPECT_EQ(browser->hear(), R"({"listen":true})");
+}
+
+TEST_F(Host, AMixerWithoutAPlaceForAnotherHostIsAskedAgain) {
+  mixer.emplace(folder.path());
+  // As many as wait to be let in.
+  std::vector<Line> others;
+  for (;;) {
+    Line other(tabs::connectTo(folder.path("quillmere/tabs")));
+    if (!other.isOpen()) break;
+    others.push_back(std::move(other));
+  }
+  ASSERT_FALSE(others.empty());
+  start();
+  browser->say(hello);
+  // It has found no place by now.
+  ASSERT_TRUE(becomes([&] {
+    int left = 0;
+    return ::ioctl(ends[0], FIONREAD, &left) == 0 && left == 0;
+  }));
+  for (std::size_t each = 0; each < others.size(); ++each) mixer->accept().close();
+  auto line = mixer->greet();
+  EXPECT_EQ(browser->hear(), R"({"mixer":"1.0"})");
+  EXPECT_EQ(browser->hear(), R"({"listen":true})");
+}
+
 TEST_F(Host, WhatIsNoMixerIsLeft) {
   mixer.emplace(folder.path());
   start();
