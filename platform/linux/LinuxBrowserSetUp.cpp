@@ -1,6 +1,7 @@
 // Looking for browsers, and writing and removing one small file for each.
 #include "platform/linux/LinuxBrowserSetUp.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -92,11 +93,20 @@ std::string manifestText(const std::string& program) {
   return manifest.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
+/// What is missing of the folder is made for the user alone, as the browser would: it keeps its profiles there, and
+/// doesn't close a folder that it finds open.
+bool makeFolder(const fs::path& folder) {
+  if (::mkdir(folder.c_str(), S_IRWXU) == 0) return true;
+  if (errno == ENOENT && folder.has_relative_path() && makeFolder(folder.parent_path())) {
+    return ::mkdir(folder.c_str(), S_IRWXU) == 0 || errno == EEXIST;
+  }
+  return errno == EEXIST;
+}
+
 /// In one step: a browser never reads half of it.
 BrowserSetUp::Failure write(const fs::path& file, const std::string& text) {
   std::error_code error;
-  fs::create_directories(file.parent_path(), error);
-  if (error) return file.parent_path().string() + ": " + error.message();
+  if (!makeFolder(file.parent_path())) return file.parent_path().string() + ": " + std::strerror(errno);
   const auto unready = file.string() + ".new";
   {
     std::ofstream stream(unready, std::ios::binary | std::ios::trunc);

@@ -92,6 +92,21 @@ TEST_F(SetUpOfBrowsers, EachBrowserHasItsOwnFolder) {
   EXPECT_FALSE(exists("config/google-chrome-beta"));
 }
 
+TEST_F(SetUpOfBrowsers, FoldersThatABrowserFindsLaterAreTheUsersAloneAndThoseThatAreThereStayAsTheyAre) {
+  using std::filesystem::perms;
+  const auto modeOf = [&](const std::string& below) {
+    return std::filesystem::status(folder.path(below)).permissions();
+  };
+  std::filesystem::create_directories(folder.path("config"));
+  std::filesystem::permissions(folder.path("config"), static_cast<perms>(0755));
+  auto browsers = setUp();
+  ASSERT_EQ(browsers.install("brave"), std::nullopt);
+  EXPECT_EQ(modeOf("config"), static_cast<perms>(0755));
+  EXPECT_EQ(modeOf("config/BraveSoftware"), perms::owner_all);
+  EXPECT_EQ(modeOf("config/BraveSoftware/Brave-Browser"), perms::owner_all);
+  EXPECT_EQ(modeOf("config/BraveSoftware/Brave-Browser/NativeMessagingHosts"), perms::owner_all);
+}
+
 TEST_F(SetUpOfBrowsers, AChannelThatIsUsedIsSetUpWithTheRest) {
   folder.write("config/google-chrome-beta/Preferences", "{}");
   auto browsers = setUp();
