@@ -116,13 +116,16 @@ function tellOf(windows) {
   if (Object.keys(message).length > 0) port.postMessage(message);
 }
 
-/// A tab of `null` is one that is not there any more, and so is a window.
+/// A tab of `null` is one that is not there any more, and so is a window; both may have gone since. Without the tab its
+/// window comes to the front, and without that the browser.
 async function activate({window, tab}) {
-  let front = window ?? (await chrome.windows.getLastFocused()).id;
+  // A window that is put away comes back with it.
+  const raise = (id) => chrome.windows.update(id, {focused: true});
+  const chosen = tab === null ? null : await chrome.tabs.update(tab, {active: true}).catch(() => null);
   // It may be in another window by now.
-  if (tab !== null) front = (await chrome.tabs.update(tab, {active: true})).windowId;
-  // One that is put away comes back with it.
-  await chrome.windows.update(front, {focused: true});
+  const wanted = chosen?.windowId ?? window;
+  const raised = wanted === null ? null : await raise(wanted).catch(() => null);
+  if (raised === null) await raise((await chrome.windows.getLastFocused()).id);
 }
 
 /// Something has changed; it is told with what else changes in the next moment.

@@ -224,6 +224,38 @@ class Lists(WithABrowser):
         self.wait_until_equal(browser)
 
 
+class Companions(WithABrowser):
+    """The companion alone: this test is its host."""
+
+    def test_what_has_gone_since_the_last_poll_brings_its_window_to_the_front_and_then_the_browser(self):
+        browser = self.enterContext(Browser(urls=[self.url("one")], plays_host=True))
+        companion = browser.companion
+        self.assertEqual(list(companion.hear()), ["companion"])
+        companion.say({"listen": True})
+        browser.ask("openWindow", urls=[self.url("two"), self.url("three")])
+        windows = []
+        while [len(tabs) for _, tabs in windows] != [1, 2]:
+            windows = companion.hear().get("windows", windows)
+        (first, _), (second, tabs) = windows
+
+        def activate(window, tab):
+            companion.say({"activate": {"window": window, "tab": tab}})
+
+        with self.subTest("the tab"):
+            browser.ask("closeTab", window=1, tab=0)
+            activate(first, None)
+            wait_for(lambda: browser.ask("report")[0]["focused"], "the first window is in front", 5)
+            activate(second, tabs[0])
+            wait_for(lambda: browser.ask("report")[1]["focused"], "the tab's window is in front", 5)
+        with self.subTest("its window too"):
+            browser.ask("closeTab", window=1, tab=0)
+            wait_for(lambda: len(browser.report()) == 1, "the window has closed", 5)
+            browser.ask("minimize", window=0)
+            wait_for(lambda: browser.ask("report")[0]["state"] == "minimized", "the other is put away", 5)
+            activate(second, tabs[1])
+            wait_for(lambda: browser.ask("report")[0]["state"] == "normal", "the other window is back", 5)
+
+
 class Clicks(WithABrowser):
     """The real program, by its rows."""
 

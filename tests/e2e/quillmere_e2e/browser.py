@@ -31,34 +31,49 @@ def extension_id(key):
 COMPANION_ID = extension_id(base64.b64decode(json.loads((COMPANION / "manifest.json").read_text())["key"]))
 
 
-class Witness:
-    """The test's end of the line to the browser's witness."""
+class Line:
+    """The test's end of the line to an extension whose host hands on what it gets."""
 
-    def __init__(self, folder):
-        self.path = str(folder / "witness")
+    def __init__(self, path):
+        self.path = str(path)
         self.listening = socket.socket(socket.AF_UNIX)
         self.listening.bind(self.path)
         self.listening.listen()
         self.line = None
 
+    def write_program(self, file):
+        """The program for the browser to start."""
+        file.write_text(f'#!/bin/sh\nexec /usr/bin/python3 "{WITNESS}/host.py" "{self.path}"\n')
+        file.chmod(0o755)
+        return file
+
+    def say(self, message):
+        text = json.dumps(message).encode()
+        self._connected().sendall(struct.pack("=I", len(text)) + text)
+
+    def hear(self):
+        return json.loads(self._take(struct.unpack("=I", self._take(4))[0]))
+
     def ask(self, command, **words):
-        if self.line is None:
-            self.listening.settimeout(30)
-            self.line, _ = self.listening.accept()
-            self.line.settimeout(30)
-        text = json.dumps({"command": command} | words).encode()
-        self.line.sendall(struct.pack("=I", len(text)) + text)
-        answer = json.loads(self._take(struct.unpack("=I", self._take(4))[0]))
+        self.say({"command": command} | words)
+        answer = self.hear()
         if "error" in answer:
             raise AssertionError(f"the browser refused {command} {words}: {answer['error']}")
         return answer["answer"]
 
+    def _connected(self):
+        if self.line is None:
+            self.listening.settimeout(30)
+            self.line, _ = self.listening.accept()
+            self.line.settimeout(30)
+        return self.line
+
     def _take(self, count):
         taken = b""
         while len(taken) < count:
-            piece = self.line.recv(count - len(taken))
+            piece = self._connected().recv(count - len(taken))
             if not piece:
-                raise AssertionError("the browser's witness has gone")
+                raise AssertionError("the browser's extension has gone")
             taken += piece
         return taken
 
@@ -70,16 +85,22 @@ class Witness:
 
 class Browser:
     """Debian's Chromium with a profile of its own, or the user's, where the program itself installs the host.
-    `installs_host`: whether its folder has the host's manifest from the start."""
+    `installs_host`: whether its folder has the host's manifest from the start; `plays_host`: the test is the companion's
+    host, by `companion`."""
 
-    def __init__(self, urls=("about:blank",), headless=False, installs_host=True, users_profile=False, arguments=()):
+    def __init__(self, urls=("about:blank",), headless=False, installs_host=True, users_profile=False, arguments=(),
+                 plays_host=False):
         self.urls, self.headless, self.arguments = list(urls), headless, list(arguments)
         self.folder = Path(tempfile.mkdtemp(prefix="browser-", dir=os.environ["QUILLMERE_SESSION_DIR"]))
         self.profile = Path(os.environ["XDG_CONFIG_HOME"]) / "chromium" if users_profile else self.folder / "profile"
         self.log = Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / "browser.log"
         self.witness = None
+        self.companion = None
         self.process = None
-        if installs_host and not users_profile:
+        if plays_host:
+            self.companion = Line(self.folder / "companion")
+            self._write_manifest(HOST, self.companion.write_program(self.folder / "companion-host"), COMPANION_ID)
+        elif installs_host and not users_profile:
             self.install_host()
 
     def _write_manifest(self, name, program, extension):
@@ -94,10 +115,8 @@ class Browser:
 
     def start(self):
         # An extension without a key is known by its folder, and each browser's witness has a script of its own.
-        self.witness = Witness(self.folder)
-        script = self.folder / "witness-host"
-        script.write_text(f'#!/bin/sh\nexec /usr/bin/python3 "{WITNESS}/host.py" "{self.witness.path}"\n')
-        script.chmod(0o755)
+        self.witness = Line(self.folder / "witness")
+        script = self.witness.write_program(self.folder / "witness-host")
         self._write_manifest("app.quillmere.witness", script, extension_id(str(WITNESS).encode()))
         own = [] if self.profile.is_relative_to(os.environ["XDG_CONFIG_HOME"]) else [f"--user-data-dir={self.profile}"]
         with open(self.log, "ab") as log:
@@ -140,7 +159,8 @@ class Browser:
             self.process.kill()
             self.process.wait()
         self.process = None
-        self.witness.close()
+        for each in filter(None, (self.witness, self.companion)):
+            each.close()
         wait_for(lambda: not any(is_alive(pid) for pid in started), "what the browser has started has ended", 20)
 
     def __enter__(self):
