@@ -16,6 +16,8 @@ struct InstalledBrowser {
   std::string name;
   /// Whether it knows the program that the companion speaks to.
   bool hasHost = false;
+  /// Whether the system has told it, which a user can't take back.
+  bool isSystems = false;
 
   friend bool operator==(const InstalledBrowser&, const InstalledBrowser&) = default;
 };

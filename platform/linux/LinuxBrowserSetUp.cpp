@@ -144,9 +144,14 @@ std::vector<InstalledBrowser> LinuxBrowserSetUp::browsers() {
   for (const auto& browser : tabs::knownBrowsers()) {
     if (!isInstalled(browser, searchPath_)) continue;
     InstalledBrowser each{std::string(browser.key), std::string(browser.name), false};
-    each.hasHost = isWorking(manifestsOf(browser, configHome_).front());
-    if (!each.hasHost && !browser.systemFolder.empty()) {
+    // The user's hides the system's from a browser even where it doesn't work.
+    const auto users = manifestsOf(browser, configHome_).front();
+    std::error_code error;
+    if (fs::exists(users, error)) {
+      each.hasHost = isWorking(users);
+    } else if (!browser.systemFolder.empty()) {
       each.hasHost = isWorking(options_.systemRoot + std::string(browser.systemFolder) + '/' + manifestName());
+      each.isSystems = each.hasHost;
     }
     found.push_back(std::move(each));
   }

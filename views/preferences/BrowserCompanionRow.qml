@@ -44,6 +44,7 @@ Item {
         objectName: "action"
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
+        visible: root.action !== ""
         text: root.action
         onClicked: root.acted()
         Accessible.description: root.name

@@ -34,7 +34,8 @@ QVariant BrowserCompanionsPresenter::data(const QModelIndex& index, int role) co
     case ConnectedRole:
       return row.isConnected;
     case ActionRole:
-      return row.hasHost ? tr("Remove") : tr("Set up");
+      if (!row.hasHost) return tr("Set up");
+      return row.canRemove ? tr("Remove") : QString();
     default:
       return {};
   }
@@ -57,15 +58,15 @@ QString BrowserCompanionsPresenter::hint() const {
 void BrowserCompanionsPresenter::act(int row) {
   if (row < 0 || row >= count()) return;
   const auto& browser = rows_[static_cast<std::size_t>(row)];
-  if (browser.hasHost) {
-    setUp_.remove(browser.key);
-  } else {
+  if (!browser.hasHost) {
     setUp_.install(browser.key);
+  } else if (browser.canRemove) {
+    setUp_.remove(browser.key);
   }
 }
 
 BrowserCompanionsPresenter::Row BrowserCompanionsPresenter::rowOf(const InstalledBrowser& browser) const {
-  Row row{browser.key, QString::fromStdString(browser.name), {}, browser.hasHost, false};
+  Row row{browser.key, QString::fromStdString(browser.name), {}, browser.hasHost, !browser.isSystems};
   row.status = browser.hasHost ? tr("Waits for its companion") : tr("Not set up");
   for (const auto& companion : state_->browserCompanions().get()) {
     if (companion.browser != browser.key) continue;

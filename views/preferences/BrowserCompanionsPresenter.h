@@ -37,7 +37,7 @@ class BrowserCompanionsPresenter final : public QAbstractListModel {
   /// How the companion gets into a browser; empty while no browser waits for it.
   [[nodiscard]] QString hint() const;
 
-  /// What the row's button says.
+  /// What the row's button says; nothing where it says nothing, as beside what the system's packages have set up.
   Q_INVOKABLE void act(int row);
 
  Q_SIGNALS:
@@ -50,6 +50,7 @@ class BrowserCompanionsPresenter final : public QAbstractListModel {
     QString name;
     QString status;
     bool hasHost = false;
+    bool canRemove = true;
     bool isConnected = false;
 
     friend bool operator==(const Row&, const Row&) = default;

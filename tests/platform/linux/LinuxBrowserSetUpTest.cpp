@@ -155,7 +155,21 @@ TEST_F(SetUpOfBrowsers, ThePackagesManifestCountsToo) {
   std::filesystem::create_directories(folder.path("system/etc/chromium/native-messaging-hosts"));
   std::filesystem::rename(folder.path("config/chromium/" + manifest),
                           folder.path("system/etc/chromium/native-messaging-hosts/app.quillmere.tabs.json"));
-  EXPECT_THAT(browsers.browsers(), ElementsAre(InstalledBrowser{"chromium", "Chromium", true}));
+  EXPECT_THAT(browsers.browsers(), ElementsAre(InstalledBrowser{"chromium", "Chromium", true, true}));
+  ASSERT_EQ(browsers.install("chromium"), std::nullopt);
+  EXPECT_THAT(browsers.browsers(), ElementsAre(InstalledBrowser{"chromium", "Chromium", true, false}));
+}
+
+TEST_F(SetUpOfBrowsers, AUsersManifestThatDoesNotWorkHidesThePackages) {
+  addProgram("bin/chromium");
+  addProgram("lib/quillmere-tabs");
+  auto browsers = setUp();
+  ASSERT_EQ(browsers.install("chromium"), std::nullopt);
+  std::filesystem::create_directories(folder.path("system/etc/chromium/native-messaging-hosts"));
+  std::filesystem::copy_file(folder.path("config/chromium/" + manifest),
+                             folder.path("system/etc/chromium/native-messaging-hosts/app.quillmere.tabs.json"));
+  folder.write("config/chromium/" + manifest, "{}");
+  EXPECT_THAT(browsers.browsers(), ElementsAre(InstalledBrowser{"chromium", "Chromium", false, false}));
 }
 
 TEST_F(SetUpOfBrowsers, WhatCanNotBeWrittenIsSaid) {

@@ -84,6 +84,17 @@ TEST_F(Browsers, TheButtonSetsUpAndTakesBack) {
   card->act(-1);
 }
 
+TEST_F(Browsers, WhatTheSystemHasSetUpHasNoButton) {
+  startViews();
+  desktop.browserSetUp.setBrowsers({{"chromium", "Chromium", true, true}});
+  make();
+  EXPECT_EQ(status(0), "Waits for its companion");
+  EXPECT_EQ(action(0), "");
+  card->act(0);
+  settle();
+  EXPECT_TRUE(desktop.browserSetUp.browsers().front().hasHost);
+}
+
 TEST_F(Browsers, TheWayToLoadTheCompanionIsToldWhileABrowserWaitsForIt) {
   startViews();
   desktop.browserSetUp.setBrowsers({{"chromium", "Chromium", false}});
