@@ -49,7 +49,6 @@ function connect() {
 }
 
 function receive(message) {
-  pause = SHORTEST_PAUSE;
   for (const other of ["host", "mixer"]) {
     if (other in message && message[other] !== VERSION) {
       console.warn(`this companion is of version ${VERSION}, the ${other} of version ${message[other]}`);
@@ -59,7 +58,11 @@ function receive(message) {
     isHeard = message.listen === true;
     toldWindows = "";
     toldTabs = new Map();
-    if (isHeard) tell();
+    if (isHeard) {
+      // One that greets and ends at once is not started anew each second.
+      pause = SHORTEST_PAUSE;
+      tell();
+    }
   }
   if ("activate" in message) activate(message.activate).catch((error) => console.info(`not activated: ${error.message}`));
 }

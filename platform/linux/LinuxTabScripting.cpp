@@ -1,7 +1,11 @@
 // Which browser a host belongs to, and requests as questions to the listener.
 #include "platform/linux/LinuxTabScripting.h"
 
+#include <gio/gdesktopappinfo.h>
+
 #include <functional>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "core/Product.h"
@@ -44,22 +48,40 @@ class LinuxTabScripting::Lines {
                              if (observer->changed) observer->changed();
                            });
                          }},
-                 runtime.clocks, runtime.log) {}
+                 runtime.clocks, runtime.log),
+        applications(registry) {}
 
   const std::shared_ptr<Observer> observer = std::make_shared<Observer>();
   tabs::HostListener listener;
+  const std::shared_ptr<ApplicationRegistry> applications;
 };
 
 namespace {
 
-TabScriptResult answer(tabs::HostListener& listener, const TabRequest& request) {
+/// Starts a browser from its desktop entry. [background]
+std::optional<std::string> start(ApplicationRegistry& registry, const std::string& bundleID) {
+  const auto application = registry.application(bundleID);
+  auto* entry = application && !application->path.empty()
+                    ? g_desktop_app_info_new_from_filename(application->path.c_str())
+                    : nullptr;
+  if (entry == nullptr) return "no companion of this browser is connected, and no desktop entry starts it";
+  GError* error = nullptr;
+  const bool isStarted = g_app_info_launch(G_APP_INFO(entry), nullptr, nullptr, &error) != FALSE;
+  g_object_unref(entry);
+  if (isStarted) return std::nullopt;
+  const std::string message = error == nullptr ? "it did not start" : error->message;
+  g_clear_error(&error);
+  return message;
+}
+
+TabScriptResult answer(tabs::HostListener& listener, ApplicationRegistry& registry, const TabRequest& request) {
   TabScriptResult result;
   if (request.kind == TabRequest::Kind::query) {
     result.text = listener.query(request.bundleID);
   } else if (listener.activate(request.bundleID, request.window, request.tab) ==
              tabs::HostListener::Activation::nobodyThere) {
-    const std::string words = "no companion of this browser is connected";
-    result.error = TabScriptResult::Error{words, words, 1};
+    // It has gone since the last poll, and the tab with it; who wants it gets the browser.
+    if (const auto words = start(registry, request.bundleID)) result.error = TabScriptResult::Error{*words, *words, 1};
   }
   return result;
 }
@@ -104,7 +126,8 @@ class LinuxTabScripting::Companions final : public BrowserCompanions {
 std::unique_ptr<BrowserCompanions> LinuxTabScripting::companions() { return std::make_unique<Companions>(lines_); }
 
 std::unique_ptr<TabScript> LinuxTabScripting::compile(const TabRequest& request, std::string_view) {
-  return std::make_unique<Question>([lines = lines_, request] { return answer(lines->listener, request); });
+  return std::make_unique<Question>(
+      [lines = lines_, request] { return answer(lines->listener, *lines->applications, request); });
 }
 
 }  // namespace quillmere

@@ -18,7 +18,8 @@ struct LinuxTabScriptingOptions {
 };
 
 /// A query is answered from what the companions told last, without a wait; a browser without a companion has no tabs.
-/// An activation goes to the browser that had the window and the tab at the last query, and doesn't wait for it. [any]
+/// An activation goes to the browser that had the window and the tab at the last query, and doesn't wait for it; a
+/// browser without a companion is started. [any]
 class LinuxTabScripting final : public TabScripting {
  public:
   LinuxTabScripting(const Runtime& runtime, std::shared_ptr<ApplicationRegistry> registry,

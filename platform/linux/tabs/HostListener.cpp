@@ -314,8 +314,9 @@ class HostListener::Core {
   void accept() {
     const int socket = ::accept4(listening_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
     if (socket < 0) {
-      // Without a descriptor left whoever knocks goes on knocking.
-      if (errno == EMFILE || errno == ENFILE) pausesUntil_ = clocks_.monotonicNow() + options_.patience;
+      // Without a descriptor or memory left whoever knocks goes on knocking.
+      if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED)
+        pausesUntil_ = clocks_.monotonicNow() + options_.patience;
       return;
     }
     const auto peer = peerOf(socket);

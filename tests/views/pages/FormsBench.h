@@ -93,6 +93,10 @@ class FormsBench : public QObject {
 
   // Browsers.
   Q_INVOKABLE void installChromium() const { desktop_->browserSetUp.setBrowsers({{"chromium", "Chromium", false}}); }
+  /// With a package that has set it up.
+  Q_INVOKABLE void installChromiumSetUp() const {
+    desktop_->browserSetUp.setBrowsers({{"chromium", "Chromium", true, true}});
+  }
   Q_INVOKABLE void connectChromium(const QString& version) const {
     box_->companions.set({{"chromium", version.toStdString(), version.toStdString()}});
   }

@@ -252,6 +252,14 @@ Item {
             compare(action.text, "Set up");
         }
 
+        function test_aBrowserThatThePackagesHaveSetUpHasNoButton() {
+            Forms.installChromiumSetUp();
+            make();
+            const card = named("browsers");
+            compare(Finder.named(card, "status").text, "Waits for its companion");
+            compare(Finder.named(card, "action"), null);
+        }
+
         function test_aboutsButtonsOpenAddresses() {
             make();
             mouseClick(button("Website"));

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <filesystem>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -80,10 +82,41 @@ TEST_F(Scripting, AnActivationReachesTheBrowserAndHasNoText) {
   EXPECT_EQ(line.hear(), R"({"activate":{"tab":2,"window":5}})");
 }
 
-TEST_F(Scripting, AnActivationThatReachesNobodyIsAnErrorInWords) {
-  const auto result = run(TabRequest::Kind::activate, "com.google.Chrome");
+/// On a desktop whose only applications are these.
+class ScriptingOfAQuitBrowser : public Scripting {
+ protected:
+  TabScriptResult activate() {
+    ApplicationRegistryOptions options;
+    options.dataFolders = {folder.path("share")};
+    LinuxTabScripting alone(runtime, std::make_shared<ApplicationRegistry>(runtime, options),
+                            LinuxTabScriptingOptions{folder.path("run")});
+    const auto script = alone.compile(TabRequest{TabRequest::Kind::activate, "org.example.browser", 1, 2}, "a script");
+    // As it is: on a thread that may wait.
+    return std::async(std::launch::async, [&script] { return script->execute(); }).get();
+  }
+  void install(const std::string& command) {
+    folder.write("share/applications/org.example.browser.desktop",
+                 "[Desktop Entry]\nType=Application\nName=Browser\nExec=" + command + "\n");
+  }
+};
+
+TEST_F(ScriptingOfAQuitBrowser, AnActivationStartsIt) {
+  install("touch " + folder.path("started"));
+  EXPECT_FALSE(activate().error);
+  EXPECT_TRUE(support::becomes([&] { return std::filesystem::exists(folder.path("started")); }));
+}
+
+TEST_F(ScriptingOfAQuitBrowser, WithoutADesktopEntryAnActivationIsAnErrorInWords) {
+  const auto result = activate();
   ASSERT_TRUE(result.error);
-  EXPECT_EQ(result.error->message, "no companion of this browser is connected");
+  EXPECT_EQ(result.error->message, "no companion of this browser is connected, and no desktop entry starts it");
+}
+
+TEST_F(ScriptingOfAQuitBrowser, OneThatCannotBeStartedIsAnErrorInWords) {
+  install(folder.path("nothing"));
+  const auto result = activate();
+  ASSERT_TRUE(result.error);
+  EXPECT_NE(result.error->message, "");
 }
 
 TEST_F(Scripting, CompanionsThatComeAndGoAreToldOnTheMainThread) {
