@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -85,23 +84,28 @@ TEST_F(Scripting, AnActivationReachesTheBrowserAndHasNoText) {
 /// On a desktop whose only applications are these.
 class ScriptingOfAQuitBrowser : public Scripting {
  protected:
-  TabScriptResult activate() {
+  ScriptingOfAQuitBrowser() {
     ApplicationRegistryOptions options;
     options.dataFolders = {folder.path("share")};
-    LinuxTabScripting alone(runtime, std::make_shared<ApplicationRegistry>(runtime, options),
-                            LinuxTabScriptingOptions{folder.path("run")});
-    const auto script = alone.compile(TabRequest{TabRequest::Kind::activate, "org.example.browser", 1, 2}, "a script");
-    // As it is: on a thread that may wait.
-    return std::async(std::launch::async, [&script] { return script->execute(); }).get();
+    applications = std::make_shared<ApplicationRegistry>(runtime, options);
+  }
+  TabScriptResult activate() {
+    LinuxTabScripting alone(runtime, applications, LinuxTabScriptingOptions{folder.path("run")});
+    return alone.compile(TabRequest{TabRequest::Kind::activate, browserID, 1, 2}, "a script")->execute();
   }
   void install(const std::string& command) {
     folder.write("share/applications/org.example.browser.desktop",
                  "[Desktop Entry]\nType=Application\nName=Browser\nExec=" + command + "\n");
   }
+
+  static constexpr const char* browserID = "org.example.browser";
+  std::shared_ptr<ApplicationRegistry> applications;
 };
 
 TEST_F(ScriptingOfAQuitBrowser, AnActivationStartsIt) {
   install("touch " + folder.path("started"));
+  // Asked on the main thread, it looks in the background.
+  ASSERT_TRUE(support::becomes([&] { return applications->application(browserID).has_value(); }));
   EXPECT_FALSE(activate().error);
   EXPECT_TRUE(support::becomes([&] { return std::filesystem::exists(folder.path("started")); }));
 }
