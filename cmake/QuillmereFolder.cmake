@@ -3,6 +3,7 @@
 # each folder exports a forwarding tree of its own instead of the source root.
 
 include(QuillmereWarnings)
+include(QuillmerePrecompiled)
 quillmere_warning_options(QUILLMERE_WARNINGS "${QUILLMERE_WERROR}" "${CMAKE_CXX_COMPILER_ID}" "${CMAKE_CXX_COMPILER_VERSION}")
 
 add_library(QuillmereFlags INTERFACE)
@@ -40,11 +41,12 @@ function(quillmere_own_headers target)
   target_include_directories(${target} PRIVATE "${root}")
 endfunction()
 
-# quillmere_folder(<target> <folder> [USES <targets>...] [LIBRARIES <external>...] [EXCLUDE <regex>...])
+# quillmere_folder(<target> <folder> [USES <targets>...] [LIBRARIES <external>...] [EXCLUDE <regex>...]
+#                  [PRECOMPILE <kinds>...])
 # Compiles every .cpp below the folder (EXCLUDE drops some) into a static library.
 # USES and LIBRARIES are linked privately: whoever needs a lower floor's headers names it itself.
 function(quillmere_folder target folder)
-  cmake_parse_arguments(ARG "" "" "USES;LIBRARIES;EXCLUDE" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "USES;LIBRARIES;EXCLUDE;PRECOMPILE" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.cpp")
   foreach(pattern IN LISTS ARG_EXCLUDE)
     list(FILTER sources EXCLUDE REGEX "${pattern}")
@@ -55,16 +57,22 @@ function(quillmere_folder target folder)
     target_include_directories(${target} PUBLIC "${QUILLMERE_FORWARD_ROOT}"
       PRIVATE "${CMAKE_SOURCE_DIR}/${folder}")
     target_link_libraries(${target} PRIVATE QuillmereFlags ${ARG_USES} ${ARG_LIBRARIES})
+    if(ARG_PRECOMPILE)
+      quillmere_precompile(${target} standard ${ARG_PRECOMPILE})
+    else()
+      quillmere_precompile(${target} standard WITH folder)
+    endif()
   else()
     add_library(${target} INTERFACE)
     target_include_directories(${target} INTERFACE "${QUILLMERE_FORWARD_ROOT}")
   endif()
 endfunction()
 
-# quillmere_tests(<name> <folder below tests> [USES ...] [LIBRARIES ...] [WHITEBOX] [LABELS ...] [EXCLUDE <regex>...])
+# quillmere_tests(<name> <folder below tests> [USES ...] [LIBRARIES ...] [WHITEBOX] [LABELS ...] [EXCLUDE <regex>...]
+#                 [PRECOMPILE <kinds>... [WITH <name>]])
 # One GoogleTest program a folder. WHITEBOX lets it include private headers as "<folder>/<sub>/<Header>.h".
 function(quillmere_tests name folder)
-  cmake_parse_arguments(ARG "WHITEBOX" "" "USES;LIBRARIES;LABELS;EXCLUDE" ${ARGN})
+  cmake_parse_arguments(ARG "WHITEBOX" "" "USES;LIBRARIES;LABELS;EXCLUDE;PRECOMPILE" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
   foreach(pattern IN LISTS ARG_EXCLUDE)
     list(FILTER sources EXCLUDE REGEX "${pattern}")
@@ -75,6 +83,7 @@ function(quillmere_tests name folder)
   add_executable(${name} ${sources})
   target_link_libraries(${name} PRIVATE QuillmereFlags ${ARG_USES} ${ARG_LIBRARIES}
     GTest::gmock GTest::gtest_main Threads::Threads)
+  quillmere_precompile(${name} standard test ${ARG_PRECOMPILE})
   target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests/${folder}")
   if(ARG_WHITEBOX)
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")

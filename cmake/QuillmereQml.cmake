@@ -6,6 +6,18 @@ function(quillmere_warn_on)
   set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS ${QUILLMERE_WARNINGS})
 endfunction()
 
+# What the QML compiler makes of each file is small beside the headers that it includes: a page's are one source.
+function(quillmere_join_compiled_qml target)
+  get_target_property(sources ${target} SOURCES)
+  list(FILTER sources INCLUDE REGEX "/qmlcache/.*_qml\\.cpp$")
+  foreach(source IN LISTS sources)
+    get_filename_component(page "${source}" DIRECTORY)
+    get_filename_component(page "${page}" NAME)
+    set_property(SOURCE "${source}" PROPERTY UNITY_GROUP "${page}")
+  endforeach()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+endfunction()
+
 option(QUILLMERE_COMPILE_QML "Compile QML ahead of time; off, a change of a page is built in a moment" ON)
 
 # quillmere_qml_module(<target> <folder below views> <URI> [USES ...] [LIBRARIES ...] [IMPORTS <URIs>...]
@@ -55,6 +67,8 @@ function(quillmere_qml_module target folder uri)
   quillmere_own_headers(${target} ${folders})
   target_link_libraries(${target} PRIVATE ${ARG_USES} ${ARG_LIBRARIES} PUBLIC Qt6::Quick)
   quillmere_warn_on(${sources})
+  quillmere_join_compiled_qml(${target})
+  quillmere_precompile(${target} standard qt WITH qml)
   if(ARG_RESOURCES)
     list(TRANSFORM ARG_RESOURCES PREPEND "${CMAKE_SOURCE_DIR}/resources/")
     file(GLOB resources CONFIGURE_DEPENDS ${ARG_RESOURCES})

@@ -66,7 +66,7 @@ std::string takeText(char* text) {
 }
 
 /// A word of an Exec key, in quotes where it needs them. The key's own escapes are the key file's affair.
-std::string quoted(const std::string& word) {
+std::string execQuoted(const std::string& word) {
   std::string text = "\"";
   for (const char letter : word) {
     if (letter == '"' || letter == '`' || letter == '$' || letter == '\\') text += '\\';
@@ -126,7 +126,7 @@ LoginItem::Failure LinuxLoginItem::registerItem() {
   if (g_key_file_has_key(file.get(), group, "Name", nullptr) == FALSE) {
     g_key_file_set_string(file.get(), group, "Name", "quillmere");
   }
-  g_key_file_set_string(file.get(), group, "Exec", (quoted(program_) + " --background").c_str());
+  g_key_file_set_string(file.get(), group, "Exec", (execQuoted(program_) + " --background").c_str());
   // A program that has been taken away leaves no error at every login.
   g_key_file_set_string(file.get(), group, "TryExec", program_.c_str());
   g_key_file_set_string(file.get(), group, "Icon", "app.quillmere.host");

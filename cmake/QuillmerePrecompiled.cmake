@@ -1,0 +1,33 @@
+# Headers that nearly every source of a target includes, compiled once for all of them: most of a build from nothing was
+# reading these. A source still names what it uses; with the option off, as ./dev check builds, nothing else is there.
+option(QUILLMERE_PRECOMPILE "Compile the headers that nearly every source includes once, not once a source" ON)
+
+set(QUILLMERE_HEADERS_standard <algorithm> <array> <chrono> <cmath> <cstdint> <functional> <map> <memory> <mutex>
+  <optional> <set> <string> <string_view> <utility> <vector>)
+set(QUILLMERE_HEADERS_json <nlohmann/json.hpp>)
+set(QUILLMERE_HEADERS_system <gio/gio.h> <pipewire/pipewire.h>)
+set(QUILLMERE_HEADERS_test <gmock/gmock.h> <gtest/gtest.h>)
+set(QUILLMERE_HEADERS_qt <QtQml/qqmlprivate.h> <QtQml/qqmlregistration.h> <QtQml/qjsprimitivevalue.h> <QtCore/qrandom.h>
+  <QAbstractListModel> <QColor> <QCoreApplication> <QGuiApplication> <QObject> <QPainter> <QPointer> <QQuickItem>
+  <QQuickWindow> <QString> <QStringList> <QUrl> <QVariant>)
+
+# quillmere_precompile(<target> <kinds>... [WITH <name>])
+# Targets with the same kinds and the same name share one; what they are compiled with must be the same then.
+function(quillmere_precompile target)
+  if(NOT QUILLMERE_PRECOMPILE)
+    return()
+  endif()
+  cmake_parse_arguments(ARG "" "WITH" "" ${ARGN})
+  if(ARG_WITH)
+    string(MAKE_C_IDENTIFIER "QUILLMERE_PRECOMPILED_${ARG_WITH}_${ARG_UNPARSED_ARGUMENTS}" key)
+    get_property(owner GLOBAL PROPERTY ${key})
+    if(owner)
+      target_precompile_headers(${target} REUSE_FROM ${owner})
+      return()
+    endif()
+    set_property(GLOBAL PROPERTY ${key} ${target})
+  endif()
+  foreach(kind IN LISTS ARG_UNPARSED_ARGUMENTS)
+    target_precompile_headers(${target} PRIVATE ${QUILLMERE_HEADERS_${kind}})
+  endforeach()
+endfunction()
