@@ -1,5 +1,5 @@
 # Headers that nearly every source of a target includes, compiled once for all of them: most of a build from nothing was
-# reading these. A source still names what it uses; with the option off, as ./dev check builds, nothing else is there.
+# reading these. A source still names what it uses; with the option off, as ./dev check builds and looks, nothing else is there.
 option(QUILLMERE_PRECOMPILE "Compile the headers that nearly every source includes once, not once a source" ON)
 
 set(QUILLMERE_HEADERS_standard <algorithm> <array> <chrono> <cmath> <cstdint> <functional> <map> <memory> <mutex>
@@ -18,6 +18,8 @@ function(quillmere_precompile target)
     return()
   endif()
   cmake_parse_arguments(ARG "" "WITH" "" ${ARGN})
+  # Without it a compiler cache can't see into them, and passes such sources by.
+  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
   if(ARG_WITH)
     string(MAKE_C_IDENTIFIER "QUILLMERE_PRECOMPILED_${ARG_WITH}_${ARG_UNPARSED_ARGUMENTS}" key)
     get_property(owner GLOBAL PROPERTY ${key})
