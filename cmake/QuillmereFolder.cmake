@@ -43,11 +43,11 @@ endfunction()
 
 # quillmere_folder(<target> <folder> [USES <targets>...] [LIBRARIES <external>...] [EXCLUDE <regex>...]
 #                  [PRECOMPILE <kinds>...])
-# Compiles every .cpp below the folder (EXCLUDE drops some) into a static library.
+# Compiles every .cpp and .mm below the folder (EXCLUDE drops some) into a static library.
 # USES and LIBRARIES are linked privately: whoever needs a lower floor's headers names it itself.
 function(quillmere_folder target folder)
   cmake_parse_arguments(ARG "" "" "USES;LIBRARIES;EXCLUDE;PRECOMPILE" ${ARGN})
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.cpp")
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/${folder}/*.cpp" "${CMAKE_SOURCE_DIR}/${folder}/*.mm")
   foreach(pattern IN LISTS ARG_EXCLUDE)
     list(FILTER sources EXCLUDE REGEX "${pattern}")
   endforeach()
@@ -70,17 +70,22 @@ endfunction()
 
 # quillmere_tests(<name> <folder below tests> [USES ...] [LIBRARIES ...] [WHITEBOX] [LABELS ...] [EXCLUDE <regex>...]
 #                 [PRECOMPILE <kinds>... [WITH <name>]])
-# One GoogleTest program a folder. WHITEBOX lets it include private headers as "<folder>/<sub>/<Header>.h".
+# One GoogleTest program a folder; its objects alone where nothing can be linked.
+# WHITEBOX lets it include private headers as "<folder>/<sub>/<Header>.h".
 function(quillmere_tests name folder)
   cmake_parse_arguments(ARG "WHITEBOX" "" "USES;LIBRARIES;LABELS;EXCLUDE;PRECOMPILE" ${ARGN})
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp" "${CMAKE_SOURCE_DIR}/tests/${folder}/*.mm")
   foreach(pattern IN LISTS ARG_EXCLUDE)
     list(FILTER sources EXCLUDE REGEX "${pattern}")
   endforeach()
   if(NOT sources)
     return()
   endif()
-  add_executable(${name} ${sources})
+  if(QUILLMERE_COMPILE_ONLY)
+    add_library(${name} OBJECT ${sources})
+  else()
+    add_executable(${name} ${sources})
+  endif()
   target_link_libraries(${name} PRIVATE QuillmereFlags ${ARG_USES} ${ARG_LIBRARIES}
     GTest::gmock GTest::gtest_main Threads::Threads)
   quillmere_precompile(${name} standard test ${ARG_PRECOMPILE})
@@ -91,5 +96,7 @@ function(quillmere_tests name folder)
   if(NOT ARG_LABELS)
     set(ARG_LABELS unit)
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 120)
+  if(NOT QUILLMERE_COMPILE_ONLY)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 120)
+  endif()
 endfunction()

@@ -14,7 +14,7 @@ set(QUILLMERE_HEADERS_qt <QtQml/qqmlprivate.h> <QtQml/qqmlregistration.h> <QtQml
 # quillmere_precompile(<target> <kinds>... [WITH <name>])
 # Targets with the same kinds and the same name share one; what they are compiled with must be the same then.
 function(quillmere_precompile target)
-  if(NOT QUILLMERE_PRECOMPILE)
+  if(NOT QUILLMERE_PRECOMPILE OR QUILLMERE_COMPILE_ONLY)
     return()
   endif()
   cmake_parse_arguments(ARG "" "WITH" "" ${ARGN})

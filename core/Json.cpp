@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "detail/JsonTree.h"
+#include "detail/NearestNumber.h"
 
 namespace quillmere::json {
 
@@ -193,13 +194,10 @@ class Reader {
   template <std::floating_point Number>
   bool read(const JsonTree& tree, const Place& place, Number& value) {
     if (!isOfKind(tree, place, Kind::number)) return false;
-    const auto* const start = tree.text.data();
-    const auto* const end = start + tree.text.size();
-    if (std::from_chars(start, end, value).ec == std::errc()) return true;
     // Digits too small for this type read as zero, digits too large are no number of it.
-    double wide = 0.0;
-    if (std::from_chars(start, end, wide).ec == std::errc() && std::abs(wide) > 1.0) return fail(place, "is too large");
-    value = tree.text.front() == '-' ? Number{-0.0} : Number{0.0};
+    const auto nearest = detail::nearestNumber<Number>(tree.text);
+    if (std::isinf(nearest)) return fail(place, "is too large");
+    value = nearest;
     return true;
   }
 

@@ -24,7 +24,7 @@ constexpr std::array<std::string_view, 25> blanks{
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
-  const auto strip = [&text](auto isAtTheEnd, auto remove) {
+  const auto strip = [](auto isAtTheEnd, auto remove) {
     while (true) {
       const auto* blank = std::ranges::find_if(blanks, isAtTheEnd);
       if (blank == blanks.end()) return;

@@ -50,7 +50,7 @@ std::optional<Uuid> Uuid::parse(std::string_view text) {
     const auto digit = hexDigit(text[position]);
     if (!digit) return std::nullopt;
     auto& byte = id.bytes[digits / 2];
-    byte = static_cast<std::uint8_t>((byte << 4U) | *digit);
+    byte = static_cast<std::uint8_t>((static_cast<unsigned>(byte) << 4U) | *digit);
     ++digits;
   }
   return id;

@@ -44,7 +44,7 @@ class HeadphoneMonitor {
   [[nodiscard]] PropertyListener makeListener(void (HeadphoneMonitor::*handler)());
 
   AudioHardware& hardware_;
-  Executor& main_;
+  [[maybe_unused]] Executor& main_;
   std::uint32_t lastTransportType_ = 0;
   std::optional<std::string> lastDefaultUID_;
   std::set<std::string> knownDeviceUIDs_;

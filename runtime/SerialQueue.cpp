@@ -92,7 +92,7 @@ class ThreadSerialQueue final : public SerialQueue {
     return true;
   }
 
-  void run(const std::string& label) {
+  void run([[maybe_unused]] const std::string& label) {
 #if defined(__linux__)
     // The kernel keeps 15 characters of a thread's name; the end of a dotted label tells more than its start.
     const auto name = label.size() > 15 ? label.substr(label.size() - 15) : label;

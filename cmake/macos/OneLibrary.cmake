@@ -1,0 +1,15 @@
+# quillmere_headers_of(<target> <folders of /usr/include>...): an interface of these headers and of nothing else that lies
+# beside them.
+function(quillmere_headers_of target)
+  set(root "${CMAKE_BINARY_DIR}/libraries/${target}")
+  string(REPLACE "::" "." root "${root}")
+  file(MAKE_DIRECTORY "${root}")
+  foreach(folder IN LISTS ARGN)
+    if(NOT IS_DIRECTORY "/usr/include/${folder}")
+      message(FATAL_ERROR "/usr/include/${folder} isn't there")
+    endif()
+    file(CREATE_LINK "/usr/include/${folder}" "${root}/${folder}" SYMBOLIC)
+  endforeach()
+  add_library(${target} INTERFACE IMPORTED GLOBAL)
+  set_target_properties(${target} PROPERTIES INTERFACE_INCLUDE_DIRECTORIES "${root}")
+endfunction()

@@ -1,0 +1,5 @@
+// Stands for <CoreAudio/CoreAudio.h>
+#pragma once
+
+#include <CoreAudio/AudioHardware.h>
+#include <CoreAudioTypes/CoreAudioBaseTypes.h>

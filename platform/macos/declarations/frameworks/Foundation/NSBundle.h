@@ -1,0 +1,25 @@
+// Stands for <Foundation/NSBundle.h>
+#pragma once
+
+#import <Foundation/NSArray.h>
+#import <Foundation/NSDictionary.h>
+#import <Foundation/NSString.h>
+#import <Foundation/NSURL.h>
+
+#pragma clang assume_nonnull begin
+
+@interface NSBundle : NSObject
+@property(class, readonly, strong) NSBundle* mainBundle;
+@property(nullable, readonly, copy) NSString* bundleIdentifier;
+@property(readonly, copy) NSString* bundlePath;
+@property(readonly, copy) NSURL* bundleURL;
+@property(nullable, readonly, copy) NSDictionary<NSString*, id>* infoDictionary;
+@property(nullable, readonly, copy) NSDictionary<NSString*, id>* localizedInfoDictionary;
++ (nullable instancetype)bundleWithPath:(NSString*)path;
++ (nullable instancetype)bundleWithURL:(NSURL*)url;
+- (nullable id)objectForInfoDictionaryKey:(NSString*)key;
+- (nullable NSURL*)URLForResource:(nullable NSString*)name withExtension:(nullable NSString*)extension;
+- (nullable NSString*)pathForResource:(nullable NSString*)name ofType:(nullable NSString*)extension;
+@end
+
+#pragma clang assume_nonnull end

@@ -1,0 +1,16 @@
+// Stands for <Foundation/NSProcessInfo.h>
+#pragma once
+
+#import <Foundation/NSDate.h>
+#import <Foundation/NSString.h>
+
+#pragma clang assume_nonnull begin
+
+@interface NSProcessInfo : NSObject
+@property(class, readonly, strong) NSProcessInfo* processInfo;
+@property(readonly) NSTimeInterval systemUptime;
+@property(readonly) int processIdentifier;
+@property(readonly, copy) NSString* processName;
+@end
+
+#pragma clang assume_nonnull end

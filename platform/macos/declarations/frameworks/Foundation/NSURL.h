@@ -1,0 +1,17 @@
+// Stands for <Foundation/NSURL.h>
+#pragma once
+
+#import <Foundation/NSString.h>
+
+#pragma clang assume_nonnull begin
+
+@interface NSURL : NSObject <NSCopying, NSSecureCoding>
+@property(nullable, readonly, copy) NSString* path;
+@property(nullable, readonly, copy) NSString* absoluteString;
+@property(nullable, readonly, copy) NSString* lastPathComponent;
++ (nullable instancetype)URLWithString:(NSString*)text;
++ (NSURL*)fileURLWithPath:(NSString*)path;
++ (NSURL*)fileURLWithPath:(NSString*)path isDirectory:(BOOL)isDirectory;
+@end
+
+#pragma clang assume_nonnull end
