@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "io/FaintGain.h"
 #include "io/SteadyGain.h"
 
 namespace quillmere {
@@ -39,12 +40,15 @@ struct Result {
   float peak = 0.0F;
 };
 
-/// Stereo to stereo, which is what a tap gives. The gain is a function of its own last value alone, so once a step
-/// leaves its bits unchanged no later one can change them, and the rest of the buffer is a plain multiply.
-Result renderStereo(const float* input, float* output, std::size_t frames, float gain, float target,
-                    float coefficient) {
-  float peakLeft = 0.0F;
-  float peakRight = 0.0F;
+/// Whether a gain is on the last of its way to silence. It is looked for once in so many frames.
+constexpr std::size_t framesBetweenLooks = 256;
+bool fadesFaintly(float gain, float target) { return target == 0.0F && !std::signbit(gain) && io::isFaint(gain); }
+
+/// Frames until the gain has come to rest; all of them where it hasn't.
+io::Fade glideStereo(const float* input, float* output, std::size_t frames, float gain, float target, float coefficient,
+                     float peak) {
+  float peakLeft = peak;
+  float peakRight = peak;
   std::size_t frame = 0;
   for (; frame < frames; ++frame) {
     const float next = glide(gain, target, coefficient);
@@ -57,8 +61,30 @@ Result renderStereo(const float* input, float* output, std::size_t frames, float
     output[2 * frame] = gain * left;
     output[2 * frame + 1] = gain * right;
   }
-  const float peak = peakRight > peakLeft ? peakRight : peakLeft;
-  return {gain, io::steadyGain(input + 2 * frame, output + 2 * frame, 2 * (frames - frame), gain, peak)};
+  return {gain, peakRight > peakLeft ? peakRight : peakLeft, frame};
+}
+
+/// Stereo to stereo, which is what a tap gives. The gain is a function of its own last value alone, so once a step
+/// leaves its bits unchanged no later one can change them, and the rest of the buffer is a plain multiply.
+Result renderStereo(const float* input, float* output, std::size_t frames, float gain, float target,
+                    float coefficient) {
+  Result result{gain, 0.0F};
+  std::size_t done = 0;
+  for (bool moves = true; moves && done < frames;) {
+    const bool isFaint = fadesFaintly(result.gain, target);
+    const auto wanted = isFaint ? frames - done : std::min(frames - done, framesBetweenLooks);
+    const auto part =
+        isFaint
+            ? io::fadeFaint(input + 2 * done, output + 2 * done, wanted, result.gain, coefficient, result.peak)
+            : glideStereo(input + 2 * done, output + 2 * done, wanted, result.gain, target, coefficient, result.peak);
+    // Taken over only where it has moved: what is known to be unchanged need not be waited for.
+    if (part.frames > 0) result = {part.gain, part.peak};
+    done += part.frames;
+    moves = part.frames == wanted;
+  }
+  const auto steady = io::isFaint(result.gain) ? io::steadyFaintGain : io::steadyGain;
+  result.peak = steady(input + 2 * done, output + 2 * done, 2 * (frames - done), result.gain, result.peak);
+  return result;
 }
 
 /// Any other pair of layouts: no tap gives one, so it is only right, not fast.

@@ -110,6 +110,7 @@ std::vector<InstalledApp> AppDirectory::runningApps() {
   std::vector<InstalledApp> apps;
   for (auto& application : running()) {
     if (!application.bundleID || application.bundleID->empty() || !application.localizedName) continue;
+    if (application.isProhibited) continue;
     auto installed = workspace_.installedApplication(*application.bundleID);
     apps.push_back({std::move(*application.bundleID), std::move(*application.localizedName),
                     installed ? std::move(installed->path) : std::string(), true});

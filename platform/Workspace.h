@@ -15,6 +15,8 @@ struct RunningApplication {
   std::optional<std::string> bundleID;
   std::optional<std::string> localizedName;
   std::int32_t pid = 0;
+  /// It shows itself nowhere and can't be brought to the front, by its own word: nobody chooses it from a list.
+  bool isProhibited = false;
 
   friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
 };

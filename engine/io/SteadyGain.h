@@ -18,7 +18,10 @@ QUILLMERE_REALTIME float steadyGainScalar(const float* input, float* output, std
 QUILLMERE_REALTIME float steadyGainSSE2(const float* input, float* output, std::size_t count, float gain, float peak);
 /// Only where the processor has it.
 QUILLMERE_REALTIME float steadyGainAVX2(const float* input, float* output, std::size_t count, float gain, float peak);
+QUILLMERE_REALTIME float steadyGainAVX512(const float* input, float* output, std::size_t count, float gain, float peak);
+/// Whether the processor has it and the system keeps its registers.
 [[nodiscard]] bool hasAVX2();
+[[nodiscard]] bool hasAVX512();
 #endif
 
 /// The variant for this processor; never null.

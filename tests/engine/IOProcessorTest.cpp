@@ -12,7 +12,12 @@
 #include <vector>
 
 #include "ReferenceIO.h"
+#include "engine/io/FaintGain.h"
 #include "engine/io/SteadyGain.h"
+
+#if defined(__SSE2__)
+#include <xmmintrin.h>
+#endif
 
 namespace quillmere {
 namespace {
@@ -48,6 +53,22 @@ class Samples {
 };
 
 std::uint32_t bitsOf(float value) { return std::bit_cast<std::uint32_t>(value); }
+
+/// Whether what is written is the formula's, bit by bit; but where the formula gives a denormal number, the sign is,
+/// and there is no more than the least ordinary number.
+testing::AssertionResult isHeardAs(const std::vector<std::uint32_t>& formula,
+                                   const std::vector<std::uint32_t>& written) {
+  if (formula.size() != written.size()) return testing::AssertionFailure() << "another number of samples";
+  for (std::size_t i = 0; i < formula.size(); ++i) {
+    if (formula[i] == written[i]) continue;
+    const bool isDenormal = std::fpclassify(std::bit_cast<float>(formula[i])) == FP_SUBNORMAL;
+    const bool sameSign = ((formula[i] ^ written[i]) & 0x80000000U) == 0;
+    if (isDenormal && sameSign && (written[i] & 0x7FFFFFFFU) <= 0x00800000U) continue;
+    return testing::AssertionFailure() << "at " << i << std::hexfloat << ": " << std::bit_cast<float>(formula[i])
+                                       << " by the formula, written " << std::bit_cast<float>(written[i]);
+  }
+  return testing::AssertionSuccess();
+}
 
 struct IOProcessor : testing::Test {
   IOWords words;
@@ -350,7 +371,7 @@ TEST_F(IOProcessor, RandomBuffersGiveTheBitsOfThePlainFormula) {
   SCOPED_TRACE(testing::Message() << "QUILLMERE_SEED=" << seed << " replays this");
   std::mt19937 random(seed);
   constexpr double rates[] = {0.0, 8000.0, 44100.0, 48000.0, 96000.0, 192000.0};
-  constexpr float gains[] = {0.0F, 1.0F, 0.5F, 0.3F, 1e-30F, -0.0F, 0.9999999F};
+  constexpr float gains[] = {0.0F, 1.0F, 0.5F, 0.3F, 1e-18F, 1e-30F, 1e-38F, 1e-42F, -0.0F, 0.9999999F};
   for (int round = 0; round < 3000; ++round) {
     const bool usual = random() % 2 == 0;
     const std::uint32_t inChannels = usual ? 2 : 1 + random() % 4;
@@ -378,7 +399,7 @@ TEST_F(IOProcessor, RandomBuffersGiveTheBitsOfThePlainFormula) {
       run(input, output, sampleRate);
       reference.run(input.list(), expected.list(), sampleRate);
     }
-    ASSERT_EQ(output.bits(), expected.bits()) << "round " << round;
+    ASSERT_TRUE(isHeardAs(expected.bits(), output.bits())) << "round " << round;
     ASSERT_EQ(bitsOf(words.currentGain), bitsOf(reference.currentGain)) << "round " << round;
     ASSERT_EQ(bitsOf(words.recentInputPeak), bitsOf(reference.recentInputPeak)) << "round " << round;
   }
@@ -395,10 +416,126 @@ TEST_F(IOProcessor, AWholeGlideUntilItRestsGivesTheBitsOfThePlainFormula) {
     for (int callback = 0; callback < 250; ++callback) {
       run(input, output, rate);
       reference.run(input.list(), expected.list(), rate);
-      ASSERT_EQ(output.bits(), expected.bits()) << from << " to " << to << ", callback " << callback;
+      ASSERT_TRUE(isHeardAs(expected.bits(), output.bits())) << from << " to " << to << ", callback " << callback;
+      ASSERT_EQ(bitsOf(words.currentGain), bitsOf(reference.currentGain)) << from << " to " << to;
     }
     EXPECT_EQ(bitsOf(words.currentGain), bitsOf(reference.currentGain));
     EXPECT_NEAR(words.currentGain.load(), to, 1e-4);
+  }
+}
+
+// Gains next to nothing.
+
+/// Any of them that is positive.
+float anyFaintGain(std::mt19937& random) {
+  return std::bit_cast<float>(static_cast<std::uint32_t>(1 + random() % (bitsOf(0x1p-64F) - 1)));
+}
+
+TEST(FaintGain, IsBelowTwoToTheMinusSixtyFourAndNotZero) {
+  for (const float faint : {0x0.ffffffp-64F, 1e-38F, 1e-42F, std::numeric_limits<float>::denorm_min(), -1e-30F}) {
+    EXPECT_TRUE(io::isFaint(faint)) << faint;
+  }
+  for (const float other : {0.0F, -0.0F, 0x1p-64F, 1e-10F, 1.0F, std::numeric_limits<float>::quiet_NaN()}) {
+    EXPECT_FALSE(io::isFaint(other)) << other;
+  }
+}
+
+TEST(FaintGain, TheGlideToSilenceTakesTheFormulasStepsToTheLastBitUntilItRests) {
+  std::mt19937 random(11);
+  const float silence[2] = {};
+  float output[2] = {};
+  for (const double sampleRate : {8000.0, 11025.0, 44100.0, 48000.0, 96000.0, 192000.0, 768000.0}) {
+    const float coefficient = glideCoefficient(sampleRate);
+    for (int round = 0; round < 8; ++round) {
+      // Any faint positive gain, the first of all at the edge of the range.
+      float formula = round == 0 ? 0x0.ffffffp-64F : anyFaintGain(random);
+      float gain = formula;
+      bool rests = false;
+      while (!rests) {
+        const float next = formula + (0.0F - formula) * coefficient;
+        const auto fade = io::fadeFaint(silence, output, 1, gain, coefficient, 0.0F);
+        rests = bitsOf(next) == bitsOf(formula);
+        ASSERT_EQ(fade.frames, rests ? 0U : 1U) << sampleRate << " after " << std::hexfloat << formula;
+        ASSERT_EQ(bitsOf(fade.gain), bitsOf(next)) << sampleRate << " after " << std::hexfloat << formula;
+        formula = next;
+        gain = fade.gain;
+      }
+      EXPECT_GT(gain, 0.0F) << "a glide ends above nothing";
+    }
+  }
+}
+
+TEST(FaintGain, WhatIsNotDenormalByTheFormulaHasItsBitsWhateverTheSamples) {
+  std::mt19937 random(12);
+  for (int round = 0; round < 4000; ++round) {
+    const float gain = anyFaintGain(random) * (random() % 8 == 0 ? -1.0F : 1.0F);
+    constexpr std::size_t count = 64;
+    std::vector<float> input(count);
+    // Any bits there are; and by turns samples whose products lie close to the least ordinary number.
+    for (auto& sample : input) {
+      sample = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
+      if (round % 2 == 0)
+        sample = static_cast<float>(0x1p-126 / gain * (1.0 + (static_cast<double>(random() % 64) - 32.0) * 0x1p-24));
+    }
+    std::vector<std::uint32_t> formula;
+    for (const float sample : input) formula.push_back(bitsOf(gain * sample));
+    std::vector<float> output(count, untouched);
+    const float peak = io::steadyFaintGain(input.data(), output.data(), count, gain, 0.25F);
+    std::vector<float> expected(count);
+    EXPECT_EQ(bitsOf(peak), bitsOf(io::steadyGainScalar(input.data(), expected.data(), count, gain, 0.25F)));
+    auto same = input;
+    EXPECT_EQ(bitsOf(io::steadyFaintGain(same.data(), same.data(), count, gain, 0.25F)), bitsOf(peak));
+    std::vector<std::uint32_t> written;
+    std::vector<std::uint32_t> writtenInPlace;
+    for (std::size_t i = 0; i < count; ++i) written.push_back(bitsOf(output[i]));
+    for (std::size_t i = 0; i < count; ++i) writtenInPlace.push_back(bitsOf(same[i]));
+    ASSERT_TRUE(isHeardAs(formula, written)) << std::hexfloat << gain;
+    ASSERT_TRUE(isHeardAs(formula, writtenInPlace)) << std::hexfloat << gain;
+  }
+}
+
+#if defined(__SSE2__)
+/// The processor notes every operation that took a denormal number, and every one that would have given one.
+constexpr unsigned denormalOperations = 0x0002 | 0x0010;
+
+TEST_F(IOProcessor, OnTheWholeWayToSilenceAndThereNoOperationMeetsADenormalNumber) {
+  Samples input(2, 1024, 0.0F);
+  std::mt19937 random(13);
+  for (std::size_t i = 0; i < input.count(); ++i) input[i] = std::uniform_real_distribution<float>(-1.0F, 1.0F)(random);
+  Samples output(2, 1024, 0.0F);
+  words.currentGain = 1.0F;
+  words.targetGain = 0.0F;
+  for (int callback = 0; callback < 250; ++callback) {
+    _mm_setcsr(_mm_getcsr() & ~denormalOperations);
+    run(input, output);
+    ASSERT_EQ(_mm_getcsr() & denormalOperations, 0U) << "callback " << callback;
+  }
+  const float rest = words.currentGain;
+  EXPECT_EQ(std::fpclassify(rest), FP_SUBNORMAL) << "or nothing has been seen here";
+  // The trap works: the same as one would write it down.
+  _mm_setcsr(_mm_getcsr() & ~denormalOperations);
+  ReferenceIO reference{.targetGain = 0.0F, .currentGain = rest};
+  reference.run(input.list(), output.list(), rate);
+  EXPECT_EQ(_mm_getcsr() & denormalOperations, denormalOperations);
+}
+#endif
+
+TEST_F(IOProcessor, ARaisedGainGlidesFromWhereTheMutedOneRestsAsTheFormulaDoes) {
+  ReferenceIO reference{.targetGain = 0.0F, .currentGain = 1.0F};
+  words.targetGain = 0.0F;
+  words.currentGain = 1.0F;
+  Samples input(2, 1024, 0.6F);
+  Samples output(2, 1024, 0.0F);
+  Samples expected(2, 1024, 0.0F);
+  for (const float target : {0.0F, 0.8F, 0.0F, 1e-40F, 1.0F}) {
+    words.targetGain = target;
+    reference.targetGain = target;
+    for (int callback = 0; callback < 200; ++callback) {
+      run(input, output);
+      reference.run(input.list(), expected.list(), rate);
+      ASSERT_TRUE(isHeardAs(expected.bits(), output.bits())) << "to " << target;
+      ASSERT_EQ(bitsOf(words.currentGain), bitsOf(reference.currentGain)) << "to " << target;
+    }
   }
 }
 
@@ -414,6 +551,7 @@ std::vector<NamedKernel> kernels() {
 #if defined(__x86_64__)
   all.push_back({"SSE2", io::steadyGainSSE2});
   if (io::hasAVX2()) all.push_back({"AVX2", io::steadyGainAVX2});
+  if (io::hasAVX512()) all.push_back({"AVX-512", io::steadyGainAVX512});
 #endif
   return all;
 }
@@ -422,7 +560,7 @@ TEST(SteadyGain, EveryVariantGivesTheBitsOfTheScalarOneAtEveryLengthAndAlignment
   std::mt19937 random(7);
   for (const auto& [name, kernel] : kernels()) {
     for (std::size_t count = 0; count < 200; ++count) {
-      for (std::size_t offset = 0; offset < 9; ++offset) {
+      for (std::size_t offset = 0; offset < 17; ++offset) {
         std::vector<float> input(count + 16);
         for (auto& sample : input) sample = oddSample(random);
         std::vector<float> output(count + 32, untouched);
@@ -434,6 +572,13 @@ TEST(SteadyGain, EveryVariantGivesTheBitsOfTheScalarOneAtEveryLengthAndAlignment
         ASSERT_EQ(bitsOf(peak), bitsOf(expectedPeak)) << name << " " << count << " " << offset;
         for (std::size_t i = 0; i < output.size(); ++i) {
           ASSERT_EQ(bitsOf(output[i]), bitsOf(expected[i])) << name << " " << count << " " << offset << " at " << i;
+        }
+        // The same memory, from the same place within a vector.
+        std::copy_n(input.data() + offset / 2, count, output.data() + offset);
+        ASSERT_EQ(bitsOf(kernel(output.data() + offset, output.data() + offset, count, gain, 0.1F)), bitsOf(peak));
+        for (std::size_t i = 0; i < output.size(); ++i) {
+          ASSERT_EQ(bitsOf(output[i]), bitsOf(expected[i]))
+              << name << " in place " << count << " " << offset << " " << i;
         }
       }
     }

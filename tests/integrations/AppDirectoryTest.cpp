@@ -151,6 +151,12 @@ TEST_F(Directory, WhatSoundsRunsOnceAndBehindTheOthers) {
   EXPECT_EQ(directory.runningApps(), (Apps{{"ant", "Ant", "", true}, {"tool", "A tool", "", true}}));
 }
 
+TEST_F(Directory, WhatMayNeverComeToTheFrontIsNotListedAndStillHasItsName) {
+  workspace.setRunningApplications({{"agent", "An Agent", 1, true}, {"ant", "Ant", 2}});
+  EXPECT_EQ(directory.runningApps(), (Apps{{"ant", "Ant", "", true}}));
+  EXPECT_EQ(directory.name("agent"), "An Agent");
+}
+
 TEST_F(Directory, ARunningProcessWithoutIdentifierOrNameIsNotListed) {
   workspace.setRunningApplications({{std::nullopt, "Nobody", 1}, {"nameless", std::nullopt, 2}, {"", "Empty", 3}});
   EXPECT_THAT(directory.runningApps(), IsEmpty());

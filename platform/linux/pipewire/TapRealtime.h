@@ -116,9 +116,10 @@ class TapRealtime {
 
   /// The longest cycle that the daemon is ever configured for; what is longer is cut.
   static constexpr std::size_t mostFrames = 8192;
-  /// The block takes interleaved frames, the graph one buffer a channel. Audio side only.
-  std::array<float, 2 * mostFrames> input_{};
-  std::array<float, 2 * mostFrames> output_{};
+  /// The block takes interleaved frames, the graph one buffer a channel. Audio side only. Both begin with a cache line
+  /// and lie a whole number of pages apart, which is where the block's vectors fit and no read waits for a write.
+  alignas(64) std::array<float, 2 * mostFrames> input_{};
+  alignas(64) std::array<float, 2 * mostFrames> output_{};
 };
 
 }  // namespace quillmere::pipewire

@@ -1,13 +1,13 @@
 // A tap's cycle on ports of its own: what is heard, what goes back to whom, and the proof that it allocates nothing,
 // locks nothing and enters no system call.
 #include <gtest/gtest.h>
-#include <spa/buffer/buffer.h>
 #include <spa/node/io.h>
 #include <spa/node/node.h>
 
 #include <array>
 #include <vector>
 
+#include "GraphPort.h"
 #include "TrappedCalls.h"
 #include "WithoutSystemCalls.h"
 #include "platform/linux/pipewire/TapRealtime.h"
@@ -15,45 +15,9 @@
 namespace quillmere::pipewire {
 namespace {
 
-constexpr std::uint32_t longest = 2048;
-
-/// What the graph gives a port: a place to hand buffers over, and some.
-struct Port {
-  struct Slot {
-    std::vector<float> samples = std::vector<float>(longest);
-    spa_chunk chunk{};
-    spa_data data{};
-    spa_buffer buffer{};
-  };
-  spa_io_buffers io{SPA_STATUS_NEED_DATA, SPA_ID_INVALID};
-  std::array<Slot, 3> slots;
-
-  explicit Port(float level) {
-    for (auto& slot : slots) {
-      slot.samples.assign(longest, level);
-      slot.data.data = slot.samples.data();
-      slot.data.maxsize = longest * sizeof(float);
-      slot.data.chunk = &slot.chunk;
-      slot.buffer.n_datas = 1;
-      slot.buffer.datas = &slot.data;
-    }
-  }
-  void plugInto(TapPort& port, std::size_t count = 3) {
-    std::array<spa_buffer*, 3> buffers{&slots[0].buffer, &slots[1].buffer, &slots[2].buffer};
-    port.io = &io;
-    TapRealtime::setBuffers(port, std::span(buffers).first(count));
-  }
-  void handOver(std::uint32_t frames, std::uint32_t slot = 0) {
-    slots.at(slot).chunk = {0, frames * static_cast<std::uint32_t>(sizeof(float)), sizeof(float), 0};
-    io = {SPA_STATUS_HAVE_DATA, slot};
-  }
-  [[nodiscard]] const Slot& handedOver() const { return slots.at(io.buffer_id); }
-  [[nodiscard]] float at(std::size_t frame) const { return handedOver().samples.at(frame); }
-};
-
 struct TapRealtimeTest : testing::Test {
-  Port front[2]{Port(0.25F), Port(-0.5F)};
-  Port played[3]{Port(9.0F), Port(9.0F), Port(9.0F)};
+  GraphPort front[2]{GraphPort(0.25F), GraphPort(-0.5F)};
+  GraphPort played[3]{GraphPort(9.0F), GraphPort(9.0F), GraphPort(9.0F)};
   spa_io_position position{};
   TapRealtime tap;
   int blockCalls = 0;
@@ -126,7 +90,7 @@ TEST_F(TapRealtimeTest, BuffersGoRoundAndNoneIsWrittenThatIsStillRead) {
   EXPECT_EQ(played[0].io.status, SPA_STATUS_HAVE_DATA);
   position.clock.duration = 64;
   front[0].handOver(64);
-  front[0].slots[0].samples.assign(longest, 0.75F);
+  front[0].slots[0].samples.assign(GraphPort::longest, 0.75F);
   tap.cycle();
   EXPECT_EQ(played[0].io.buffer_id, first);
   EXPECT_FLOAT_EQ(played[0].at(0), 0.125F) << "the device hasn't taken it yet";
@@ -200,7 +164,7 @@ TEST_F(TapRealtimeTest, ASingleChannelIsHeardOnBothSides) {
 }
 
 TEST_F(TapRealtimeTest, ManyChannelsAreMixedByTheirShares) {
-  Port centre(1.0F);
+  GraphPort centre(1.0F);
   tap.setInputs(std::array{leftShare, rightShare, ChannelShare{0.5F, 0.25F}});
   front[0].plugInto(*tap.input(0));
   front[1].plugInto(*tap.input(1));

@@ -1,7 +1,36 @@
 // Stands for <AppKit/AppKit.h>
 #pragma once
 
+#import <AppKit/NSAccessibility.h>
+#import <AppKit/NSApplication.h>
+#import <AppKit/NSBezierPath.h>
+#import <AppKit/NSBitmapImageRep.h>
+#import <AppKit/NSButton.h>
+#import <AppKit/NSCell.h>
+#import <AppKit/NSColor.h>
+#import <AppKit/NSControl.h>
 #import <AppKit/NSEvent.h>
+#import <AppKit/NSFontDescriptor.h>
+#import <AppKit/NSGraphics.h>
+#import <AppKit/NSGraphicsContext.h>
+#import <AppKit/NSImage.h>
+#import <AppKit/NSImageRep.h>
+#import <AppKit/NSMenu.h>
+#import <AppKit/NSMenuItem.h>
+#import <AppKit/NSOpenPanel.h>
+#import <AppKit/NSPanel.h>
+#import <AppKit/NSPopover.h>
+#import <AppKit/NSResponder.h>
+#import <AppKit/NSRunningApplication.h>
+#import <AppKit/NSSavePanel.h>
 #import <AppKit/NSSound.h>
+#import <AppKit/NSStatusBar.h>
+#import <AppKit/NSStatusBarButton.h>
+#import <AppKit/NSStatusItem.h>
+#import <AppKit/NSUserInterfaceItemIdentification.h>
+#import <AppKit/NSView.h>
+#import <AppKit/NSViewController.h>
+#import <AppKit/NSWindow.h>
+#import <AppKit/NSWorkspace.h>
 #import <CoreGraphics/CoreGraphics.h>
 #import <Foundation/Foundation.h>

@@ -21,12 +21,23 @@ typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) {
   NSEventModifierFlagOption = 1 << 19,
   NSEventModifierFlagCommand = 1 << 20,
 };
+typedef NS_OPTIONS(unsigned long long, NSEventMask) {
+  NSEventMaskLeftMouseDown = 1ULL << NSEventTypeLeftMouseDown,
+  NSEventMaskRightMouseDown = 1ULL << NSEventTypeRightMouseDown,
+  NSEventMaskScrollWheel = 1ULL << NSEventTypeScrollWheel,
+};
 @class NSGraphicsContext;
+@class NSWindow;
 
 @interface NSEvent : NSObject <NSCopying>
 @property(readonly) NSEventType type;
 @property(readonly) NSEventModifierFlags modifierFlags;
 @property(nullable, readonly) CGEventRef CGEvent;
+@property(nullable, readonly, weak) NSWindow* window;
+@property(readonly) CGFloat scrollingDeltaY;
++ (nullable id)addLocalMonitorForEventsMatchingMask:(NSEventMask)mask
+                                            handler:(NSEvent* _Nullable (^)(NSEvent* event))handler;
++ (void)removeMonitor:(id)monitor;
 + (nullable NSEvent*)otherEventWithType:(NSEventType)type
                                location:(NSPoint)location
                           modifierFlags:(NSEventModifierFlags)flags

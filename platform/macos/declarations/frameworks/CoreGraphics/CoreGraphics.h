@@ -5,3 +5,4 @@
 #include <CoreGraphics/CGEvent.h>
 #include <CoreGraphics/CGEventTypes.h>
 #include <CoreGraphics/CGGeometry.h>
+#include <CoreGraphics/CGImage.h>

@@ -3,6 +3,7 @@
 
 #import <CoreFoundation/CoreFoundation.h>
 #import <Foundation/NSAppleEventDescriptor.h>
+#import <Foundation/NSAppleEventManager.h>
 #import <Foundation/NSAppleScript.h>
 #import <Foundation/NSArray.h>
 #import <Foundation/NSBundle.h>
@@ -11,17 +12,23 @@
 #import <Foundation/NSDictionary.h>
 #import <Foundation/NSEnumerator.h>
 #import <Foundation/NSError.h>
+#import <Foundation/NSFileManager.h>
 #import <Foundation/NSGeometry.h>
+#import <Foundation/NSLocale.h>
 #import <Foundation/NSNotification.h>
 #import <Foundation/NSObjCRuntime.h>
 #import <Foundation/NSObject.h>
 #import <Foundation/NSOperation.h>
+#import <Foundation/NSPathUtilities.h>
 #import <Foundation/NSProcessInfo.h>
 #import <Foundation/NSRange.h>
 #import <Foundation/NSRunLoop.h>
 #import <Foundation/NSString.h>
 #import <Foundation/NSThread.h>
 #import <Foundation/NSURL.h>
+#import <Foundation/NSURLRequest.h>
+#import <Foundation/NSURLResponse.h>
+#import <Foundation/NSURLSession.h>
 #import <Foundation/NSUUID.h>
 #import <Foundation/NSUserDefaults.h>
 #import <Foundation/NSValue.h>

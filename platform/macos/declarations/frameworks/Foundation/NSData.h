@@ -11,4 +11,9 @@
 + (instancetype)dataWithBytes:(nullable const void*)bytes length:(NSUInteger)length;
 @end
 
+@interface NSMutableData : NSData
++ (instancetype)data;
+- (void)appendData:(NSData*)other;
+@end
+
 #pragma clang assume_nonnull end

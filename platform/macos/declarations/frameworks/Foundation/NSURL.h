@@ -9,8 +9,11 @@
 @property(nullable, readonly, copy) NSString* path;
 @property(nullable, readonly, copy) NSString* absoluteString;
 @property(nullable, readonly, copy) NSString* lastPathComponent;
+@property(nullable, readonly, copy) NSString* pathExtension;
+@property(nullable, readonly, copy) NSString* scheme;
 + (nullable instancetype)URLWithString:(NSString*)text;
 + (NSURL*)fileURLWithPath:(NSString*)path;
+- (nullable NSURL*)URLByAppendingPathComponent:(NSString*)component;
 + (NSURL*)fileURLWithPath:(NSString*)path isDirectory:(BOOL)isDirectory;
 @end
 

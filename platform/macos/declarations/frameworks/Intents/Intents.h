@@ -1,0 +1,4 @@
+// Stands for <Intents/Intents.h>
+#pragma once
+
+#import <Intents/INFocusStatusCenter.h>

@@ -1,0 +1,4 @@
+// Stands for <ServiceManagement/ServiceManagement.h>
+#pragma once
+
+#import <ServiceManagement/SMAppService.h>
