@@ -14,6 +14,7 @@
 #include "platform/linux/LinuxSessionWatch.h"
 #include "platform/linux/LinuxSingleInstance.h"
 #include "platform/linux/LinuxStatusItem.h"
+#include "platform/linux/LinuxThreads.h"
 #include "platform/linux/LinuxWindowsLauncher.h"
 #include "platform/linux/ProgramBeside.h"
 #include "platform/linux/SessionLanguages.h"
@@ -24,6 +25,7 @@ int main(int argc, char** argv) {
   // Before any thread, and before the first text.
   sessionLanguages();
   useGettextTexts({"locale", QUILLMERE_LOCALE_FOLDER});
+  installHostThreads(linuxThreads());
   Host host;
   host.makeLogSink = [] { return std::make_unique<JournalLogSink>(); };
   host.makeMachine = [](const Runtime& runtime) {

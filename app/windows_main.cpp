@@ -8,6 +8,7 @@
 
 #include "platform/linux/JournalLogSink.h"
 #include "platform/linux/LinuxDesktop.h"
+#include "platform/linux/LinuxThreads.h"
 #include "platform/linux/LinuxWindowsLauncher.h"
 #include "platform/linux/ProgramBeside.h"
 #include "platform/linux/SessionLanguages.h"
@@ -19,6 +20,7 @@ int main(int argc, char** argv) {
   ::prctl(PR_SET_NAME, "quillmere-wins");
   // A terminal's interrupt is for the program behind the windows, which ends these.
   std::signal(SIGINT, SIG_IGN);
+  installHostThreads(linuxThreads());
   WindowsHost host;
   host.makeLogSink = [] { return std::make_unique<JournalLogSink>(); };
   host.languages = sessionLanguages;

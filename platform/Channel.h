@@ -8,9 +8,10 @@
 
 namespace quillmere {
 
-/// All come on a thread of the channel's own: `received` once a message; `closed` once, last of all, when the other
-/// end has closed or ended, reads nothing any more, or sends what is no message; `drained`, which may be absent, when
-/// the other end has taken all that had to wait for it. None comes once the channel's destructor has begun.
+/// All come in order on a thread of the host's, where nothing may wait: `received` once a message; `closed` once, last
+/// of all, when the other end has closed or ended, reads nothing any more, or sends what is no message; `drained`,
+/// which may be absent, when the other end has taken all that had to wait for it. None comes once the channel's
+/// destructor has begun.
 struct ChannelEvents {
   std::function<void(std::string message)> received;
   std::function<void()> closed;

@@ -12,6 +12,9 @@ class SessionWatch {
   /// Called on [main], once, when the session has ended: nobody can see or use the program any more. Not called where
   /// there was no session to watch.
   virtual void onEnded(std::function<void()> callback) = 0;
+  /// Called on [main] whenever the program is asked from outside to end in order: by the session, by the system, by
+  /// whoever has started it.
+  virtual void onEndRequested(std::function<void()> callback) = 0;
 };
 
 }  // namespace quillmere

@@ -1,4 +1,4 @@
-// A serial queue on a thread of its own, lent to whoever waits for it while it is free.
+// A serial queue with a thread while there is work, lent to whoever waits for it while it is free.
 #include "runtime/SerialQueue.h"
 
 #include <atomic>
@@ -8,12 +8,10 @@
 #include <thread>
 #include <utility>
 
-#if defined(__linux__)
-#include <pthread.h>
-#endif
-
+#include "runtime/HostThreads.h"
 #include "runtime/Threads.h"
 #include "runtime/TimerStore.h"
+#include "runtime/TransientSerialQueue.h"
 
 namespace quillmere {
 
@@ -25,7 +23,7 @@ namespace {
 
 class ThreadSerialQueue final : public SerialQueue {
  public:
-  explicit ThreadSerialQueue(std::string label) : thread_([this, name = std::move(label)] { run(name); }) {}
+  ThreadSerialQueue(std::string label, Duration idleTime) : label_(std::move(label)), idleTime_(idleTime) {}
 
   ~ThreadSerialQueue() override {
     {
@@ -33,13 +31,14 @@ class ThreadSerialQueue final : public SerialQueue {
       closing_ = true;
     }
     changed_.notify_one();
-    thread_.join();
+    if (thread_.joinable()) thread_.join();
   }
 
   void async(Work work) override {
     {
       const std::lock_guard lock(mutex_);
       queue_.push_back(std::move(work));
+      ensureThread();
     }
     changed_.notify_one();
   }
@@ -48,6 +47,7 @@ class ThreadSerialQueue final : public SerialQueue {
     {
       const std::lock_guard lock(mutex_);
       timers_.add(std::chrono::steady_clock::now() + delay, std::move(work));
+      ensureThread();
     }
     changed_.notify_one();
   }
@@ -92,12 +92,17 @@ class ThreadSerialQueue final : public SerialQueue {
     return true;
   }
 
-  void run([[maybe_unused]] const std::string& label) {
-#if defined(__linux__)
-    // The kernel keeps 15 characters of a thread's name; the end of a dotted label tells more than its start.
-    const auto name = label.size() > 15 ? label.substr(label.size() - 15) : label;
-    pthread_setname_np(pthread_self(), name.c_str());
-#endif
+  /// Under the mutex. Whatever is queued or waits for its time has a thread.
+  void ensureThread() {
+    if (hasThread_) return;
+    // The last one has let go of the mutex for good.
+    if (thread_.joinable()) thread_.join();
+    hasThread_ = true;
+    thread_ = std::thread([this] { run(); });
+  }
+
+  void run() {
+    if (const auto name = hostThreads().nameThread) name(label_);
     std::unique_lock lock(mutex_);
     while (waitForWork(lock)) {
       Work work = std::move(queue_.front());
@@ -111,38 +116,55 @@ class ThreadSerialQueue final : public SerialQueue {
       lock.lock();
       isRunning_ = false;
     }
+    hasThread_ = false;
   }
 
-  /// Waits until something is queued and nothing runs; false at the end, with everything done.
+  /// Waits until something is queued and nothing runs; false at the end, with everything done, and where nothing has
+  /// come for a while.
   bool waitForWork(std::unique_lock<std::mutex>& lock) {
+    const auto end = std::chrono::steady_clock::now() + idleTime_;
     while (true) {
-      timers_.moveDue(std::chrono::steady_clock::now(), queue_);
+      const auto now = std::chrono::steady_clock::now();
+      timers_.moveDue(now, queue_);
       if (!isRunning_ && !queue_.empty()) return true;
       if (!isRunning_ && closing_) return false;
       if (const auto due = timers_.nextDue()) {
         changed_.wait_until(lock, *due);
-      } else {
+      } else if (!queue_.empty()) {
+        // Somebody is at work on the queue, and calls when it is free.
         changed_.wait(lock);
+      } else if (now < end) {
+        changed_.wait_until(lock, end);
+      } else {
+        return false;
       }
     }
   }
 
+  const std::string label_;
+  const Duration idleTime_;
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<Work> queue_;
   TimerStore timers_;
   bool closing_ = false;
   bool isRunning_ = false;
+  /// One that has not said yet that it ends.
+  bool hasThread_ = false;
   /// Who is the queue at this moment; nobody's id while nothing runs.
   std::atomic<std::thread::id> runner_;
-  // Last: the thread uses all of the above.
   std::thread thread_;
 };
 
 }  // namespace
 
 std::unique_ptr<SerialQueue> makeThreadSerialQueue(std::string label) {
-  return std::make_unique<ThreadSerialQueue>(std::move(label));
+  // Work comes in bursts, as a slider moves; a thread that has just ended would only be made again.
+  return makeTransientSerialQueue(std::move(label), std::chrono::seconds(5));
+}
+
+std::unique_ptr<SerialQueue> makeTransientSerialQueue(std::string label, Duration idleTime) {
+  return std::make_unique<ThreadSerialQueue>(std::move(label), idleTime);
 }
 
 }  // namespace quillmere

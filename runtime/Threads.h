@@ -9,7 +9,7 @@
 // Below platform/linux/ there are two more:
 //
 //   [loop]        the PipeWire host's loop: its own thread, or another one while that holds the loop (LoopLock)
-//   [bus]         the thread of a connection to the session bus; each connection has one of its own
+//   [host]        the host's loop, one thread: the bus, sockets, signals, the display's end; nothing there waits
 //
 // A tag in the comment of a function is the function's; of a class, its public members' that have none of their own; at
 // the head of a file, everybody's in it. "[any but main]" leaves a thread out.

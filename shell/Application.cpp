@@ -23,7 +23,6 @@
 #include "shell/QuillmereAppDelegate.h"
 #include "shell/StatusBarController.h"
 #include "shell/StatusItemPresenter.h"
-#include "shell/TerminationSignals.h"
 #include "shell/WindowsProcess.h"
 #include "state/AppState.h"
 
@@ -202,8 +201,8 @@ int runApplication(int argc, char** argv, const Host& host) {
     const auto item = host.makeStatusItem(runtime);
     const auto terminate = [&main] { main.stop(); };
     Shell shell(*state, runtime, *instance, *item, *launcher, updater ? &*updater : nullptr, terminate);
-    const TerminationSignals signals(main, terminate);
     const auto session = host.makeSessionWatch(runtime);
+    session->onEndRequested(terminate);
     session->onEnded([terminate, &log] {
       Logger(*log, "Application").standard("the desktop session has ended");
       terminate();

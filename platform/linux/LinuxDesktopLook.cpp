@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "applications/DesktopEntries.h"
-#include "bus/BusThread.h"
+#include "bus/BusConnection.h"
 #include "look/LookFact.h"
 #include "portal/Portal.h"
 #include "runtime/Threads.h"
@@ -93,7 +93,7 @@ void LinuxDesktopLook::look() {
     take(look::factsInFiles(options.configHome ? *options.configHome : configHomeOfUser(),
                             options.desktops ? *options.desktops : applications::currentDesktops()));
   });
-  portal_->use([take](bus::BusThread* bus) {
+  portal_->use([take](bus::BusConnection* bus) {
     if (bus == nullptr) return;
     bus->subscribe(settingsInterface, "SettingChanged", portal::objectPath, nullptr,
                    [take](const std::string&, GVariant* parameters) {

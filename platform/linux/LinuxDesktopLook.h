@@ -32,7 +32,7 @@ class LinuxDesktopLook final : public DesktopLook {
                    LinuxDesktopLookOptions options = {});
   ~LinuxDesktopLook() override;
 
-  /// The first call begins to look; the disk is read on [background], the portal asked on [bus].
+  /// The first call begins to look; the disk is read on [background], the portal asked on [host].
   void onWished(std::function<void(const LookWishes&)> callback) override;
 
  private:

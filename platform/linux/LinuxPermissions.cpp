@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "applications/DesktopEntries.h"
-#include "bus/BusThread.h"
+#include "bus/BusConnection.h"
 #include "portal/Portal.h"
 
 namespace quillmere {
@@ -92,7 +92,7 @@ class Look : public std::enable_shared_from_this<Look> {
   Look(bool readsSettings, std::function<void(Answers)> done) : readsSettings_(readsSettings), done_(std::move(done)) {}
   ~Look() { done_(answers_); }
 
-  void start(bus::BusThread* bus) {
+  void start(bus::BusConnection* bus) {
     if (readsSettings_ && hasNotificationSettings()) answers_.focus = FocusAuthorization::authorized;
     if (bus == nullptr) return;
     // The portal comes with the desktop or with the first who needs it; nothing else is started to be asked.
@@ -114,7 +114,7 @@ class Look : public std::enable_shared_from_this<Look> {
  private:
   using Taker = void (*)(Look&, GVariant*, const GError*);
 
-  void ask(bus::BusThread& bus, const Source& source, GDBusCallFlags flags, Taker take) {
+  void ask(bus::BusConnection& bus, const Source& source, GDBusCallFlags flags, Taker take) {
     bus.ask(source.service, source.path, source.interface, source.method,
             g_variant_new("(ss)", source.first, source.second), answerTimeout, flags,
             [self = shared_from_this(), take](GVariant* reply, const GError* error) { take(*self, reply, error); });
@@ -191,7 +191,7 @@ void LinuxPermissions::look(std::function<void()> looked) {
     });
   };
   const auto made = std::make_shared<Look>(readsSettings, std::move(done));
-  portal_->use([made](bus::BusThread* bus) { made->start(bus); });
+  portal_->use([made](bus::BusConnection* bus) { made->start(bus); });
 }
 
 bool LinuxPermissions::openSettings(const std::string& anchor) {

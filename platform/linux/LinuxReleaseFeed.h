@@ -5,13 +5,14 @@
 #include <chrono>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/ReleaseFeed.h"
 #include "runtime/Executor.h"
 
 namespace quillmere {
+
+class HostLoop;
 
 struct LinuxReleaseFeedOptions {
   /// The program that writes the feed to its standard output, and its arguments; the first is the program's path.
@@ -22,7 +23,7 @@ struct LinuxReleaseFeedOptions {
   std::size_t maxBytes = std::size_t{256} * 1024;
 };
 
-/// [main] Waits on a thread that is there as long as the program is.
+/// [main]
 class LinuxReleaseFeed final : public ReleaseFeed {
  public:
   LinuxReleaseFeed(Executor& main, LinuxReleaseFeedOptions options);
@@ -34,15 +35,16 @@ class LinuxReleaseFeed final : public ReleaseFeed {
   void fetch(Reply reply) override;
 
  private:
+  class Fetch;
   void finish(const Answer& answer);
 
   Executor& main_;
   LinuxReleaseFeedOptions options_;
   std::vector<Reply> waiting_;
   std::shared_ptr<LinuxReleaseFeed*> self_;
-  /// Written to when the program has to end.
-  int wake_ = -1;
-  std::thread thread_;
+  const std::shared_ptr<HostLoop> loop_;
+  /// [host]
+  std::unique_ptr<Fetch> fetch_;
 };
 
 }  // namespace quillmere

@@ -1,20 +1,23 @@
-// A connection that is never used: a Wayland compositor's socket, or an X server's.
+// A connection that is never used, a Wayland compositor's socket or an X server's; and a pipe that signals write to.
 #include "platform/linux/LinuxSessionWatch.h"
 
-#include <poll.h>
-#include <sys/eventfd.h>
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
 
 #include <array>
-#include <cstdint>
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
+
+#include "loop/DescriptorWatch.h"
+#include "loop/HostLoop.h"
 
 namespace quillmere {
 
@@ -79,28 +82,85 @@ class LinuxSessionWatch::Display {
   std::unique_ptr<xcb_connection_t, Disconnect> server_;
 };
 
-LinuxSessionWatch::LinuxSessionWatch(Executor& main) : main_(main), display_(std::make_unique<Display>()) {}
+/// The signals as bytes in a pipe. They are not turned off for threads and children, as a descriptor made for them
+/// would want.
+class LinuxSessionWatch::Signals {
+ public:
+  Signals() {
+    std::array<int, 2> ends{-1, -1};
+    if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
+    readEnd_ = ends[0];
+    writeEnd = ends[1];
+    for (const int signal : handledSignals) std::signal(signal, handle);
+  }
+  ~Signals() {
+    if (readEnd_ < 0) return;
+    for (const int signal : handledSignals) std::signal(signal, SIG_DFL);
+    ::close(std::exchange(writeEnd, -1));
+    ::close(readEnd_);
+  }
+  Signals(const Signals&) = delete;
+  Signals& operator=(const Signals&) = delete;
+
+  /// -1 where they end the process at once.
+  [[nodiscard]] int descriptor() const { return readEnd_; }
+  void read() const {
+    std::array<char, 16> bytes;
+    while (::read(readEnd_, bytes.data(), bytes.size()) > 0) continue;
+  }
+
+ private:
+  static constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
+  /// A signal handler may do no more than write a byte.
+  static inline volatile std::sig_atomic_t writeEnd = -1;
+
+  static void handle(int /*signal*/) {
+    const int before = errno;
+    static_cast<void>(!::write(writeEnd, "", 1));
+    errno = before;
+  }
+
+  int readEnd_ = -1;
+};
+
+/// [host]
+struct LinuxSessionWatch::Watches {
+  std::optional<DescriptorWatch> display;
+  std::optional<DescriptorWatch> signals;
+};
+
+LinuxSessionWatch::LinuxSessionWatch(Executor& main)
+    : main_(main),
+      loop_(HostLoop::ofProcess()),
+      display_(std::make_unique<Display>()),
+      watches_(std::make_unique<Watches>()) {}
 
 void LinuxSessionWatch::onEnded(std::function<void()> callback) {
-  if (display_->descriptor() < 0 || thread_.joinable()) return;
-  wake_ = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-  thread_ = std::thread([this, callback = std::move(callback)] {
-    std::array<pollfd, 2> watched{{{display_->descriptor(), POLLIN, 0}, {wake_, POLLIN, 0}}};
-    for (;;) {
-      if (::poll(watched.data(), watched.size(), -1) < 0) continue;
-      if (watched[1].revents != 0) return;
-      if (!display_->read()) break;
-    }
-    main_.post(callback);
+  if (display_->descriptor() < 0) return;
+  loop_->perform([&] {
+    watches_->display.emplace(*loop_, display_->descriptor(), readable,
+                              [this, callback = std::move(callback)](GIOCondition) {
+                                if (display_->read()) return;
+                                watches_->display.reset();
+                                main_.post(callback);
+                              });
+  });
+}
+
+void LinuxSessionWatch::onEndRequested(std::function<void()> callback) {
+  signals_ = std::make_unique<Signals>();
+  if (signals_->descriptor() < 0) return;
+  loop_->perform([&] {
+    watches_->signals.emplace(*loop_, signals_->descriptor(), readable,
+                              [this, callback = std::move(callback)](GIOCondition) {
+                                signals_->read();
+                                main_.post(callback);
+                              });
   });
 }
 
 LinuxSessionWatch::~LinuxSessionWatch() {
-  if (!thread_.joinable()) return;
-  const std::uint64_t one = 1;
-  static_cast<void>(!::write(wake_, &one, sizeof one));
-  thread_.join();
-  ::close(wake_);
+  loop_->perform([this] { watches_.reset(); });
 }
 
 }  // namespace quillmere

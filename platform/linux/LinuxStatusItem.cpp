@@ -1,4 +1,4 @@
-// The main thread's side of the icon in the panel: what is set goes to the bus's thread, what happens there comes back.
+// The main thread's side of the icon in the panel: what is set goes to the host's loop, what happens there comes back.
 #include "platform/linux/LinuxStatusItem.h"
 
 #include <cstdlib>

@@ -40,7 +40,10 @@ class LinuxTabScripting::Lines {
   Lines(const Runtime& runtime, const std::shared_ptr<ApplicationRegistry>& registry, LinuxTabScriptingOptions options)
       : listener(tabs::HostListenerOptions{
                      .runtimeFolder = options.runtimeFolder ? *options.runtimeFolder : tabs::sessionRuntimeFolder(),
-                     .identify = [registry](std::int32_t hostPID) { return browserOf(*registry, hostPID); },
+                     .identify =
+                         [registry, &background = runtime.background](std::int32_t hostPID, auto found) {
+                           background.post([registry, hostPID, found] { found(browserOf(*registry, hostPID)); });
+                         },
                      .version = std::string(appVersion()),
                      .changed =
                          [&main = runtime.main, observer = observer] {

@@ -10,17 +10,19 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <cstring>
 #include <filesystem>
-#include <mutex>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <utility>
 #include <vector>
 
+#include "loop/HostLoop.h"
+#include "loop/HostTimer.h"
+#include "process/Child.h"
 #include "process/SocketChannel.h"
 
 namespace quillmere {
@@ -32,75 +34,27 @@ constexpr const char* programName = "quillmere-windows";
 constexpr int inheritedDescriptor = 3;
 /// A process that has lost its line ends by itself; one that doesn't in this time is ended.
 constexpr auto patience = std::chrono::seconds(3);
-/// A child's end makes no noise that one could wait for on every kernel and in every sandbox: it is looked for.
-constexpr auto glance = std::chrono::milliseconds(10);
 
 std::string describe(int status) {
   if (WIFSIGNALED(status)) return "the windows were ended by signal " + std::to_string(WTERMSIG(status));
   return "the windows ended with code " + std::to_string(WEXITSTATUS(status));
 }
 
-/// A process that this one has started. Waited for by one thread; ended by any.
-class Child {
- public:
-  explicit Child(pid_t pid) : pid_(pid) {}
-
-  /// Ends it at once.
-  void kill() {
-    const std::scoped_lock lock(mutex_);
-    if (pid_ != 0) ::kill(pid_, SIGKILL);
-  }
-  /// Waits for its end, and brings it about if need be; the child's status, or absent if it was waited for already.
-  std::optional<int> waitForEnd() {
-    const auto limit = std::chrono::steady_clock::now() + patience;
-    auto status = collect(WNOHANG);
-    while (!status && pid_ != 0 && std::chrono::steady_clock::now() < limit) {
-      std::this_thread::sleep_for(glance);
-      status = collect(WNOHANG);
-    }
-    if (status || pid_ == 0) return status;
-    kill();
-    return collect(0);
-  }
-
- private:
-  /// Once its status is taken its number may be another process's.
-  std::optional<int> collect(int flags) {
-    siginfo_t ended{};
-    while (pid_ != 0 && ::waitid(P_PID, static_cast<id_t>(pid_), &ended, WEXITED | WNOWAIT | flags) < 0) {
-      if (errno != EINTR) return std::nullopt;
-    }
-    if (pid_ == 0 || ended.si_pid == 0) return std::nullopt;
-    const std::scoped_lock lock(mutex_);
-    int status = 0;
-    while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
-    }
-    pid_ = 0;
-    return status;
-  }
-
-  std::mutex mutex_;
-  /// Changed under the mutex by the thread that waits, and read by it without.
-  pid_t pid_;
-};
-
 /// The line to a child, and the child itself.
 class ChildChannel final : public Channel {
  public:
   ChildChannel(int socket, pid_t pid, ChannelEvents events, const Logger& log)
-      : child_(pid),
-        line_(std::make_unique<SocketChannel>(socket, ChannelEvents{std::move(events.received),
-                                                                    [this, log, closed = std::move(events.closed)] {
-                                                                      // Nobody has asked it to.
-                                                                      if (const auto status = child_.waitForEnd())
-                                                                        log.error(describe(*status));
-                                                                      closed();
-                                                                    },
-                                                                    std::move(events.drained)})) {}
+      : loop_(HostLoop::ofProcess()),
+        log_(log),
+        closed_(std::move(events.closed)),
+        child_(pid),
+        line_(std::make_unique<SocketChannel>(
+            socket,
+            ChannelEvents{std::move(events.received), [this] { lineHasClosed(); }, std::move(events.drained)})) {}
   ~ChildChannel() override {
-    // The line's thread may be waiting for the child; once it has ended nobody else does.
     line_.reset();
-    child_.waitForEnd();
+    loop_->perform([this] { glances_.reset(); });
+    child_.waitForEnd(patience);
   }
   ChildChannel(const ChildChannel&) = delete;
   ChildChannel& operator=(const ChildChannel&) = delete;
@@ -110,7 +64,31 @@ class ChildChannel final : public Channel {
   void giveUp() override { child_.kill(); }
 
  private:
+  /// Nobody has asked it to: its end is waited for, and brought about if need be. [host]
+  void lineHasClosed() {
+    limit_ = std::chrono::steady_clock::now() + patience;
+    glances_.emplace(*loop_, [this] { look(); });
+    look();
+  }
+
+  void look() {
+    if (const auto status = child_.collect()) log_.error(describe(*status));
+    if (!child_.isThere()) {
+      closed_();
+      return;
+    }
+    if (std::chrono::steady_clock::now() >= limit_) child_.kill();
+    glances_->set(childGlance);
+  }
+
+  const std::shared_ptr<HostLoop> loop_;
+  const Logger log_;
+  const std::function<void()> closed_;
   Child child_;
+  // The loop's own.
+  std::optional<HostTimer> glances_;
+  MonotonicTime limit_;
+  /// Last, so that it begins when all is there.
   std::unique_ptr<SocketChannel> line_;
 };
 

@@ -1,4 +1,4 @@
-// The cache that is read, and the thread that commits.
+// The cache that is read, and the thread that commits while there is something to commit.
 #include "platform/linux/SqliteUserDefaults.h"
 
 #include <pthread.h>
@@ -36,7 +36,8 @@ class SqliteUserDefaults::Writer {
     values_ = std::move(opened.values);
     isWritable_ = opened.storage != SettingsDatabase::Storage::none;
     mustRewrite_ = opened.storage == SettingsDatabase::Storage::owed;
-    if (isWritable_) thread_ = std::thread([this] { run(); });
+    const std::lock_guard lock(mutex_);
+    if (mustRewrite_) ensureThread();
   }
 
   ~Writer() {
@@ -58,7 +59,10 @@ class SqliteUserDefaults::Writer {
   void change(std::string_view key, std::optional<DefaultsValue> value) {
     {
       const std::lock_guard lock(mutex_);
-      if (isWritable_) pending_.insert_or_assign(std::string(key), value);
+      if (isWritable_) {
+        pending_.insert_or_assign(std::string(key), value);
+        ensureThread();
+      }
       if (value) {
         values_.insert_or_assign(std::string(key), std::move(*value));
       } else if (const auto found = values_.find(key); found != values_.end()) {
@@ -81,9 +85,21 @@ class SqliteUserDefaults::Writer {
 
   [[nodiscard]] bool isIdle() const { return pending_.empty() && !mustRewrite_ && !writing_; }
 
-  void run() {
-    pthread_setname_np(pthread_self(), "settings-writer");
-    std::unique_lock lock(mutex_);
+  /// Under the mutex: what waits has a thread until it is settled.
+  void ensureThread() {
+    if (hasThread_) return;
+    // The last one has let go of the mutex for good.
+    if (thread_.joinable()) thread_.join();
+    hasThread_ = true;
+    thread_ = std::thread([this] {
+      pthread_setname_np(pthread_self(), "settings-writer");
+      std::unique_lock lock(mutex_);
+      writeAll(lock);
+      hasThread_ = false;
+    });
+  }
+
+  void writeAll(std::unique_lock<std::mutex>& lock) {
     const auto hasWork = [this] { return closing_ || !pending_.empty() || mustRewrite_; };
     std::chrono::milliseconds retry = firstRetry;
     while (true) {
@@ -93,7 +109,6 @@ class SqliteUserDefaults::Writer {
         lock.lock();
         isUnsettled_ = false;
       }
-      changed_.wait(lock, hasWork);
       if (isIdle()) return;
       if (writeOnce(lock)) {
         retry = firstRetry;
@@ -144,7 +159,7 @@ class SqliteUserDefaults::Writer {
     return outcome == Outcome::done;
   }
 
-  // The thread's own once it runs.
+  // The thread's own while it runs.
   SettingsDatabase database_;
   Logger log_;
 
@@ -152,7 +167,7 @@ class SqliteUserDefaults::Writer {
   std::condition_variable changed_;
   std::condition_variable committed_;
   SettingsValues values_;
-  /// Fixed once the thread runs.
+  /// Fixed from the start.
   bool isWritable_ = false;
   SettingsChanges pending_;
   bool writing_ = false;
@@ -160,7 +175,8 @@ class SqliteUserDefaults::Writer {
   bool closing_ = false;
   bool isUnsettled_ = false;
   std::uint64_t failures_ = 0;
-  // Last: it uses all of the above.
+  /// One that has not said yet that it ends.
+  bool hasThread_ = false;
   std::thread thread_;
 };
 

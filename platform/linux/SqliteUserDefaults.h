@@ -1,5 +1,6 @@
 // The settings database of a Linux user: one SQLite file, private to the user, safe against a kill at any moment.
-// Reads come from memory; writes return at once and are committed by a thread of their own.
+// Reads come from memory; writes return at once and are committed by a thread of their own, which goes with
+// the last.
 #pragma once
 
 #include <filesystem>

@@ -26,6 +26,7 @@
 #include "engine/ProcessTapEngine.h"
 #include "platform/Machine.h"
 #include "platform/linux/LinuxMachine.h"
+#include "platform/linux/LinuxThreads.h"
 #include "runtime/LoopExecutor.h"
 #include "runtime/Runtime.h"
 #include "runtime/ThreadPoolExecutor.h"
@@ -416,6 +417,7 @@ class Commands {
 };
 
 int runAgent() {
+  installHostThreads(linuxThreads());
   JumpingClocks clocks;
   StandardErrorLogSink log;
   LoopExecutor main;

@@ -5,15 +5,10 @@ import subprocess
 import unittest
 
 from quillmere_e2e import graph
+from quillmere_e2e.bus_names import has_owner
 from quillmere_e2e.program import Program, shown_windows
 from quillmere_e2e.settings import forget_settings
 from quillmere_e2e.waiting import wait_for
-
-
-def has_owner(name):
-    asked = subprocess.run(["gdbus", "call", "--session", "-d", "org.freedesktop.DBus", "-o", "/org/freedesktop/DBus", "-m",
-                            "org.freedesktop.DBus.NameHasOwner", name], check=False, capture_output=True, text=True)
-    return "true" in asked.stdout
 
 
 class BusRestart(unittest.TestCase):

@@ -41,7 +41,7 @@ class World {
     tabs::HostListenerOptions options;
     options.runtimeFolder = folder_;
     options.version = "1";
-    options.identify = [](std::int32_t) { return tabs::BrowserFacts{"b", "b"}; };
+    options.identify = [](std::int32_t, const auto& found) { found({"b", "b"}); };
     listener_.emplace(std::move(options), clocks_, log_);
   }
   ~World() { std::filesystem::remove_all(folder_); }

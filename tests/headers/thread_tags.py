@@ -9,7 +9,7 @@ import sys
 import unittest
 from pathlib import Path
 
-TAG = re.compile(r"\[(main|engine|audio|background|loop|bus|any)( but [a-z]+)?\]")
+TAG = re.compile(r"\[(main|engine|audio|background|loop|host|any)( but [a-z]+)?\]")
 ACCESS = re.compile(r"(public|protected|private|Q_SIGNALS)\s*:")
 
 

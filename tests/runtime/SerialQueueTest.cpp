@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "runtime/Logger.h"
+#include "runtime/TransientSerialQueue.h"
 #include "runtime/VirtualTime.h"
 
 namespace quillmere {
@@ -100,6 +101,52 @@ TEST(SerialQueue, DelayedWorkThatIsNotDueGoesWithTheQueue) {
   }
   EXPECT_FALSE(ran);
   EXPECT_EQ(held.use_count(), 1);
+}
+
+/// Tells when the thread that has asked for it has ended.
+struct Farewell {
+  ~Farewell() {
+    if (told != nullptr) told->set_value();
+  }
+  std::promise<void>* told = nullptr;
+};
+thread_local Farewell farewell;
+
+TEST(SerialQueue, ItsThreadEndsAWhileAfterTheLastWorkAndAnotherComesForMore) {
+  const auto queue = makeTransientSerialQueue("app.quillmere.test", std::chrono::milliseconds(5));
+  for (int round = 0; round < 3; ++round) {
+    std::promise<void> ended;
+    queue->async([&] { farewell.told = &ended; });
+    ended.get_future().wait();
+  }
+  int seen = 0;
+  queue->async([&] { ++seen; });
+  queue->sync([&] { ++seen; });
+  EXPECT_EQ(seen, 2);
+}
+
+TEST(SerialQueue, WorkThatComesJustAsTheThreadGoesIsNotLeftBehind) {
+  constexpr int rounds = 500;
+  std::vector<int> seen;
+  const auto queue = makeTransientSerialQueue("app.quillmere.test", Duration::zero());
+  for (int round = 0; round < rounds; ++round) {
+    std::promise<void> done;
+    queue->async([&] {
+      seen.push_back(round);
+      done.set_value();
+    });
+    done.get_future().wait();
+  }
+  std::vector<int> expected(rounds);
+  std::iota(expected.begin(), expected.end(), 0);
+  EXPECT_EQ(seen, expected);
+}
+
+TEST(SerialQueue, WorkThatWaitsForItsTimeKeepsTheThread) {
+  const auto queue = makeTransientSerialQueue("app.quillmere.test", Duration::zero());
+  std::promise<void> late;
+  queue->asyncAfter(std::chrono::milliseconds(20), [&] { late.set_value(); });
+  late.get_future().wait();
 }
 
 TEST(SerialQueue, KnowsWhetherTheCallerIsOnIt) {

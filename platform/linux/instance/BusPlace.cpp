@@ -79,7 +79,7 @@ BusPlace::BusPlace(std::optional<std::string> address, LogSink& log,
     : log_(log, "SingleInstance"),
       activated_(std::move(activated)),
       pause_(firstPause),
-      bus_("quillmere-place", std::move(address), {[this] { connected(); }, [this](const auto&) { disconnected(); }}) {}
+      bus_(std::move(address), {[this] { connected(); }, [this](const auto&) { disconnected(); }}) {}
 
 BusPlace::~BusPlace() { bus_.end(); }
 
@@ -97,10 +97,9 @@ void BusPlace::connected() {
   pause_ = firstPause;
   GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(introspection, nullptr);
   static const GDBusInterfaceVTable table{methodCalled, nullptr, nullptr, {}};
-  const auto object = g_dbus_connection_register_object(bus_.connection(), objectPath, node->interfaces[0], &table,
-                                                        this, nullptr, nullptr);
+  const bool isServed = bus_.serve(objectPath, node->interfaces[0], table, this);
   g_dbus_node_info_unref(node);
-  if (object == 0) {
+  if (!isServed) {
     settle(Outcome::unavailable);
   } else {
     requestName(0);

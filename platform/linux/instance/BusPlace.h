@@ -8,7 +8,7 @@
 #include <string>
 
 #include "Outcome.h"
-#include "bus/BusThread.h"
+#include "bus/BusConnection.h"
 #include "platform/ActivationRequest.h"
 #include "runtime/Logger.h"
 
@@ -17,7 +17,7 @@ namespace quillmere::instance {
 /// [main], but for what is marked otherwise.
 class BusPlace {
  public:
-  /// `activated` is called on [bus] with what others ask. Nothing is asked for yet.
+  /// `activated` is called on [host] with what others ask. Nothing is asked for yet.
   BusPlace(std::optional<std::string> address, LogSink& log, std::function<void(const ActivationRequest&)> activated);
   /// The place is free again.
   ~BusPlace();
@@ -29,7 +29,7 @@ class BusPlace {
   [[nodiscard]] Outcome take(const std::optional<ActivationRequest>& request);
 
  private:
-  // All on [bus].
+  // All on [host].
   void connected();
   void disconnected();
   void requestName(int round);
@@ -46,7 +46,7 @@ class BusPlace {
   /// Whether there is nothing more to do: another instance has the place.
   bool isOver_ = false;
   Duration pause_;
-  bus::BusThread bus_;
+  bus::BusConnection bus_;
 };
 
 }  // namespace quillmere::instance

@@ -2,8 +2,6 @@
 #include "instance/FilePlace.h"
 
 #include <fcntl.h>
-#include <poll.h>
-#include <sys/eventfd.h>
 #include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -12,7 +10,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdint>
 #include <cstring>
 #include <string_view>
 #include <utility>
@@ -54,7 +51,7 @@ FilePlace::Descriptor& FilePlace::Descriptor::operator=(Descriptor&& other) noex
 
 FilePlace::FilePlace(const std::string& folder, const std::optional<ActivationRequest>& request,
                      std::function<void(const ActivationRequest&)> activated)
-    : activated_(std::move(activated)) {
+    : activated_(std::move(activated)), loop_(HostLoop::ofProcess()) {
   const auto lockPath = folder + "/" + name + ".lock";
   const auto socketPath = folder + "/" + name + ".activate";
   sockaddr_un address{};
@@ -77,31 +74,19 @@ FilePlace::FilePlace(const std::string& folder, const std::optional<ActivationRe
   result_ = Outcome::first;
   // Whatever lies there is of an instance that has ended: the lock is ours.
   ::unlink(socketPath.c_str());
-  wake_ = Descriptor(::eventfd(0, EFD_CLOEXEC));
-  if (!wake_ || ::bind(socket_.get(), generic, sizeof(address)) != 0) return;
-  thread_ = std::thread([this] { listen(); });
+  if (::bind(socket_.get(), generic, sizeof(address)) != 0) return;
+  loop_->perform([this] { watch_.emplace(*loop_, socket_.get(), readable, [this](GIOCondition) { listen(); }); });
 }
 
 FilePlace::~FilePlace() {
-  if (!thread_.joinable()) return;
-  const std::uint64_t one = 1;
-  static_cast<void>(::write(wake_.get(), &one, sizeof(one)));
-  thread_.join();
+  loop_->perform([this] { watch_.reset(); });
 }
 
-void FilePlace::listen() {
-  std::array<pollfd, 2> watched{pollfd{socket_.get(), POLLIN, 0}, pollfd{wake_.get(), POLLIN, 0}};
-  while (true) {
-    if (::poll(watched.data(), watched.size(), -1) < 0 && errno != EINTR) return;
-    if (watched[1].revents != 0) return;
-    if (watched[0].revents == 0) continue;
-    std::array<char, longestMessage> message{};
-    for (;;) {
-      const auto length = ::recv(socket_.get(), message.data(), message.size(), 0);
-      if (length < 0) break;
-      activated_(readRequest({message.data(), static_cast<std::size_t>(length)}));
-    }
-  }
+void FilePlace::listen() const {
+  // One at a time: whoever knocks without end keeps nobody else from being heard.
+  std::array<char, longestMessage> message{};
+  const auto length = ::recv(socket_.get(), message.data(), message.size(), 0);
+  if (length >= 0) activated_(readRequest({message.data(), static_cast<std::size_t>(length)}));
 }
 
 }  // namespace quillmere::instance

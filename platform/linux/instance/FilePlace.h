@@ -3,10 +3,12 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 
+#include "../loop/DescriptorWatch.h"
+#include "../loop/HostLoop.h"
 #include "Outcome.h"
 #include "platform/ActivationRequest.h"
 
@@ -16,7 +18,7 @@ namespace quillmere::instance {
 class FilePlace {
  public:
   /// Asks for the place at once: result() says what came of it, and another instance has been asked for what `request`
-  /// says. `activated` is called on a thread of the place's own with what others ask.
+  /// says. `activated` is called on [host] with what others ask.
   FilePlace(const std::string& folder, const std::optional<ActivationRequest>& request,
             std::function<void(const ActivationRequest&)> activated);
   /// The place is free again.
@@ -40,14 +42,16 @@ class FilePlace {
     int value_;
   };
 
-  void listen();
+  /// [host]
+  void listen() const;
 
   const std::function<void(const ActivationRequest&)> activated_;
   Outcome result_ = Outcome::unavailable;
   Descriptor lock_;
   Descriptor socket_;
-  Descriptor wake_;
-  std::thread thread_;
+  const std::shared_ptr<HostLoop> loop_;
+  /// [host]
+  std::optional<DescriptorWatch> watch_;
 };
 
 }  // namespace quillmere::instance

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "bus/BusThread.h"
+#include "bus/BusConnection.h"
 #include "mpris/KeyDecision.h"
 
 namespace quillmere::mpris {
@@ -33,14 +33,14 @@ using bus::Variant;
 
 }  // namespace
 
-/// Everything but the few members named [any] belongs to the thread.
-class PlayerWatcher::Thread {
+/// Everything but the few members named [any] belongs to the loop.
+class PlayerWatcher::Core {
  public:
-  Thread(Clocks& clocks, LogSink& log, PlayerWatcherOptions options)
+  Core(Clocks& clocks, LogSink& log, PlayerWatcherOptions options)
       : clocks_(clocks),
         log_(log, "PlayerWatcher"),
         options_(std::move(options)),
-        bus_("players", options_.address, {[this] { begin(); }, [this](const std::string& reason) { leave(reason); }}) {
+        bus_(options_.address, {[this] { begin(); }, [this](const std::string& reason) { leave(reason); }}) {
     bus_.invoke([this] { connect(); });
   }
 
@@ -110,7 +110,7 @@ class PlayerWatcher::Thread {
   }
 
   void call(const std::string& service, const char* path, const char* interface, const char* method,
-            GVariant* arguments, bus::BusThread::Reply reply) {
+            GVariant* arguments, bus::BusConnection::Reply reply) {
     bus_.call(service, path, interface, method, arguments, options_.answerTimeout, std::move(reply));
   }
 
@@ -316,19 +316,19 @@ class PlayerWatcher::Thread {
   bool isConnected_ = false;
   std::optional<Player> current_;
 
-  /// Last, so that its thread starts when all is there and ends before any of it goes.
-  bus::BusThread bus_;
+  /// Last, so that it begins when all is there and ends before any of it goes.
+  bus::BusConnection bus_;
 };
 
 PlayerWatcher::PlayerWatcher(Clocks& clocks, LogSink& log, PlayerWatcherOptions options)
-    : thread_(std::make_unique<Thread>(clocks, log, std::move(options))) {}
+    : core_(std::make_unique<Core>(clocks, log, std::move(options))) {}
 
 PlayerWatcher::~PlayerWatcher() = default;
 
-std::optional<Player> PlayerWatcher::current() { return thread_->current(); }
+std::optional<Player> PlayerWatcher::current() { return core_->current(); }
 
 void PlayerWatcher::setShown(std::string busName) { shown_ = std::move(busName); }
 
-void PlayerWatcher::press(std::int32_t key, mediakey::Purpose purpose) { thread_->press(key, purpose, shown_); }
+void PlayerWatcher::press(std::int32_t key, mediakey::Purpose purpose) { core_->press(key, purpose, shown_); }
 
 }  // namespace quillmere::mpris

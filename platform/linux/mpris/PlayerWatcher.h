@@ -1,4 +1,4 @@
-// Watches the media players on the session bus, on a thread of its own; no call waits for a player.
+// Watches the media players on the session bus, on the host's loop; no call waits for a player.
 // Both the now-playing source and the media keys stand on it.
 #pragma once
 
@@ -27,7 +27,7 @@ class PlayerWatcher {
  public:
   /// [main]
   PlayerWatcher(Clocks& clocks, LogSink& log, PlayerWatcherOptions options = {});
-  /// Ends the thread; calls that are under way are dropped. [any but bus]
+  /// Calls that are under way are dropped. [any]
   ~PlayerWatcher();
   PlayerWatcher(const PlayerWatcher&) = delete;
   PlayerWatcher& operator=(const PlayerWatcher&) = delete;
@@ -42,8 +42,8 @@ class PlayerWatcher {
   void press(std::int32_t key, mediakey::Purpose purpose);
 
  private:
-  class Thread;
-  std::unique_ptr<Thread> thread_;
+  class Core;
+  std::unique_ptr<Core> core_;
   /// [main]
   std::string shown_;
 };

@@ -36,13 +36,13 @@ Portal::~Portal() {
   if (bus_) bus_->end();
 }
 
-void Portal::use(std::function<void(bus::BusThread*)> work) {
+void Portal::use(std::function<void(bus::BusConnection*)> work) {
   {
     const std::scoped_lock lock(mutex_);
     if (!bus_) {
-      bus_ = std::make_unique<bus::BusThread>(
-          "quillmere-dsk", address_,
-          bus::BusThread::Events{[this] { connected(); }, [this](const std::string&) { disconnected(); }});
+      bus_ = std::make_unique<bus::BusConnection>(
+          address_,
+          bus::BusConnection::Events{[this] { connected(); }, [this](const std::string&) { disconnected(); }});
     }
   }
   bus_->invoke([this, work = std::move(work)] {
@@ -66,10 +66,10 @@ void Portal::disconnected() {
 
 void Portal::request(const char* interface, const char* method, Arguments arguments, Reply reply) {
   const auto question = std::make_shared<Question>(interface, method, std::move(arguments), std::move(reply));
-  use([this, question](bus::BusThread* bus) { ask(bus, question); });
+  use([this, question](bus::BusConnection* bus) { ask(bus, question); });
 }
 
-void Portal::ask(bus::BusThread* bus, const std::shared_ptr<Question>& question) {
+void Portal::ask(bus::BusConnection* bus, const std::shared_ptr<Question>& question) {
   if (bus == nullptr) {
     question->reply(Response::absent, nullptr);
     return;

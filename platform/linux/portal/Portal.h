@@ -1,5 +1,5 @@
-// The desktop's portal: what it offers, and questions that a user answers. On a thread of its own, made with the first
-// question.
+// The desktop's portal: what it offers, and questions that a user answers. On the host's loop, over a connection that
+// is made with the first question.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "../bus/BusThread.h"
+#include "../bus/BusConnection.h"
 #include "../bus/Handles.h"
 
 namespace quillmere::portal {
@@ -27,7 +27,7 @@ enum class Response : std::uint32_t {
   absent = 3,     ///< There is no such portal, or no bus.
 };
 
-/// Replies come on [bus], and not at all once this object has gone; that also ends what is open on the screen.
+/// Replies come on [host], and not at all once this object has gone; that also ends what is open on the screen.
 class Portal {
  public:
   /// `results` is of type a{sv} where the response is `given`, and null otherwise.
@@ -41,8 +41,8 @@ class Portal {
   Portal(const Portal&) = delete;
   Portal& operator=(const Portal&) = delete;
 
-  /// Runs the work on [bus], with the connection, or null where there is none. [any]
-  void use(std::function<void(bus::BusThread* connected)> work);
+  /// Runs the work on [host], with the connection, or null where there is none. [any]
+  void use(std::function<void(bus::BusConnection* connected)> work);
   /// Puts a question to the user, however long that takes. The portal is started for it where it can be. [any]
   void request(const char* interface, const char* method, Arguments arguments, Reply reply);
 
@@ -50,15 +50,15 @@ class Portal {
   struct Question;
   void connected();
   void disconnected();
-  void ask(bus::BusThread* bus, const std::shared_ptr<Question>& question);
+  void ask(bus::BusConnection* bus, const std::shared_ptr<Question>& question);
   void watch(const std::shared_ptr<Question>& question, const std::string& handle);
   void finish(const std::shared_ptr<Question>& question, Response response, GVariant* results);
 
   const std::optional<std::string> address_;
   std::mutex mutex_;
-  std::unique_ptr<bus::BusThread> bus_;
-  // What follows is for [bus] alone.
-  std::vector<std::function<void(bus::BusThread*)>> waiting_;
+  std::unique_ptr<bus::BusConnection> bus_;
+  // What follows is for [host] alone.
+  std::vector<std::function<void(bus::BusConnection*)>> waiting_;
   std::vector<std::shared_ptr<Question>> open_;
   std::uint64_t lastNumber_ = 0;
 };

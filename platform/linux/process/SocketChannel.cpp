@@ -1,8 +1,6 @@
-// Framing, and a thread that reads and writes what would have to wait.
+// Framing, and a descriptor on the loop for what would have to wait.
 #include "process/SocketChannel.h"
 
-#include <poll.h>
-#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -11,9 +9,12 @@
 #include <cerrno>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string>
-#include <thread>
 #include <utility>
+
+#include "loop/DescriptorWatch.h"
+#include "loop/HostLoop.h"
 
 namespace quillmere {
 
@@ -32,14 +33,14 @@ std::string frame(const std::string& message) {
 
 struct SocketChannel::State {
   int socket;
-  int wake = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
   ChannelEvents events;
   std::atomic<bool> isEnding = false;
   std::mutex mutex;
   std::string waiting;    ///< Under the mutex: what the socket has not taken yet.
   bool isBroken = false;  ///< Under the mutex.
+  // What follows is the loop's own.
   std::string received;
-  std::thread thread;
+  std::optional<DescriptorWatch> watch;
 
   /// Under the mutex: hands over what the socket takes now.
   void flush() {
@@ -60,11 +61,6 @@ struct SocketChannel::State {
     const std::scoped_lock lock(mutex);
     flush();
     return !isBroken && waiting.empty();
-  }
-
-  void wakeUp() const {
-    const std::uint64_t one = 1;
-    static_cast<void>(!::write(wake, &one, sizeof one));
   }
 
   /// False once nothing more is to come.
@@ -94,21 +90,35 @@ struct SocketChannel::State {
     return true;
   }
 
-  void run() {
-    bool isOpen = true;
-    while (isOpen && !isEnding) {
-      std::array<pollfd, 2> watched{{{socket, POLLIN, 0}, {wake, POLLIN, 0}}};
-      {
-        const std::scoped_lock lock(mutex);
-        if (isBroken) break;
-        if (!waiting.empty()) watched[0].events |= POLLOUT;
-      }
-      if (::poll(watched.data(), watched.size(), -1) < 0) continue;
-      std::uint64_t count = 0;
-      if (watched[1].revents != 0) static_cast<void>(!::read(wake, &count, sizeof count));
-      if ((watched[0].revents & POLLOUT) != 0 && drain() && events.drained && !isEnding) events.drained();
-      if ((watched[0].revents & (POLLIN | POLLHUP | POLLERR)) != 0) isOpen = read();
+  void begin(HostLoop& loop) {
+    watch.emplace(loop, socket, readable, [this](GIOCondition come) { serve(come); });
+    // Something may have been sent before this.
+    update();
+  }
+
+  void serve(GIOCondition come) {
+    if ((come & G_IO_OUT) != 0 && drain() && events.drained && !isEnding) events.drained();
+    if ((come & (G_IO_IN | G_IO_HUP | G_IO_ERR)) != 0 && !read()) {
+      finish();
+    } else {
+      update();
     }
+  }
+
+  /// Waits for what there is to wait for now.
+  void update() {
+    if (!watch) return;
+    bool isOver = false;
+    {
+      const std::scoped_lock lock(mutex);
+      isOver = isBroken;
+      if (!isOver) watch->want(waiting.empty() ? readable : readableOrWritable);
+    }
+    if (isOver) finish();
+  }
+
+  void finish() {
+    watch.reset();
     {
       const std::scoped_lock lock(mutex);
       isBroken = true;
@@ -119,10 +129,13 @@ struct SocketChannel::State {
   }
 };
 
-SocketChannel::SocketChannel(int descriptor, ChannelEvents events) : state_(std::make_unique<State>()) {
+SocketChannel::SocketChannel(int descriptor, ChannelEvents events)
+    : loop_(HostLoop::ofProcess()), state_(std::make_shared<State>()) {
   state_->socket = descriptor;
   state_->events = std::move(events);
-  state_->thread = std::thread([state = state_.get()] { state->run(); });
+  loop_->post([&loop = *loop_, state = state_] {
+    if (!state->isEnding) state->begin(loop);
+  });
 }
 
 SocketChannel::~SocketChannel() {
@@ -131,10 +144,8 @@ SocketChannel::~SocketChannel() {
     state_->flush();
   }
   state_->isEnding = true;
-  state_->wakeUp();
-  state_->thread.join();
+  loop_->perform([this] { state_->watch.reset(); });
   ::close(state_->socket);
-  ::close(state_->wake);
 }
 
 std::size_t SocketChannel::waitingBytes() const {
@@ -150,7 +161,9 @@ void SocketChannel::send(const std::string& message) {
   state_->waiting += bytes;
   if (wasEmpty) state_->flush();
   if (state_->waiting.size() > mostWaiting) state_->isBroken = true;
-  if (state_->isBroken || !state_->waiting.empty()) state_->wakeUp();
+  if (!state_->isBroken && (state_->waiting.empty() || !wasEmpty)) return;
+  // The loop waits for the socket to take more, or ends it. It knows already where something waited before.
+  loop_->post([state = state_] { state->update(); });
 }
 
 }  // namespace quillmere

@@ -9,7 +9,9 @@
 
 namespace quillmere {
 
-/// [any]; events come on a thread of its own, which the destructor waits for.
+class HostLoop;
+
+/// [any]; events come on [host], and the destructor waits for the one that is under way.
 class SocketChannel final : public Channel {
  public:
   /// Bytes that are kept for an end that does not read; one that lets more gather is given up.
@@ -28,7 +30,8 @@ class SocketChannel final : public Channel {
 
  private:
   struct State;
-  std::unique_ptr<State> state_;
+  const std::shared_ptr<HostLoop> loop_;
+  const std::shared_ptr<State> state_;
 };
 
 }  // namespace quillmere

@@ -13,7 +13,7 @@
 
 namespace quillmere::statusitem {
 
-/// What the host has to be told after a change. [bus]
+/// What the host has to be told after a change. [host]
 struct MenuChange {
   struct Properties {
     int id = 0;
@@ -32,7 +32,7 @@ struct MenuChange {
   [[nodiscard]] bus::Variant propertiesUpdated() const;
 };
 
-/// Not safe to share between threads. [bus]
+/// Not safe to share between threads. [host]
 class BusMenu {
  public:
   explicit BusMenu(Ink ink = menuInk(std::nullopt)) : ink_(ink) {}

@@ -101,8 +101,7 @@ ItemOnBus::ItemOnBus(ItemEvents events, LogSink& log, LinuxStatusItemOptions opt
     : events_(std::move(events)),
       log_(log, "StatusItem"),
       options_(std::move(options)),
-      bus_("status-item", options_.busAddress,
-           {[this] { connected(); }, [this](const auto& reason) { disconnected(reason); }}) {
+      bus_(options_.busAddress, {[this] { connected(); }, [this](const auto& reason) { disconnected(reason); }}) {
   bus_.invoke([this] {
     bus_.after(options_.firstAnswer, [this] {
       if (!toldAvailability_) tellAvailability();
@@ -209,8 +208,7 @@ void ItemOnBus::publish() {
       {}};
   GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(introspection, nullptr);
   for (const auto& [path, interface] : {std::pair(itemPath, itemInterface), std::pair(menuPath, menuInterface)}) {
-    g_dbus_connection_register_object(bus_.connection(), path, g_dbus_node_info_lookup_interface(node, interface),
-                                      &table, this, nullptr, nullptr);
+    bus_.serve(path, g_dbus_node_info_lookup_interface(node, interface), table, this);
   }
   g_dbus_node_info_unref(node);
   isPublished_ = true;

@@ -1,5 +1,5 @@
 // The status item's life on the bus: finds the watcher of panels, registers with each one that comes, serves the item
-// and its menu. All on a thread of its own, with a copy of its own of what is shown.
+// and its menu. All on the host's loop, with a copy of its own of what is shown.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "../bus/BusThread.h"
+#include "../bus/BusConnection.h"
 #include "BusMenu.h"
 #include "ColorScheme.h"
 #include "core/PanelInk.h"
@@ -19,7 +19,7 @@
 
 namespace quillmere::statusitem {
 
-/// Called on [bus].
+/// Called on [host].
 struct ItemEvents {
   std::function<void(bool isAvailable)> availabilityChanged;
   std::function<void(const StatusItemActivation& activation)> activated;
@@ -29,7 +29,7 @@ struct ItemEvents {
   std::function<void(int angleDelta)> scrolled;
 };
 
-/// Called on [main], as the item is; answers come and go on [bus].
+/// Called on [main], as the item is; answers come and go on [host].
 class ItemOnBus {
  public:
   ItemOnBus(ItemEvents events, LogSink& log, LinuxStatusItemOptions options);
@@ -48,7 +48,7 @@ class ItemOnBus {
   void answer(int question);
 
  private:
-  // Everything below: [bus].
+  // Everything below: [host].
   using Answer = std::function<void(bool needsUpdate)>;
 
   void connected();
@@ -108,8 +108,8 @@ class ItemOnBus {
   std::map<int, Question> questions_;
   int lastQuestion_ = 0;
 
-  /// Last, so that its thread starts when all is there and ends before any of it goes.
-  bus::BusThread bus_;
+  /// Last, so that it begins when all is there and ends before any of it goes.
+  bus::BusConnection bus_;
 };
 
 }  // namespace quillmere::statusitem

@@ -1,20 +1,19 @@
 // Accepting, reading, dropping, and the numbers that a query gives out.
 #include "tabs/HostListener.h"
 
-#include <poll.h>
-#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <map>
 #include <mutex>
-#include <thread>
 #include <utility>
 
+#include "loop/DescriptorWatch.h"
+#include "loop/HostLoop.h"
+#include "loop/HostTimer.h"
 #include "tabs/Frames.h"
 #include "tabs/Greetings.h"
 #include "tabs/MeetingPlace.h"
@@ -40,10 +39,11 @@ void appendRecord(std::string& text, std::size_t window, std::size_t tab, const 
 
 }  // namespace
 
-class HostListener::Core {
+class HostListener::Core : public std::enable_shared_from_this<Core> {
  public:
-  Core(HostListenerOptions options, Clocks& clocks, LogSink& log)
-      : options_(std::move(options)),
+  Core(HostLoop& loop, HostListenerOptions options, Clocks& clocks, LogSink& log)
+      : loop_(loop),
+        options_(std::move(options)),
         userID_(options_.userID.value_or(::geteuid())),
         clocks_(clocks),
         log_(log, "BrowserTabs") {
@@ -57,19 +57,31 @@ class HostListener::Core {
       log_.error("no browser tabs: " + problem);
       return;
     }
-    wake_ = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    thread_ = std::thread([this] { run(); });
   }
 
-  ~Core() {
-    if (!thread_.joinable()) return;
-    isEnding_ = true;
-    wakeUp();
-    thread_.join();
-    for (const auto& host : hosts_) ::close(host->socket);
+  /// [any]
+  void begin() {
+    if (listening_ < 0) return;
+    loop_.perform([this] {
+      clock_.emplace(loop_, [this] { lookAtTimes(); });
+      knocks_.emplace(loop_, listening_, readable, [this](GIOCondition) { accept(); });
+    });
+  }
+
+  /// Nothing comes any more. [any]
+  void end() {
+    loop_.perform([this] {
+      clock_.reset();
+      knocks_.reset();
+      const std::scoped_lock lock(mutex_);
+      for (const auto& host : hosts_) {
+        host->watch.reset();
+        ::close(host->socket);
+      }
+      hosts_.clear();
+    });
     // The name stays: a mixer that has started meanwhile may own it already, and a host that finds nobody there waits.
-    ::close(listening_);
-    ::close(wake_);
+    if (listening_ >= 0) ::close(listening_);
   }
 
   Core(const Core&) = delete;
@@ -129,7 +141,7 @@ class HostListener::Core {
     std::uint64_t number;
     Peer peer;
     /// Until when something has to be finished; absent while nothing is begun.
-    std::optional<MonotonicTime> deadline;
+    std::optional<MonotonicTime> deadline{};
     FrameReader reader{};
     BrowserFacts browser{};
     std::optional<std::string> hostVersion{};
@@ -137,10 +149,12 @@ class HostListener::Core {
     TabBook book{};
     /// What the socket has not taken yet; under the mutex for every thread.
     std::string waiting{};
-    /// The thread's own: why it is to be dropped.
+    /// The loop's own: why it is to be dropped.
     std::string fault{};
-    /// The thread's own: the other end has closed.
+    /// The loop's own: the other end has closed.
     bool isGone = false;
+    /// The loop's own; absent until its browser is known.
+    std::optional<DescriptorWatch> watch{};
 
     [[nodiscard]] bool isGreeted() const { return hostVersion && companionVersion; }
     [[nodiscard]] bool isToGo() const { return isGone || !fault.empty(); }
@@ -153,19 +167,26 @@ class HostListener::Core {
     std::vector<TabID> tabs;
   };
 
-  void wakeUp() const {
-    const std::uint64_t one = 1;
-    static_cast<void>(!::write(wake_, &one, sizeof one));
-  }
-
-  /// Under the mutex: the thread hands it over.
+  /// Under the mutex: the loop hands it over.
   void send(Host& host, const std::string& message) {
     host.waiting += framed(message);
-    wakeUp();
+    loop_.post([weak = weak_from_this(), number = host.number] {
+      const auto self = weak.lock();
+      auto* asked = self ? self->find(number) : nullptr;
+      if (asked != nullptr && asked->watch) self->serve(*asked, G_IO_OUT);
+    });
   }
 
-  /// Hands over what the socket takes now.
-  void flush(Host& host) {
+  /// Null where it has gone. [host]
+  Host* find(std::uint64_t number) {
+    const auto host = std::ranges::find(hosts_, number, [](const auto& each) { return each->number; });
+    return host == hosts_.end() ? nullptr : host->get();
+  }
+
+  // What follows is [host].
+
+  /// Hands over what the socket takes now; true if more waits.
+  bool flush(Host& host) {
     const std::scoped_lock lock(mutex_);
     while (!host.waiting.empty()) {
       const auto count = ::send(host.socket, host.waiting.data(), host.waiting.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
@@ -177,56 +198,44 @@ class HostListener::Core {
         break;
       } else {
         host.isGone = true;
-        return;
+        return false;
       }
     }
-  }
-
-  void checkWaiting(Host& host) {
-    const std::scoped_lock lock(mutex_);
     if (host.waiting.size() > mostWaiting) host.fault = "it doesn't read what it is asked";
+    return !host.waiting.empty();
   }
 
-  void run() {
-    std::vector<pollfd> watched;
-    while (!isEnding_) {
-      watched.clear();
-      watched.push_back({listening_, static_cast<short>(pausesUntil_ ? 0 : POLLIN), 0});
-      watched.push_back({wake_, POLLIN, 0});
-      {
-        const std::scoped_lock lock(mutex_);
-        for (const auto& host : hosts_) {
-          const bool hasMore = !host->waiting.empty();
-          watched.push_back({host->socket, static_cast<short>(hasMore ? POLLIN | POLLOUT : POLLIN), 0});
-        }
-      }
-      if (::poll(watched.data(), watched.size(), timeout()) < 0) continue;
-      std::uint64_t count = 0;
-      if (watched[1].revents != 0) static_cast<void>(!::read(wake_, &count, sizeof count));
-      for (std::size_t at = 2; at < watched.size(); ++at) serve(*hosts_[at - 2], watched[at].revents);
-      dropThoseToGo();
-      if (pausesUntil_ && *pausesUntil_ <= clocks_.monotonicNow()) pausesUntil_.reset();
-      if (watched[0].revents != 0) accept();
+  /// May drop the host.
+  void serve(Host& host, GIOCondition come) {
+    if ((come & G_IO_OUT) != 0) host.watch->want(flush(host) ? readableOrWritable : readable);
+    if ((come & (G_IO_IN | G_IO_HUP | G_IO_ERR)) != 0) read(host);
+    settle();
+  }
+
+  void lookAtTimes() {
+    const auto now = clocks_.monotonicNow();
+    for (const auto& host : hosts_) {
+      if (!host->deadline || *host->deadline > now || host->isToGo()) continue;
+      host->fault = host->isGreeted() ? "it doesn't end what it has begun" : "it doesn't say who it is";
     }
+    if (pausesUntil_ && *pausesUntil_ <= now) {
+      pausesUntil_.reset();
+      knocks_->want(readable);
+    }
+    settle();
   }
 
-  /// Milliseconds to the next deadline.
-  int timeout() const {
+  /// Ends what has to end, and looks ahead.
+  void settle() {
+    dropThoseToGo();
     auto next = pausesUntil_;
     for (const auto& host : hosts_) {
       if (host->deadline && (!next || *host->deadline < *next)) next = host->deadline;
     }
-    if (!next) return -1;
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*next - clocks_.monotonicNow()).count();
-    return static_cast<int>(std::clamp<std::int64_t>(left, 0, 3'600'000));
-  }
-
-  void serve(Host& host, short events) {
-    if ((events & POLLOUT) != 0) flush(host);
-    checkWaiting(host);
-    if ((events & (POLLIN | POLLHUP | POLLERR)) != 0) read(host);
-    if (host.deadline && *host.deadline <= clocks_.monotonicNow() && !host.isToGo()) {
-      host.fault = host.isGreeted() ? "it doesn't end what it has begun" : "it doesn't say who it is";
+    if (next) {
+      clock_->set(*next - clocks_.monotonicNow());
+    } else {
+      clock_->set(std::nullopt);
     }
   }
 
@@ -297,6 +306,7 @@ class HostListener::Core {
     }
     for (const auto& host : dropped) {
       if (!host->fault.empty()) logFault(host->peer, host->fault);
+      host->watch.reset();
       ::close(host->socket);
       hasChanged_ = hasChanged_ || host->isGreeted();
     }
@@ -315,8 +325,11 @@ class HostListener::Core {
     const int socket = ::accept4(listening_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
     if (socket < 0) {
       // Without a descriptor or memory left whoever knocks goes on knocking.
-      if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED)
+      if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED) {
         pausesUntil_ = clocks_.monotonicNow() + options_.patience;
+        knocks_->want(GIOCondition{});
+        settle();
+      }
       return;
     }
     const auto peer = peerOf(socket);
@@ -330,39 +343,62 @@ class HostListener::Core {
       ::close(socket);
       return;
     }
-    auto host = std::make_unique<Host>(Host{
-        .socket = socket, .number = ++last_, .peer = *peer, .deadline = clocks_.monotonicNow() + options_.patience});
-    host->browser = options_.identify(peer->pid);
-    const std::scoped_lock lock(mutex_);
-    // The mixer speaks first: a host tells nothing to a mixer that hangs.
-    send(*host, greeting("mixer", options_.version));
-    hosts_.push_back(std::move(host));
+    {
+      const std::scoped_lock lock(mutex_);
+      hosts_.push_back(std::make_unique<Host>(Host{.socket = socket, .number = ++last_, .peer = *peer}));
+    }
+    // Which browser it is may have to be looked for on the disk, for which nothing else waits.
+    options_.identify(peer->pid, [weak = weak_from_this(), held = std::weak_ptr(loop_.shared_from_this()),
+                                  number = last_](BrowserFacts facts) {
+      const auto loop = held.lock();
+      if (!loop) return;
+      loop->post([weak, number, facts = std::move(facts)] {
+        const auto self = weak.lock();
+        auto* host = self ? self->find(number) : nullptr;
+        if (host != nullptr) self->begin(*host, facts);
+      });
+    });
   }
 
+  void begin(Host& host, const BrowserFacts& facts) {
+    host.deadline = clocks_.monotonicNow() + options_.patience;
+    host.watch.emplace(loop_, host.socket, readable, [this, &host](GIOCondition come) { serve(host, come); });
+    {
+      const std::scoped_lock lock(mutex_);
+      host.browser = facts;
+      // The mixer speaks first: a host tells nothing to a mixer that hangs.
+      host.waiting = framed(greeting("mixer", options_.version));
+    }
+    serve(host, G_IO_OUT);
+  }
+
+  HostLoop& loop_;
   const HostListenerOptions options_;
   const std::uint32_t userID_;
   Clocks& clocks_;
   const Logger log_;
   int listening_ = -1;
-  int wake_ = -1;
-  std::atomic<bool> isEnding_ = false;
+  // What follows is the loop's own, but for what is told otherwise.
+  std::optional<DescriptorWatch> knocks_;
+  std::optional<HostTimer> clock_;
   std::uint64_t last_ = 0;
   bool hasChanged_ = false;
   /// Nobody is let in until then.
   std::optional<MonotonicTime> pausesUntil_;
   std::array<char, 65'536> buffer_{};
-  /// Changes on the thread alone, and under the mutex; so does what others read of a host.
+  /// Changes on the loop alone, and under the mutex; so does what others read of a host.
   mutable std::mutex mutex_;
   std::vector<std::unique_ptr<Host>> hosts_;
   /// Under the mutex.
   std::map<std::string, std::vector<Place>> numbered_;
-  std::thread thread_;
 };
 
 HostListener::HostListener(HostListenerOptions options, Clocks& clocks, LogSink& log)
-    : core_(std::make_unique<Core>(std::move(options), clocks, log)) {}
+    : loop_(HostLoop::ofProcess()), core_(std::make_shared<Core>(*loop_, std::move(options), clocks, log)) {
+  core_->begin();
+}
 
-HostListener::~HostListener() = default;
+HostListener::~HostListener() { core_->end(); }
 
 std::string HostListener::query(const std::string& identifier) { return core_->query(identifier); }
 

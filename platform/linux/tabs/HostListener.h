@@ -15,6 +15,10 @@
 #include "runtime/Clocks.h"
 #include "runtime/Logger.h"
 
+namespace quillmere {
+class HostLoop;
+}
+
 namespace quillmere::tabs {
 
 /// Which browser a host belongs to.
@@ -39,8 +43,9 @@ struct ConnectedCompanion {
 struct HostListenerOptions {
   /// The user's runtime folder; the socket is in a folder of its own below it.
   std::string runtimeFolder;
-  /// Finds the browser by its host's process id, for which the kernel vouches. Called on the listener's thread.
-  std::function<BrowserFacts(std::int32_t hostPID)> identify;
+  /// Finds the browser by its host's process id, for which the kernel vouches. Called on [host], where nothing may
+  /// wait; the answer may come later, from any thread. Until then the host is not heard.
+  std::function<void(std::int32_t hostPID, std::function<void(BrowserFacts browser)> found)> identify;
   /// This program's version.
   std::string version;
   /// Whose processes may connect; absent means this process's user.
@@ -49,11 +54,11 @@ struct HostListenerOptions {
   Duration patience = std::chrono::seconds(10);
   /// More hosts than these are turned away.
   std::size_t mostHosts = 32;
-  /// Called when a companion came, went or said who it is. On the listener's thread.
+  /// Called when a companion came, went or said who it is. [host]
   std::function<void()> changed = {};
 };
 
-/// [any]. Has a thread of its own, which sleeps until a host has something to say, and which the destructor waits for.
+/// [any]. On the host's loop; the destructor waits for what is under way there.
 /// Whoever says what can't be understood, or nothing, is dropped with one line in the log; the others don't notice.
 class HostListener {
  public:
@@ -75,7 +80,8 @@ class HostListener {
 
  private:
   class Core;
-  std::unique_ptr<Core> core_;
+  const std::shared_ptr<HostLoop> loop_;
+  const std::shared_ptr<Core> core_;
 };
 
 }  // namespace quillmere::tabs

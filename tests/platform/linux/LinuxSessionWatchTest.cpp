@@ -8,8 +8,10 @@
 
 #include <atomic>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "runtime/LoopExecutor.h"
 #include "support/TemporaryFolder.h"
@@ -104,6 +106,55 @@ TEST_F(SessionWatchOnLinux, WithoutADisplayThereIsNothingToTell) {
   main.post([this] { main.stop(); });
   main.run();
   EXPECT_EQ(told, 0);
+}
+
+TEST_F(SessionWatchOnLinux, EachSignalThatAsksForTheEndIsToldOnTheMainLoop) {
+  LinuxSessionWatch watch(main);
+  std::vector<int> left{SIGHUP, SIGINT, SIGTERM};
+  const auto next = [&] {
+    if (left.empty()) {
+      main.stop();
+      return;
+    }
+    const int signal = left.back();
+    left.pop_back();
+    std::raise(signal);
+  };
+  watch.onEndRequested([&] {
+    EXPECT_TRUE(main.isCurrent());
+    ++told;
+    next();
+  });
+  main.post(next);
+  main.run();
+  EXPECT_EQ(told, 3);
+}
+
+TEST_F(SessionWatchOnLinux, SignalsInOneMomentAreToldOnceAtLeastAndLeaveNothingBehind) {
+  LinuxSessionWatch watch(main);
+  watch.onEndRequested([&] {
+    ++told;
+    main.post([this] { main.stop(); });
+  });
+  main.post([] {
+    std::raise(SIGTERM);
+    std::raise(SIGTERM);
+  });
+  main.run();
+  EXPECT_GE(told, 1);
+  EXPECT_LE(told, 2);
+}
+
+TEST(SessionWatchDeathTest, ASignalAfterItsEndIsTheSystemsMatter) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        LoopExecutor main;
+        { LinuxSessionWatch(main).onEndRequested([] {}); }
+        std::raise(SIGTERM);
+        std::_Exit(1);
+      },
+      ::testing::KilledBySignal(SIGTERM), "");
 }
 
 TEST_F(SessionWatchOnLinux, MayBeDroppedWhileItWatches) {

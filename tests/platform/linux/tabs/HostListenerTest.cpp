@@ -9,9 +9,12 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "../support/RecordingLogSink.h"
@@ -46,9 +49,13 @@ class Hosts : public ::testing::Test {
     options.patience = patience;
     options.mostHosts = mostHosts;
     options.userID = userID;
-    options.identify = [this](std::int32_t) {
+    options.identify = [this](std::int32_t, const auto& found) {
       const std::scoped_lock lock(mutex);
-      return next;
+      if (isSlow) {
+        asked.push_back(found);
+      } else {
+        found(next);
+      }
     };
     options.changed = [this] { ++changes; };
     listener = std::make_unique<HostListener>(std::move(options), clocks, log);
@@ -89,6 +96,9 @@ class Hosts : public ::testing::Test {
   std::optional<std::uint32_t> userID;
   std::mutex mutex;
   BrowserFacts next{chrome, "chrome"};
+  /// Under the mutex: browsers are found when the test says so.
+  bool isSlow = false;
+  std::vector<std::function<void(BrowserFacts)>> asked;
   std::atomic<int> changes = 0;
   std::unique_ptr<HostListener> listener;
 };
@@ -98,6 +108,48 @@ TEST_F(Hosts, AQueryTellsWindowsAndTabsNumberedFromOne) {
   auto line = host();
   line.say(twoTabs);
   EXPECT_TRUE(tells(twoRecords));
+}
+
+TEST_F(Hosts, AHostWhoseBrowserIsStillLookedForIsHeardOnceItIsFoundAndKeepsNobodyWaiting) {
+  start();
+  {
+    const std::scoped_lock lock(mutex);
+    isSlow = true;
+  }
+  auto slow = connect();
+  slow.say(Json{{"host", "1.0"}}.dump());
+  slow.say(Json{{"companion", "1.0"}}.dump());
+  slow.say(twoTabs);
+  EXPECT_TRUE(becomes([this] {
+    const std::scoped_lock lock(mutex);
+    return asked.size() == 1;
+  }));
+  {
+    const std::scoped_lock lock(mutex);
+    isSlow = false;
+  }
+  auto other = host(brave, "brave");
+  EXPECT_EQ(listener->companions().size(), 1U);
+  // From another thread, as those that read the disk do.
+  std::thread([this] { asked.front()({chrome, "chrome"}); }).join();
+  EXPECT_EQ(slow.hear(), R"({"mixer":"1.0"})");
+  EXPECT_TRUE(tells(twoRecords));
+}
+
+TEST_F(Hosts, ABrowserThatIsFoundAfterTheEndIsNobodys) {
+  start();
+  {
+    const std::scoped_lock lock(mutex);
+    isSlow = true;
+  }
+  auto slow = connect();
+  EXPECT_TRUE(becomes([this] {
+    const std::scoped_lock lock(mutex);
+    return asked.size() == 1;
+  }));
+  listener.reset();
+  asked.front()({chrome, "chrome"});
+  EXPECT_TRUE(slow.ends());
 }
 
 TEST_F(Hosts, ABrowserWithoutACompanionHasNoTabs) {

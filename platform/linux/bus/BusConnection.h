@@ -1,12 +1,15 @@
-// A thread of its own for one private connection to the session bus, so that nothing else ever waits for it.
+// One private connection to the session bus, on the host's loop, so that nothing else ever waits for it.
 #pragma once
 
 #include <functional>
+#include <list>
+#include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "../loop/HostLoop.h"
+#include "../loop/HostTimer.h"
 #include "Handles.h"
 #include "runtime/Clocks.h"
 
@@ -17,9 +20,8 @@ inline constexpr const char* busInterface = busService;
 inline constexpr const char* busPath = "/org/freedesktop/DBus";
 inline constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 
-/// The thread behind [bus], to which members belong unless told otherwise; what is handed in is called on it, never
-/// after end().
-class BusThread {
+/// Members are [host] unless told otherwise; what is handed in is called there, never after end().
+class BusConnection {
  public:
   using Reply = std::function<void(GVariant* reply)>;
   /// The error is null unless the reply is.
@@ -32,19 +34,18 @@ class BusThread {
     std::function<void(const std::string& reason)> disconnected;
   };
 
-  /// The name is the thread's, of fifteen characters at most. `address` absent means the session's bus, empty means
-  /// none. Nothing is connected yet. [any]
-  BusThread(const char* name, std::optional<std::string> address, Events events);
-  /// Ends the thread if end() has not. [any but bus]
-  ~BusThread();
-  BusThread(const BusThread&) = delete;
-  BusThread& operator=(const BusThread&) = delete;
+  /// `address` absent means the session's bus, empty means none. Nothing is connected yet. [any]
+  BusConnection(std::optional<std::string> address, Events events);
+  /// Ends it if end() has not. [any]
+  ~BusConnection();
+  BusConnection(const BusConnection&) = delete;
+  BusConnection& operator=(const BusConnection&) = delete;
 
-  /// Runs the work on the thread, later. [any]
+  /// Runs the work on the loop, later. [any]
   void invoke(std::function<void()> work);
-  /// Runs `last` as the last thing, closes the connection and waits for the thread. To be called by whoever owns what
-  /// the handlers touch, before it goes. [any but bus]
-  void end(std::function<void()> last = {});
+  /// Runs `last` as the last thing, closes the connection and waits for that. To be called by whoever owns what the
+  /// handlers touch, before it goes. [any]
+  void end(const std::function<void()>& last = {});
 
   void connect();
   /// Null while there is none.
@@ -66,26 +67,34 @@ class BusThread {
   void unsubscribe(guint subscription);
   /// Tells the owner of a name, now and whenever it changes; empty for none.
   void watchName(const std::string& name, const std::function<void(const std::string& owner)>& changed);
+  /// Offers an object until the connection goes; the functions get `data`. False where the place is taken.
+  bool serve(const char* path, GDBusInterfaceInfo* interface, const GDBusInterfaceVTable& functions, void* data);
 
  private:
-  void run(const char* name);
-  void disconnect();
+  /// Whether there is still somebody to tell, as those know it who come back from elsewhere.
+  struct Presence {
+    BusConnection* self;
+  };
+  struct Attempt;
+  struct Call;
+
+  void finish(Attempt& attempt);
   void adopt(Object<GDBusConnection> connection);
-  static void attach(GSource* source, std::function<void()> work, GMainContext* context);
+  void disconnect();
 
   const std::optional<std::string> address_;
   const Events events_;
-  GMainContext* context_;
-  GMainLoop* loop_;
+  const std::shared_ptr<Presence> presence_;
   Object<GCancellable> cancellable_;
   Object<GDBusConnection> connection_;
   gulong closedHandler_ = 0;
   std::vector<guint> subscriptions_;
+  std::vector<guint> objects_;
+  /// What is under way; each goes when it has come back.
+  std::list<Call*> calls_;
+  std::list<std::unique_ptr<HostTimer>> timers_;
   bool isConnecting_ = false;
-  bool isEnding_ = false;
-  int pending_ = 0;
-  /// Last, so that it starts when all is there.
-  std::thread thread_;
+  const std::shared_ptr<HostLoop> loop_;
 };
 
 }  // namespace quillmere::bus

@@ -1,0 +1,25 @@
+// What a host does for the program's threads that the language's library can't.
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace quillmere {
+
+class ParkingLot;
+
+/// What is left null is done without.
+struct HostThreads {
+  /// A place to wait that wakes fewer threads than a condition variable.
+  std::unique_ptr<ParkingLot> (*makeParkingLot)() = nullptr;
+  /// Names the calling thread for debuggers; names may be of any length.
+  void (*nameThread)(const std::string& name) = nullptr;
+};
+
+/// Once, before the first executor and the first queue are made. [main]
+void installHostThreads(const HostThreads& threads);
+
+/// [any]
+[[nodiscard]] const HostThreads& hostThreads();
+
+}  // namespace quillmere
