@@ -249,7 +249,7 @@ void Host::publish() {
   }
   keepDevices(fresh, *before, [this](const auto& device) { return uncertain_.contains(device.id); });
   const auto verdict = default_.judge(factsOf(fresh), std::chrono::steady_clock::now());
-  if (verdict.holdsDevices) keepDevices(fresh, *before, [](const auto&) { return true; });
+  keepDevices(fresh, *before, [&](const auto& device) { return verdict.holds(device.uid); });
   setDefaultOutput(fresh, *before, verdict.name);
   fresh.settledDefault = verdict.isAwaited ? before->settledDefault : fresh.defaultOutput;
   fresh.choicesAnswered = before->choicesAnswered;
