@@ -15,7 +15,7 @@ from gi.repository import Gio, GLib
 
 from quillmere_e2e import graph
 from quillmere_e2e.case import AMPLITUDE, DESK, PHONES, MixerTest
-from quillmere_e2e.players import copied_executable
+from quillmere_e2e.players import Call
 from quillmere_e2e.recording import Monitor
 from quillmere_e2e.tones import LEFT, RATE, RIGHT, tone_file, tone_level
 from quillmere_e2e.waiting import wait_for
@@ -83,27 +83,6 @@ def steps_in(samples, hz, glides):
 
     return [Step(frame, samples[frame + 1] - samples[frame], is_lost_cycle(frame) or bounds_one_cycle(frame))
             for frame in frames]
-
-
-class Call:
-    """A real capture client that holds the microphone."""
-
-    def __init__(self, binary="qm-test-call"):
-        self.binary = binary
-        self.executable = copied_executable("/usr/bin/pw-cat", binary)
-        self.process = None
-
-    def start(self):
-        self.process = subprocess.Popen(
-            [self.executable, "--record", "--target", "quillmere_test_microphone", "--format", "s16",
-             os.path.join(os.environ["TMPDIR"], "call.wav")], stdin=subprocess.DEVNULL)
-        return self
-
-    def stop(self):
-        if self.process is not None:
-            self.process.terminate()
-            self.process.wait()
-            self.process = None
 
 
 class AutomationTest(MixerTest):

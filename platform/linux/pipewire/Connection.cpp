@@ -25,6 +25,7 @@ Connection::Connection(Loop& loop, std::string remote, Logger log, Events events
       events_(std::move(events)),
       looks_{this},
       nodes_{this},
+      outer_{Client{this}, Client{this}},
       retry_(loop, [this] { connect(); }),
       broken_(loop, [this] { startAnew(); }),
       doubt_(loop, [this] { startAnew(); }) {}
@@ -56,8 +57,9 @@ void Connection::connect() {
       return;
     }
   }
-  if (!connect(looks_) || !connect(nodes_)) {
-    disconnect(looks_);
+  // In this order, each on a socket with a higher number.
+  if (!connect(outer_[0]) || !connect(looks_) || !connect(nodes_) || !connect(outer_[1])) {
+    for (auto* client : {&outer_[1], &nodes_, &looks_, &outer_[0]}) disconnect(*client);
     if (!isWaiting_) log_.standard("no audio daemon answers; waiting for one");
     isWaiting_ = true;
     retry_.arm(retryInterval);
@@ -99,6 +101,7 @@ void Connection::onDone(const Client& client, int sequence) {
     events_.done(sequence);
     return;
   }
+  if (&client != &nodes_) return;
   auto* self = reinterpret_cast<pw_proxy*>(pw_core_get_client(client.core));
   if (self != nullptr) events_.ownClientKnown(pw_proxy_get_bound_id(self));
   events_.nodesDone(sequence);
@@ -135,8 +138,7 @@ void Connection::drop() {
   doubt_.disarm();
   if (looks_.core == nullptr) return;
   events_.lost();
-  disconnect(nodes_);
-  disconnect(looks_);
+  for (auto* client : {&outer_[1], &nodes_, &looks_, &outer_[0]}) disconnect(*client);
 }
 
 void Connection::disconnect(Client& client) {

@@ -3,6 +3,8 @@
 
 #include <spa/utils/hook.h>
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -15,19 +17,21 @@ struct pw_core;
 
 namespace quillmere::pipewire {
 
-/// Two clients of the daemon, made and lost together. While a client binds metadata or sets a parameter of somebody's
+/// Clients of the daemon, made and lost together. While a client binds metadata or sets a parameter of somebody's
 /// object, the daemon reads nothing more from it until that somebody has answered. So a client that does that may have
 /// no nodes: the session manager sets parameters of them, and if it waits for us while we wait for it, neither is ever
-/// read again, and nobody's streams are linked any more. One client looks and asks, the other has the nodes.
+/// read again, and nobody's streams are linked any more. One client looks and asks, another has the nodes.
+/// Around these two there is one that was made before them and one that was made after: whatever the order in which the
+/// daemon notices that we have died, one of them is the last (`Stragglers`).
 /// [loop] throughout; the destructor also where the loop has ended. Events come on [loop].
 class Connection {
  public:
   struct Events {
-    /// Both stand; nothing is known yet.
+    /// All stand; nothing is known yet.
     std::function<void(pw_core*)> connected;
     /// The global id of the client that has the nodes.
     std::function<void(std::uint32_t)> ownClientKnown;
-    /// The daemon is gone: let go of everything that belongs to either core. They are still there, but dead.
+    /// The daemon is gone: let go of everything that belongs to any core. They are still there, but dead.
     std::function<void()> lost;
     /// All that was asked before sync() with this number has been answered.
     std::function<void(int)> done;
@@ -45,6 +49,8 @@ class Connection {
   void close();
   /// What nodes, and links between them, are made with; null where there is no connection.
   [[nodiscard]] pw_core* nodeCore() const { return nodes_.core; }
+  /// Of the client that was made before the others (0) or after them (1); null where there is no connection.
+  [[nodiscard]] pw_core* outerCore(std::size_t place) const { return outer_.at(place).core; }
   /// The number that `done` will be told.
   int sync();
   /// The number that `nodesDone` will be told.
@@ -72,6 +78,7 @@ class Connection {
   pw_context* context_ = nullptr;
   Client looks_;
   Client nodes_;
+  std::array<Client, 2> outer_;
   bool isWaiting_ = false;
   /// Connections in a row that ended without an answer.
   int fruitless_ = 0;

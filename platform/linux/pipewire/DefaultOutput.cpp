@@ -18,6 +18,8 @@ std::optional<std::string> wordOf(const DefaultOutput::Facts& facts) {
 
 }  // namespace
 
+bool DefaultOutput::Verdict::holds(std::string_view uid) const { return holdsDevices && uid != dummyOutput; }
+
 MonotonicTime DefaultOutput::Restart::end() const {
   const auto latest = lostAt + longestGap;
   return lastNewsAt ? std::min(latest, *lastNewsAt + settlingTime) : latest;

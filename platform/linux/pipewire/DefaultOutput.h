@@ -6,6 +6,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "runtime/Clocks.h"
 
@@ -48,6 +49,9 @@ class DefaultOutput {
     bool holdsDevices = false;
     /// When the verdict may change without anything having happened.
     std::optional<MonotonicTime> validUntil;
+    /// Whether a device of this UID that has gone still counts as there. The dummy that stands in where there is no output
+    /// never does: it goes because the others are back.
+    [[nodiscard]] bool holds(std::string_view uid) const;
   };
 
   /// The user wants this one. It counts at once, and replaces an earlier choice. [loop]

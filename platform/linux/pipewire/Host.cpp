@@ -47,13 +47,13 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
                isTicking_ = false;
                director_.tick();
                publish();
-               armTicks();
+               attend();
              }),
       moment_(loop_,
               [this] {
                 director_.moment();
                 publish();
-                armTicks();
+                attend();
               }),
       watcher_(model_, {[this] { changed_.raise(); }, [this](bool isThere) { onMetadataPresence(isThere); },
                         [this](GlobalID subject, const std::string& key, const std::optional<std::string>& value) {
@@ -78,6 +78,7 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
       feeders_({&mover_, &jack_}),
       scouts_(
           loop_, model_, [this] { return connection_.nodeCore(); }, log_, [this] { changed_.raise(); }),
+      stragglers_([this](std::size_t place) { return connection_.outerCore(place); }, log_),
       director_(
           model_, feeders_, scouts_, ids_,
           [this](const std::optional<std::string>& output, const std::function<void()>&) -> std::unique_ptr<TapPath> {
@@ -132,6 +133,7 @@ void Host::onConnected(pw_core* core) {
 
 void Host::onLost() {
   director_.suspend();
+  stragglers_.stand(false);
   volume_.forget();
   uncertain_.clear();
   firstSync_ = secondSync_ = -1;
@@ -191,6 +193,7 @@ void Host::onMetadataPresence(bool isThere) {
   } else {
     // A node of ours that outlived the session manager would keep its successor from linking anything.
     director_.suspend();
+    stragglers_.stand(false);
   }
 }
 
@@ -211,11 +214,12 @@ void Host::flush() {
   scouts_.graphChanged();
   volume_.graphChanged();
   director_.graphChanged();
-  armTicks();
+  attend();
   publish();
 }
 
-void Host::armTicks() {
+void Host::attend() {
+  stragglers_.stand(scouts_.areStanding());
   if (isTicking_ || !director_.wantsTicks()) return;
   isTicking_ = true;
   ticks_.arm(TapDirector::tickInterval);
@@ -249,7 +253,7 @@ void Host::publish() {
   }
   keepDevices(fresh, *before, [this](const auto& device) { return uncertain_.contains(device.id); });
   const auto verdict = default_.judge(factsOf(fresh), std::chrono::steady_clock::now());
-  if (verdict.holdsDevices) keepDevices(fresh, *before, [](const auto&) { return true; });
+  keepDevices(fresh, *before, [&](const auto& device) { return verdict.holds(device.uid); });
   setDefaultOutput(fresh, *before, verdict.name);
   fresh.settledDefault = verdict.isAwaited ? before->settledDefault : fresh.defaultOutput;
   fresh.choicesAnswered = before->choicesAnswered;

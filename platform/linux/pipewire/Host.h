@@ -20,6 +20,7 @@
 #include "ObjectIDs.h"
 #include "OutputScouts.h"
 #include "RegistryWatcher.h"
+#include "Stragglers.h"
 #include "StreamMover.h"
 #include "TapDirector.h"
 #include "platform/linux/PipeWireAudioHardware.h"
@@ -61,7 +62,7 @@ class Host {
   Status direct(Operation operation) {
     const LoopLock lock(loop_);
     const Status status = operation(director_);
-    armTicks();
+    attend();
     return status;
   }
   // What the object ids of taps and aggregate devices are known by on other threads. [any]
@@ -89,7 +90,8 @@ class Host {
   void publish();
   void tell(const AudioSnapshot& before, std::shared_ptr<const AudioSnapshot> fresh);
   [[nodiscard]] DefaultOutput::Facts factsOf(const AudioSnapshot& fresh) const;
-  void armTicks();
+  /// After whatever may have changed what the director is at.
+  void attend();
   void onConnected(pw_core* core);
   void onLost();
   void onDone(int sequence);
@@ -150,6 +152,7 @@ class Host {
   JackFeeder jack_;
   TapFeeders feeders_;
   OutputScouts scouts_;
+  Stragglers stragglers_;
   TapDirector director_;
 };
 

@@ -12,6 +12,8 @@ namespace {
 
 /// A session manager that links what it knows does so within a few milliseconds.
 constexpr Duration linkPatience = std::chrono::milliseconds(500);
+/// One that is needed again within this time is still there.
+constexpr Duration lingerTime = std::chrono::seconds(1);
 
 }  // namespace
 
@@ -39,17 +41,30 @@ OutputScouts::OutputScouts(Loop& loop, const GraphModel& model, std::function<pw
       core_(std::move(core)),
       log_(std::move(log)),
       changed_(std::move(changed)),
-      patience_(loop, [this] { giveUpWaiting(); }) {}
+      patience_(loop, [this] { giveUpWaiting(); }),
+      dismissal_(loop, [this] {
+        std::erase_if(scouts_, [&](const auto& entry) { return !needed_.contains(entry.first); });
+        changed_();
+      }) {}
 
 OutputScouts::~OutputScouts() = default;
 
 void OutputScouts::need(const std::set<Destination>& destinations) {
-  std::erase_if(scouts_, [&](const auto& entry) { return !destinations.contains(entry.first); });
+  needed_ = destinations;
+  if (std::any_of(scouts_.begin(), scouts_.end(), [&](const auto& entry) { return !needed_.contains(entry.first); })) {
+    dismissal_.arm(lingerTime);
+  }
   for (const auto& destination : destinations) {
     if (scouts_.contains(destination)) continue;
     if (auto scout = send(destination)) scouts_.emplace(destination, std::move(scout));
     patience_.arm(linkPatience);
   }
+}
+
+void OutputScouts::forget() {
+  needed_.clear();
+  scouts_.clear();
+  dismissal_.disarm();
 }
 
 OutputFinder::Answer OutputScouts::find(const Destination& destination) const {

@@ -28,7 +28,10 @@ class OutputScouts final : public OutputFinder {
   OutputScouts(const OutputScouts&) = delete;
   OutputScouts& operator=(const OutputScouts&) = delete;
 
+  /// What is needed no longer stays for a moment: mostly it is needed again.
   void need(const std::set<Destination>& destinations) override;
+  void forget() override;
+  [[nodiscard]] bool areStanding() const { return !scouts_.empty(); }
   [[nodiscard]] Answer find(const Destination& destination) const override;
   /// The model has changed: notices which scouts have been linked and which have lost their link. [loop]
   void graphChanged();
@@ -46,7 +49,9 @@ class OutputScouts final : public OutputFinder {
   Logger log_;
   std::function<void()> changed_;
   LoopTimer patience_;
+  LoopTimer dismissal_;
   std::uint64_t made_ = 0;
+  std::set<Destination> needed_;
   std::map<Destination, std::unique_ptr<Scout>> scouts_;
 };
 

@@ -14,6 +14,14 @@ constexpr int silencePatience = 30;
 constexpr int returnPatience = 200;
 constexpr int holdPatience = 250;
 constexpr int lossPatience = 20;
+/// How long a node that was made in vain is left to the session manager, which is busy with it.
+constexpr int settlePatience = 30;
+
+/// A person's changes are carried out at once. Where a program asks for more, each application has so many nodes in a
+/// row, then one each time that so many ticks have passed, and what was wished in between is not carried out: every node
+/// makes the session manager look at the whole graph, and one that goes while it is new confuses it.
+constexpr int mostOpeningsAtOnce = 3;
+constexpr int openingPace = 20;
 
 /// After each cut the next one is waited for twice as long, up to 13 seconds.
 constexpr int mostCuts = 6;
@@ -184,8 +192,10 @@ void TapDirector::suspend() {
     own.session.reset();
     own.predecessor.reset();
     own.cuts = 0;
+    own.isPutOff = false;
   }
-  outputs_.need({});
+  openings_.clear();
+  outputs_.forget();
 }
 
 void TapDirector::giveEverythingBack() {
@@ -204,33 +214,84 @@ void TapDirector::askForOutputs() {
 }
 
 void TapDirector::attach(Device& device, const Destination& destination, Lane& lane) {
-  // One that still releases the same applications to the same output is taken up where it stands.
+  lane.isPutOff = false;
+  if (adopt(device, destination, lane)) return;
+  if (!mayOpen(device)) {
+    lane.isPutOff = true;
+    holdOthers(device);
+  } else if (auto session = openSession(device, destination)) {
+    lane.session = std::move(session);
+    holdOthers(device);
+  }
+}
+
+bool TapDirector::adopt(const Device& device, const Destination& destination, Lane& lane) {
   const auto adopted = std::find_if(leaving_.begin(), leaving_.end(), [&](const auto& session) {
-    return session->phase == Phase::releasing && session->applications == device.applications &&
-           session->destination == destination && !session->path->hasFailed();
+    // One that still releases, or one that was left before it was ready.
+    const bool isOfUse = session->phase == Phase::releasing || session->serial.empty();
+    return isOfUse && session->applications == device.applications && session->destination == destination &&
+           !session->path->hasFailed();
   });
-  if (adopted != leaving_.end()) {
-    lane.session = *adopted;
-    lane.session->route = device.route;
+  if (adopted == leaving_.end()) return false;
+  lane.session = *adopted;
+  lane.session->route = device.route;
+  leaving_.erase(adopted);
+  if (lane.session->serial.empty()) {
+    lane.session->phase = Phase::opening;
+    lane.session->ticks = 0;
+    holdOthers(device);
+  } else {
+    // It is taken up where it stands.
     lane.session->isAdopted = true;
     lane.session->isHeld = false;
     lane.session->phase = Phase::ready;
-    leaving_.erase(adopted);
-    return;
   }
-  if (auto session = openSession(device, destination)) {
-    lane.session = std::move(session);
-    // On its way to another output the sound must not grow loud on the old one.
-    for (const auto& other : leaving_) {
-      const bool isTakenOver =
-          std::any_of(other->applications.begin(), other->applications.end(),
-                      [&](const auto& application) { return device.applications.contains(application); });
-      if (other->phase != Phase::releasing || !isTakenOver) continue;
-      other->path->hold();
-      other->isHeld = true;
-      other->ticks = 0;
+  return true;
+}
+
+void TapDirector::holdOthers(const Device& device) {
+  // On its way to another output the sound must not grow loud on the old one.
+  for (const auto& other : leaving_) {
+    const bool isTakenOver =
+        std::any_of(other->applications.begin(), other->applications.end(),
+                    [&](const auto& application) { return device.applications.contains(application); });
+    if (other->phase != Phase::releasing || !isTakenOver) continue;
+    other->path->hold();
+    other->isHeld = true;
+    other->ticks = 0;
+  }
+}
+
+void TapDirector::letGo(const std::set<std::string>& applications) {
+  for (const auto& other : leaving_) {
+    const bool isTheirs = std::any_of(other->applications.begin(), other->applications.end(),
+                                      [&](const auto& application) { return applications.contains(application); });
+    if (!isTheirs || !std::exchange(other->isHeld, false)) continue;
+    other->path->stop(other->path->releaseGain());
+    other->ticks = 0;
+  }
+}
+
+bool TapDirector::mayOpen(const Device& device) const {
+  return std::all_of(device.applications.begin(), device.applications.end(), [&](const auto& application) {
+    const auto found = openings_.find(application);
+    return found == openings_.end() || found->second.count < mostOpeningsAtOnce;
+  });
+}
+
+bool TapDirector::countOpeningsDown() {
+  bool mayOneMore = false;
+  for (auto entry = openings_.begin(); entry != openings_.end();) {
+    auto& [count, ticks] = entry->second;
+    const bool isOver = ++ticks == openingPace;
+    if (isOver) {
+      ticks = 0;
+      --count;
+      mayOneMore = true;
     }
+    entry = count == 0 ? openings_.erase(entry) : std::next(entry);
   }
+  return mayOneMore;
 }
 
 std::shared_ptr<TapDirector::Session> TapDirector::openSession(const Device& device, const Destination& destination) {
@@ -241,6 +302,7 @@ std::shared_ptr<TapDirector::Session> TapDirector::openSession(const Device& dev
   session->output = outputs_.find(destination).output;
   session->path =
       makePath_(session->output.empty() ? std::nullopt : std::optional(session->output), [this] { graphChanged(); });
+  for (const auto& application : device.applications) ++openings_[application].count;
   if (session->path && !session->path->hasFailed()) return session;
   log_.error("a tap's node could not be opened");
   return nullptr;
@@ -259,7 +321,7 @@ void TapDirector::followOutput(Device& device, const Destination& destination, L
     return;
   }
   // An adopted path still holds the streams; it is renewed once it is live.
-  if (wanted.empty() || session.isAdopted || (wanted == session.output && !isLost)) return;
+  if (wanted.empty() || session.isAdopted || (wanted == session.output && !isLost) || !mayOpen(device)) return;
   if (wanted == session.output) {
     // Mostly the output's own end, and what takes its place hasn't been told yet.
     if (session.path->cycles() > calmCycles) lane.cuts = 0;
@@ -274,8 +336,14 @@ void TapDirector::followOutput(Device& device, const Destination& destination, L
   auto fresh = openSession(device, destination);
   if (!fresh) return;
   auto old = std::exchange(lane.session, std::move(fresh));
-  // The old one plays until the new one is ready.
-  if (old->phase == Phase::live) lane.predecessor = std::move(old);
+  if (old->phase == Phase::live) {
+    // The old one plays until the new one is ready.
+    lane.predecessor = std::move(old);
+  } else {
+    old->phase = Phase::returning;
+    old->ticks = 0;
+    leaving_.push_back(std::move(old));
+  }
 }
 
 void TapDirector::followStreams(Device& device) {
@@ -320,6 +388,7 @@ void TapDirector::dismiss(Lane& lane, float appliedGain) {
 }
 
 void TapDirector::leave(Lane& lane, float appliedGain) {
+  lane.isPutOff = false;
   dismiss(lane, appliedGain);
   if (!lane.session) return;
   const auto session = std::exchange(lane.session, nullptr);
@@ -344,6 +413,7 @@ void TapDirector::detach(Device& device, float appliedGain) {
   for (auto& [destination, lane] : device.lanes) leave(lane, lane.follower ? lane.follower->gain() : appliedGain);
   // The followers' blocks are called no more.
   std::erase_if(device.lanes, [&](const auto& entry) { return entry.first != device.route; });
+  letGo(device.applications);
   dropReturned();
 }
 
@@ -470,7 +540,10 @@ void TapDirector::beginReturn(Session& session) {
 void TapDirector::dropReturned() {
   std::erase_if(leaving_, [&](const auto& session) {
     if (session->phase != Phase::returning) return false;
-    return session->serial.empty() || !model_.hasLinkInto(session->path->node()) || session->ticks > returnPatience;
+    if (session->serial.empty()) {
+      return session->path->isConnected() || session->path->hasFailed() || session->ticks > settlePatience;
+    }
+    return !model_.hasLinkInto(session->path->node()) || session->ticks > returnPatience;
   });
 }
 
@@ -483,6 +556,7 @@ TapDirector::Session* TapDirector::sessionInCharge(const Charge& charge) const {
 
 void TapDirector::progress(Device& device, const Destination& destination, Lane& lane) {
   if (lane.predecessor) lane.predecessor->path->graphChanged();
+  if (lane.isPutOff && isRunning_ && mayOpen(device)) attach(device, destination, lane);
   if (!lane.session) return;
   lane.session->path->graphChanged();
   followOutput(device, destination, lane);
@@ -519,7 +593,7 @@ void TapDirector::graphChanged() {
 }
 
 void TapDirector::tick() {
-  bool isLate = false;
+  bool isLate = countOpeningsDown();
   const auto tickLane = [&](const Device& device, Lane& lane) {
     auto& session = *lane.session;
     ++session.ticks;
@@ -555,7 +629,7 @@ void TapDirector::tick() {
 }
 
 bool TapDirector::wantsTicks() const {
-  if (!leaving_.empty()) return true;
+  if (!leaving_.empty() || !openings_.empty()) return true;
   const auto isWaited = [](const Device& device, const Lane& lane) {
     const auto& session = lane.session;
     return session && (session->gliding != nullptr || session->isEager ||

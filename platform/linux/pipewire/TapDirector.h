@@ -78,6 +78,8 @@ class TapDirector {
   /// What an application plays on one output: a device has one for its own destination, and one more for each other
   /// that streams are bound for.
   struct Lane {
+    /// Its node is made later: too many were made for its applications of late.
+    bool isPutOff = false;
     /// How often it was cut off from an output that stands.
     int cuts = 0;
     std::shared_ptr<Session> session;
@@ -98,6 +100,16 @@ class TapDirector {
   };
 
   void attach(Device& device, const Destination& destination, Lane& lane);
+  /// Takes up a session of the same applications and output that is still there.
+  [[nodiscard]] bool adopt(const Device& device, const Destination& destination, Lane& lane);
+  /// What its applications still play through stays at its gain until another tap has taken them over.
+  void holdOthers(const Device& device);
+  /// Nothing takes over what is held for these applications.
+  void letGo(const std::set<std::string>& applications);
+  /// Whether a node may be made for the device's applications now.
+  [[nodiscard]] bool mayOpen(const Device& device) const;
+  /// Counts the nodes that were made of late down; tells whether another one may be made somewhere.
+  bool countOpeningsDown();
   [[nodiscard]] std::shared_ptr<Session> openSession(const Device& device, const Destination& destination);
   void followOutput(Device& device, const Destination& destination, Lane& lane);
   /// Opens and closes lanes as streams are bound for other outputs.
@@ -134,6 +146,12 @@ class TapDirector {
   std::map<AudioObjectID, Device> devices_;
   /// Sessions without a device: gliding to unity, or waiting for the streams to leave.
   std::vector<std::shared_ptr<Session>> leaving_;
+  struct Openings {
+    int count = 0;
+    int ticks = 0;
+  };
+  /// Nodes that were made for each application of late.
+  std::map<std::string, Openings> openings_;
   /// Whose streams those of each application are.
   std::map<Charge, Session*> inCharge_;
 };

@@ -148,6 +148,33 @@ class Player:
         self.stop()
 
 
+class Call:
+    """A real capture client that holds the microphone."""
+
+    def __init__(self, binary="qm-test-call"):
+        self.binary = binary
+        self.executable = copied_executable("/usr/bin/pw-cat", binary)
+        self.process = None
+
+    def start(self):
+        self.process = subprocess.Popen(
+            [self.executable, "--record", "--target", "quillmere_test_microphone", "--format", "s16",
+             os.path.join(os.environ["TMPDIR"], "call.wav")], stdin=subprocess.DEVNULL)
+        return self
+
+    def stop(self):
+        if self.process is not None:
+            self.process.terminate()
+            self.process.wait()
+            self.process = None
+
+    def __enter__(self):
+        return self.start()
+
+    def __exit__(self, *_):
+        self.stop()
+
+
 class Crowd:
     """Many applications that play at once, each with an identity of its own. Three of them, the first, one in the middle and
     the last, can be told from the others in a recording."""

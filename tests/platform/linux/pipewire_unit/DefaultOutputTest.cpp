@@ -49,6 +49,15 @@ TEST_F(DefaultOutputTest, TheSessionManagersWordCountsAtOnce) {
   EXPECT_FALSE(judge().validUntil);
 }
 
+TEST_F(DefaultOutputTest, WhileTheSessionManagerStartsAnewTheDummyThatStoodInIsNotHeld) {
+  judge();
+  loseSessionManager();
+  facts.outputs = {"auto_null"};
+  const auto verdict = judge();
+  EXPECT_TRUE(verdict.holds("headset"));
+  EXPECT_FALSE(verdict.holds("auto_null"));
+}
+
 TEST_F(DefaultOutputTest, ADeviceThatIsNotThereIsNoDefaultAtTheStart) {
   facts.outputs = {"speakers"};
   EXPECT_EQ(name(), std::nullopt);

@@ -53,6 +53,7 @@ struct FakePath final : TapPath {
 struct FakeFinder final : OutputFinder {
   explicit FakeFinder(const GraphModel& graph) : model(graph) {}
   void need(const std::set<Destination>& destinations) override { needed = destinations; }
+  void forget() override { needed.clear(); }
   Answer find(const Destination& destination) const override {
     if (const auto told = answers.find(destination); told != answers.end()) return told->second;
     auto output = destination ? model.outputSerial(destination) : std::string();
@@ -242,6 +243,9 @@ TEST_F(TapDirectorTest, AnOutputThatChangesAgainWhileStreamsAreRenewedCountsLast
   makeDefault("usb");
   director.graphChanged();
   ASSERT_EQ(paths.size(), 3U);
+  EXPECT_FALSE(isGone(1)) << "the session manager is busy with it";
+  paths[1]->connected = true;
+  director.graphChanged();
   EXPECT_TRUE(isGone(1));
   EXPECT_FALSE(isGone(0)) << "what is heard goes on";
   EXPECT_EQ(outputs[2], "1003");
@@ -297,7 +301,9 @@ TEST_F(TapDirectorTest, StoppingWhileStreamsAreRenewedEndsTheBlockInTheOldOnesTo
   ASSERT_EQ(paths.size(), 2U);
   end(built, 0.25F);
   EXPECT_EQ(paths[0]->orders.back(), "stop 0.25");
-  EXPECT_TRUE(isGone(1)) << "streams that never were in use go at once";
+  EXPECT_FALSE(isGone(1)) << "the session manager is busy with it";
+  tick(31);
+  EXPECT_TRUE(isGone(1)) << "what never was in use is given so much time and no more";
   paths[0]->unity = true;
   director.tick();
   director.moment();
@@ -533,6 +539,7 @@ TEST_F(TapDirectorTest, StreamsGoBackOnlyAtUnityAndTheNodesGoOnlyAfterThem) {
   EXPECT_FALSE(isGone(0));
   follow();
   EXPECT_TRUE(isGone(0));
+  tick(20);
   EXPECT_FALSE(director.wantsTicks());
 }
 
@@ -591,9 +598,8 @@ TEST_F(TapDirectorTest, ANewTapToAnotherOutputTakesTheStreamsFromTheOldAtTheGain
 TEST_F(TapDirectorTest, AReleaseHoldsForATapThatTakesItsStreamsAndGoesOnIfThatNeverStarts) {
   const auto first = live();
   end(first, 0.3F);
-  const auto second = build(false, "usb");
+  build(false, "usb");
   EXPECT_EQ(paths[0]->orders.back(), "hold");
-  EXPECT_EQ(director.destroyDevice(second.device), noErr);
   paths[0]->gain = 0.3F;
   tick(260);
   EXPECT_EQ(paths[0]->orders.back(), "stop 0.30");
@@ -602,6 +608,96 @@ TEST_F(TapDirectorTest, AReleaseHoldsForATapThatTakesItsStreamsAndGoesOnIfThatNe
   director.moment();
   follow();
   EXPECT_TRUE(isGone(0));
+}
+
+TEST_F(TapDirectorTest, AReleaseThatHoldsForATapGoesOnAtOnceWhenThatTapGoes) {
+  const auto first = live();
+  end(first, 0.3F);
+  const auto second = build(false, "usb");
+  paths[0]->gain = 0.3F;
+  EXPECT_EQ(director.destroyDevice(second.device), noErr);
+  EXPECT_EQ(paths[0]->orders.back(), "stop 0.30");
+}
+
+TEST_F(TapDirectorTest, ManyNodesInARowForAnApplicationAreMadeOneByOneAndOnlyTheNewestWishCounts) {
+  graph.sink(2, "desk");
+  graph.sink(3, "usb");
+  graph.sink(4, "tv");
+  graph.sink(5, "hall");
+  for (const auto* output : {"desk", "usb", "tv", "hall", "desk", "hall"}) {
+    const auto built = build(false, output);
+    start(built);
+    end(built, 1.0F);
+  }
+  EXPECT_EQ(outputs, (std::vector<std::optional<std::string>>{"1002", "1003", "1004"})) << "a person's go at once";
+  const auto last = build(false, "hall");
+  start(last);
+  EXPECT_EQ(paths.size(), 3U);
+  EXPECT_TRUE(director.wantsTicks());
+  tick(20);
+  ASSERT_EQ(paths.size(), 4U);
+  EXPECT_EQ(outputs.back(), "1005");
+  connect(3);
+  director.moment();
+  EXPECT_EQ(metadata.take().front(), "20 target.object=1130") << "as any other";
+}
+
+TEST_F(TapDirectorTest, WhileANodeIsPutOffWhatIsHeardStaysAtItsGain) {
+  graph.sink(2, "desk");
+  graph.sink(3, "usb");
+  const auto heard = live();
+  for (const auto* output : {"desk", "usb"}) end(build(false, output), 1.0F);
+  end(heard, 0.3F);
+  build(false, "speakers");
+  EXPECT_EQ(paths.size(), 3U);
+  EXPECT_EQ(paths[0]->orders.back(), "hold");
+}
+
+TEST_F(TapDirectorTest, AnotherApplicationsNodesAreNotPutOff) {
+  graph.sink(2, "desk");
+  graph.sink(3, "usb");
+  graph.client(11, "test.other");
+  graph.playback(21, 11);
+  for (const auto* output : {"desk", "usb", "speakers"}) build(false, output);
+  ASSERT_EQ(paths.size(), 3U);
+  Built other;
+  TapDescription tap;
+  tap.processes = {ids.of(processKey("test.other"))};
+  tap.uuid = Uuid::random();
+  tap.isExclusive = false;
+  ASSERT_EQ(director.createTap(tap, other.tap), noErr);
+  AggregateDescription device;
+  device.followsDefaultOutput = true;
+  device.taps = {{tap.uuid.text(), true}};
+  ASSERT_EQ(director.createDevice(device, other.device), noErr);
+  EXPECT_EQ(paths.size(), 4U);
+}
+
+TEST_F(TapDirectorTest, ANodeThatIsLeftBeforeItIsReadyIsTakenUpByTheNextTapToItsOutput) {
+  const auto first = build();
+  start(first);
+  end(first, 1.0F);
+  EXPECT_FALSE(isGone(0));
+  const auto second = build();
+  start(second);
+  EXPECT_EQ(paths.size(), 1U);
+  connect(0);
+  director.moment();
+  EXPECT_EQ(paths[0]->orders, std::vector<std::string>{"from 1.00"});
+}
+
+TEST_F(TapDirectorTest, WithTheSessionManagerGoneNothingIsPutOffAnyMore) {
+  graph.sink(2, "desk");
+  graph.sink(3, "usb");
+  for (const auto* output : {"desk", "usb", "speakers"}) end(build(false, output), 1.0F);
+  const auto last = build(false, "hall");
+  start(last);
+  EXPECT_EQ(paths.size(), 3U);
+  director.suspend();
+  tick(40);
+  EXPECT_EQ(paths.size(), 3U);
+  director.resume();
+  EXPECT_EQ(paths.size(), 4U);
 }
 
 TEST_F(TapDirectorTest, ADeviceThatWasNeverStartedLeavesNothing) {
