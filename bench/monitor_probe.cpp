@@ -1,6 +1,9 @@
-// Watches a steady tone at a device's monitor and tells when it changes, to the sample.
-// monitor_probe SINK HZ: prints "steady" once the tone has been a sine for 0.2 s, then "changed NANOSECONDS" (monotonic
-// clock) at the first sample that doesn't continue the sine, then "steady" again, and so on until it is ended.
+// Watches a steady tone at a device's monitor, and at whatever else is linked to it, and tells when it changes.
+// monitor_probe SINK HZ: prints "PLACE steady" once the tone has been a sine for 0.2 s, then "PLACE changed NANOSECONDS"
+// at the first sample that doesn't continue the sine, then "PLACE steady" again, and so on until it is ended. The moment
+// is that at which the sample was handed over (monotonic clock), and its place among those that came with it. PLACE is
+// "monitor", and "link" for the node quillmere-bench-link, which nothing is linked to by itself. What comes out of a node
+// of the graph is seen there in the cycle in which it is made, at a monitor only in the next.
 #include <pipewire/pipewire.h>
 #include <spa/param/audio/format-utils.h>
 
@@ -9,6 +12,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <numbers>
 #include <string>
 
@@ -20,7 +24,7 @@ constexpr std::uint64_t steadyFrames = rateHz / 5;
 constexpr double tolerance = 2e-6;
 
 struct Probe {
-  pw_main_loop* loop = nullptr;
+  const char* place = "";
   pw_stream* stream = nullptr;
   /// 2 cos(w): a sine obeys x[n] = factor x[n-1] - x[n-2].
   double factor = 0;
@@ -36,7 +40,7 @@ void take(Probe& probe, double sample, std::int64_t nanos) {
   probe.last = sample;
   if (error > tolerance) {
     if (probe.steady) {
-      std::printf("changed %lld\n", static_cast<long long>(nanos));
+      std::printf("%s changed %lld\n", probe.place, static_cast<long long>(nanos));
       std::fflush(stdout);
     }
     probe.steady = false;
@@ -47,7 +51,7 @@ void take(Probe& probe, double sample, std::int64_t nanos) {
   if (std::abs(sample) < 1e-4 && probe.steadyFor == 0) return;
   if (++probe.steadyFor == steadyFrames) {
     probe.steady = true;
-    std::printf("steady\n");
+    std::printf("%s steady\n", probe.place);
     std::fflush(stdout);
   }
 }
@@ -56,16 +60,47 @@ void process(void* data) {
   auto& probe = *static_cast<Probe*>(data);
   pw_buffer* buffer = pw_stream_dequeue_buffer(probe.stream);
   if (buffer == nullptr) return;
-  pw_time time{};
-  pw_stream_get_time_n(probe.stream, &time, sizeof time);
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  const auto start = std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
   const spa_data& plane = buffer->buffer->datas[0];
   const auto* samples = reinterpret_cast<const float*>(static_cast<const std::uint8_t*>(plane.data) +
                                                        (plane.chunk != nullptr ? plane.chunk->offset : 0));
   const std::uint32_t count = plane.chunk != nullptr ? plane.chunk->size / sizeof(float) : 0;
   for (std::uint32_t index = 0; index < count; ++index) {
-    take(probe, static_cast<double>(samples[index]), time.now + std::int64_t{index} * 1'000'000'000 / rateHz);
+    take(probe, static_cast<double>(samples[index]), start + std::int64_t{index} * 1'000'000'000 / rateHz);
   }
   pw_stream_queue_buffer(probe.stream, buffer);
+}
+
+/// One channel, of a device's monitor or of nothing.
+bool connect(Probe& probe, pw_loop* loop, const char* name, const char* sink) {
+  static const auto events = [] {
+    pw_stream_events made{};
+    made.version = PW_VERSION_STREAM_EVENTS;
+    made.process = process;
+    return made;
+  }();
+  pw_properties* properties =
+      pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture", PW_KEY_NODE_NAME, name, nullptr);
+  if (sink != nullptr) {
+    pw_properties_set(properties, PW_KEY_STREAM_CAPTURE_SINK, "true");
+    pw_properties_set(properties, PW_KEY_TARGET_OBJECT, sink);
+  }
+  probe.stream = pw_stream_new_simple(loop, name, properties, &events, &probe);
+
+  std::array<std::uint8_t, 1024> space{};
+  spa_pod_builder builder = SPA_POD_BUILDER_INIT(space.data(), space.size());
+  spa_audio_info_raw info{};
+  info.format = SPA_AUDIO_FORMAT_F32P;
+  info.rate = rateHz;
+  info.channels = 1;
+  info.position[0] = SPA_AUDIO_CHANNEL_FL;
+  const spa_pod* format = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info);
+  auto flags = PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS;
+  if (sink != nullptr) flags |= PW_STREAM_FLAG_AUTOCONNECT;
+  return pw_stream_connect(probe.stream, PW_DIRECTION_INPUT, PW_ID_ANY, static_cast<pw_stream_flags>(flags), &format,
+                           1) >= 0;
 }
 
 }  // namespace
@@ -76,33 +111,20 @@ int main(int argc, char** argv) {
     return 64;
   }
   pw_init(&argc, &argv);
-  Probe probe;
-  probe.factor = 2 * std::cos(2 * std::numbers::pi * std::atof(argv[2]) / rateHz);
-  probe.loop = pw_main_loop_new(nullptr);
-
-  pw_stream_events events{};
-  events.version = PW_VERSION_STREAM_EVENTS;
-  events.process = process;
-  pw_properties* properties = pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Capture",
-                                                PW_KEY_NODE_NAME, "quillmere-test-probe", PW_KEY_STREAM_CAPTURE_SINK,
-                                                "true", PW_KEY_TARGET_OBJECT, argv[1], nullptr);
-  probe.stream =
-      pw_stream_new_simple(pw_main_loop_get_loop(probe.loop), "quillmere-test-probe", properties, &events, &probe);
-
-  std::array<std::uint8_t, 1024> space{};
-  spa_pod_builder builder = SPA_POD_BUILDER_INIT(space.data(), space.size());
-  spa_audio_info_raw info{};
-  info.format = SPA_AUDIO_FORMAT_F32P;
-  info.rate = rateHz;
-  info.channels = 1;
-  info.position[0] = SPA_AUDIO_CHANNEL_FL;
-  const spa_pod* format = spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info);
-  const auto flags =
-      static_cast<pw_stream_flags>(PW_STREAM_FLAG_AUTOCONNECT | PW_STREAM_FLAG_MAP_BUFFERS | PW_STREAM_FLAG_RT_PROCESS);
-  if (pw_stream_connect(probe.stream, PW_DIRECTION_INPUT, PW_ID_ANY, flags, &format, 1) < 0) return 1;
-  pw_main_loop_run(probe.loop);
-  pw_stream_destroy(probe.stream);
-  pw_main_loop_destroy(probe.loop);
+  pw_main_loop* loop = pw_main_loop_new(nullptr);
+  Probe monitor;
+  Probe linked;
+  monitor.place = "monitor";
+  linked.place = "link";
+  monitor.factor = linked.factor = 2 * std::cos(2 * std::numbers::pi * std::atof(argv[2]) / rateHz);
+  if (!connect(monitor, pw_main_loop_get_loop(loop), "quillmere-bench-monitor", argv[1]) ||
+      !connect(linked, pw_main_loop_get_loop(loop), "quillmere-bench-link", nullptr)) {
+    return 1;
+  }
+  pw_main_loop_run(loop);
+  pw_stream_destroy(monitor.stream);
+  pw_stream_destroy(linked.stream);
+  pw_main_loop_destroy(loop);
   pw_deinit();
   return 0;
 }
