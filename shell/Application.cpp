@@ -64,7 +64,7 @@ class Shell {
     });
   }
 
-  /// `wish` is absent for a start into the background.
+  /// `wish` is absent for a start into the background, and where others will say what to show.
   void start(const std::optional<ActivationRequest>& wish) {
     if (!delegate_.applicationDidFinishLaunching()) return;
     if (!wish) {
@@ -207,6 +207,8 @@ int runApplication(int argc, char** argv, const Host& host) {
       Logger(*log, "Application").standard("the desktop session has ended");
       terminate();
     });
+    // Where the session bus has started the program, what it asks is on its way, with the token that belongs to it.
+    if (options->isActivated) wish.reset();
     main.post([&shell, &wish] { shell.start(wish); });
     main.run();
     if (shell.isBroken()) exitCode = EXIT_FAILURE;

@@ -21,6 +21,7 @@ std::string help() {
       "A volume, a mute and an output for every application.\n"
       "\n"
       "Options:\n"
+      "  --activated       Start as the session bus does: it tells what to show.\n"
       "  --background      Start into the tray without opening a window, as at login.\n"
       "  --section=NAME    Show that section of the window: Mixer, Profiles, Activity,\n"
       "                    Auto-Duck, Focus or Settings.\n"
@@ -32,9 +33,11 @@ std::string help() {
 
 std::optional<LaunchOptions> parseArguments(int argc, char** argv, std::ostream& out, std::ostream& problems,
                                             int& exitCode) {
+  constexpr int activated = 'a';
   constexpr int background = 'b';
   constexpr int section = 's';
-  const std::array<option, 5> known{{{"background", no_argument, nullptr, background},
+  const std::array<option, 6> known{{{"activated", no_argument, nullptr, activated},
+                                     {"background", no_argument, nullptr, background},
                                      {"section", required_argument, nullptr, section},
                                      {"help", no_argument, nullptr, 'h'},
                                      {"version", no_argument, nullptr, 'v'},
@@ -48,7 +51,9 @@ std::optional<LaunchOptions> parseArguments(int argc, char** argv, std::ostream&
     const int at = optind > 0 ? optind : 1;
     const int choice = getopt_long(argc, argv, "hv", known.data(), nullptr);
     if (choice == -1) break;
-    if (choice == background) {
+    if (choice == activated) {
+      options.isActivated = true;
+    } else if (choice == background) {
       options.inBackground = true;
     } else if (choice == section) {
       options.section = optarg;

@@ -10,6 +10,8 @@ namespace quillmere {
 struct LaunchOptions {
   /// Into the tray, without a window.
   bool inBackground = false;
+  /// By the session bus, which tells at once what to show: a window opens when it does.
+  bool isActivated = false;
   /// The section of the main window to show, by its name.
   std::optional<std::string> section;
 };

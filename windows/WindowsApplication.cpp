@@ -330,7 +330,8 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
   // The first text waits for the fonts' configuration, which can be read while the toolkit starts.
   const std::jthread fonts(FcInit);
   QCoreApplication::setApplicationName(QStringLiteral("quillmere"));
-  QCoreApplication::setApplicationVersion(QStringLiteral(QUILLMERE_VERSION));
+  const auto version = appVersion();
+  QCoreApplication::setApplicationVersion(QString::fromUtf8(version.data(), static_cast<qsizetype>(version.size())));
   QGuiApplication::setDesktopFileName(QStringLiteral("app.quillmere.host"));
   QtMainExecutor main;
   // What is wanted has mostly been sent before this program began to run; it is read while the toolkit starts.

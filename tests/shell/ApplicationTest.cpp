@@ -83,6 +83,12 @@ TEST_F(SecondStart, InTheBackgroundWishesForNothing) {
   EXPECT_TRUE(token.empty()) << "no child may take it for its own";
 }
 
+// The instance that has the lock may be off the bus, and is who the user means.
+TEST_F(SecondStart, ByTheSessionBusAsksTheFirstToShowItself) {
+  EXPECT_EQ(start({"--activated"}), 0);
+  EXPECT_EQ(requests, (Requests{ActivationRequest{std::nullopt, "token"}}));
+}
+
 TEST_F(SecondStart, ThatOnlyAsksForHelpAsksNobody) {
   EXPECT_EQ(start({"--help"}), 0);
   EXPECT_TRUE(requests.empty());

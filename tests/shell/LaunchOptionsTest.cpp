@@ -39,6 +39,14 @@ TEST_F(CommandLine, StartsInTheBackground) {
   EXPECT_TRUE(options->inBackground);
 }
 
+TEST_F(CommandLine, TheSessionBusStartsItInItsOwnWay) {
+  const auto options = parse({"--activated"});
+  ASSERT_TRUE(options);
+  EXPECT_TRUE(options->isActivated);
+  EXPECT_FALSE(options->inBackground);
+  EXPECT_FALSE(parse({})->isActivated);
+}
+
 TEST_F(CommandLine, ASectionIsNamed) {
   for (const auto& arguments :
        {std::vector<std::string>{"--section=Settings"}, std::vector<std::string>{"--section", "Settings"}}) {

@@ -15,6 +15,9 @@ constexpr const char* objectPath = "/app/quillmere/host";
 constexpr const char* applicationInterface = "org.freedesktop.Application";
 /// The action that shows a section of the main window; its one argument is the section's name.
 constexpr const char* showSection = "show-section";
+/// The one of the desktop entry, whose actions have no arguments, and where it leads.
+constexpr std::string_view showSettings = "show-settings";
+constexpr const char* settings = "Settings";
 constexpr const char* tokenKey = "activation-token";
 /// What came before tokens.
 constexpr const char* startupKey = "desktop-startup-id";
@@ -64,6 +67,7 @@ ActivationRequest requestOf(std::string_view method, GVariant* parameters) {
   if (method != "ActivateAction") return request;
   const char* action = nullptr;
   g_variant_get_child(parameters, 0, "&s", &action);
+  if (action == showSettings) request.section = settings;
   const bus::Variant arguments(g_variant_get_child_value(parameters, 1));
   if (std::string_view(action) != showSection || g_variant_n_children(arguments.get()) != 1) return request;
   const bus::Variant boxed(g_variant_get_child_value(arguments.get(), 0));

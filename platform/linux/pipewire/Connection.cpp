@@ -72,7 +72,9 @@ void Connection::connect() {
 }
 
 bool Connection::connect(Client& client) {
-  auto* properties = pw_properties_new(PW_KEY_APP_NAME, "Quillmere", PW_KEY_APP_ID, "app.quillmere.Quillmere", nullptr);
+  // Session managers let a program in a sandbox touch others' streams only if it says to be one of these.
+  auto* properties = pw_properties_new(PW_KEY_APP_NAME, "Quillmere", PW_KEY_APP_ID, "app.quillmere.Quillmere",
+                                       PW_KEY_MEDIA_CATEGORY, "Manager", nullptr);
   if (!remote_.empty()) pw_properties_set(properties, PW_KEY_REMOTE_NAME, remote_.c_str());
   client.core = pw_context_connect(context_, properties, 0);
   if (client.core == nullptr) return false;

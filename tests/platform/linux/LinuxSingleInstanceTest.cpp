@@ -116,6 +116,65 @@ TEST_P(SingleInstanceOn, ASecondThatWishesForNothingAsksForNothing) {
   EXPECT_EQ(requests, (std::vector{ActivationRequest{"Mixer", {}}}));
 }
 
+/// What desktops call: the desktop entry says that the program can be activated on the bus.
+class DesktopActivation : public ::testing::Test {
+ protected:
+  DesktopActivation() {
+    first_.onActivationRequested([this](const ActivationRequest& request) { requests_.push_back(request); });
+    EXPECT_TRUE(first_.acquire(std::nullopt));
+  }
+
+  /// Whether the call was answered. `arguments` are written as texts of variants are.
+  [[nodiscard]] bool isAnswered(const char* method, const char* arguments) {
+    const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    const bus::Object<GDBusConnection> connection(
+        g_dbus_connection_new_for_address_sync(bus_.address().c_str(), flags, nullptr, nullptr, nullptr));
+    if (!connection) return false;
+    const bus::Variant reply(g_dbus_connection_call_sync(
+        connection.get(), "app.quillmere.host", "/app/quillmere/host", "org.freedesktop.Application", method,
+        g_variant_new_parsed(arguments), G_VARIANT_TYPE("()"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+    g_dbus_connection_close_sync(connection.get(), nullptr, nullptr);
+    return reply != nullptr;
+  }
+  /// What is asked for from now on, once it is there.
+  std::optional<ActivationRequest> next() {
+    if (!main_.becomes([this] { return !requests_.empty(); })) return std::nullopt;
+    const auto request = requests_.front();
+    requests_.erase(requests_.begin());
+    return request;
+  }
+
+ private:
+  support::PrivateBus bus_;
+  support::RecordingLogSink log_;
+  PostBox main_;
+  std::vector<ActivationRequest> requests_;
+  LinuxSingleInstance first_{main_, log_, {bus_.address(), ""}};
+};
+
+TEST_F(DesktopActivation, ShowsTheProgramWithTheTokenOfTheLaunch) {
+  EXPECT_TRUE(isAnswered("Activate", "({'activation-token': <'token'>},)"));
+  EXPECT_EQ(next(), (ActivationRequest{std::nullopt, "token"}));
+  EXPECT_TRUE(isAnswered("Activate", "({'desktop-startup-id': <'older'>},)"));
+  EXPECT_EQ(next(), (ActivationRequest{std::nullopt, "older"}));
+}
+
+TEST_F(DesktopActivation, WithFilesShowsTheProgram) {
+  EXPECT_TRUE(isAnswered("Open", "(['file:///tmp/a.ogg'], {'activation-token': <'token'>})"));
+  EXPECT_EQ(next(), (ActivationRequest{std::nullopt, "token"}));
+}
+
+TEST_F(DesktopActivation, OfTheEntrysActionShowsTheSettings) {
+  EXPECT_TRUE(isAnswered("ActivateAction", "('show-settings', @av [], {'activation-token': <'token'>})"));
+  EXPECT_EQ(next(), (ActivationRequest{"Settings", "token"}));
+}
+
+TEST_F(DesktopActivation, OfAnActionThatNobodyKnowsShowsTheProgram) {
+  EXPECT_TRUE(isAnswered("ActivateAction", "('dance', [<1>], @a{sv} {})"));
+  EXPECT_EQ(next(), ActivationRequest{});
+}
+
 INSTANTIATE_TEST_SUITE_P(Grounds, SingleInstanceOn, ::testing::Values(Ground::bus, Ground::lockFile));
 
 TEST(SingleInstance, ABusThatIsGoneLeavesTheLockFile) {
