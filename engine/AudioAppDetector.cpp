@@ -48,25 +48,18 @@ const std::set<std::string>& AudioAppDetector::knownAudioApps() {
 }
 
 Stream<AudioAppDetector::DetectionResult> AudioAppDetector::runningAudioApps() const {
-  using Results = Stream<DetectionResult>;
-  Workspace& workspace = *workspace_;
-  return Results::produce(*background_,
-                          [monitor = monitor_, &workspace](TaskContext& task, Results::Writer& writer) -> Async<void> {
-                            auto snapshots = monitor.stream();
-                            // Most polls find what the one before has found: a comparison costs less than a join.
-                            std::optional<DetectionResult> joined;
-                            std::vector<RunningApplication> joinedWith;
-                            while (!task.isCancelled()) {
-                              auto list = co_await snapshots.next();
-                              if (!list) break;
-                              auto running = workspace.runningApplications();
-                              if (!joined || joined->snapshots != *list || joinedWith != running) {
-                                joined = merge(std::move(*list), running);
-                                joinedWith = std::move(running);
-                              }
-                              writer.yield(*joined);
-                            }
-                          });
+  // Most polls find what the one before has found: a comparison costs less than a join.
+  auto join = [&workspace = *workspace_, joined = std::optional<DetectionResult>(),
+               joinedWith =
+                   std::vector<RunningApplication>()](std::vector<CoreAudioProcessMonitor::Snapshot> list) mutable {
+    auto running = workspace.runningApplications();
+    if (!joined || joined->snapshots != list || joinedWith != running) {
+      joined = merge(std::move(list), running);
+      joinedWith = std::move(running);
+    }
+    return *joined;
+  };
+  return monitor_.joined<DetectionResult>({&workspace_->changes()}, std::move(join));
 }
 
 AudioAppDetector::DetectionResult AudioAppDetector::merge(std::vector<CoreAudioProcessMonitor::Snapshot> snapshots,

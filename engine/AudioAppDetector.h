@@ -28,9 +28,10 @@ class AudioAppDetector {
 
   /// All outlive every stream.
   AudioAppDetector(const AudioHardware& hardware, Workspace& workspace, Executor& background)
-      : monitor_(hardware, background), workspace_(&workspace), background_(&background) {}
+      : monitor_(hardware, background), workspace_(&workspace) {}
 
-  /// A result at once and then every 150 ms, changed or not. [any]
+  /// A result at once and then every 150 ms, changed or not. A consumer that wants changes only gets one when it may be
+  /// another. [any]
   [[nodiscard]] Stream<DetectionResult> runningAudioApps() const;
 
   /// The join itself; `running` in the system's order. [any]
@@ -45,7 +46,6 @@ class AudioAppDetector {
  private:
   CoreAudioProcessMonitor monitor_;
   Workspace* workspace_;
-  Executor* background_;
 };
 
 }  // namespace quillmere

@@ -17,14 +17,7 @@ bool readFlag(const AudioHardware& hardware, AudioObjectID object, std::uint32_t
 }  // namespace
 
 Stream<std::vector<CoreAudioProcessMonitor::Snapshot>> CoreAudioProcessMonitor::stream() const {
-  using Snapshots = Stream<std::vector<Snapshot>>;
-  const AudioHardware& hardware = *hardware_;
-  return Snapshots::produce(*background_, [&hardware](TaskContext& task, Snapshots::Writer& writer) -> Async<void> {
-    while (!task.isCancelled()) {
-      writer.yield(snapshots(hardware));
-      co_await task.sleep(period);
-    }
-  });
+  return joined<std::vector<Snapshot>>({}, [](std::vector<Snapshot> list) { return list; });
 }
 
 std::vector<CoreAudioProcessMonitor::Snapshot> CoreAudioProcessMonitor::snapshots(const AudioHardware& hardware) {

@@ -6,10 +6,11 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/AudioHardware.h"
-#include "runtime/Stream.h"
+#include "runtime/Poll.h"
 
 namespace quillmere {
 
@@ -35,6 +36,21 @@ class CoreAudioProcessMonitor {
 
   /// The list, at once and then every 150 ms, changed or not. [any]
   [[nodiscard]] Stream<std::vector<Snapshot>> stream() const;
+  /// The same with what `join` makes of each list. It is called on [background], one call at a time, and knows nothing
+  /// but the list and what `sources` tell of; they outlive the stream. [any]
+  template <typename T, typename Join>
+  [[nodiscard]] Stream<T> joined(const ChangeSources& sources, Join join) const {
+    auto watched = sources;
+    watched.push_back(&hardware_->changes());
+    return Stream<T>::produce(*background_,
+                              [&hardware = *hardware_, watched = std::move(watched), join = std::move(join)](
+                                  TaskContext& task, typename Stream<T>::Writer& writer) -> Async<void> {
+                                const ChangeWatch watch(watched);
+                                auto own = join;
+                                co_await poll<T>(task, writer, period, watch,
+                                                 [&hardware, &own] { return own(snapshots(hardware)); });
+                              });
+  }
 
   /// The list of the moment, in the system's order; objects whose identifier cannot be read are left out. [any]
   [[nodiscard]] static std::vector<Snapshot> snapshots(const AudioHardware& hardware);

@@ -4,6 +4,7 @@
 #include <atomic>
 
 #include "engine/ProcessTapEngine.h"
+#include "runtime/Poll.h"
 #include "runtime/Threads.h"
 
 namespace quillmere {
@@ -42,10 +43,8 @@ void DriverClient::applyRouting(const std::optional<std::string>& deviceUID, con
 Stream<DriverClient::Levels> DriverClient::levelsStream() const {
   // The period stands, so that levels can be put into the elements without a change to those who read them.
   return Stream<Levels>::produce(background_, [](TaskContext& task, Stream<Levels>::Writer& writer) -> Async<void> {
-    while (!task.isCancelled()) {
-      writer.yield({});
-      co_await task.sleep(levelsPeriod);
-    }
+    const ChangeWatch nothing;
+    co_await poll<Levels>(task, writer, levelsPeriod, nothing, [] { return Levels(); });
   });
 }
 

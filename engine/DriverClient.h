@@ -37,7 +37,8 @@ class DriverClient {
   /// See ProcessTapEngine::applyRouting.
   void applyRouting(const std::optional<std::string>& deviceUID, const std::string& bundleID);
 
-  /// Levels by application, ten times a second. Carries none yet: every element is empty.
+  /// Levels by application, ten times a second. Carries none yet: every element is empty, and a consumer that wants
+  /// changes only gets no second one.
   [[nodiscard]] Stream<Levels> levelsStream() const;
 
   [[nodiscard]] ProcessTapEngine& engine() const { return engine_; }

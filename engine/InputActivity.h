@@ -24,6 +24,8 @@ class InputActivity {
 
   /// Whether a cycle since the last look, or one not longer ago than `lifeOfAPeak`, has left a peak of more than 0.001.
   [[nodiscard]] bool isHeard(MonotonicTime now);
+  /// Whether the next look may find another answer though no cycle comes, or cycles are coming. As of the last look.
+  [[nodiscard]] bool isMoving() const { return isNews_; }
 
  private:
   std::shared_ptr<const IOWords> words_;

@@ -7,18 +7,18 @@
 
 #include "core/TextOrder.h"
 #include "engine/CoreAudioUtils.h"
+#include "runtime/Poll.h"
 
 namespace quillmere {
 
 Stream<std::vector<AudioOutputDevice>> OutputDeviceMonitor::stream() const {
   using Devices = Stream<std::vector<AudioOutputDevice>>;
-  const AudioHardware& hardware = *hardware_;
-  return Devices::produce(*background_, [&hardware](TaskContext& task, Devices::Writer& writer) -> Async<void> {
-    while (!task.isCancelled()) {
-      writer.yield(outputDevices(hardware));
-      co_await task.sleep(period);
-    }
-  });
+  return Devices::produce(*background_,
+                          [&hardware = *hardware_](TaskContext& task, Devices::Writer& writer) -> Async<void> {
+                            const ChangeWatch watch({&hardware.changes()});
+                            co_await poll<std::vector<AudioOutputDevice>>(
+                                task, writer, period, watch, [&hardware] { return outputDevices(hardware); });
+                          });
 }
 
 std::vector<AudioOutputDevice> OutputDeviceMonitor::outputDevices(const AudioHardware& hardware) {

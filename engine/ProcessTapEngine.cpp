@@ -1,6 +1,7 @@
 // The engine's tables and the rules by which subgraphs come and go.
 #include "engine/ProcessTapEngine.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -171,6 +172,11 @@ std::set<std::string> ProcessTapEngine::activeBundleIDs() const {
   return active;
 }
 
+bool ProcessTapEngine::isHearing() const {
+  const std::lock_guard lock(activitiesMutex_);
+  return std::ranges::any_of(activities_, [](const auto& entry) { return entry.second.isMoving(); });
+}
+
 void ProcessTapEngine::stop() {
   queue_->sync([this] {
     isStopping_ = true;
@@ -205,8 +211,11 @@ void ProcessTapEngine::takeBuilt(const std::string& bundleID, std::unique_ptr<Pr
   }
   InputActivity activity(subgraph->words());
   subgraphs_[bundleID] = std::move(subgraph);
-  const std::lock_guard lock(activitiesMutex_);
-  activities_.insert_or_assign(bundleID, std::move(activity));
+  {
+    const std::lock_guard lock(activitiesMutex_);
+    activities_.insert_or_assign(bundleID, std::move(activity));
+  }
+  changes_.raise();
 }
 
 std::optional<float> ProcessTapEngine::tearDownSubgraphLocked(const std::string& bundleID) {

@@ -16,6 +16,7 @@
 #include "engine/ProcessTapSubgraph.h"
 #include "engine/SubgraphBuilds.h"
 #include "platform/AudioHardware.h"
+#include "runtime/ChangeSignal.h"
 #include "runtime/Runtime.h"
 
 namespace quillmere {
@@ -49,6 +50,11 @@ class ProcessTapEngine {
   void refreshUnroutedSubgraphsForNewSystemDefault();
   /// The applications whose subgraph hears sound, of those that the queue has made so far; waits for nothing. [any]
   [[nodiscard]] std::set<std::string> activeBundleIDs() const;
+  /// Whether activeBundleIDs() may answer differently from now on without a word: cycles run, as the last call of it
+  /// has found. [any]
+  [[nodiscard]] bool isHearing() const;
+  /// Raised when a subgraph has come whose cycles nobody has looked at yet. [any]
+  [[nodiscard]] const ChangeSignal& changes() const { return changes_; }
   /// Tears down every subgraph, half built ones too; processes and routes stay known. Waits for what is queued before,
   /// but for no path to come alive. [any but engine]
   void stop();
@@ -89,6 +95,7 @@ class ProcessTapEngine {
   /// Of every subgraph there is: for callers who don't wait for the queue.
   mutable std::mutex activitiesMutex_;
   mutable std::map<std::string, InputActivity> activities_;
+  ChangeSignal changes_;
 };
 
 }  // namespace quillmere

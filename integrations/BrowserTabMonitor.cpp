@@ -7,6 +7,7 @@
 
 #include "core/DecimalInteger.h"
 #include "core/Trimmed.h"
+#include "runtime/Poll.h"
 #include "scripting/ScriptError.h"
 
 namespace quillmere {
@@ -141,15 +142,16 @@ Stream<BrowserTabMonitor::Tabs> BrowserTabMonitor::stream(std::function<std::set
   return Stream<Tabs>::produce(main_,
                                [monitor = *this, runningBrowsers = std::move(runningBrowsers), interval](
                                    TaskContext& task, Stream<Tabs>::Writer& writer) -> Async<void> {
-                                 while (!task.isCancelled()) {
+                                 const auto look = [&monitor, &runningBrowsers] {
                                    Tabs tabs;
                                    for (const auto& bundleID : runningBrowsers()) {
                                      if (auto open = monitor.queryTabs(bundleID))
                                        tabs.emplace(bundleID, std::move(*open));
                                    }
-                                   writer.yield(std::move(tabs));
-                                   co_await task.sleep(interval);
-                                 }
+                                   return tabs;
+                                 };
+                                 const ChangeWatch watch({&monitor.scripting_.changes()});
+                                 co_await poll<Tabs>(task, writer, interval, watch, look);
                                });
 }
 

@@ -41,7 +41,9 @@ class BrowserTabMonitor {
   [[nodiscard]] std::optional<std::vector<BrowserTab>> queryTabs(const std::string& bundleID) const;
 
   /// An element each period, changed or not: the tabs of those known browsers that `runningBrowsers` names. One that
-  /// fails is left out of its element. `runningBrowsers` and the scripts are run on [main]. [any]
+  /// fails is left out of its element. `runningBrowsers` and the scripts are run on [main]. A consumer that wants
+  /// changes only is told when the scripts may have other answers, and calls for an element where there are other
+  /// browsers. [any]
   [[nodiscard]] Stream<Tabs> stream(std::function<std::set<std::string>()> runningBrowsers, Duration interval) const;
 
  private:

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "runtime/Completion.h"
+#include "runtime/Poll.h"
 
 namespace quillmere {
 
@@ -69,10 +70,11 @@ Stream<std::optional<NowPlayingTrack>> NowPlayingMonitor::stream() const {
   return Tracks::produce(background_,
                          [&source = source_, &workspace = workspace_, interval = pollInterval_](
                              TaskContext& task, Tracks::Writer& writer) -> Async<void> {
-                           while (!task.isCancelled()) {
-                             writer.yield(co_await fetch(source, workspace));
-                             co_await task.sleep(interval);
-                           }
+                           // The applications only name the player: no reason to have them looked for.
+                           const ChangeWatch watch({&source.changes()}, {&workspace.changes()});
+                           co_await poll<std::optional<NowPlayingTrack>>(
+                               task, writer, interval, watch,
+                               [&source, &workspace] { return fetch(source, workspace); });
                          });
 }
 

@@ -17,7 +17,9 @@ class NowPlayingMonitor {
   /// `source` and `workspace` outlive the monitor and its streams.
   NowPlayingMonitor(NowPlayingSource& source, Workspace& workspace, const Runtime& runtime, Duration pollInterval);
 
-  /// An element each period, changed or not; absent where nothing with a title plays. Asks on [background]. [any]
+  /// An element each period, changed or not; absent where nothing with a title plays. Asks on [background]. A consumer
+  /// that wants changes only is told when the source may have another answer, and when other applications run than
+  /// before, as far as somebody else looks for those. [any]
   [[nodiscard]] Stream<std::optional<NowPlayingTrack>> stream() const;
 
  private:

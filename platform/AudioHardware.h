@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/AudioTypes.h"
+#include "runtime/ChangeSignal.h"
 
 namespace quillmere {
 
@@ -26,6 +27,10 @@ using PropertyListener = std::shared_ptr<const std::function<void()>>;
 class AudioHardware {
  public:
   virtual ~AudioHardware() = default;
+
+  /// Raised after a read of the system object, of a device or of a process object has another answer than before (a
+  /// failure that passes is one), and when the IO cycles of a tap begin. Of a host that doesn't know: absent.
+  [[nodiscard]] virtual const ChangeSignal& changes() const { return ChangeSignal::absent(); }
 
   [[nodiscard]] virtual bool hasProperty(AudioObjectID object, const PropertyAddress& address) const = 0;
   virtual Status isPropertySettable(AudioObjectID object, const PropertyAddress& address, bool& settable) const = 0;

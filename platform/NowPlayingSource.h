@@ -8,6 +8,8 @@
 #include <string>
 #include <variant>
 
+#include "runtime/ChangeSignal.h"
+
 namespace quillmere {
 
 using NowPlayingValue = std::variant<std::string, double, std::int64_t, bool>;
@@ -31,6 +33,9 @@ class NowPlayingSource {
   using PIDReply = std::function<void(std::optional<std::int32_t>)>;
 
   virtual ~NowPlayingSource() = default;
+  /// Raised after one of the two has another answer than before; stale while an answer changes by itself, as a position
+  /// does. Of a source that doesn't know: absent. [any]
+  [[nodiscard]] virtual const ChangeSignal& changes() const { return ChangeSignal::absent(); }
   /// Replies once on [main]; absent where nothing can be asked. A source that hangs may never reply. [any]
   virtual void nowPlayingInfo(InfoReply reply) = 0;
   /// Replies once on [main] with the playing application's process id; below 1 means none. [any]

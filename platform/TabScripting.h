@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "runtime/ChangeSignal.h"
+
 namespace quillmere {
 
 /// What a script asks of which browser.
@@ -51,6 +53,9 @@ class TabScript {
 class TabScripting {
  public:
   virtual ~TabScripting() = default;
+  /// Raised after a query of any browser may have another answer than before. Of a bridge that doesn't know: absent.
+  /// [any]
+  [[nodiscard]] virtual const ChangeSignal& changes() const { return ChangeSignal::absent(); }
   /// Makes `source` ready; null where that fails. `request` is what the source stands for. [any]
   virtual std::unique_ptr<TabScript> compile(const TabRequest& request, std::string_view source) = 0;
 };

@@ -9,6 +9,8 @@
 #include <variant>
 #include <vector>
 
+#include "runtime/ChangeSignal.h"
+
 namespace quillmere {
 
 struct RunningApplication {
@@ -52,6 +54,9 @@ using IconReference = std::variant<ThemedIcon, FileIcon, EncodedIcon>;
 class Workspace {
  public:
   virtual ~Workspace() = default;
+  /// Raised after runningApplications() has another answer than before. A host that finds out by looking, while
+  /// somebody asks, says when it would look again. Of a host that doesn't know: absent.
+  [[nodiscard]] virtual const ChangeSignal& changes() const { return ChangeSignal::absent(); }
   /// In a stable order; one application may stand for several processes.
   [[nodiscard]] virtual std::vector<RunningApplication> runningApplications() = 0;
   /// The icon of a running or installed application.

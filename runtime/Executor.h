@@ -20,6 +20,8 @@ class Executor {
   virtual TimerID postAfter(Duration delay, Work work) = 0;
   /// Drops a timer that has not fired; an unknown or finished one is ignored. The work is destroyed, not run. [any]
   virtual void cancelTimer(TimerID timer) = 0;
+  /// The time that its timers go by. [any]
+  [[nodiscard]] virtual MonotonicTime now() const { return std::chrono::steady_clock::now(); }
   /// Whether the caller runs on this executor. [any]
   [[nodiscard]] virtual bool isCurrent() const = 0;
 };

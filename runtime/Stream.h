@@ -9,9 +9,18 @@
 #include <optional>
 #include <utility>
 
+#include "runtime/ChangeSignal.h"
 #include "runtime/Task.h"
 
 namespace quillmere {
+
+/// How often the consumer of a polled stream wants an element.
+enum class Pace {
+  /// Each period, changed or not.
+  everyPeriod,
+  /// Not while the producer knows that it would be the one of before.
+  whenChanged,
+};
 
 template <typename T>
 class Stream {
@@ -19,6 +28,8 @@ class Stream {
     std::mutex mutex;
     std::deque<T> buffer;
     bool finished = false;
+    Pace pace = Pace::everyPeriod;
+    ChangeSignal wishes;
     std::shared_ptr<detail::Resumption> consumer;
     Task producer;
 
@@ -53,6 +64,13 @@ class Stream {
       }
       if (waiting) waiting->fire();
     }
+    /// What the consumer wants at the moment. [any]
+    [[nodiscard]] Pace pace() const {
+      const std::lock_guard lock(state_->mutex);
+      return state_->pace;
+    }
+    /// Raised when the consumer calls for an element. Lives as long as this. [any]
+    [[nodiscard]] const ChangeSignal& wishes() const { return state_->wishes; }
     /// How many values the consumer has not taken yet. [any]
     [[nodiscard]] std::size_t backlog() const {
       const std::lock_guard lock(state_->mutex);
@@ -123,6 +141,22 @@ class Stream {
   };
 
   [[nodiscard]] Next next() { return Next(state_); }
+
+  /// How often this consumer wants an element: each period, at first. Whoever would do nothing with an element like the
+  /// last one says so here, and neither end is woken for it. A producer that doesn't ask goes on as ever. [any]
+  void setPace(Pace pace) {
+    {
+      const std::lock_guard lock(state_->mutex);
+      if (std::exchange(state_->pace, pace) == pace) return;
+    }
+    if (pace == Pace::everyPeriod) state_->wishes.raise();
+  }
+  /// Calls for the element of the next period, changed or not; may be kept and called when the stream has gone. [any]
+  [[nodiscard]] std::function<void()> asker() const {
+    return [weak = std::weak_ptr<State>(state_)] {
+      if (const auto state = weak.lock()) state->wishes.raise();
+    };
+  }
 
  private:
   explicit Stream(std::shared_ptr<State> state) : state_(std::move(state)) {}

@@ -19,6 +19,7 @@ class VirtualTime::VirtualExecutor final : public Executor {
     const auto dropped = time_.items_.extract(Key{due->second, timer});
     time_.dueTimes_.erase(due);
   }
+  [[nodiscard]] MonotonicTime now() const override { return time_.now_; }
   [[nodiscard]] bool isCurrent() const override {
     return time_.running_ == this || (isMain_ && time_.running_ == nullptr);
   }
@@ -59,9 +60,9 @@ VirtualTime::VirtualTime(Date start)
 
 VirtualTime::~VirtualTime() { shutDown(); }
 
-Date VirtualTime::now() const {
-  const std::chrono::duration<double> elapsed = now_.time_since_epoch();
-  return start_.advancedBy(elapsed.count() + wallOffsetSeconds_);
+void VirtualTime::jumpWallClock(double seconds) {
+  wallOffsetSeconds_ += seconds;
+  settings_.raise();
 }
 
 void VirtualTime::sleepThread(Duration duration) {

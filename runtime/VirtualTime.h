@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "runtime/ChangeSignal.h"
 #include "runtime/Runtime.h"
 
 namespace quillmere {
@@ -21,7 +22,9 @@ class VirtualTime final : public Clocks {
   explicit VirtualTime(Date start = Date{700000000.0});
   ~VirtualTime() override;
 
-  [[nodiscard]] Date now() const override;
+  [[nodiscard]] Date now() const override { return setting().at(now_); }
+  [[nodiscard]] WallClockSetting setting() const override { return {start_, wallOffsetSeconds_}; }
+  [[nodiscard]] const ChangeSignal& settings() const override { return settings_; }
   [[nodiscard]] MonotonicTime monotonicNow() const override { return now_; }
   /// Time passes, but nothing runs: the calling "thread" is blocked. Counted, for tests of polls.
   void sleepThread(Duration duration) override;
@@ -35,7 +38,7 @@ class VirtualTime final : public Clocks {
   /// another executor, it is the thread that was quicker.
   void runDueOn(Executor& executor);
   /// Moves the wall clock alone, as a user or a time server does.
-  void jumpWallClock(double seconds) { wallOffsetSeconds_ += seconds; }
+  void jumpWallClock(double seconds);
   /// Lets the machine sleep: wall time passes, monotonic time does not.
   void suspendMachine(double seconds) { jumpWallClock(seconds); }
   /// Drops all that waits, and all that is posted later. Called by the destructor.
@@ -65,6 +68,7 @@ class VirtualTime final : public Clocks {
   MonotonicTime now_{};
   Date start_;
   double wallOffsetSeconds_ = 0.0;
+  ChangeSignal settings_;
   int threadSleeps_ = 0;
   std::uint64_t lastSequence_ = 0;
   bool shutDown_ = false;

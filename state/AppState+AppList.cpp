@@ -53,6 +53,8 @@ void AppState::restoreEngineState(const AudioApp& stored) {
 }
 
 void AppState::noteSounding(const std::set<std::string>& sounding) {
+  makeUpForLooksLeftOut();
+
   const auto now = runtime_.clocks.now();
   for (const auto& bundleID : sounding) lastSeenLive_[bundleID] = now;
 
@@ -62,6 +64,27 @@ void AppState::noteSounding(const std::set<std::string>& sounding) {
   std::set<std::string> live;
   for (const auto& [bundleID, seen] : lastSeenLive_) live.insert(live.end(), bundleID);
   liveBundleIDs_.set(std::move(live));
+}
+
+void AppState::makeUpForLooksLeftOut() {
+  if (!restingLook_) return;
+  const auto& clocks = runtime_.clocks;
+  // They would all have found what that one has found, and this would have been the last of them.
+  const auto lookBefore = clocks.monotonicNow() - CoreAudioProcessMonitor::period;
+  if (lookBefore <= restingLook_->at) return;
+  // That the clock has been set calls for a look: so it was since the one left out, or the host tells of no settings.
+  const bool isTold = clocks.settings().raises() != restingLook_->clockSettings;
+  const auto clock = isTold ? restingLook_->clock : clocks.setting();
+  for (const auto& bundleID : restingLook_->sounding) lastSeenLive_[bundleID] = clock.at(lookBefore);
+}
+
+bool AppState::restUntilSoundingChanges(const std::set<std::string>& sounding) {
+  restingLook_.reset();
+  // Whoever is on the way out of the list goes by the clock alone, and a tap's cycles stop without a word.
+  if (*liveBundleIDs_ != sounding || engine_->isHearing()) return false;
+  const auto& clocks = runtime_.clocks;
+  restingLook_ = RestingLook{sounding, clocks.monotonicNow(), clocks.setting(), clocks.settings().raises()};
+  return true;
 }
 
 void AppState::takeMicrophoneUsers(const std::set<std::string>& bundleIDs) {

@@ -42,6 +42,8 @@ void AppState::pauseForDeviceRemoval(const std::optional<std::string>& deviceUID
   }
   machine_.mediaKeys->press(mediakey::play, mediakey::Purpose::pause);
   pendingResumeDeviceUID_ = deviceUID;
+  // What still plays at the next look has not been paused by this.
+  askForTrack_();
 }
 
 void AppState::deviceAdded(const std::string& deviceUID) {

@@ -21,6 +21,8 @@ void AppState::startStreams() {
 void AppState::startDetectionStream() {
   startTask(runtime_.main, [self = shared_from_this()](TaskContext&) -> Async<void> {
     auto results = self->detector_->runningAudioApps();
+    const auto taps = self->engine_->changes().follow(results.asker());
+    const auto clock = self->runtime_.clocks.settings().follow(results.asker());
     while (true) {
       auto result = co_await results.next();
       if (!result) co_return;
@@ -37,6 +39,8 @@ void AppState::startDetectionStream() {
       for (const auto& stored : toRestore) self->restoreEngineState(stored);
 
       self->takeMicrophoneUsers(result->micBundleIDs);
+
+      results.setPace(self->restUntilSoundingChanges(sounding) ? Pace::whenChanged : Pace::everyPeriod);
     }
   });
 }
@@ -44,6 +48,7 @@ void AppState::startDetectionStream() {
 void AppState::startLevelStream() {
   startTask(runtime_.main, [self = shared_from_this()](TaskContext&) -> Async<void> {
     auto levels = self->engine_->levelsStream();
+    levels.setPace(Pace::whenChanged);
     // Read and dropped: no field shows levels by application.
     while (true) {
       const auto element = co_await levels.next();
@@ -55,6 +60,7 @@ void AppState::startLevelStream() {
 void AppState::startOutputDeviceStream() {
   startTask(runtime_.main, [self = shared_from_this()](TaskContext&) -> Async<void> {
     auto lists = self->deviceMonitor_->stream();
+    lists.setPace(Pace::whenChanged);
     std::optional<std::string> lastDefaultUID;
     while (true) {
       auto list = co_await lists.next();
@@ -79,6 +85,8 @@ void AppState::startOutputDeviceStream() {
 void AppState::startNowPlayingStream() {
   startTask(runtime_.main, [self = shared_from_this()](TaskContext&) -> Async<void> {
     auto tracks = self->nowPlayingMonitor_->stream();
+    tracks.setPace(Pace::whenChanged);
+    self->askForTrack_ = tracks.asker();
     while (true) {
       auto track = co_await tracks.next();
       if (!track) co_return;

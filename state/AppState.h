@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -74,12 +75,17 @@ class AppState final : public MixerState, public std::enable_shared_from_this<Ap
 
   // AppState+BrowserTabs.cpp
   void startBrowserTabStream();
+  [[nodiscard]] Subscription followListedBrowsers(std::function<void()> changed);
 
   // AppState+AppList.cpp
   /// `toRestore` receives the stored settings that the engine has not had in this run.
   std::vector<AudioApp> mergeKeepingState(const std::vector<AudioApp>& detected, std::vector<AudioApp>& toRestore);
   void restoreEngineState(const AudioApp& stored);
   void noteSounding(const std::set<std::string>& sounding);
+  void makeUpForLooksLeftOut();
+  /// Whether another look can find nothing else until somebody tells of a change. The next noteSounding() then makes up
+  /// for the looks that are left out.
+  bool restUntilSoundingChanges(const std::set<std::string>& sounding);
   void takeMicrophoneUsers(const std::set<std::string>& bundleIDs);
 
   // AppState+Mixer.cpp
@@ -119,6 +125,14 @@ class AppState final : public MixerState, public std::enable_shared_from_this<Ap
   std::map<std::string, float> preWhisperGains_;
   float preWhisperMaster_ = 0.7F;
   std::map<std::string, Date> lastSeenLive_;
+  struct RestingLook {
+    std::set<std::string> sounding;
+    MonotonicTime at;
+    WallClockSetting clock;
+    std::uint64_t clockSettings;
+  };
+  /// The last look, where the next one comes only with a change.
+  std::optional<RestingLook> restingLook_;
   float sleepTimerStartMaster_ = 0.0F;
   std::optional<Date> sleepTimerStartedAt_;
   Task sleepTimerTicker_;
@@ -146,6 +160,8 @@ class AppState final : public MixerState, public std::enable_shared_from_this<Ap
   /// Applications whose settings of earlier runs the engine has received.
   std::set<std::string> restoredEngineState_;
   std::optional<std::string> pendingResumeDeviceUID_;
+  /// Has the player looked at once more, at the next second.
+  std::function<void()> askForTrack_ = [] {};
   Updater* updater_ = nullptr;
   Subscription updaterWatch_;
 };

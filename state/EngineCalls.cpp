@@ -22,6 +22,8 @@ class DriverEngineCalls final : public EngineCalls {
     driver_.engine().updateProcessMap(std::move(snapshots));
   }
   std::set<std::string> activeBundleIDs() override { return driver_.engine().activeBundleIDs(); }
+  bool isHearing() override { return driver_.engine().isHearing(); }
+  const ChangeSignal& changes() override { return driver_.engine().changes(); }
   void refreshUnroutedSubgraphsForNewSystemDefault() override {
     driver_.engine().refreshUnroutedSubgraphsForNewSystemDefault();
   }

@@ -28,6 +28,10 @@ class EngineCalls {
   virtual void updateProcessMap(std::vector<CoreAudioProcessMonitor::Snapshot> snapshots) = 0;
   /// The applications whose tap hears sound. [any]
   [[nodiscard]] virtual std::set<std::string> activeBundleIDs() = 0;
+  /// Whether activeBundleIDs() may answer differently from now on without a word, as its last call has found. [any]
+  [[nodiscard]] virtual bool isHearing() = 0;
+  /// Raised where it does so otherwise. Lives as long as this. [any]
+  [[nodiscard]] virtual const ChangeSignal& changes() = 0;
   /// After the system default output has changed. [any]
   virtual void refreshUnroutedSubgraphsForNewSystemDefault() = 0;
   /// [any]

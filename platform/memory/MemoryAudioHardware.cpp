@@ -73,7 +73,7 @@ void playConstant(const IOBlock& block, float sample) {
 struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
   World(Executor& executor, const Clocks& time) : listenerExecutor(executor), clocks(time) {}
 
-  // All below: with the mutex held.
+  // All below: with the mutex held; those who follow the changes take locks of their own and no other.
 
   /// Records the call; the status to answer with, if a script says so.
   std::optional<Status> begin(Method method, AudioObjectID object, const PropertyAddress& address) {
@@ -87,9 +87,12 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
       }
       if (failure.skip > 0) {
         --failure.skip;
+        changes.raise();
         continue;
       }
       if (failure.remaining > 0) --failure.remaining;
+      // The next call may go well.
+      changes.raise();
       return failure.status;
     }
     return std::nullopt;
@@ -162,6 +165,7 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
 
   /// Tells every listener of the property, later, on the listeners' executor; one removed meanwhile is not told.
   void tell(AudioObjectID object, const PropertyAddress& address) {
+    changes.raise();
     for (const auto& listener : listeners) {
       if (listener.object != object || listener.address != address) continue;
       listenerExecutor.post([weakWorld = weak_from_this(), object, address, block = listener.block] {
@@ -239,6 +243,7 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
     if (defaultDevice == device) return;
     defaultDevice = device;
     departed.reset();
+    changes.raise();
     // While a choice is awaited, it is what everybody reads.
     if (awaitedDefault == 0) tell(systemObjectID, globalAddress(audio::defaultOutputDevice));
   }
@@ -258,6 +263,8 @@ struct MemoryAudioHardware::World : std::enable_shared_from_this<World> {
   AudioObjectID readableDefault() const { return awaitedDefault != 0 ? awaitedDefault : defaultDevice; }
 
   mutable std::mutex mutex;
+  ChangeSignal changes;
+  bool tellsChanges = true;
   Executor& listenerExecutor;
   const Clocks& clocks;
   AudioObjectID lastID = 100;
@@ -289,6 +296,16 @@ MemoryAudioHardware::MemoryAudioHardware(Executor& listenerExecutor, const Clock
     : world_(std::make_shared<World>(listenerExecutor, clocks)) {}
 
 MemoryAudioHardware::~MemoryAudioHardware() = default;
+
+void MemoryAudioHardware::setTellsChanges(bool tells) {
+  const std::lock_guard lock(world_->mutex);
+  world_->tellsChanges = tells;
+}
+
+const ChangeSignal& MemoryAudioHardware::changes() const {
+  const std::lock_guard lock(world_->mutex);
+  return world_->tellsChanges ? world_->changes : ChangeSignal::absent();
+}
 
 // Properties.
 
@@ -467,6 +484,7 @@ Status MemoryAudioHardware::writeUInt32(AudioObjectID object, const PropertyAddr
     world_->changeDefault(value);
   } else if (world_->defaultWrites == DefaultWrites::awaited && world_->readableDefault() != value) {
     world_->awaitedDefault = value;
+    world_->changes.raise();
   }
   return noErr;
 }
@@ -578,6 +596,7 @@ Status MemoryAudioHardware::startDevice(AudioObjectID device, IOProcID proc) {
     if (const auto status = world_->begin(Method::startDevice, device, {0, 0, 0})) return *status;
     installed = world_->findProc(device, proc);
     if (installed) world_->started.insert(device);
+    world_->changes.raise();
   }
   if (!installed) return badObjectError;
   const std::lock_guard cycle(installed->mutex);
@@ -633,6 +652,7 @@ void MemoryAudioHardware::updateDevice(AudioObjectID device, MemoryDevice descri
   const auto found = world_->devices.find(device);
   if (found == world_->devices.end()) return;
   const auto before = std::exchange(found->second, std::move(description));
+  world_->changes.raise();
   for (const auto& [element, now] : found->second.volume) {
     const auto was = before.volume.find(element);
     if (was == before.volume.end() || was->second.value != now.value) {
@@ -708,7 +728,9 @@ void MemoryAudioHardware::removeProcess(AudioObjectID process) {
 void MemoryAudioHardware::updateProcess(AudioObjectID process, MemoryProcess description) {
   const std::lock_guard lock(world_->mutex);
   const auto found = world_->processes.find(process);
-  if (found != world_->processes.end()) found->second = std::move(description);
+  if (found == world_->processes.end()) return;
+  found->second = std::move(description);
+  world_->changes.raise();
 }
 
 // What a test looks at.
@@ -819,6 +841,7 @@ bool MemoryAudioHardware::runIOCycle(AudioObjectID aggregate, const AudioBufferL
     const auto* found = world_->findAggregate(aggregate);
     if (found == nullptr) return false;
     for (const auto& entry : found->procs) procs.push_back(entry.second);
+    world_->changes.raise();
   }
   bool ran = false;
   for (const auto& proc : procs) {
@@ -858,11 +881,13 @@ IOBlock MemoryAudioHardware::ioBlock(AudioObjectID aggregate) const {
 void MemoryAudioHardware::fail(Match match, Status status, int count, int skip) {
   const std::lock_guard lock(world_->mutex);
   world_->failures.push_back({match, status, count, skip});
+  world_->changes.raise();
 }
 
 void MemoryAudioHardware::clearFailures() {
   const std::lock_guard lock(world_->mutex);
   world_->failures.clear();
+  world_->changes.raise();
 }
 
 std::vector<MemoryAudioHardware::Call> MemoryAudioHardware::calls() const {

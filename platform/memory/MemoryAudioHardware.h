@@ -110,7 +110,11 @@ class MemoryAudioHardware final : public AudioHardware {
   MemoryAudioHardware(Executor& listenerExecutor, const Clocks& clocks);
   ~MemoryAudioHardware() override;
 
+  /// False: the host can't tell that anything has changed, so that everybody has to ask.
+  void setTellsChanges(bool tells);
+
   // The port.
+  [[nodiscard]] const ChangeSignal& changes() const override;
   [[nodiscard]] bool hasProperty(AudioObjectID object, const PropertyAddress& address) const override;
   Status isPropertySettable(AudioObjectID object, const PropertyAddress& address, bool& settable) const override;
   Status propertyDataSize(AudioObjectID object, const PropertyAddress& address,

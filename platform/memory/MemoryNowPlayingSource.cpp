@@ -50,11 +50,13 @@ void MemoryNowPlayingSource::answer(Work work) {
 void MemoryNowPlayingSource::setInfo(std::optional<NowPlayingInfo> info) {
   const std::lock_guard lock(mutex_);
   info_ = std::move(info);
+  changes_.raise();
 }
 
 void MemoryNowPlayingSource::setApplicationPID(std::optional<std::int32_t> pid) {
   const std::lock_guard lock(mutex_);
   pid_ = pid;
+  changes_.raise();
 }
 
 void MemoryNowPlayingSource::setTrack(const std::string& title, bool playing, std::int32_t pid) {
@@ -65,6 +67,7 @@ void MemoryNowPlayingSource::setTrack(const std::string& title, bool playing, st
 void MemoryNowPlayingSource::setMode(Mode mode) {
   const std::lock_guard lock(mutex_);
   mode_ = mode;
+  changes_.raise();
 }
 
 void MemoryNowPlayingSource::releaseHeld() {

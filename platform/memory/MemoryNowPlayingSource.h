@@ -2,6 +2,7 @@
 // Replies come through the main executor, as from any source.
 #pragma once
 
+#include <atomic>
 #include <mutex>
 #include <optional>
 #include <vector>
@@ -19,6 +20,11 @@ class MemoryNowPlayingSource final : public NowPlayingSource {
 
   explicit MemoryNowPlayingSource(Executor& main) : main_(main) {}
 
+  /// False: nobody is told that anything has changed.
+  void setTellsChanges(bool tells) { tellsChanges_ = tells; }
+  [[nodiscard]] const ChangeSignal& changes() const override {
+    return tellsChanges_ ? changes_ : ChangeSignal::absent();
+  }
   void nowPlayingInfo(InfoReply reply) override;
   void nowPlayingApplicationPID(PIDReply reply) override;
 
@@ -38,6 +44,8 @@ class MemoryNowPlayingSource final : public NowPlayingSource {
   void answer(Work work);
 
   Executor& main_;
+  ChangeSignal changes_;
+  std::atomic<bool> tellsChanges_ = true;
   mutable std::mutex mutex_;
   std::optional<NowPlayingInfo> info_;
   std::optional<std::int32_t> pid_;

@@ -36,7 +36,15 @@ std::optional<TabScriptResult::Error> met(std::vector<Failure>& failures, const 
 }  // namespace
 
 struct MemoryTabScripting::State {
+  /// The error that a call meets, if any; the next one may meet another.
+  std::optional<TabScriptResult::Error> error(std::vector<Failure>& failures, const TabRequest& request) {
+    if (!failures.empty()) changes.raise();
+    return met(failures, request);
+  }
+
   mutable std::mutex mutex;
+  ChangeSignal changes;
+  bool tellsChanges = true;
   std::map<std::string, std::optional<std::string>> texts;
   std::vector<Failure> compileFailures;
   std::vector<Failure> executeFailures;
@@ -51,7 +59,7 @@ struct MemoryTabScripting::Made final : TabScript {
     const std::lock_guard lock(state->mutex);
     state->executed.push_back(script);
     TabScriptResult result;
-    result.error = met(state->executeFailures, script.request);
+    result.error = state->error(state->executeFailures, script.request);
     if (result.error || script.request.kind != TabRequest::Kind::query) return result;
     const auto text = state->texts.find(script.request.bundleID);
     result.text = text == state->texts.end() ? std::string() : text->second;
@@ -66,27 +74,40 @@ MemoryTabScripting::MemoryTabScripting() : state_(std::make_shared<State>()) {}
 
 MemoryTabScripting::~MemoryTabScripting() = default;
 
+void MemoryTabScripting::setTellsChanges(bool tells) {
+  const std::lock_guard lock(state_->mutex);
+  state_->tellsChanges = tells;
+}
+
+const ChangeSignal& MemoryTabScripting::changes() const {
+  const std::lock_guard lock(state_->mutex);
+  return state_->tellsChanges ? state_->changes : ChangeSignal::absent();
+}
+
 std::unique_ptr<TabScript> MemoryTabScripting::compile(const TabRequest& request, std::string_view source) {
   const std::lock_guard lock(state_->mutex);
   Script script{request, std::string(source)};
   state_->compiled.push_back(script);
-  if (met(state_->compileFailures, request)) return nullptr;
+  if (state_->error(state_->compileFailures, request)) return nullptr;
   return std::make_unique<Made>(state_, std::move(script));
 }
 
 void MemoryTabScripting::setText(const std::string& bundleID, std::optional<std::string> text) {
   const std::lock_guard lock(state_->mutex);
   state_->texts[bundleID] = std::move(text);
+  state_->changes.raise();
 }
 
 void MemoryTabScripting::failToCompile(Match match, int count, int skip) {
   const std::lock_guard lock(state_->mutex);
   state_->compileFailures.push_back({std::move(match), {}, count, skip});
+  state_->changes.raise();
 }
 
 void MemoryTabScripting::failToExecute(Match match, TabScriptResult::Error error, int count, int skip) {
   const std::lock_guard lock(state_->mutex);
   state_->executeFailures.push_back({std::move(match), std::move(error), count, skip});
+  state_->changes.raise();
 }
 
 std::vector<MemoryTabScripting::Script> MemoryTabScripting::compiled() const {

@@ -29,6 +29,9 @@ class MemoryTabScripting final : public TabScripting {
 
   MemoryTabScripting();
   ~MemoryTabScripting() override;
+  /// False: nobody is told that anything has changed.
+  void setTellsChanges(bool tells);
+  [[nodiscard]] const ChangeSignal& changes() const override;
   std::unique_ptr<TabScript> compile(const TabRequest& request, std::string_view source) override;
 
   /// What a query of this browser gives from now on: a text, at first the empty one, or none.

@@ -69,16 +69,19 @@ bool MemoryWorkspace::openURL(const std::string& url) {
 void MemoryWorkspace::setRunningApplications(std::vector<RunningApplication> applications) {
   const std::lock_guard lock(mutex_);
   applications_ = std::move(applications);
+  changes_.raise();
 }
 
 void MemoryWorkspace::launch(std::string bundleID, std::string localizedName, std::int32_t pid) {
   const std::lock_guard lock(mutex_);
   applications_.push_back({std::move(bundleID), std::move(localizedName), pid});
+  changes_.raise();
 }
 
 void MemoryWorkspace::terminate(const std::string& bundleID) {
   const std::lock_guard lock(mutex_);
   std::erase_if(applications_, [&](const RunningApplication& application) { return application.bundleID == bundleID; });
+  changes_.raise();
 }
 
 void MemoryWorkspace::setIcon(const std::string& bundleID, IconReference icon) {

@@ -2,6 +2,7 @@
 // Calls are recorded.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -24,6 +25,11 @@ class MemoryWorkspace final : public Workspace {
   void onApplicationsChanged(std::function<void()> callback) override;
   bool openURL(const std::string& url) override;
 
+  /// False: nobody is told that anything has changed.
+  void setTellsChanges(bool tells) { tellsChanges_ = tells; }
+  [[nodiscard]] const ChangeSignal& changes() const override {
+    return tellsChanges_ ? changes_ : ChangeSignal::absent();
+  }
   /// Replaces the whole list, in the order in which it will be told.
   void setRunningApplications(std::vector<RunningApplication> applications);
   /// Adds one application behind those that run.
@@ -49,6 +55,8 @@ class MemoryWorkspace final : public Workspace {
 
  private:
   mutable std::mutex mutex_;
+  ChangeSignal changes_;
+  std::atomic<bool> tellsChanges_ = true;
   std::vector<RunningApplication> applications_;
   std::map<std::string, IconReference> icons_;
   std::vector<std::string> openedURLs_;

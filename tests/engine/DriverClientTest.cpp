@@ -72,6 +72,22 @@ TEST_F(DriverClientTest, LevelsArriveTenTimesASecondAndAreAlwaysEmpty) {
   EXPECT_EQ(count, 11);
 }
 
+TEST_F(DriverClientTest, AConsumerThatWantsChangesGetsTheFirstLevelsAtOnceAndNoOthers) {
+  auto levels = client->levelsStream();
+  levels.setPace(Pace::whenChanged);
+  int count = 0;
+  startTask(time.main(), [&](TaskContext&) -> Async<void> {
+    while (co_await levels.next()) ++count;
+  });
+  time.runUntilIdle();
+  EXPECT_EQ(count, 1);
+  time.advance(1h);
+  EXPECT_EQ(count, 1);
+  levels.setPace(Pace::everyPeriod);
+  time.advance(1s);
+  EXPECT_EQ(count, 11);
+}
+
 /// Counts what is asked of an executor.
 struct CountingExecutor final : Executor {
   explicit CountingExecutor(Executor& wrapped) : inner(wrapped) {}
@@ -84,6 +100,7 @@ struct CountingExecutor final : Executor {
     return inner.postAfter(delay, std::move(work));
   }
   void cancelTimer(TimerID timer) override { inner.cancelTimer(timer); }
+  [[nodiscard]] MonotonicTime now() const override { return inner.now(); }
   [[nodiscard]] bool isCurrent() const override { return inner.isCurrent(); }
 
   Executor& inner;

@@ -35,10 +35,40 @@ std::uint64_t environmentNumber(const char* name, std::uint64_t otherwise) {
   return text == nullptr ? otherwise : std::strtoull(text, nullptr, 10);
 }
 
+/// Whether the machine tells of its changes, so that polls sleep, or has to be asked each time.
+enum class Telling { changes, nothing };
+
+/// No two runs give a profile the same number.
+template <typename T>
+T withoutNumbers(T value) {
+  return value;
+}
+std::vector<Profile> withoutNumbers(std::vector<Profile> profiles) {
+  for (auto& profile : profiles) profile.id = Uuid{};
+  return profiles;
+}
+std::optional<Uuid> withoutNumbers(const std::optional<Uuid>& number) {
+  return number ? std::optional(Uuid{}) : std::nullopt;
+}
+
+/// All that whoever observes the program sees, each with its time in milliseconds since the program's start.
+struct Trace {
+  template <typename T>
+  using Told = std::vector<std::pair<long long, T>>;
+
+#define FIELD(type, name, ...) Told<type> name;
+#include "state/MixerFields.def"
+  Told<std::vector<EngineCall>> calls;
+  Told<std::vector<std::string>> written;
+  Told<std::vector<std::int32_t>> keys;
+
+  friend bool operator==(const Trace&, const Trace&) = default;
+};
+
 /// The program and the rules, driven by one source of randomness.
 class SideBySide {
  public:
-  explicit SideBySide(std::uint64_t seed) : random_(seed) {
+  explicit SideBySide(std::uint64_t seed, Telling telling = Telling::changes) : random_(seed), telling_(telling) {
     model_.rule = {{"us.zoom.xos", "com.google.Chrome"},
                    {"com.spotify.client", "com.apple.Music", "com.google.Chrome"},
                    0.3F,
@@ -70,6 +100,11 @@ class SideBySide {
     return text;
   }
   [[nodiscard]] std::string difference();
+  /// Of this run, as long as it is not restarted.
+  [[nodiscard]] const Trace& trace() const { return trace_; }
+  [[nodiscard]] long long millisPassed() const { return millisOf(box_->time.monotonicNow()); }
+  /// How often the machine was asked what plays there.
+  [[nodiscard]] int questions() const { return questions_ + box_->player.infoRequestCount(); }
 
  private:
   // The machine.
@@ -77,7 +112,10 @@ class SideBySide {
   /// Starts the program and the rules on what the world and the disk hold.
   void boot() {
     disk_.clearWritten();
+    if (box_) questions_ += box_->player.infoRequestCount();
+    watches_.clear();
     box_ = std::make_unique<VirtualMachine>(disk_);
+    box_->tellChanges(telling_ == Telling::changes);
     devices_.clear();
     // What the last program waited for, the next one doesn't know of.
     world_.awaitedDevice = 0;
@@ -94,14 +132,27 @@ class SideBySide {
     }
     if (world_.track) box_->player.setTrack(world_.track->title, world_.track->plays, 1);
     box_->engine->setActive(world_.heardByEngine);
+    for (const auto& [browser, text] : tabs_) box_->browsers.setText(browser, text);
     box_->tapForReal();
-    box_->start();
+    box_->create();
+    observe();
+    box_->time.runUntilIdle();
     cycles_.clear();
     world_.cycles.clear();
     rules_ = std::make_unique<model::RuleModel>(world_, model_);
     // Gestures fall between the polls: what is due at one moment has then one order.
     advance(7);
     box_->audio.setCycles(std::chrono::milliseconds(30), 0.25F);
+  }
+  template <typename T>
+  void observe(const Observable<T>& field, Trace::Told<T>& told) {
+    told.emplace_back(millisPassed(), withoutNumbers(*field));
+    watches_.push_back(
+        field.observe([this, &told](const T& value) { told.emplace_back(millisPassed(), withoutNumbers(value)); }));
+  }
+  void observe() {
+#define FIELD(type, name, ...) observe(state().name(), trace_.name);
+#include "state/MixerFields.def"
   }
   static MemoryDevice hardware(const model::Device& device) {
     return {device.uid, device.uid,
@@ -212,9 +263,15 @@ class SideBySide {
   void compareFields();
   void compareStored();
   void compareCalls();
+  [[nodiscard]] std::vector<EngineCall> callsByApplication() const;
   [[nodiscard]] AppState& state() const { return *box_->state; }
 
   std::mt19937_64 random_;
+  Telling telling_;
+  Trace trace_;
+  std::vector<Subscription> watches_;
+  std::map<std::string, std::string> tabs_;
+  int questions_ = 0;
   RecordingDefaults disk_;
   model::World world_;
   model::Disk model_;
@@ -496,6 +553,11 @@ void SideBySide::worldEvent() {
     note("the wall clock jumps ", seconds, " s");
     box_->time.jumpWallClock(seconds);
     rules_->jump(seconds);
+  } else if (kind < 193) {
+    // Nobody acts on tabs: the rules know nothing of them.
+    note("Chrome tells its tabs");
+    tabs_["com.google.Chrome"] = "1\t1\t1\tTitle " + std::to_string(below(3)) + "\thttps://example.org/\n";
+    box_->browsers.setText("com.google.Chrome", tabs_["com.google.Chrome"]);
   } else if (kind < 198) {
     note("advance 5 s");
     advance(5000);
@@ -567,6 +629,13 @@ void SideBySide::compareStored() {
   }
 }
 
+/// The order across applications is nobody's promise; within one it is.
+std::vector<EngineCall> SideBySide::callsByApplication() const {
+  auto made = box_->engine->calls();
+  std::ranges::stable_sort(made, {}, &EngineCall::bundleID);
+  return made;
+}
+
 void SideBySide::compareCalls() {
   std::vector<EngineCall> expected;
   for (const auto& call : rules_->calls) {
@@ -582,14 +651,8 @@ void SideBySide::compareCalls() {
         break;
     }
   }
-  // The order across applications is nobody's promise; within one it is.
-  auto made = box_->engine->calls();
-  const auto byApplication = [](const EngineCall& left, const EngineCall& right) {
-    return left.bundleID < right.bundleID;
-  };
-  std::ranges::stable_sort(made, byApplication);
-  std::ranges::stable_sort(expected, byApplication);
-  compare("engine calls", made, expected);
+  std::ranges::stable_sort(expected, {}, &EngineCall::bundleID);
+  compare("engine calls", callsByApplication(), expected);
   compare("presses of the play key", box_->keys.pressed(),
           std::vector<std::int32_t>(static_cast<std::size_t>(rules_->keyPresses), mediakey::play));
   compare("sounds", box_->sounds.played(), rules_->sounds);
@@ -599,6 +662,9 @@ std::string SideBySide::difference() {
   compareFields();
   compareStored();
   compareCalls();
+  if (!box_->engine->calls().empty()) trace_.calls.emplace_back(millisPassed(), callsByApplication());
+  if (!disk_.written().empty()) trace_.written.emplace_back(millisPassed(), disk_.written());
+  if (!box_->keys.pressed().empty()) trace_.keys.emplace_back(millisPassed(), box_->keys.pressed());
   disk_.clearWritten();
   rules_->written.clear();
   box_->engine->clearCalls();
@@ -619,6 +685,58 @@ void runSeed(std::uint64_t seed, std::uint64_t operations) {
     const auto difference = pair.step();
     ASSERT_EQ(difference, "") << "after operation " << index << " of QUILLMERE_SEED=" << seed << "; the last were:\n"
                               << pair.lastOperations();
+  }
+}
+
+/// The time and the number of the first entry in which two runs differ.
+template <typename T>
+std::string firstDifference(const char* name, const Trace::Told<T>& left, const Trace::Told<T>& right) {
+  const auto [at, other] = std::ranges::mismatch(left, right);
+  if (at == left.end() && other == right.end()) return {};
+  std::ostringstream text;
+  text << name << ": entry " << at - left.begin() << " of " << left.size() << " and " << right.size() << ", at ";
+  text << (at == left.end() ? -1 : at->first) << " and " << (other == right.end() ? -1 : other->first) << " ms\n";
+  return text.str();
+}
+
+std::string firstDifferences(const Trace& left, const Trace& right) {
+  std::string text;
+#define FIELD(type, name, ...) text += firstDifference(#name, left.name, right.name);
+#include "state/MixerFields.def"
+  text += firstDifference("engine calls", left.calls, right.calls);
+  text += firstDifference("written keys", left.written, right.written);
+  return text + firstDifference("keys pressed", left.keys, right.keys);
+}
+
+void runTwice(std::uint64_t seed, std::uint64_t operations) {
+  std::cout << "seed " << seed << ", " << operations << " operations twice\n";
+  SideBySide sleeping(seed, Telling::changes);
+  SideBySide asking(seed, Telling::nothing);
+  for (std::uint64_t index = 0; index < operations; ++index) {
+    const auto where = [&] {
+      return " after operation " + std::to_string(index) + " of QUILLMERE_SEED=" + std::to_string(seed) +
+             "; the last were:\n" + sleeping.lastOperations();
+    };
+    ASSERT_EQ(sleeping.step(), "") << "polls that sleep," << where();
+    ASSERT_EQ(asking.step(), "") << "polls that ask," << where();
+    ASSERT_EQ(sleeping.millisPassed(), asking.millisPassed()) << where();
+    if (index % 1000 == 0 || index + 1 == operations) {
+      ASSERT_TRUE(sleeping.trace() == asking.trace()) << firstDifferences(sleeping.trace(), asking.trace()) << where();
+    }
+  }
+  EXPECT_LT(sleeping.questions(), asking.questions() / 2) << "nothing slept";
+}
+
+TEST(Model, PollsThatSleepAndPollsThatAskGiveTheSameSequenceAtTheSameTimes) {
+  const auto operations = environmentNumber("QUILLMERE_OPERATIONS", usualOperations / 10);
+  if (const auto seed = environmentNumber("QUILLMERE_SEED", 0); seed != 0) {
+    runTwice(seed, operations);
+    return;
+  }
+  const std::uint64_t fresh = std::random_device{}();
+  for (const std::uint64_t seed : {std::uint64_t{1}, std::uint64_t{2}, fresh + 3}) {
+    runTwice(seed, operations);
+    if (::testing::Test::HasFatalFailure()) return;
   }
 }
 

@@ -54,7 +54,10 @@ inline EngineCall refreshCall() { return {}; }
 class RecordingEngine final : public EngineCalls {
  public:
   explicit RecordingEngine(Executor& background) : background_(background) {}
-  void putBefore(std::shared_ptr<EngineCalls> behind) { behind_ = std::move(behind); }
+  void putBefore(std::shared_ptr<EngineCalls> behind) {
+    behind_ = std::move(behind);
+    behindChanges_ = behind_->changes().follow([this] { changes_.raise(); });
+  }
 
   void applyGain(float gain, const std::string& bundleID) override {
     add(gainCall(bundleID, gain));
@@ -75,6 +78,8 @@ class RecordingEngine final : public EngineCalls {
     if (behind_) active.merge(behind_->activeBundleIDs());
     return active;
   }
+  bool isHearing() override { return behind_ && behind_->isHearing(); }
+  const ChangeSignal& changes() override { return changes_; }
   void refreshUnroutedSubgraphsForNewSystemDefault() override {
     add(refreshCall());
     if (behind_) behind_->refreshUnroutedSubgraphsForNewSystemDefault();
@@ -98,7 +103,10 @@ class RecordingEngine final : public EngineCalls {
     const auto found = lastGains_.find(bundleID);
     return found == lastGains_.end() ? std::nullopt : std::optional(found->second);
   }
-  void setActive(std::set<std::string> bundleIDs) { active_ = std::move(bundleIDs); }
+  void setActive(std::set<std::string> bundleIDs) {
+    active_ = std::move(bundleIDs);
+    changes_.raise();
+  }
   [[nodiscard]] const std::vector<CoreAudioProcessMonitor::Snapshot>& processes() const { return processes_; }
   /// Called at the head of each updateProcessMap().
   void setBeforeProcessMap(std::function<void()> beforeProcessMap) { beforeProcessMap_ = std::move(beforeProcessMap); }
@@ -119,6 +127,8 @@ class RecordingEngine final : public EngineCalls {
   std::vector<EngineCall> calls_;
   std::map<std::string, float> lastGains_;
   std::set<std::string> active_;
+  ChangeSignal changes_;
+  Subscription behindChanges_;
   std::vector<CoreAudioProcessMonitor::Snapshot> processes_;
   std::optional<std::size_t> callsBeforeFirstProcessMap_;
   std::function<void()> beforeProcessMap_;

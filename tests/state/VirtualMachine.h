@@ -73,6 +73,13 @@ class VirtualMachine {
     driver = std::make_unique<DriverClient>(*taps, runtime.background);
     engine->putBefore(engineCallsThrough(*driver));
   }
+  /// False: the machine can't tell that anything has changed, so that every poll asks each time. Before the start.
+  void tellChanges(bool tells) {
+    audio.setTellsChanges(tells);
+    workspace.setTellsChanges(tells);
+    player.setTellsChanges(tells);
+    browsers.setTellsChanges(tells);
+  }
   /// Starts the state; nothing of its streams has run yet.
   void create() { state = AppState::create(machine, runtime, engine); }
   /// Starts the state and lets the first element of each stream arrive.

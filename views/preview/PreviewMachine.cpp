@@ -21,6 +21,8 @@ class SilentEngine final : public EngineCalls {
   void applyRouting(const std::optional<std::string>&, const std::string&) override {}
   void updateProcessMap(std::vector<CoreAudioProcessMonitor::Snapshot>) override {}
   std::set<std::string> activeBundleIDs() override { return {}; }
+  bool isHearing() override { return false; }
+  const ChangeSignal& changes() override { return changes_; }
   void refreshUnroutedSubgraphsForNewSystemDefault() override {}
   Stream<std::map<std::string, float>> levelsStream() override {
     using Levels = Stream<std::map<std::string, float>>;
@@ -29,6 +31,7 @@ class SilentEngine final : public EngineCalls {
 
  private:
   Executor& background_;
+  ChangeSignal changes_;
 };
 
 }  // namespace
