@@ -36,7 +36,7 @@ MixerHost::MixerHost(MixerState& state, const Runtime& runtime, SendMessage send
   auto values = json::object();
   state_.visitFields([&values, this](const char* name, const auto& field) {
     values[name] = formOf(field.get());
-    subscriptions_.push_back(field.observe([this, name](const auto& value) { tell(name, value); }));
+    subscriptions_.push_back(field.observe([this, name](const auto& value) { this->tell(name, value); }));
   });
   send_({{wire::type, wire::fields}, {"values", std::move(values)}});
 }

@@ -27,6 +27,7 @@ enum : OSStatus {
   kAudioHardwareUnknownPropertyError = 'who?',
   kAudioHardwareIllegalOperationError = 'nope',
   kAudioHardwareBadObjectError = '!obj',
+  kAudioHardwareBadPropertySizeError = '!siz',
 };
 enum : AudioObjectPropertyElement { kAudioObjectPropertyElementMain = 0 };
 enum : AudioObjectPropertyScope {

@@ -2,6 +2,7 @@
 #pragma once
 
 #import <Foundation/NSObject.h>
+#include <sys/types.h>
 
 #pragma clang assume_nonnull begin
 
@@ -9,7 +10,7 @@
 
 @interface NSUUID : NSObject <NSCopying, NSSecureCoding>
 @property(readonly, copy) NSString* UUIDString;
-- (nullable instancetype)initWithUUIDString:(NSString*)string;
+- (instancetype)initWithUUIDBytes:(const uuid_t _Nonnull)bytes;
 @end
 
 #pragma clang assume_nonnull end

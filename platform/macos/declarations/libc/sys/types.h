@@ -24,3 +24,4 @@ typedef int32_t suseconds_t;
 typedef uint32_t useconds_t;
 typedef int64_t blkcnt_t;
 typedef int32_t blksize_t;
+typedef unsigned char uuid_t[16];
