@@ -1,11 +1,14 @@
 #include "platform/macos/UnifiedLogSink.h"
 
+#import <Foundation/Foundation.h>
 #import <os/log.h>
 
 #include <map>
 #include <mutex>
 #include <string>
 #include <utility>
+
+#include "foundation/Text.h"
 
 namespace quillmere {
 
@@ -50,6 +53,11 @@ UnifiedLogSink::~UnifiedLogSink() = default;
 
 void UnifiedLogSink::write(LogLevel level, std::string_view subsystem, std::string_view category,
                            std::string_view message) {
+  // What the login item's switch could not do goes where people look for what programs say of themselves.
+  if (category == "LaunchAtLogin") {
+    NSLog(@"%@", macos::nsString(message));
+    return;
+  }
   const std::string line(message);
   // What the lines name are identifiers of applications and devices; without this word the log would hide them.
   os_log_with_type(logs_->log(subsystem, category), typeOf(level), "%{public}s", line.c_str());
