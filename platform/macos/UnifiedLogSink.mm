@@ -14,7 +14,7 @@ namespace quillmere {
 
 namespace {
 
-os_log_type_t typeOf(LogLevel level) {
+constexpr os_log_type_t typeOf(LogLevel level) {
   switch (level) {
     case LogLevel::info:
       return OS_LOG_TYPE_INFO;
@@ -25,6 +25,9 @@ os_log_type_t typeOf(LogLevel level) {
   }
   return OS_LOG_TYPE_DEFAULT;
 }
+static_assert(typeOf(LogLevel::info) == 0x01);
+static_assert(typeOf(LogLevel::standard) == 0x00);
+static_assert(typeOf(LogLevel::error) == 0x10);
 
 }  // namespace
 
@@ -53,14 +56,17 @@ UnifiedLogSink::~UnifiedLogSink() = default;
 
 void UnifiedLogSink::write(LogLevel level, std::string_view subsystem, std::string_view category,
                            std::string_view message) {
-  // What the login item's switch could not do goes where people look for what programs say of themselves.
-  if (category == "LaunchAtLogin") {
-    NSLog(@"%@", macos::nsString(message));
-    return;
+  // Threads of our own have no pool.
+  @autoreleasepool {
+    // What the login item's switch could not do goes where people look for what programs say of themselves.
+    if (category == "LaunchAtLogin") {
+      NSLog(@"%@", macos::nsString(message));
+      return;
+    }
+    const std::string line(message);
+    // What the lines name are identifiers of applications and devices; without this word the log would hide them.
+    os_log_with_type(logs_->log(subsystem, category), typeOf(level), "%{public}s", line.c_str());
   }
-  const std::string line(message);
-  // What the lines name are identifiers of applications and devices; without this word the log would hide them.
-  os_log_with_type(logs_->log(subsystem, category), typeOf(level), "%{public}s", line.c_str());
 }
 
 }  // namespace quillmere
