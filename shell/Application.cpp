@@ -13,11 +13,14 @@
 #include "integrations/ReleaseUpdater.h"
 #include "platform/Channel.h"
 #include "platform/Machine.h"
+#include "platform/ProgramWindows.h"
 #include "platform/SessionWatch.h"
 #include "platform/SingleInstance.h"
 #include "platform/StatusItem.h"
+#include "platform/Updater.h"
 #include "remote/SeamVersion.h"
 #include "runtime/LoopExecutor.h"
+#include "runtime/MainLoop.h"
 #include "runtime/ThreadPoolExecutor.h"
 #include "shell/LaunchOptions.h"
 #include "shell/QuillmereAppDelegate.h"
@@ -37,21 +40,35 @@ constexpr auto panelPatience = std::chrono::seconds(3);
 /// Panels may come later than what starts with the session. After this the main window stands in for the tray.
 constexpr auto trayPatience = std::chrono::seconds(10);
 
+/// The loop of a program that needs no toolkit.
+class OwnLoop final : public MainLoop {
+ public:
+  [[nodiscard]] Executor& executor() override { return executor_; }
+  void run() override { executor_.run(); }
+  void stop() override { executor_.stop(); }
+
+ private:
+  LoopExecutor executor_;
+};
+
+/// Makes the windows once it is known what they may ask for.
+using MakeWindows = std::function<std::unique_ptr<ProgramWindows>(WindowsIntents intents)>;
+
 /// Everything the user meets, over a state that stands. Lives as long as the main loop runs.
 class Shell {
  public:
-  Shell(AppState& state, const Runtime& runtime, SingleInstance& instance, StatusItem& item, WindowsLauncher& launcher,
-        ReleaseUpdater* updater, const std::function<void()>& terminate)
+  Shell(AppState& state, const Runtime& runtime, SingleInstance& instance, StatusItem& item,
+        const MakeWindows& makeWindows, std::function<void()> startUpdater, const std::function<void()>& terminate)
       : state_(state),
-        updater_(updater),
+        startUpdater_(std::move(startUpdater)),
         runtime_(runtime),
         instance_(instance),
         item_(item),
-        windows_(launcher, state, runtime, windowsIntents(terminate)),
-        controller_(state, runtime, windows_, statusBarIntents()),
+        windows_(makeWindows(windowsIntents(terminate))),
+        controller_(state, runtime, *windows_, statusBarIntents()),
         presenter_(item_, controller_),
-        oldPresenter_(windows_.oldTray(), controller_),
-        delegate_(runtime, windows_, launchSteps()) {
+        delegate_(runtime, *windows_, launchSteps()) {
+    if (auto* tray = windows_->oldTray()) oldPresenter_.emplace(*tray, controller_);
     // When the list first stands is the start's other half, beside the status item.
     listed_ = state_.apps().observe([this](const std::vector<AudioApp>& apps) {
       Logger(runtime_.log, "Application").info(std::to_string(apps.size()) + " applications listed");
@@ -60,7 +77,7 @@ class Shell {
     instance_.onActivationRequested([this](const ActivationRequest& request) { openMainWindow(request); });
     controller_.observeMenu([this] {
       presenter_.refresh();
-      oldPresenter_.refresh();
+      if (oldPresenter_) oldPresenter_->refresh();
     });
   }
 
@@ -69,23 +86,26 @@ class Shell {
     if (!delegate_.applicationDidFinishLaunching()) return;
     if (!wish) {
       runtime_.main.postAfter(trayPatience, [this] {
-        if (!hasIcon()) windows_.open(WindowsProcess::mainWindow);
+        if (!hasIcon()) windows_->open(ProgramWindows::mainWindow);
       });
       return;
     }
     // After the status item, which is what people look for first.
-    runtime_.main.post([this, wish = *wish] { windows_.open(WindowsProcess::mainWindow, wish); });
+    runtime_.main.post([this, wish = *wish] { windows_->open(ProgramWindows::mainWindow, wish); });
   }
 
   /// The windows turned out not to be this program's other half.
   [[nodiscard]] bool isBroken() const { return isBroken_; }
 
  private:
-  [[nodiscard]] bool hasIcon() { return item_.isAvailable() || windows_.oldTray().isAvailable(); }
+  [[nodiscard]] bool hasIcon() {
+    const auto* tray = windows_->oldTray();
+    return item_.isAvailable() || (tray != nullptr && tray->isAvailable());
+  }
 
   void openMainWindow(const ActivationRequest& request) {
-    windows_.open(WindowsProcess::mainWindow, request);
-    windows_.activate();
+    windows_->open(ProgramWindows::mainWindow, request);
+    windows_->activate();
   }
 
   WindowsIntents windowsIntents(const std::function<void()>& terminate) {
@@ -109,7 +129,7 @@ class Shell {
   StatusBarIntents statusBarIntents() {
     StatusBarIntents intents;
     intents.openMainWindow = [this](const ActivationRequest& request) { openMainWindow(request); };
-    intents.togglePopover = [this](const StatusItemActivation& activation) { windows_.togglePopover(activation); };
+    intents.togglePopover = [this](const StatusItemActivation& activation) { windows_->togglePopover(activation); };
     return intents;
   }
 
@@ -117,10 +137,7 @@ class Shell {
     LaunchSteps steps;
     // It was, before there was a machine.
     steps.acquireInstance = [this] { return instance_.acquire(std::nullopt); };
-    // Where no release feed is known the menu leads to the download page.
-    steps.startUpdater = [this] {
-      if (updater_ != nullptr) updater_->start();
-    };
+    steps.startUpdater = startUpdater_;
     steps.createStatusItem = [this] { createStatusItem(); };
     return steps;
   }
@@ -128,33 +145,33 @@ class Shell {
   void createStatusItem() {
     item_.onAvailabilityChanged([this](bool isAvailable) { panelChanged(isAvailable); });
     presenter_.show();
-    oldPresenter_.show();
+    if (oldPresenter_) oldPresenter_->show();
   }
 
   /// The old kind of tray is for desktops whose panel knows no other.
   void panelChanged(bool isAvailable) {
     if (panelTimer_ != 0) runtime_.main.cancelTimer(std::exchange(panelTimer_, 0));
     if (isAvailable) {
-      windows_.setOldTrayWanted(false);
+      windows_->setOldTrayWanted(false);
       return;
     }
     panelTimer_ = runtime_.main.postAfter(panelPatience, [this] {
       panelTimer_ = 0;
       Logger(runtime_.log, "StatusItem").standard("no panel shows status items; looking for a tray of the old kind");
-      windows_.setOldTrayWanted(true);
+      windows_->setOldTrayWanted(true);
     });
   }
 
   AppState& state_;
-  ReleaseUpdater* updater_;
+  std::function<void()> startUpdater_;
   Subscription listed_;
   Runtime runtime_;
   SingleInstance& instance_;
   StatusItem& item_;
-  WindowsProcess windows_;
+  std::unique_ptr<ProgramWindows> windows_;
   StatusBarController controller_;
   StatusItemPresenter presenter_;
-  StatusItemPresenter oldPresenter_;
+  std::optional<StatusItemPresenter> oldPresenter_;
   QuillmereAppDelegate delegate_;
   TimerID panelTimer_ = 0;
   bool isBroken_ = false;
@@ -171,7 +188,8 @@ int runApplication(int argc, char** argv, const Host& host) {
 
   const auto log = host.makeLogSink();
   SystemClocks clocks;
-  LoopExecutor main;
+  const std::unique_ptr<MainLoop> loop = host.makeMainLoop ? host.makeMainLoop() : std::make_unique<OwnLoop>();
+  Executor& main = loop->executor();
   ThreadPoolExecutor background(backgroundThreads);
   const Runtime runtime{main, background, clocks, *log, makeThreadSerialQueue};
   // First of all: what plays is in the hands of the instance that runs.
@@ -180,10 +198,13 @@ int runApplication(int argc, char** argv, const Host& host) {
     Logger(*log, "Application").standard("quillmere runs already");
     return EXIT_SUCCESS;
   }
-  const auto launcher = host.makeWindowsLauncher(runtime);
-  if (!launcher) return EXIT_FAILURE;
-  // It starts while this program looks at the sound, and draws the main window as soon as that is asked for.
-  if (wish) launcher->prepare();
+  std::unique_ptr<WindowsLauncher> launcher;
+  if (!host.makeWindows) {
+    launcher = host.makeWindowsLauncher(runtime);
+    if (!launcher) return EXIT_FAILURE;
+    // It starts while this program looks at the sound, and draws the main window as soon as that is asked for.
+    if (wish) launcher->prepare();
+  }
 
   Machine machine = host.makeMachine(runtime);
   ProcessTapEngine engine(*machine.audio, runtime);
@@ -191,6 +212,7 @@ int runApplication(int argc, char** argv, const Host& host) {
   DriverClient driver(engine, background);
   driver.install();
   std::optional<ReleaseUpdater> updater;
+  std::unique_ptr<Updater> hostsUpdater;
   if (machine.releaseFeed) {
     updater.emplace(*machine.releaseFeed, *machine.defaults, *machine.workspace, runtime);
   }
@@ -199,18 +221,30 @@ int runApplication(int argc, char** argv, const Host& host) {
   AppState::installShared(state);
   {
     const auto item = host.makeStatusItem(runtime);
-    const auto terminate = [&main] { main.stop(); };
-    Shell shell(*state, runtime, *instance, *item, *launcher, updater ? &*updater : nullptr, terminate);
-    const auto session = host.makeSessionWatch(runtime);
-    session->onEndRequested(terminate);
-    session->onEnded([terminate, &log] {
-      Logger(*log, "Application").standard("the desktop session has ended");
-      terminate();
-    });
+    const auto terminate = [&loop] { loop->stop(); };
+    const MakeWindows makeWindows = [&](WindowsIntents intents) -> std::unique_ptr<ProgramWindows> {
+      if (host.makeWindows) return host.makeWindows(state, runtime, std::move(intents));
+      return std::make_unique<WindowsProcess>(*launcher, *state, runtime, std::move(intents));
+    };
+    // Where neither the host nor a release feed knows of newer versions the menu leads to the download page.
+    const auto startUpdater = [&] {
+      if (updater) updater->start();
+      if (host.makeUpdater) hostsUpdater = host.makeUpdater(machine, updater ? &*updater : nullptr);
+      if (hostsUpdater) state->useUpdater(*hostsUpdater);
+    };
+    Shell shell(*state, runtime, *instance, *item, makeWindows, startUpdater, terminate);
+    const auto session = host.makeSessionWatch ? host.makeSessionWatch(runtime) : nullptr;
+    if (session) {
+      session->onEndRequested(terminate);
+      session->onEnded([terminate, &log] {
+        Logger(*log, "Application").standard("the desktop session has ended");
+        terminate();
+      });
+    }
     // Where the session bus has started the program, what it asks is on its way, with the token that belongs to it.
     if (options->isActivated) wish.reset();
     main.post([&shell, &wish] { shell.start(wish); });
-    main.run();
+    loop->run();
     if (shell.isBroken()) exitCode = EXIT_FAILURE;
   }
   // The running streams hold the state: they go with the queues they wait in, before what the state uses.

@@ -30,7 +30,8 @@ StatusMenuEntry sleepTimer(const StatusMenuInput& input) {
     return entry;
   }
   for (const int minutes : sleepChoices) {
-    auto choice = item(translatedCount("%1 minute", "%1 minutes", minutes), StatusAction::sleepFor);
+    auto choice =
+        item(translatedCount("%1 minute", "%1 minutes", static_cast<unsigned long>(minutes)), StatusAction::sleepFor);
     choice.tag = minutes;
     entry.submenu.push_back(std::move(choice));
   }

@@ -13,8 +13,8 @@
 
 #include "platform/ActivationRequest.h"
 #include "platform/Channel.h"
+#include "platform/ProgramWindows.h"
 #include "platform/StatusItem.h"
-#include "platform/WindowSystem.h"
 #include "remote/RemoteStatusItem.h"
 #include "runtime/Runtime.h"
 #include "shell/AnswerWatch.h"
@@ -24,25 +24,10 @@ namespace quillmere {
 class MixerHost;
 class MixerState;
 
-/// What the windows ask of the program. [main]
-struct WindowsIntents {
-  std::function<void(const ActivationRequest& request)> openMainWindow;
-  /// The main window has appeared.
-  std::function<void()> mainWindowShown;
-  /// The onboarding has been gone through.
-  std::function<void()> finishOnboarding;
-  /// Ends the program.
-  std::function<void()> terminate;
-  /// The program that draws is not the other half of this one: it has said to be of that version, empty for none.
-  std::function<void(const std::string& version)> halvesDiffer;
-};
-
 /// [main] throughout. A process that ends unasked takes its windows with it and nothing else. One that hangs is ended,
 /// and the next one is asked for what it owed, its windows among it.
-class WindowsProcess final : public WindowSystem {
+class WindowsProcess final : public ProgramWindows {
  public:
-  static constexpr const char* mainWindow = "main";
-  static constexpr const char* onboardingWindow = "onboarding";
   /// Bytes that a process which does not read may let wait before it is told only how things have come to be.
   static constexpr std::size_t mostWaiting = 65536;
 
@@ -52,13 +37,12 @@ class WindowsProcess final : public WindowSystem {
   WindowsProcess(const WindowsProcess&) = delete;
   WindowsProcess& operator=(const WindowsProcess&) = delete;
 
-  void togglePopover(const StatusItemActivation& activation);
-  void open(const std::string& identifier, const ActivationRequest& request);
+  void togglePopover(const StatusItemActivation& activation) override;
+  void open(const std::string& identifier, const ActivationRequest& request) override;
 
-  /// Whether the old kind of tray is to be looked for, and used as `oldTray()`. Costs the process, as long as it holds.
-  void setOldTrayWanted(bool isWanted);
-  /// The icon in the old kind of tray.
-  [[nodiscard]] StatusItem& oldTray() { return oldTray_; }
+  /// Costs the process, as long as it holds.
+  void setOldTrayWanted(bool isWanted) override;
+  [[nodiscard]] StatusItem* oldTray() override { return &oldTray_; }
 
   [[nodiscard]] bool isRunning() const { return channel_ != nullptr; }
 

@@ -17,8 +17,9 @@ constexpr auto focusLossGrace = std::chrono::milliseconds(300);
 constexpr auto settling = std::chrono::seconds(1);
 }  // namespace
 
-PopoverController::PopoverController(const Runtime& runtime, WindowFactory factory, std::unique_ptr<PopoverStage> stage)
-    : runtime_(runtime), stage_(std::move(stage)), scene_(runtime, std::move(factory), keepHidden) {
+PopoverController::PopoverController(const Runtime& runtime, WindowFactory factory, std::unique_ptr<PopoverStage> stage,
+                                     SightTest sight)
+    : runtime_(runtime), stage_(std::move(stage)), scene_(runtime, std::move(factory), keepHidden, std::move(sight)) {
   scene_.onDropped([this] {
     stage_->release();
     Q_EMIT dropped();

@@ -14,7 +14,8 @@ class PopoverController final : public QObject {
   Q_OBJECT
 
  public:
-  PopoverController(const Runtime& runtime, WindowFactory factory, std::unique_ptr<PopoverStage> stage);
+  PopoverController(const Runtime& runtime, WindowFactory factory, std::unique_ptr<PopoverStage> stage,
+                    SightTest sight = {});
   ~PopoverController() override;
 
   void toggle(const PopoverPlace& place);

@@ -63,7 +63,7 @@ void Scene::show() {
   const bool wasThere = window.isVisible();
   bringForward();
   stopLooking();
-  if (wasThere && !hasReason) lookForIt();
+  if (wasThere && !hasReason && sight_) lookForIt();
 }
 
 void Scene::bringForward() {

@@ -15,7 +15,7 @@
 namespace quillmere {
 
 using WindowFactory = std::function<std::unique_ptr<QWindow>()>;
-/// Whether a window that was asked for while it showed is seen.
+/// Whether a window that was asked for while it showed is seen; empty where it is, for all that is known.
 using SightTest = std::function<Sight(QWindow& window)>;
 
 /// [main] throughout.
@@ -27,7 +27,7 @@ class Scene final : public QObject {
   static constexpr Duration patience = std::chrono::milliseconds(500);
 
   /// @param keepHidden  how long a hidden window is kept for a quick return
-  Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden, SightTest sight = sightOf);
+  Scene(const Runtime& runtime, WindowFactory factory, Duration keepHidden, SightTest sight = {});
   ~Scene() override;
 
   /// The window, made if need be and not yet shown.

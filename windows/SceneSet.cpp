@@ -12,19 +12,22 @@ namespace {
 constexpr auto keepHidden = std::chrono::seconds(20);
 }  // namespace
 
-SceneSet::SceneSet(const Runtime& runtime) : runtime_(runtime) {}
+SceneSet::SceneSet(const Runtime& runtime, SightTest sight) : runtime_(runtime), sight_(std::move(sight)) {}
 
 SceneSet::~SceneSet() = default;
 
 void SceneSet::add(const std::string& identifier, WindowFactory factory) {
-  auto scene = std::make_unique<Scene>(runtime_, std::move(factory), keepHidden);
+  auto scene = std::make_unique<Scene>(runtime_, std::move(factory), keepHidden, sight_);
   const auto isClosing = std::make_shared<bool>(false);
   connect(scene.get(), &Scene::shown, this, [this, identifier, isClosing] {
     *isClosing = false;
     Q_EMIT shown(identifier);
   });
   connect(scene.get(), &Scene::becameActive, this, [this, identifier] { Q_EMIT becameKey(identifier); });
-  connect(scene.get(), &Scene::willClose, this, [isClosing] { *isClosing = true; });
+  connect(scene.get(), &Scene::willClose, this, [this, identifier, isClosing] {
+    *isClosing = true;
+    Q_EMIT willClose(identifier);
+  });
   connect(scene.get(), &Scene::hidden, this,
           [this, identifier, isClosing] { Q_EMIT hidden(identifier, std::exchange(*isClosing, false)); });
   scene->onDropped([this] { Q_EMIT dropped(); });
@@ -54,6 +57,11 @@ void SceneSet::activate() {
 QWindow* SceneSet::window(const std::string& identifier) const {
   const auto scene = scenes_.find(identifier);
   return scene != scenes_.end() ? scene->second->window() : nullptr;
+}
+
+bool SceneSet::isVisible(const std::string& identifier) const {
+  const auto scene = scenes_.find(identifier);
+  return scene != scenes_.end() && scene->second->isVisible();
 }
 
 bool SceneSet::holdsAny() const {

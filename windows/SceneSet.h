@@ -16,7 +16,7 @@ class SceneSet final : public QObject {
   Q_OBJECT
 
  public:
-  explicit SceneSet(const Runtime& runtime);
+  explicit SceneSet(const Runtime& runtime, SightTest sight = {});
   ~SceneSet() override;
 
   /// Makes a window known under its identifier.
@@ -30,18 +30,23 @@ class SceneSet final : public QObject {
   void activate();
   /// The window under this identifier, shown or kept; null where there is none at the moment.
   [[nodiscard]] QWindow* window(const std::string& identifier) const;
+  /// As desktops list them: by identifier, whether it shows.
+  [[nodiscard]] bool isVisible(const std::string& identifier) const;
   /// Whether any window is shown, or kept for a quick return.
   [[nodiscard]] bool holdsAny() const;
 
  Q_SIGNALS:
   void shown(const std::string& identifier);
   void becameKey(const std::string& identifier);
+  /// By the user or the window manager; it still counts as visible.
+  void willClose(const std::string& identifier);
   /// `isClosing`: by the user or the window manager.
   void hidden(const std::string& identifier, bool isClosing);
   void dropped();
 
  private:
   Runtime runtime_;
+  SightTest sight_;
   std::map<std::string, std::unique_ptr<Scene>> scenes_;
 };
 

@@ -4,8 +4,6 @@
 #include <fontconfig/fontconfig.h>
 
 #include <QApplication>
-#include <QQuickWindow>
-#include <QWindow>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -18,45 +16,33 @@
 #include <thread>
 #include <utility>
 
-#include "core/Product.h"
-#include "integrations/DesktopServices.h"
 #include "remote/MessageType.h"
 #include "remote/RemoteState.h"
 #include "remote/RemoteStatusItem.h"
 #include "remote/SeamVersion.h"
 #include "remote/WindowMessages.h"
 #include "runtime/ThreadPoolExecutor.h"
-#include "state/ViewSettings.h"
-#include "views/AboutWindow.h"
 #include "views/DesktopFont.h"
 #include "views/DesktopSettings.h"
 #include "views/IconThemes.h"
 #include "views/Mnemonics.h"
 #include "views/Translation.h"
-#include "views/ViewFactory.h"
-#include "views/design/Appearance.h"
-#include "windows/BrandIconImage.h"
 #include "windows/DialogApplicationChooser.h"
 #include "windows/DisplayChoice.h"
 #include "windows/Launch.h"
 #include "windows/LayerShell.h"
 #include "windows/OldTrayItem.h"
 #include "windows/PlacedStage.h"
-#include "windows/PopoverController.h"
+#include "windows/ProgramScenes.h"
 #include "windows/QtMainExecutor.h"
 #include "windows/Renderer.h"
-#include "windows/SceneSet.h"
-#include "windows/WindowFit.h"
-#include "windows/WindowKeys.h"
+#include "windows/WindowSight.h"
 
 namespace quillmere {
 
 namespace {
 
 using nlohmann::json;
-
-constexpr const char* mainWindow = "main";
-constexpr const char* onboardingWindow = "onboarding";
 
 /// What brings a window to the front on desktops that ask for a reason, for one wish: the toolkit takes it with the
 /// next window, and what it has not taken is not for a later one. A desktop that waits for what it has launched with
@@ -84,56 +70,21 @@ std::unique_ptr<PopoverStage> makeStage(const Runtime& runtime, bool hasLayerShe
   return stage ? std::move(stage) : std::make_unique<PlacedStage>();
 }
 
-/// Puts a window that is not shown yet into the middle of its screen, where the desktop lets a program choose.
-void centre(QWindow& window) {
-  QRect place(QPoint(), window.size());
-  place.moveCenter(window.screen()->availableGeometry().center());
-  window.setPosition(place.topLeft());
-}
-
-/// What the mixer lists runs, even where the desktop knows nothing of it.
-std::vector<RunningApplication> soundingIn(const MixerState& state) {
-  std::vector<RunningApplication> running;
-  for (const auto& app : *state.apps()) running.push_back({app.bundleID, app.name, 0});
-  return running;
-}
-
 class Windows final : public QObject {
  public:
   Windows(const Runtime& runtime, SendMessage send, const WindowsHost& host, bool hasLayerShell)
       : runtime_(runtime),
         send_(std::move(send)),
-        host_(host),
         state_(std::make_shared<RemoteState>(runtime.log, send_)),
-        scenes_(runtime),
-        keys_(keyIntents()),
-        popover_(
-            runtime, [this]() -> std::unique_ptr<QWindow> { return served(factory().makePopover()); },
-            makeStage(runtime, hasLayerShell)),
-        about_(runtime, [this]() -> std::unique_ptr<QWindow> { return makeAbout(); }, Duration::zero()) {
-    scenes_.add(mainWindow, [this]() -> std::unique_ptr<QWindow> {
-      setWindowIcon();
-      auto window = served(factory().makeMainWindow());
-      keepOnScreen(*window);
-      return window;
-    });
-    scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
-      setWindowIcon();
-      auto window = served(factory().makeOnboarding());
-      keepOnScreen(*window);
-      centre(*window);
-      return window;
-    });
-    connect(&scenes_, &SceneSet::shown, this,
+        scenes_(runtime, state_, sceneHost(runtime, host, hasLayerShell), sceneIntents()) {
+    connect(&scenes_, &ProgramScenes::shown, this,
             [this](const std::string& window) { send_({{"type", wire::windowShown}, {"window", window}}); });
-    connect(&scenes_, &SceneSet::becameKey, this,
+    connect(&scenes_, &ProgramScenes::becameKey, this,
             [this](const std::string& window) { send_({{"type", wire::windowBecameKey}, {"window", window}}); });
-    connect(&scenes_, &SceneSet::hidden, this, [this](const std::string& window, bool isClosing) {
+    connect(&scenes_, &ProgramScenes::hidden, this, [this](const std::string& window, bool isClosing) {
       send_({{"type", wire::windowHidden}, {"window", window}, {"isClosing", isClosing}});
     });
-    connect(&scenes_, &SceneSet::dropped, this, &Windows::offerToEnd);
-    connect(&popover_, &PopoverController::dropped, this, &Windows::offerToEnd);
-    about_.onDropped([this] { offerToEnd(); });
+    connect(&scenes_, &ProgramScenes::dropped, this, &Windows::offerToEnd);
   }
 
   void take(const json& message) {
@@ -173,7 +124,9 @@ class Windows final : public QObject {
   void perform(const std::string& type, const json& message) {
     if (type == wire::openWindow) {
       const Reason reason(message);
-      openWindow(message);
+      std::optional<std::string> section;
+      if (const auto named = message.find("section"); named != message.end()) section = named->get<std::string>();
+      scenes_.open(message.at("window").get<std::string>(), section);
     } else if (type == wire::closeWindow) {
       scenes_.close(message.at("window").get<std::string>());
     } else if (type == wire::orderFront) {
@@ -182,7 +135,7 @@ class Windows final : public QObject {
       scenes_.activate();
     } else if (type == wire::showAboutPanel) {
       const Reason reason(message);
-      about_.show();
+      scenes_.showAboutPanel();
     } else if (type == wire::togglePopover) {
       const Reason reason(message);
       togglePopover(message);
@@ -191,27 +144,11 @@ class Windows final : public QObject {
     }
   }
 
-  void openWindow(const json& message) {
-    const auto identifier = message.at("window").get<std::string>();
-    // An X server's window manager would find a new window a place beside the popover.
-    if (!hasWaylandCompositor()) popover_.close();
-    scenes_.open(identifier);
-    // After it: it is the popover that has been clicked, and a desktop that asks for a reason takes no other. And no
-    // later: as long as the popover is there the keyboard may be its alone.
-    popover_.close();
-    const auto section = message.find("section");
-    if (section == message.end() || identifier != mainWindow) return;
-    // Before its next picture, whether the window is new or was there.
-    if (auto* window = qobject_cast<QQuickWindow*>(scenes_.window(identifier))) {
-      ViewFactory::showSection(*window, section->get<std::string>());
-    }
-  }
-
   void togglePopover(const json& message) {
     PopoverPlace place;
     if (message.contains("x")) place.click = QPoint(message.at("x").get<int>(), message.at("y").get<int>());
     if (tray_) place.icon = tray_->geometry();
-    popover_.toggle(place);
+    scenes_.togglePopover(place);
   }
 
   void keepOldTray(bool isWanted) {
@@ -229,66 +166,44 @@ class Windows final : public QObject {
 
   /// The process stays as long as it has something to draw.
   void offerToEnd() {
-    if (scenes_.holdsAny() || popover_.isHeld() || about_.window() != nullptr || tray_) return;
+    if (scenes_.holdsAny() || tray_) return;
     send_({{"type", wire::idle}, {"seen", seen_}});
   }
 
-  /// Desktops show it beside the titles of windows that they list.
-  static void setWindowIcon() { QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0))); }
-
-  std::unique_ptr<QWindow> makeAbout() {
-    setWindowIcon();
-    factory();
-    return served(makeAboutWindow(QCoreApplication::applicationVersion()));
+  static SceneHost sceneHost(const Runtime& runtime, const WindowsHost& host, bool hasLayerShell) {
+    SceneHost scenes;
+    scenes.makeDesktop = [runtime, &host] {
+      auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
+      return host.makeDesktop(runtime, std::move(dialogue));
+    };
+    scenes.stage = makeStage(runtime, hasLayerShell);
+    scenes.prepare = [] {
+      chooseRenderer();
+      useIconThemes(desktopPlaces());
+    };
+    scenes.fontFamily = [] { return desktopFontFamily(QGuiApplication::font().family(), desktopPlaces()); };
+    scenes.sight = sightOf;
+    // An X server's window manager would find a new window a place beside the popover.
+    scenes.closesPopoverFirst = !hasWaylandCompositor();
+    return scenes;
   }
 
-  template <typename Window>
-  std::unique_ptr<Window> served(std::unique_ptr<Window> window) {
-    keys_.serve(*window);
-    return window;
-  }
-
-  KeyIntents keyIntents() {
-    KeyIntents intents;
-    intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
-    intents.openSettings = [this] { send_({{"type", wire::openMainWindow}, {"section", "Settings"}}); };
+  SceneIntents sceneIntents() {
+    SceneIntents intents;
+    intents.openMainWindow = [this](const ActivationRequest& request) {
+      json message{{"type", wire::openMainWindow}};
+      if (request.section) message["section"] = *request.section;
+      send_(message);
+    };
+    intents.finishOnboarding = [this] { send_({{"type", wire::finishOnboarding}}); };
     intents.quit = [this] { send_({{"type", wire::quit}}); };
     return intents;
   }
 
-  /// What draws a window comes with the first one.
-  ViewFactory& factory() {
-    if (!factory_) {
-      chooseRenderer();
-      useIconThemes(desktopPlaces());
-      ViewIntents intents;
-      intents.openMainWindow = [this] { send_({{"type", wire::openMainWindow}}); };
-      intents.quit = [this] { send_({{"type", wire::quit}}); };
-      intents.onboardingFinished = [this] { send_({{"type", wire::finishOnboarding}}); };
-      auto dialogue = std::make_unique<DialogApplicationChooser>(QStringLiteral("/usr/share/applications"));
-      desktop_.emplace(host_.makeDesktop(runtime_, std::move(dialogue)), runtime_,
-                       [state = state_] { return soundingIn(*state); });
-      Appearance::shared().setFontFamily(desktopFontFamily(QGuiApplication::font().family(), desktopPlaces()));
-      desktop_->look().onWished([](const LookWishes& wishes) {
-        Appearance::shared().setReducesMotion(wishes.reducesMotion);
-        Appearance::shared().setWantsContrast(wishes.wantsContrast);
-      });
-      factory_.emplace(ViewServices{state_, runtime_, std::make_shared<ViewSettings>(*state_), *desktop_,
-                                    std::move(intents), std::string(appVersion())});
-    }
-    return *factory_;
-  }
-
   Runtime runtime_;
   SendMessage send_;
-  const WindowsHost& host_;
   std::shared_ptr<RemoteState> state_;
-  std::optional<DesktopServices> desktop_;
-  std::optional<ViewFactory> factory_;
-  SceneSet scenes_;
-  WindowKeys keys_;
-  PopoverController popover_;
-  Scene about_;
+  ProgramScenes scenes_;
   std::unique_ptr<OldTrayItem> tray_;
   std::optional<StatusItemHost> trayHost_;
   std::uint64_t seen_ = 0;

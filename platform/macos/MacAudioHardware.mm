@@ -69,7 +69,7 @@ static_assert(isSame(macos::aggregate::subDeviceUID, kAudioSubDeviceUIDKey));
 static_assert(isSame(macos::aggregate::tapUID, kAudioSubTapUIDKey));
 static_assert(isSame(macos::aggregate::tapDriftCompensation, kAudioSubTapDriftCompensationKey));
 
-CATapMuteBehavior behaviorOf(MuteBehavior behavior) {
+constexpr CATapMuteBehavior behaviorOf(MuteBehavior behavior) {
   switch (behavior) {
     case MuteBehavior::unmuted:
       return CATapUnmuted;
@@ -80,7 +80,10 @@ CATapMuteBehavior behaviorOf(MuteBehavior behavior) {
   }
   return CATapUnmuted;
 }
-static_assert(CATapMutedWhenTapped == 2);
+// The port's numbers are the system's.
+static_assert(behaviorOf(MuteBehavior::unmuted) == 0);
+static_assert(behaviorOf(MuteBehavior::muted) == 1);
+static_assert(behaviorOf(MuteBehavior::mutedWhenTapped) == 2);
 
 /// A property of this very size; anything else is an error, and leaves `value` as it is.
 template <typename Value>
@@ -228,7 +231,8 @@ Status MacAudioHardware::destroyProcessTap(AudioObjectID tap) { return AudioHard
 
 Status MacAudioHardware::createAggregateDevice(const AggregateDescription& description, AudioObjectID& device) {
   @autoreleasepool {
-    NSDictionary<NSString*, id>* const told = macos::propertyListObject(macos::aggregateDictionary(description));
+    NSDictionary<NSString*, id>* const told __attribute__((objc_precise_lifetime)) =
+        macos::propertyListObject(macos::aggregateDictionary(description));
     ::AudioObjectID made = 0;
     const OSStatus status = AudioHardwareCreateAggregateDevice((__bridge CFDictionaryRef)told, &made);
     if (status == noErr) device = made;

@@ -28,6 +28,7 @@ struct MacSingleInstance::Reopening {
 MacSingleInstance::MacSingleInstance() : reopening_(std::make_unique<Reopening>()) {}
 
 MacSingleInstance::~MacSingleInstance() {
+  reopening_->handler.asked = nil;
   if (!reopening_->isSet) return;
   [NSAppleEventManager.sharedAppleEventManager removeEventHandlerForEventClass:kCoreEventClass
                                                                     andEventID:kAEReopenApplication];
@@ -41,10 +42,14 @@ void MacSingleInstance::onActivationRequested(std::function<void(const Activatio
     told({});
   };
   if (std::exchange(reopening_->isSet, true)) return;
-  [NSAppleEventManager.sharedAppleEventManager setEventHandler:reopening_->handler
-                                                   andSelector:@selector(handleReopen:withReplyEvent:)
-                                                 forEventClass:kCoreEventClass
-                                                    andEventID:kAEReopenApplication];
+  // Once the loop runs: the application object sets handlers of its own when it has finished launching.
+  QuillmereReopening* handler = reopening_->handler;
+  dispatch_async(dispatch_get_main_queue(), ^{
+    [NSAppleEventManager.sharedAppleEventManager setEventHandler:handler
+                                                     andSelector:@selector(handleReopen:withReplyEvent:)
+                                                   forEventClass:kCoreEventClass
+                                                      andEventID:kAEReopenApplication];
+  });
 }
 
 bool MacSingleInstance::acquire(const std::optional<ActivationRequest>& /*request*/) {

@@ -7,7 +7,7 @@
 namespace quillmere {
 
 bool MacSoundPlayer::play(std::string_view name) {
-  // It retains itself until it has ended.
+  // The system keeps what it has given a name.
   NSSound* sound = [NSSound soundNamed:macos::nsString(name)];
   if (sound == nil) return false;
   // No for one that plays already, which is a sound that there is.

@@ -68,6 +68,8 @@ struct MacStatusItem::Item : std::enable_shared_from_this<Item> {
   NSStatusItem* statusItem = nil;
   QuillmereStatusTarget* target = [[QuillmereStatusTarget alloc] init];
   NSString* toolTip = @"";
+  /// The latest one: what was chosen from it may be told once it has closed.
+  NSMenu* rightClickMenu = nil;
   std::vector<StatusMenuItem> menu;
   std::function<void(const StatusItemActivation&)> activated;
   std::function<void(int, const std::string&)> chosen;
@@ -107,7 +109,8 @@ struct MacStatusItem::Item : std::enable_shared_from_this<Item> {
     }
     if (aboutToShow) aboutToShow();
     // Lent for the length of this click, which returns when the menu has closed: a left click never opens it.
-    statusItem.menu = build(menu);
+    rightClickMenu = build(menu);
+    statusItem.menu = rightClickMenu;
     [statusItem.button performClick:nil];
     statusItem.menu = nil;
   }

@@ -12,7 +12,8 @@ struct MacUpdater::Controller {
   SPUStandardUpdaterController* standard = nil;
 };
 
-MacUpdater::MacUpdater(Workspace& workspace) : workspace_(workspace), controller_(std::make_unique<Controller>()) {
+MacUpdater::MacUpdater(Workspace& workspace, Updater* announced)
+    : workspace_(workspace), announced_(announced), controller_(std::make_unique<Controller>()) {
   // By its name, so that the program builds and runs without the framework. Asking for a class loads the bundle.
   NSURL* folder = NSBundle.mainBundle.privateFrameworksURL;
   NSURL* framework = [folder URLByAppendingPathComponent:@"Sparkle.framework"];
@@ -23,6 +24,10 @@ MacUpdater::MacUpdater(Workspace& workspace) : workspace_(workspace), controller
 }
 
 MacUpdater::~MacUpdater() = default;
+
+const Observable<std::optional<std::string>>& MacUpdater::latestVersion() const {
+  return announced_ != nullptr ? announced_->latestVersion() : unknown_;
+}
 
 void MacUpdater::checkForUpdates() {
   SPUUpdater* updater = controller_->standard.updater;

@@ -13,15 +13,20 @@ namespace {
 using GetInfo = void (*)(dispatch_queue_t _Nonnull queue, void (^_Nonnull reply)(CFDictionaryRef _Nullable info));
 using GetPID = void (*)(dispatch_queue_t _Nonnull queue, void (^_Nonnull reply)(int pid));
 
+/// Opened once and never closed; null where it can't be.
+CFBundleRef _Nullable framework() {
+  static const CFBundleRef bundle = [] {
+    NSURL* const url __attribute__((objc_precise_lifetime)) =
+        [NSURL fileURLWithPath:@"/System/Library/PrivateFrameworks/MediaRemote.framework" isDirectory:YES];
+    return CFBundleCreate(kCFAllocatorDefault, (__bridge CFURLRef)url);
+  }();
+  return bundle;
+}
+
 /// The framework's function of this name; null where there is none.
 template <typename Function>
 Function _Nullable function(CFStringRef _Nonnull name) {
-  // Opened once and never closed.
-  static const CFBundleRef bundle = [] {
-    NSURL* const url = [NSURL fileURLWithPath:@"/System/Library/PrivateFrameworks/MediaRemote.framework"
-                                  isDirectory:YES];
-    return CFBundleCreate(kCFAllocatorDefault, (__bridge CFURLRef)url);
-  }();
+  const CFBundleRef bundle = framework();
   if (bundle == nullptr) return nullptr;
   return reinterpret_cast<Function>(CFBundleGetFunctionPointerForName(bundle, name));
 }

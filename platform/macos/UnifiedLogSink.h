@@ -1,4 +1,5 @@
 // The system's log: `log stream --predicate 'subsystem == "app.quillmere.host"' --level info` shows it.
+// [any but audio]
 #pragma once
 
 #include <memory>
@@ -14,7 +15,6 @@ class UnifiedLogSink final : public LogSink {
   UnifiedLogSink(const UnifiedLogSink&) = delete;
   UnifiedLogSink& operator=(const UnifiedLogSink&) = delete;
 
-  /// [any but audio]
   void write(LogLevel level, std::string_view subsystem, std::string_view category, std::string_view message) override;
 
  private:

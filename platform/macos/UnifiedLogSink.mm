@@ -1,5 +1,6 @@
 #include "platform/macos/UnifiedLogSink.h"
 
+#import <Foundation/Foundation.h>
 #import <os/log.h>
 
 #include <map>
@@ -7,11 +8,13 @@
 #include <string>
 #include <utility>
 
+#include "foundation/Text.h"
+
 namespace quillmere {
 
 namespace {
 
-os_log_type_t typeOf(LogLevel level) {
+constexpr os_log_type_t typeOf(LogLevel level) {
   switch (level) {
     case LogLevel::info:
       return OS_LOG_TYPE_INFO;
@@ -22,6 +25,9 @@ os_log_type_t typeOf(LogLevel level) {
   }
   return OS_LOG_TYPE_DEFAULT;
 }
+static_assert(typeOf(LogLevel::info) == 0x01);
+static_assert(typeOf(LogLevel::standard) == 0x00);
+static_assert(typeOf(LogLevel::error) == 0x10);
 
 }  // namespace
 
@@ -50,9 +56,17 @@ UnifiedLogSink::~UnifiedLogSink() = default;
 
 void UnifiedLogSink::write(LogLevel level, std::string_view subsystem, std::string_view category,
                            std::string_view message) {
-  const std::string line(message);
-  // What the lines name are identifiers of applications and devices; without this word the log would hide them.
-  os_log_with_type(logs_->log(subsystem, category), typeOf(level), "%{public}s", line.c_str());
+  // Threads of our own have no pool.
+  @autoreleasepool {
+    // What the login item's switch could not do goes where people look for what programs say of themselves.
+    if (category == "LaunchAtLogin") {
+      NSLog(@"%@", macos::nsString(message));
+      return;
+    }
+    const std::string line(message);
+    // What the lines name are identifiers of applications and devices; without this word the log would hide them.
+    os_log_with_type(logs_->log(subsystem, category), typeOf(level), "%{public}s", line.c_str());
+  }
 }
 
 }  // namespace quillmere

@@ -786,6 +786,25 @@
     </message>
 </context>
 <context>
+    <name>ProgramMenu</name>
+    <message>
+        <source>Window</source>
+        <translation>Fenster</translation>
+    </message>
+    <message>
+        <source>About quillmere</source>
+        <translation>Über quillmere</translation>
+    </message>
+    <message>
+        <source>quillmere Window</source>
+        <translation>quillmere-Fenster</translation>
+    </message>
+    <message>
+        <source>Settings…</source>
+        <translation>Einstellungen …</translation>
+    </message>
+</context>
+<context>
     <name>ProgressDots</name>
     <message>
         <source>Step %1 of %2</source>

@@ -182,7 +182,7 @@ if __name__ == "__main__":
     if len(sys.argv) < 2:
         unittest.main()
     folder = Path(sys.argv[1])
-    # What stands in for a system's own headers tells nobody's threads.
+    # The stand-ins for a platform's own headers are called as that platform says.
     headers = sorted(header for header in folder.rglob("*.h") if "declarations" not in header.parts)
     problems = [f"{header}:{line}: no thread tag: {declaration}" for header in headers
                 for line, declaration in untagged(header.read_text(encoding="utf-8"))]

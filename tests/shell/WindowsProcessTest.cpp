@@ -127,7 +127,7 @@ TEST_F(WindowsOfTheProgram, OneProcessDrawsThemAll) {
 
 TEST_F(WindowsOfTheProgram, WishesAreNumberedAndNothingElseIs) {
   windows.setOldTrayWanted(true);
-  windows.oldTray().setToolTip("quillmere");
+  windows.oldTray()->setToolTip("quillmere");
   windows.togglePopover({});
   windows.activate();
   state().setGain(0.5F, spotify);
@@ -283,18 +283,18 @@ TEST_F(WindowsOfTheProgram, AProgramThatCannotStartItsWindowsGoesOn) {
 }
 
 TEST_F(WindowsOfTheProgram, OldTrayKeepsAProcessAndGetsItBack) {
-  windows.oldTray().setToolTip("quillmere");
-  windows.oldTray().show();
+  windows.oldTray()->setToolTip("quillmere");
+  windows.oldTray()->show();
   windows.setOldTrayWanted(true);
   ASSERT_EQ(launcher.lines.size(), 1U);
   EXPECT_EQ(sent("keepOldTray").size(), 1U);
   EXPECT_EQ(sent("statusItemShow").size(), 1U);
   std::vector<bool> told;
-  windows.oldTray().onAvailabilityChanged([&](bool isAvailable) { told.push_back(isAvailable); });
+  windows.oldTray()->onAvailabilityChanged([&](bool isAvailable) { told.push_back(isAvailable); });
   say({{"type", "statusItemAvailable"}, {"isAvailable", true}});
-  EXPECT_TRUE(windows.oldTray().isAvailable());
+  EXPECT_TRUE(windows.oldTray()->isAvailable());
   die();
-  EXPECT_FALSE(windows.oldTray().isAvailable());
+  EXPECT_FALSE(windows.oldTray()->isAvailable());
   EXPECT_EQ(told, (std::vector<bool>{true, false}));
   box->advanceSeconds(1.0);
   EXPECT_EQ(launcher.lines.size(), 2U);

@@ -9,6 +9,9 @@ namespace {
 
 constexpr double pageStep = 0.1;
 
+/// There is one pointer.
+SliderHandle* hoveredHandle = nullptr;
+
 ScrollPhase phaseOf(Qt::ScrollPhase phase) {
   switch (phase) {
     case Qt::ScrollBegin:
@@ -34,6 +37,12 @@ SliderHandle::SliderHandle(QQuickItem* parent) : QQuickItem(parent) {
   setAcceptHoverEvents(true);
   setActiveFocusOnTab(true);
 }
+
+SliderHandle::~SliderHandle() {
+  if (hoveredHandle == this) hoveredHandle = nullptr;
+}
+
+SliderHandle* SliderHandle::hovered() { return hoveredHandle; }
 
 void SliderHandle::setPosition(double position) {
   if (position_ == position) return;
@@ -136,6 +145,17 @@ void SliderHandle::wheelEvent(QWheelEvent* event) {
   if (direction != 0) requestValue(position_ + direction * std::max(gainPerScrollStep, stepSize_));
 }
 
+bool SliderHandle::scrollBy(double delta) {
+  if (scrollRule_ == PassOn) return false;
+  if (scrollRule_ == Forward) {
+    emit scrollDelta(delta);
+  } else {
+    const double step = std::max(gainPerScrollStep, stepSize_);
+    requestValue(position_ + (delta > 0 ? step : -step));
+  }
+  return true;
+}
+
 void SliderHandle::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Left:
@@ -187,6 +207,11 @@ void SliderHandle::setDragging(bool dragging) {
 void SliderHandle::setHovering(bool hovering) {
   if (hovering_ == hovering) return;
   hovering_ = hovering;
+  if (hovering) {
+    hoveredHandle = this;
+  } else if (hoveredHandle == this) {
+    hoveredHandle = nullptr;
+  }
   emit hoveringChanged();
 }
 

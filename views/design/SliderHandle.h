@@ -41,6 +41,7 @@ class SliderHandle : public QQuickItem {
   Q_ENUM(ScrollRule)
 
   explicit SliderHandle(QQuickItem* parent = nullptr);
+  ~SliderHandle() override;
 
   [[nodiscard]] double position() const { return position_; }
   void setPosition(double position);
@@ -65,6 +66,12 @@ class SliderHandle : public QQuickItem {
   void setStepSize(double size);
 
   void requestValue(double value);
+  /// The one that the pointer lies over; null where it lies over none.
+  [[nodiscard]] static SliderHandle* hovered();
+  /// A scroll that somebody else has seen, with its distance as that one counts it: upwards positive, a point is a unit
+  /// of ScrollRule. A step of the slider's own is one a call, downwards where the distance is 0. False: it is not for
+  /// this slider.
+  bool scrollBy(double delta);
   Q_INVOKABLE void increase();
   Q_INVOKABLE void decrease();
 

@@ -24,6 +24,18 @@ const QString extension = QStringLiteral(".svg");
 constexpr int drawnWeight = 500;  // the files' strokes are drawn for this one
 constexpr int maskCacheKilobytes = 1024;
 
+SystemSymbols& systemSymbols() {
+  static SystemSymbols symbols;
+  return symbols;
+}
+
+// The system's picture of what lies at this path; null where it is no symbol, or the system has none.
+QImage systemPicture(const QString& path, QSize pixels, int weight) {
+  if (!systemSymbols() || pixels.isEmpty() || !path.startsWith(symbolFolder)) return {};
+  const auto name = path.sliced(symbolFolder.size()).chopped(extension.size());
+  return systemSymbols()(name, pixels, weight).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
 // How much wider than drawn a stroke is at a weight.
 double strokeFactor(int weight) {
   if (weight <= 300) return 0.74;
@@ -75,6 +87,11 @@ QImage maskOf(const QString& path, QSize pixels, int weight) {
                           .arg(pixels.width())
                           .arg(pixels.height());
   if (const QImage* known = masks.object(key)) return *known;
+  const auto keep = [&key](const QImage& image) {
+    masks.insert(key, new QImage(image), static_cast<int>(image.sizeInBytes() / 1024) + 1);
+    return image;
+  };
+  if (const QImage picture = systemPicture(path, pixels, weight); !picture.isNull()) return keep(picture);
   QSvgRenderer* renderer = rendererFor(path, weight);
   if (!renderer || pixels.isEmpty()) return {};
 
@@ -95,12 +112,12 @@ QImage maskOf(const QString& path, QSize pixels, int weight) {
       line[column] = qRgba(0, 0, 0, alpha);
     }
   }
-  const auto kilobytes = static_cast<int>(image.sizeInBytes() / 1024) + 1;
-  masks.insert(key, new QImage(image), kilobytes);
-  return image;
+  return keep(image);
 }
 
 }  // namespace
+
+void SymbolStore::useSystemSymbols(SystemSymbols symbols) { systemSymbols() = std::move(symbols); }
 
 QStringList SymbolStore::symbolNames() {
   QStringList names = QDir(symbolFolder).entryList({QLatin1Char('*') + extension}, QDir::Files, QDir::Name);

@@ -34,6 +34,7 @@ class Listeners {
   };
   using Key = std::tuple<AudioObjectID, PropertyAddress, PropertyListener>;
 
+  /// Never held while the system is asked.
   std::mutex mutex_;
   std::map<Key, Added> added_;
 };

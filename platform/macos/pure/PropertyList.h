@@ -1,4 +1,4 @@
-// A property list as plain data: what becomes a dictionary of the system's without further thought.
+// A property list as plain data: what becomes a dictionary of the system's without further thought. [any]
 #pragma once
 
 #include <map>

@@ -115,6 +115,7 @@ TYPED_TEST_P(AudioHardwareContract, AListIsFourBytesAnEntryAndNamesNothingTwice)
 }
 
 TYPED_TEST_P(AudioHardwareContract, ADeviceTellsItsNamesThatItIsAliveAndHowItIsConnected) {
+  CONTRACT_NEEDS(plugHeadset);
   const auto headset = this->plugHeadset("contract-headset");
   EXPECT_EQ(this->text(headset, audio::deviceUID), "contract-headset");
   EXPECT_NE(this->text(headset, audio::objectName), "");
@@ -183,6 +184,7 @@ TYPED_TEST_P(AudioHardwareContract, AnIdIsNeverAnothersEvenWhenItsObjectHasGone)
 }
 
 TYPED_TEST_P(AudioHardwareContract, AfterARestartEverythingHasTheIdItHad) {
+  CONTRACT_NEEDS(restart);
   const auto speakers = this->device(this->host_.speakers());
   const auto microphone = this->device(this->host_.microphone());
   this->host_.restart();
@@ -193,6 +195,7 @@ TYPED_TEST_P(AudioHardwareContract, AfterARestartEverythingHasTheIdItHad) {
 }
 
 TYPED_TEST_P(AudioHardwareContract, ARestartIsNoChangeOfTheDevicesOrTheDefault) {
+  CONTRACT_NEEDS(restart);
   CountedListener devices;
   CountedListener defaults;
   const auto speakers = this->device(this->host_.speakers());
@@ -279,6 +282,7 @@ TYPED_TEST_P(AudioHardwareContract, AListenerMayRemoveItselfAndOthersWhileItIsCa
 }
 
 TYPED_TEST_P(AudioHardwareContract, OnlyListenersOfWhatHasChangedAreCalled) {
+  CONTRACT_NEEDS(measureSpeakers);
   const auto extra = this->plug("contract-extra");
   const auto speakers = this->device(this->host_.speakers());
   // Some machines tell nobody of the volume of a device that has never sounded.
@@ -334,6 +338,7 @@ TYPED_TEST_P(AudioHardwareContract, ADefaultThatAnotherProgramMovesIsTold) {
 }
 
 TYPED_TEST_P(AudioHardwareContract, ADefaultThatGoesIsNamedUntilAnotherHasTakenItsPlace) {
+  CONTRACT_NEEDS(plugHeadset);
   const auto earbuds = this->plugHeadset("contract-earbuds");
   const auto headset = this->plugHeadset("contract-headset");
   this->host_.moveDefault("contract-headset");
@@ -371,6 +376,7 @@ TYPED_TEST_P(AudioHardwareContract, ADeviceThatGoesIsToldAndUnknownAfterwards) {
 // Volumes -------------------------------------------------------------------------------------------------------------
 
 TYPED_TEST_P(AudioHardwareContract, AVolumeThatIsWrittenIsReadBackAtOnceByElement) {
+  CONTRACT_NEEDS(moveVolumeOfPlugged);
   const auto extra = this->plug("contract-extra");
   ASSERT_TRUE(this->eventually([&] { return this->volume(extra).has_value(); }));
   EXPECT_EQ(this->setVolume(extra, 0.5F), noErr);
@@ -382,6 +388,7 @@ TYPED_TEST_P(AudioHardwareContract, AVolumeThatIsWrittenIsReadBackAtOnceByElemen
 }
 
 TYPED_TEST_P(AudioHardwareContract, AnElementThatADeviceHasNotCannotBeReadOrWritten) {
+  CONTRACT_NEEDS(moveVolumeOfPlugged);
   const auto extra = this->plug("contract-extra");
   ASSERT_TRUE(this->eventually([&] { return this->volume(extra).has_value(); }));
   EXPECT_FALSE(this->hardware().hasProperty(extra, {audio::volumeScalar, audio::scopeOutput, 99}));
@@ -390,6 +397,7 @@ TYPED_TEST_P(AudioHardwareContract, AnElementThatADeviceHasNotCannotBeReadOrWrit
 }
 
 TYPED_TEST_P(AudioHardwareContract, AVolumeThatAnotherProgramMovesIsTold) {
+  CONTRACT_NEEDS(measureSpeakers);
   const auto speakers = this->device(this->host_.speakers());
   ASSERT_TRUE(this->eventually([&] { return this->volume(speakers).has_value(); }));
   // As above: it has sounded.
@@ -406,6 +414,7 @@ TYPED_TEST_P(AudioHardwareContract, AVolumeThatAnotherProgramMovesIsTold) {
 // Taps ----------------------------------------------------------------------------------------------------------------
 
 TYPED_TEST_P(AudioHardwareContract, WhatTheBlockMakesOfAnApplicationIsWhatIsHeard) {
+  CONTRACT_NEEDS(measureSpeakers);
   const auto application = this->launch(this->app);
   ASSERT_TRUE(this->levelIs(this->host_.speakers(), 1.0F));
   auto path = this->build(application, 0.25F);
@@ -421,6 +430,7 @@ TYPED_TEST_P(AudioHardwareContract, WhatTheBlockMakesOfAnApplicationIsWhatIsHear
 }
 
 TYPED_TEST_P(AudioHardwareContract, OtherApplicationsAreNotTouched) {
+  CONTRACT_NEEDS(measureSpeakers);
   const auto application = this->launch(this->app);
   this->launch("org.example.other");
   auto path = this->build(application, 0.0F);
@@ -431,6 +441,8 @@ TYPED_TEST_P(AudioHardwareContract, OtherApplicationsAreNotTouched) {
 }
 
 TYPED_TEST_P(AudioHardwareContract, ARouteIsHeardOnItsDeviceAlone) {
+  CONTRACT_NEEDS(measureSpeakers);
+  CONTRACT_NEEDS(measurePlugged);
   this->plug("contract-extra");
   const auto application = this->launch(this->app);
   auto path = this->build(application, 0.5F, "contract-extra");
@@ -458,6 +470,7 @@ TYPED_TEST_P(AudioHardwareContract, ATapIsStereoFloatAtARate) {
 }
 
 TYPED_TEST_P(AudioHardwareContract, TheBlockRunsOnlyBetweenStartAndStop) {
+  CONTRACT_NEEDS(measureSpeakers);
   const auto application = this->launch(this->app);
   auto path = this->build(application, 0.5F);
   for (int round = 0; round < 3; ++round) {
@@ -502,6 +515,7 @@ TYPED_TEST_P(AudioHardwareContract, EachStepOnSomethingThatIsNotThereIsAnErrorAn
 }
 
 TYPED_TEST_P(AudioHardwareContract, EachStepInTheWrongOrderIsAnErrorAndHurtsNothing) {
+  CONTRACT_NEEDS(measureSpeakers);
   const auto application = this->launch(this->app);
   auto& hardware = this->hardware();
   auto path = this->build(application, 0.5F);
@@ -531,6 +545,7 @@ TYPED_TEST_P(AudioHardwareContract, EachStepInTheWrongOrderIsAnErrorAndHurtsNoth
 }
 
 TYPED_TEST_P(AudioHardwareContract, TornDownInAnyOrderTheApplicationIsHeardAsItIs) {
+  CONTRACT_NEEDS(measureSpeakers);
   const auto application = this->launch(this->app);
   std::array<int, 4> order{0, 1, 2, 3};
   do {
@@ -548,6 +563,8 @@ TYPED_TEST_P(AudioHardwareContract, TornDownInAnyOrderTheApplicationIsHeardAsItI
 }
 
 TYPED_TEST_P(AudioHardwareContract, ADeviceThatGoesUnderATapHurtsNothing) {
+  CONTRACT_NEEDS(measureSpeakers);
+  CONTRACT_NEEDS(measurePlugged);
   this->plug("contract-extra");
   const auto application = this->launch(this->app);
   auto path = this->build(application, 0.5F, "contract-extra");

@@ -15,6 +15,8 @@
 //   void launch(identifier);                 an application that plays a steady tone
 //   void pause(identifier); void resume(identifier); void quit(identifier);
 //   float level(uid);                        of what the device plays: 1 is one application as it is
+// One that can't arrange something of this says so, and the tests that need it are skipped with its reason:
+//   optional<string> whyNot(HostDeed);       absent where it can; a host that can do everything has no such function
 #pragma once
 
 #include <gtest/gtest.h>
@@ -37,6 +39,21 @@
 #include "platform/AudioHardware.h"
 
 namespace quillmere {
+
+/// What a host may be unable to arrange.
+enum class HostDeed {
+  plugHeadset,
+  /// What is plugged has volumes.
+  moveVolumeOfPlugged,
+  restart,
+  /// The level of the default output.
+  measureSpeakers,
+  /// The level of a device that was plugged.
+  measurePlugged,
+};
+
+#define CONTRACT_NEEDS(deed) \
+  if (const auto why = this->whyNot(HostDeed::deed)) GTEST_SKIP() << *why
 
 inline constexpr PropertyAddress contractVolume{audio::volumeScalar, audio::scopeOutput, 0};
 
@@ -99,6 +116,13 @@ class AudioHardwareContract : public ::testing::Test {
   static constexpr const char* app = "org.example.contract";
 
   AudioHardware& hardware() { return host_.hardware(); }
+  std::optional<std::string> whyNot(HostDeed deed) {
+    if constexpr (requires { host_.whyNot(deed); }) {
+      return host_.whyNot(deed);
+    } else {
+      return std::nullopt;
+    }
+  }
 
   std::vector<AudioObjectID> list(std::uint32_t selector) {
     std::vector<AudioObjectID> ids;

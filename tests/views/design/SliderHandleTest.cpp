@@ -7,6 +7,8 @@
 #include <QQuickWindow>
 #include <QTest>
 #include <QWheelEvent>
+#include <memory>
+#include <vector>
 
 namespace quillmere {
 namespace {
@@ -45,6 +47,55 @@ TEST(SliderHandle, OfTwoInDifferentWindowsOnlyTheOneInTheEventsWindowReacts) {
   EXPECT_EQ(first.moves, 0);
   EXPECT_EQ(second.moves, 1);
   EXPECT_NEAR(second.last, 0.52, 1e-9);
+}
+
+/// The pointer comes to a place of the window.
+void point(QQuickWindow& window, QPoint place) {
+  QTest::mouseMove(&window, place + QPoint(1, 1));
+  QTest::mouseMove(&window, place);
+}
+
+TEST(SliderHandle, IsTheHoveredOneAsLongAsThePointerLiesOverIt) {
+  auto desk = std::make_unique<Desk>();
+  desk->window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&desk->window));
+  EXPECT_EQ(SliderHandle::hovered(), nullptr);
+  point(desk->window, {100, 10});
+  ASSERT_TRUE(QTest::qWaitFor([&desk] { return SliderHandle::hovered() == &desk->handle; }));
+  point(desk->window, {100, 35});
+  EXPECT_TRUE(QTest::qWaitFor([] { return SliderHandle::hovered() == nullptr; }));
+  point(desk->window, {100, 10});
+  ASSERT_TRUE(QTest::qWaitFor([&desk] { return SliderHandle::hovered() == &desk->handle; }));
+  desk.reset();
+  EXPECT_EQ(SliderHandle::hovered(), nullptr);
+}
+
+TEST(SliderHandle, ADistanceThatSomebodyElseHasSeenIsOneStepWhateverItsSize) {
+  Desk desk;
+  EXPECT_TRUE(desk.handle.scrollBy(0.1));
+  EXPECT_NEAR(desk.last, 0.52, 1e-9);
+  EXPECT_TRUE(desk.handle.scrollBy(-40));
+  EXPECT_NEAR(desk.last, 0.48, 1e-9);
+  EXPECT_TRUE(desk.handle.scrollBy(0));
+  EXPECT_NEAR(desk.last, 0.48, 1e-9) << "no distance counts as downwards";
+}
+
+TEST(SliderHandle, ADistanceThatSomebodyElseHasSeenIsHandedOnInFull) {
+  Desk desk;
+  desk.handle.setScrollRule(SliderHandle::Forward);
+  std::vector<double> told;
+  QObject::connect(&desk.handle, &SliderHandle::scrollDelta, [&told](double delta) { told.push_back(delta); });
+  EXPECT_TRUE(desk.handle.scrollBy(0.3));
+  EXPECT_TRUE(desk.handle.scrollBy(-7.25));
+  EXPECT_EQ(told, (std::vector<double>{0.3, -7.25}));
+  EXPECT_EQ(desk.moves, 0);
+}
+
+TEST(SliderHandle, ADistanceGoesOnToWhatLiesBeneathWhereScrollsAreNotForIt) {
+  Desk desk;
+  desk.handle.setScrollRule(SliderHandle::PassOn);
+  EXPECT_FALSE(desk.handle.scrollBy(3));
+  EXPECT_EQ(desk.moves, 0);
 }
 
 TEST(SliderHandle, DoesNotReactToAWheelBesideIt) {

@@ -106,5 +106,42 @@ TEST(Symbol, BoxesAreEvenSoThatTheyCentreOnWholePixels) {
   EXPECT_EQ(Symbol::extentFor(12), 18);
 }
 
+/// A system whose only symbol is a full square.
+class SystemWithOneSymbol : public testing::Test {
+ protected:
+  SystemWithOneSymbol() {
+    SymbolStore::useSystemSymbols([this](const QString& name, QSize pixels, int weight) {
+      asked.append(name + QLatin1Char('@') + QString::number(weight));
+      if (name != QLatin1StringView("timer")) return QImage();
+      QImage full(pixels, QImage::Format_ARGB32);
+      full.fill(Qt::white);
+      return full;
+    });
+  }
+  ~SystemWithOneSymbol() override { SymbolStore::useSystemSymbols({}); }
+
+  QStringList asked;
+};
+
+TEST_F(SystemWithOneSymbol, LendsItInTheInkThatIsAskedFor) {
+  // At a size that nobody else draws, since what was drawn is kept.
+  const auto image = SymbolStore::draw(SymbolStore::symbolPath("timer"), {37, 37}, QColor(255, 0, 0), 600);
+  EXPECT_EQ(image.size(), QSize(37, 37));
+  EXPECT_EQ(image.pixelColor(0, 0), QColor(255, 0, 0));
+  EXPECT_EQ(asked, QStringList("timer@600"));
+}
+
+TEST_F(SystemWithOneSymbol, LeavesTheOthersAsTheyAreDrawnHere) {
+  const auto image = SymbolStore::draw(SymbolStore::symbolPath("trash"), {41, 41}, QColor(255, 0, 0));
+  EXPECT_EQ(image.size(), QSize(41, 41));
+  EXPECT_GT(inkOf(image), 50);
+  EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0);
+}
+
+TEST_F(SystemWithOneSymbol, IsNotAskedForMarks) {
+  EXPECT_FALSE(SymbolStore::draw(SymbolStore::markPath("shush"), {43, 43}, QColor(255, 0, 0)).isNull());
+  EXPECT_TRUE(asked.isEmpty());
+}
+
 }  // namespace
 }  // namespace quillmere

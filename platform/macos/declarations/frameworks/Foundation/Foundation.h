@@ -12,6 +12,7 @@
 #import <Foundation/NSDictionary.h>
 #import <Foundation/NSEnumerator.h>
 #import <Foundation/NSError.h>
+#import <Foundation/NSFileHandle.h>
 #import <Foundation/NSFileManager.h>
 #import <Foundation/NSGeometry.h>
 #import <Foundation/NSLocale.h>
@@ -24,6 +25,7 @@
 #import <Foundation/NSRange.h>
 #import <Foundation/NSRunLoop.h>
 #import <Foundation/NSString.h>
+#import <Foundation/NSTask.h>
 #import <Foundation/NSThread.h>
 #import <Foundation/NSURL.h>
 #import <Foundation/NSURLRequest.h>

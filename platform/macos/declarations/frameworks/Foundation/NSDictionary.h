@@ -7,6 +7,8 @@
 #pragma clang assume_nonnull begin
 
 @class NSArray<ObjectType>;
+@class NSError;
+@class NSURL;
 
 @interface NSDictionary<__covariant KeyType, __covariant ObjectType>
     : NSObject <NSCopying, NSSecureCoding, NSFastEnumeration>
@@ -17,6 +19,7 @@
                               forKeys:(const KeyType<NSCopying> _Nonnull[_Nullable])keys
                                 count:(NSUInteger)count;
 - (nullable ObjectType)objectForKey:(KeyType)key;
+- (BOOL)writeToURL:(NSURL*)url error:(NSError* _Nullable* _Nullable)error;
 - (nullable ObjectType)objectForKeyedSubscript:(KeyType)key;
 - (void)enumerateKeysAndObjectsUsingBlock:(void(NS_NOESCAPE ^)(KeyType key, ObjectType object, BOOL* stop))block;
 @end

@@ -2,11 +2,13 @@
 #pragma once
 
 #import <Foundation/NSArray.h>
+#import <Foundation/NSDictionary.h>
+#import <Foundation/NSError.h>
 #import <Foundation/NSPathUtilities.h>
+#import <Foundation/NSString.h>
 
 #pragma clang assume_nonnull begin
 
-@class NSError;
 @class NSURL;
 
 typedef NSString* NSURLResourceKey;
@@ -19,6 +21,12 @@ typedef NS_OPTIONS(NSUInteger, NSDirectoryEnumerationOptions) { NSDirectoryEnume
                            includingPropertiesForKeys:(nullable NSArray<NSURLResourceKey>*)keys
                                               options:(NSDirectoryEnumerationOptions)options
                                                 error:(NSError* _Nullable* _Nullable)error;
+- (BOOL)createDirectoryAtPath:(NSString*)path
+    withIntermediateDirectories:(BOOL)createIntermediates
+                     attributes:(nullable NSDictionary<NSString*, id>*)attributes
+                          error:(NSError* _Nullable* _Nullable)error;
+- (BOOL)copyItemAtPath:(NSString*)source toPath:(NSString*)target error:(NSError* _Nullable* _Nullable)error;
+- (BOOL)removeItemAtPath:(NSString*)path error:(NSError* _Nullable* _Nullable)error;
 @end
 
 #pragma clang assume_nonnull end

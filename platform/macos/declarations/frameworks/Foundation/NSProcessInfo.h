@@ -11,6 +11,7 @@
 @property(readonly) NSTimeInterval systemUptime;
 @property(readonly) int processIdentifier;
 @property(readonly, copy) NSString* processName;
+@property(readonly, copy) NSString* globallyUniqueString;
 @end
 
 #pragma clang assume_nonnull end

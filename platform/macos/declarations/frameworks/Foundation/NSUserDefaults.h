@@ -12,6 +12,8 @@
 - (void)setBool:(BOOL)value forKey:(NSString*)key;
 - (void)setDouble:(double)value forKey:(NSString*)key;
 - (void)removeObjectForKey:(NSString*)key;
+- (void)removePersistentDomainForName:(NSString*)domain;
++ (void)resetStandardUserDefaults;
 @end
 
 #pragma clang assume_nonnull end

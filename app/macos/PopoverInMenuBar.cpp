@@ -1,0 +1,47 @@
+// The window becomes a part of the popover, which follows its size.
+#include "app/macos/PopoverInMenuBar.h"
+
+#include <utility>
+
+namespace quillmere {
+
+PopoverInMenuBar::PopoverInMenuBar(std::function<void*()> anchor) : anchor_(std::move(anchor)) {
+  popover_.onClosed([this] {
+    if (window_ != nullptr) window_->hide();
+  });
+}
+
+PopoverInMenuBar::~PopoverInMenuBar() { popover_.onClosed({}); }
+
+void PopoverInMenuBar::adopt(QWindow& window) {
+  window_ = &window;
+  inside_.reset(QWindow::fromWinId(reinterpret_cast<WId>(popover_.content())));
+  window.setFlags(Qt::FramelessWindowHint);
+  window.setParent(inside_.get());
+  window.setPosition(0, 0);
+  connect(&window, &QWindow::widthChanged, this, &PopoverInMenuBar::follow);
+  connect(&window, &QWindow::heightChanged, this, &PopoverInMenuBar::follow);
+}
+
+void PopoverInMenuBar::show(const PopoverPlace& /*place*/) {
+  void* const anchor = anchor_();
+  if (window_ == nullptr || anchor == nullptr) return;
+  follow();
+  window_->show();
+  popover_.show(anchor);
+  window_->requestActivate();
+}
+
+void PopoverInMenuBar::hide() { popover_.close(); }
+
+void PopoverInMenuBar::release() {
+  // The window has gone already, and with it what lay in the popover.
+  window_ = nullptr;
+  inside_.reset();
+}
+
+void PopoverInMenuBar::follow() {
+  if (window_ != nullptr) popover_.setContentSize(window_->width(), window_->height());
+}
+
+}  // namespace quillmere
