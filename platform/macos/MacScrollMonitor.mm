@@ -7,6 +7,13 @@
 
 namespace quillmere {
 
+namespace {
+
+constexpr NSEventMask mask = NSEventMaskScrollWheel;
+static_assert(mask == 0x400000);
+
+}  // namespace
+
 struct MacScrollMonitor::Monitor {
   id handle = nil;
 };
@@ -15,7 +22,7 @@ MacScrollMonitor::MacScrollMonitor(macos::ScrollCatch listener) : monitor_(std::
   // The monitor holds its block, which so outlives nobody it calls: the destructor takes it away.
   const auto asked = std::move(listener);
   monitor_->handle =
-      [NSEvent addLocalMonitorForEventsMatchingMask:NSEventMaskScrollWheel
+      [NSEvent addLocalMonitorForEventsMatchingMask:mask
                                             handler:^NSEvent*(NSEvent* event) {
                                               const void* window = (__bridge const void*)event.window;
                                               const double delta = event.scrollingDeltaY;

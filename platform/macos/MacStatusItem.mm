@@ -12,6 +12,8 @@ namespace {
 
 constexpr CGFloat iconHeight = 14;
 constexpr CGFloat menuIconSide = 15;
+constexpr NSEventMask clicks = NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown;
+static_assert(clicks == 10);
 
 NSImage* markNamed(NSString* name) {
   NSURL* url = [NSBundle.mainBundle URLForResource:name withExtension:@"svg"];
@@ -148,7 +150,7 @@ void MacStatusItem::show() {
   button.image = statusBarImage(iconHeight);
   button.target = item_->target;
   button.action = @selector(handleClick:);
-  [button sendActionOn:NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown];
+  [button sendActionOn:clicks];
   button.toolTip = item_->toolTip;
 }
 
