@@ -51,7 +51,7 @@ std::optional<IconReference> iconOf(std::string icon) {
   if (icon.starts_with('/')) return FileIcon{std::move(icon)};
   // A name with an extension is a common mistake; the theme knows it without.
   for (const std::string_view extension : {".png", ".svg", ".xpm"}) {
-    if (icon.size() > extension.size() && icon.ends_with(extension)) icon.resize(icon.size() - extension.size());
+    if (icon.size() > extension.size() && icon.ends_with(extension)) icon.erase(icon.size() - extension.size());
   }
   if (icon.find('/') != std::string::npos) return std::nullopt;
   return ThemedIcon{std::move(icon)};
