@@ -66,7 +66,7 @@ NSImage* whisperImage() {
 
 namespace quillmere {
 
-struct MacStatusItem::Item : std::enable_shared_from_this<Item> {
+struct MacStatusItem::Item {
   NSStatusItem* statusItem = nil;
   QuillmereStatusTarget* target = [[QuillmereStatusTarget alloc] init];
   NSString* toolTip = @"";
