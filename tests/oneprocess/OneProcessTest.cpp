@@ -11,6 +11,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,6 +27,7 @@
 #include "platform/memory/MemoryDesktop.h"
 #include "platform/memory/MemoryMediaKeys.h"
 #include "platform/memory/MemoryNowPlayingSource.h"
+#include "platform/memory/MemoryReleaseFeed.h"
 #include "platform/memory/MemorySoundPlayer.h"
 #include "platform/memory/MemoryStatusItem.h"
 #include "platform/memory/MemoryUserDefaults.h"
@@ -141,7 +143,10 @@ class OneProcess : public ::testing::Test {
       return local;
     };
     if (hasUpdater) {
-      made.makeUpdater = [this](Machine&, Updater*) { return std::make_unique<RecordingUpdater>(updateChecks); };
+      made.makeUpdater = [this](Machine&, Updater* announced) {
+        isAnnounced = announced != nullptr;
+        return std::make_unique<RecordingUpdater>(updateChecks);
+      };
     }
     return made;
   }
@@ -161,6 +166,7 @@ class OneProcess : public ::testing::Test {
     made.nowPlaying = std::make_unique<MemoryNowPlayingSource>(runtime.main);
     made.mediaKeys = std::make_unique<MemoryMediaKeys>();
     made.sounds = std::make_unique<MemorySoundPlayer>();
+    if (hasFeed) made.releaseFeed = std::make_unique<MemoryReleaseFeed>();
     return made;
   }
 
@@ -192,6 +198,9 @@ class OneProcess : public ::testing::Test {
 
   bool isWelcomed = true;
   bool hasUpdater = false;
+  bool hasFeed = false;
+  /// Whether the host's updater was handed what a feed tells.
+  std::optional<bool> isAnnounced;
   int updateChecks = 0;
   MemoryStatusItem* item = nullptr;
   AppState* state = nullptr;
@@ -306,6 +315,21 @@ TEST_F(OneProcess, LeadsToTheHostsOwnUpdater) {
       [this] { item->choose("Download update…"); });
   quitWhen("it was asked", [this] { return updateChecks == 1; });
   EXPECT_EQ(run({"--background"}), EXIT_SUCCESS);
+}
+
+TEST_F(OneProcess, HandsTheHostsUpdaterWhatTheFeedTells) {
+  hasUpdater = true;
+  hasFeed = true;
+  quitWhen("it is started", [this] { return item->isShown() && isAnnounced.has_value(); });
+  EXPECT_EQ(run({"--background"}), EXIT_SUCCESS);
+  EXPECT_EQ(isAnnounced, true);
+}
+
+TEST_F(OneProcess, HandsTheHostsUpdaterNothingWithoutAFeed) {
+  hasUpdater = true;
+  quitWhen("it is started", [this] { return item->isShown() && isAnnounced.has_value(); });
+  EXPECT_EQ(run({"--background"}), EXIT_SUCCESS);
+  EXPECT_EQ(isAnnounced, false);
 }
 
 }  // namespace
