@@ -10,8 +10,6 @@ from pathlib import Path
 
 # The parts that may have to know. Tests of a host are built for that host alone.
 ALLOWED = ("platform/", "app/", "tests/platform/", "tests/headers/")
-# These wait and name threads by the kernel's own calls, and are on their way below platform/.
-ALLOWED += ("runtime/ParkingLot.cpp", "runtime/SerialQueue.cpp")
 FOLDERS = ("core", "runtime", "platform", "engine", "integrations", "state", "remote", "shell", "views", "windows", "app",
            "bench", "tests")
 
