@@ -282,8 +282,11 @@ class HostListener::Core {
       host.fault = std::move(problem);
       return;
     }
-    const std::scoped_lock lock(mutex_);
-    if (auto fault = host.book.take(std::move(*news))) host.fault = std::move(*fault);
+    {
+      const std::scoped_lock lock(mutex_);
+      if (auto fault = host.book.take(std::move(*news))) host.fault = std::move(*fault);
+    }
+    if (options_.told) options_.told();
   }
 
   void dropThoseToGo() {
@@ -304,7 +307,9 @@ class HostListener::Core {
   }
 
   void tellChange() {
-    if (std::exchange(hasChanged_, false) && options_.changed) options_.changed();
+    if (!std::exchange(hasChanged_, false)) return;
+    if (options_.told) options_.told();
+    if (options_.changed) options_.changed();
   }
 
   void logFault(const Peer& peer, const std::string& fault) {

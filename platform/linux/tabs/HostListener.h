@@ -51,6 +51,8 @@ struct HostListenerOptions {
   std::size_t mostHosts = 32;
   /// Called when a companion came, went or said who it is. On the listener's thread.
   std::function<void()> changed = {};
+  /// Called when a query may have another answer. On the listener's thread.
+  std::function<void()> told = {};
 };
 
 /// [any]. Has a thread of its own, which sleeps until a host has something to say, and which the destructor waits for.
