@@ -26,6 +26,8 @@ using applications::ProcessReader;
 namespace {
 
 constexpr Duration lookPeriod = std::chrono::seconds(1);
+/// In a container another container's comings may hide a going of ours from the sign.
+constexpr Duration longestTrust = std::chrono::seconds(10);
 constexpr Duration folderPeriod = std::chrono::seconds(5);
 constexpr Duration firstCheck = std::chrono::seconds(1);
 constexpr Duration lastCheck = std::chrono::seconds(64);
@@ -47,7 +49,10 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
         places_{options.dataFolders.empty() ? applications::dataFolders() : std::move(options.dataFolders),
                 options.searchPath.empty() ? searchPathOfUser() : std::move(options.searchPath),
                 options.desktops ? std::move(*options.desktops) : applications::currentDesktops()},
-        reader_(std::move(options.procRoot), options.userID.value_or(::getuid())) {}
+        reader_(std::move(options.procRoot), options.userID.value_or(::getuid())) {
+    // Before the first look every question makes one.
+    changes_.setStaleAt(MonotonicTime::min());
+  }
 
   void lookInBackground() {
     if (lookIsPosted_.exchange(true)) return;
@@ -90,6 +95,8 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
     const std::lock_guard lock(mutex_);
     return pictureNumber_;
   }
+
+  [[nodiscard]] const ChangeSignal& changes() const { return changes_; }
 
   std::optional<KnownApplication> application(const std::string& identifier) {
     refresh();
@@ -173,6 +180,14 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
       if (lookedAt_ && now - *lookedAt_ < lookPeriod) return;
     }
     const auto entries = currentEntries();
+    // Before the list is read: what happens meanwhile is for the next look.
+    auto sign = reader_.sign();
+    if (entries == recordedEntries_ && !sign.empty() && sign == lastSign_ && now < nextListing_) {
+      noteLook(now);
+      return;
+    }
+    lastSign_ = std::move(sign);
+    nextListing_ = now + longestTrust;
     if (entries != recordedEntries_) {
       recordedEntries_ = entries;
       records_.clear();
@@ -182,14 +197,26 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
     std::map<std::int32_t, Record> next;
     for (const auto& process : listed) next.emplace(process.pid, checked(process, now, *entries));
     records_ = std::move(next);
+    for (const auto& [pid, record] : records_) nextListing_ = std::min(nextListing_, record.nextCheck);
     auto running = summary(*entries);
+    bool isNew = false;
     {
       const std::lock_guard lock(mutex_);
-      if (running != running_) ++pictureNumber_;
+      isNew = running != running_;
+      if (isNew) ++pictureNumber_;
       running_ = std::move(running);
+    }
+    noteLook(now);
+    if (isNew) changes_.raise();
+    tellChanges();
+  }
+
+  void noteLook(MonotonicTime now) {
+    {
+      const std::lock_guard lock(mutex_);
       lookedAt_ = now;
     }
-    tellChanges();
+    changes_.setStaleAt(now + lookPeriod);
   }
 
   void tellChanges() {
@@ -311,9 +338,12 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
       const auto [known, isNew] = installed.try_emplace(application.identifier, application);
       if (!isNew && application.isVisible && !known->second.isVisible) known->second = std::move(application);
     }
-    const std::lock_guard installing(mutex_);
-    ++pictureNumber_;
-    installed_ = std::move(installed);
+    {
+      const std::lock_guard installing(mutex_);
+      ++pictureNumber_;
+      installed_ = std::move(installed);
+    }
+    changes_.raise();
     return entries_;
   }
 
@@ -325,12 +355,16 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
   const ProcessReader reader_;
   const Identities& identities_ = Identities::builtIn();
   std::atomic<bool> lookIsPosted_ = false;
+  ChangeSignal changes_;
 
   /// Held during a look; what follows is the look's own.
   std::mutex lookMutex_;
   std::map<std::int32_t, Record> records_;
   std::map<std::string, std::uint64_t> firstSeen_;
   std::shared_ptr<const DesktopEntries> recordedEntries_;
+  /// Of the last look that has read the list, and when the next one must at the latest.
+  std::string lastSign_;
+  MonotonicTime nextListing_{};
   std::uint64_t lastOrder_ = 0;
 
   std::mutex entriesMutex_;
@@ -361,6 +395,8 @@ std::string ApplicationRegistry::identify(const ClientFacts& facts) { return cor
 std::vector<KnownApplication> ApplicationRegistry::runningApplications() { return core_->runningApplications(); }
 
 std::uint64_t ApplicationRegistry::pictureNumber() { return core_->pictureNumber(); }
+
+const ChangeSignal& ApplicationRegistry::changes() const { return core_->changes(); }
 
 std::optional<KnownApplication> ApplicationRegistry::application(const std::string& identifier) {
   return core_->application(identifier);

@@ -11,6 +11,7 @@
 
 #include "platform/Workspace.h"
 #include "platform/linux/ClientFacts.h"
+#include "runtime/ChangeSignal.h"
 #include "runtime/Runtime.h"
 
 namespace quillmere {
@@ -62,6 +63,9 @@ class ApplicationRegistry {
 
   /// Counts the changes of what runs and of what is installed: while it stands, the answers here are the same.
   [[nodiscard]] std::uint64_t pictureNumber();
+
+  /// Raised when pictureNumber() has grown, and stale when a question would make another look.
+  [[nodiscard]] const ChangeSignal& changes() const;
 
   /// A running or installed application by its identifier.
   [[nodiscard]] std::optional<KnownApplication> application(const std::string& identifier);

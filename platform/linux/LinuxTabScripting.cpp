@@ -50,11 +50,13 @@ class LinuxTabScripting::Lines {
                            main.post([observer] {
                              if (observer->changed) observer->changed();
                            });
-                         }},
+                         },
+                     .told = [this] { changes.raise(); }},
                  runtime.clocks, runtime.log),
         applications(registry) {}
 
   const std::shared_ptr<Observer> observer = std::make_shared<Observer>();
+  ChangeSignal changes;
   tabs::HostListener listener;
   const std::shared_ptr<ApplicationRegistry> applications;
 };
@@ -127,6 +129,8 @@ class LinuxTabScripting::Companions final : public BrowserCompanions {
 };
 
 std::unique_ptr<BrowserCompanions> LinuxTabScripting::companions() { return std::make_unique<Companions>(lines_); }
+
+const ChangeSignal& LinuxTabScripting::changes() const { return lines_->changes; }
 
 std::unique_ptr<TabScript> LinuxTabScripting::compile(const TabRequest& request, std::string_view) {
   return std::make_unique<Question>(

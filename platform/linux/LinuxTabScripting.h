@@ -28,6 +28,7 @@ class LinuxTabScripting final : public TabScripting {
   LinuxTabScripting(const LinuxTabScripting&) = delete;
   LinuxTabScripting& operator=(const LinuxTabScripting&) = delete;
 
+  [[nodiscard]] const ChangeSignal& changes() const override;
   std::unique_ptr<TabScript> compile(const TabRequest& request, std::string_view source) override;
   /// Who is connected here; may outlive this object.
   [[nodiscard]] std::unique_ptr<BrowserCompanions> companions();

@@ -39,6 +39,8 @@ std::string takeMessage(GError* error) {
 LinuxWorkspace::LinuxWorkspace(std::shared_ptr<ApplicationRegistry> registry, AudioClients audioClients, LogSink& log)
     : registry_(std::move(registry)), audioClients_(std::move(audioClients)), log_(log, "LinuxWorkspace") {}
 
+const ChangeSignal& LinuxWorkspace::changes() const { return registry_->changes(); }
+
 std::vector<RunningApplication> LinuxWorkspace::runningApplications() {
   auto clients = audioClients_ ? audioClients_() : std::vector<AudioClient>{};
   const auto pictureNumber = registry_->pictureNumber();

@@ -24,6 +24,8 @@ class LinuxWorkspace final : public Workspace {
   /// `audioClients` tells which applications have audio streams; may be empty. [any]
   LinuxWorkspace(std::shared_ptr<ApplicationRegistry> registry, AudioClients audioClients, LogSink& log);
 
+  /// Raised for a look that has found something else; what audio clients tell is the audio host's to raise.
+  [[nodiscard]] const ChangeSignal& changes() const override;
   /// One entry an application: the visible ones that run, in the order of their appearance, then those that only an
   /// audio client tells of.
   [[nodiscard]] std::vector<RunningApplication> runningApplications() override;

@@ -44,6 +44,8 @@ MprisNowPlaying::MprisNowPlaying(const Runtime& runtime, std::shared_ptr<mpris::
       players_(std::move(players)),
       resolve_(std::move(resolve)) {}
 
+const ChangeSignal& MprisNowPlaying::changes() const { return players_->changes(); }
+
 void MprisNowPlaying::nowPlayingInfo(InfoReply reply) {
   auto player = players_->current();
   std::optional<NowPlayingInfo> info;

@@ -23,6 +23,7 @@ class MprisNowPlaying final : public NowPlayingSource {
 
   MprisNowPlaying(const Runtime& runtime, std::shared_ptr<mpris::PlayerWatcher> players, ProcessResolver resolve = {});
 
+  [[nodiscard]] const ChangeSignal& changes() const override;
   void nowPlayingInfo(InfoReply reply) override;
   void nowPlayingApplicationPID(PIDReply reply) override;
 

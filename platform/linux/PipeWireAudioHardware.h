@@ -51,6 +51,7 @@ class PipeWireAudioHardware final : public AudioHardware {
   /// The applications behind the process objects, in the order in which they appeared. [any]
   [[nodiscard]] std::vector<AudioClient> audioClients() const;
 
+  [[nodiscard]] const ChangeSignal& changes() const override;
   [[nodiscard]] bool hasProperty(AudioObjectID object, const PropertyAddress& address) const override;
   Status isPropertySettable(AudioObjectID object, const PropertyAddress& address, bool& settable) const override;
   Status propertyDataSize(AudioObjectID object, const PropertyAddress& address,

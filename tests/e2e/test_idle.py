@@ -1,30 +1,39 @@
 """While every application is at its own level, nothing of ours stands in the graph and nothing of ours wakes with it."""
 
 import unittest
-from pathlib import Path
 
 from quillmere_e2e import graph
 from quillmere_e2e.case import MixerTest
+from quillmere_e2e.players import Player
 from quillmere_e2e.recording import RATE
+from quillmere_e2e.tones import tone_file
 from quillmere_e2e.waiting import wait_for
-
-
-def wakeups(pid):
-    """Times that each thread has gone to sleep, by thread id and name."""
-    counts = {}
-    for task in Path(f"/proc/{pid}/task").iterdir():
-        lines = (task / "status").read_text(encoding="utf-8").splitlines()
-        counts[int(task.name), (task / "comm").read_text(encoding="utf-8").strip()] = sum(
-            int(line.split()[1]) for line in lines if line.startswith("voluntary_ctxt_switches"))
-    return counts
+from quillmere_e2e.wakeups import wakeups
 
 
 class Idle(MixerTest):
-    def wakeups_in_two_seconds_of_sound(self):
-        before, end = wakeups(self.agent.process.pid), self.desk.frames() + 2 * RATE
-        wait_for(lambda: self.desk.frames() >= end, "two seconds of sound", 10)
+    def wakeups_in_sound(self, seconds):
+        """By thread, over so many seconds of the daemon's own clock."""
+        before, end = wakeups(self.agent.process.pid), self.desk.frames() + seconds * RATE
+        wait_for(lambda: self.desk.frames() >= end, f"{seconds} seconds of sound", 5 * seconds)
         after = wakeups(self.agent.process.pid)
         return {thread: after[thread] - before.get(thread, 0) for thread in after}
+
+    def wakeups_in_two_seconds_of_sound(self):
+        return self.wakeups_in_sound(2)
+
+    def wait_until_nearly_asleep(self):
+        """Two wake-ups a second at most, of all threads together; something may still be settling."""
+        seen = []
+
+        def is_nearly_asleep():
+            seen.append(self.wakeups_in_sound(10))
+            return sum(seen[-1].values()) <= 20
+
+        try:
+            wait_for(is_nearly_asleep, "at most 20 wake-ups in ten seconds", 60)
+        finally:
+            print(f"wake-ups in ten seconds: { {thread[1]: count for thread, count in seen[-1].items() if count} }", flush=True)
 
     def wait_until_asleep(self, threads):
         """Something may still be settling; two seconds of sound without a wake-up must come."""
@@ -35,6 +44,28 @@ class Idle(MixerTest):
 
     def talks_to_the_daemon(self):
         return [thread for thread in wakeups(self.agent.process.pid) if thread[1] == "quillmere-audio"]
+
+    def listed(self, count):
+        return len([app for app in self.agent.state()["apps"] if app["bundleID"].startswith("qm-test-silent")]) == count
+
+    def test_twenty_listed_applications_that_play_nothing_keep_nobody_awake(self):
+        silence = tone_file(0, 0)
+        for number in range(20):
+            self.enterContext(Player("mpv-pipewire", f"Silent {number}", 0, file=silence)).command_mpv(
+                "set_property", "pause", True)
+        wait_for(lambda: self.listed(20), "all are listed", 30)
+        self.wait_until_nearly_asleep()
+        # And what changes is still seen: one of them goes on.
+        player = self.play("pw-play", "Waker", 500)
+        self.agent.wait_until_live(player)
+
+    def test_a_playing_application_that_nobody_touches_keeps_nobody_awake(self):
+        player = self.play("pw-play", "Untouched", 500)
+        app = self.agent.wait_until_live(player)
+        self.wait_until_nearly_asleep()
+        self.assertIn(app, self.agent.state()["live"])
+        player.stop()
+        wait_for(lambda: app not in self.agent.state()["live"], "it is live no more", 10)
 
     def test_a_playing_application_that_nobody_touches_wakes_nothing(self):
         self.agent.wait_until_live(self.play("pw-play", "Untouched", 500))

@@ -41,6 +41,7 @@ class PlayerWatcher::Core {
         log_(log, "PlayerWatcher"),
         options_(std::move(options)),
         bus_(options_.address, {[this] { begin(); }, [this](const std::string& reason) { leave(reason); }}) {
+    changes_.setStaleAt(MonotonicTime::min());
     bus_.invoke([this] { connect(); });
   }
 
@@ -60,6 +61,9 @@ class PlayerWatcher::Core {
     }
     return player;
   }
+
+  /// [any]
+  [[nodiscard]] const ChangeSignal& changes() const { return changes_; }
 
   /// [any]
   void press(std::int32_t key, mediakey::Purpose purpose, const std::string& shown) {
@@ -293,9 +297,14 @@ class PlayerWatcher::Core {
     bool hasUnanswered = false;
     for (const auto& [busName, questions] : questions_) hasUnanswered = hasUnanswered || !questions.isAnswered;
     wantsAttention_ = hasUnanswered;
+    const bool isConnected = bus_.connection() != nullptr;
+    const bool isToBeAsked = !isConnected || hasUnanswered || (counting != nullptr && counting->isPlaying());
     const std::lock_guard lock(mutex_);
-    isConnected_ = bus_.connection() != nullptr;
+    isConnected_ = isConnected;
     current_ = counting == nullptr ? std::nullopt : std::optional<Player>(*counting);
+    changes_.setStaleAt(isToBeAsked ? std::optional(MonotonicTime::min()) : std::nullopt);
+    // Under the lock: whoever has the new answer has been told.
+    changes_.raise();
   }
 
   Clocks& clocks_;
@@ -315,6 +324,7 @@ class PlayerWatcher::Core {
   std::mutex mutex_;
   bool isConnected_ = false;
   std::optional<Player> current_;
+  ChangeSignal changes_;
 
   /// Last, so that it begins when all is there and ends before any of it goes.
   bus::BusConnection bus_;
@@ -326,6 +336,8 @@ PlayerWatcher::PlayerWatcher(Clocks& clocks, LogSink& log, PlayerWatcherOptions 
 PlayerWatcher::~PlayerWatcher() = default;
 
 std::optional<Player> PlayerWatcher::current() { return core_->current(); }
+
+const ChangeSignal& PlayerWatcher::changes() const { return core_->changes(); }
 
 void PlayerWatcher::setShown(std::string busName) { shown_ = std::move(busName); }
 

@@ -9,6 +9,7 @@
 
 #include "Player.h"
 #include "platform/MediaKeys.h"
+#include "runtime/ChangeSignal.h"
 #include "runtime/Clocks.h"
 #include "runtime/Logger.h"
 
@@ -35,6 +36,10 @@ class PlayerWatcher {
   /// The player that counts, as last told; asks it for its position in the background. Without a bus, looks for one
   /// again now and then. [any]
   [[nodiscard]] std::optional<Player> current();
+
+  /// Raised when current() may have another answer; stale while somebody has to ask for that: for the position of a
+  /// player that plays, for a player that has not answered, and for the bus. [any]
+  [[nodiscard]] const ChangeSignal& changes() const;
 
   /// The bus name of the player whose track the program has just been told; empty if it was no track. [main]
   void setShown(std::string busName);

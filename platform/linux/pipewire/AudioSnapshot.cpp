@@ -127,6 +127,9 @@ AudioSnapshot takeSnapshot(const GraphModel& model, const Volumes& pendingVolume
   AudioSnapshot snapshot;
   snapshot.devices = takeDevices(model, pendingVolumes, ids);
   snapshot.processes = takeProcesses(model, ids);
+  for (const auto& [id, node] : model.nodes()) {
+    if (node.isOurs && node.isRunning) snapshot.ownRunning.insert(id);
+  }
   return snapshot;
 }
 

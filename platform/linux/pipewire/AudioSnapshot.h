@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -58,6 +59,10 @@ struct AudioSnapshot {
   std::uint64_t choicesAnswered = 0;
   /// The device of the last choice if that was refused, 0 otherwise.
   AudioObjectID refusedOutput = 0;
+  /// The nodes of ours that run: the taps whose cycles go.
+  std::set<GlobalID> ownRunning;
+
+  friend bool operator==(const AudioSnapshot&, const AudioSnapshot&) = default;
 
   [[nodiscard]] const DeviceSnapshot* device(AudioObjectID id) const;
   [[nodiscard]] const ProcessSnapshot* process(AudioObjectID id) const;

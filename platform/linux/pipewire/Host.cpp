@@ -273,6 +273,7 @@ void Host::publish() {
 
 void Host::tell(const AudioSnapshot& before, std::shared_ptr<const AudioSnapshot> fresh) {
   auto changes = differences(before, *fresh);
+  const bool isAnother = before != *fresh;
   {
     const std::lock_guard lock(shared_.mutex);
     if (isSynced_ && !shared_.isComplete && (fresh->defaultOutput != 0 || fresh->devices.empty())) {
@@ -287,6 +288,7 @@ void Host::tell(const AudioSnapshot& before, std::shared_ptr<const AudioSnapshot
     }
   }
   listeners.tell(changes);
+  if (isAnother) changed.raise();
 }
 
 // --- writes ----------------------------------------------------------------------------------------------------------

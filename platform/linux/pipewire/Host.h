@@ -24,6 +24,7 @@
 #include "StreamMover.h"
 #include "TapDirector.h"
 #include "platform/linux/PipeWireAudioHardware.h"
+#include "runtime/ChangeSignal.h"
 
 namespace quillmere::pipewire {
 
@@ -84,6 +85,8 @@ class Host {
   }
 
   Listeners listeners;
+  /// Raised when the snapshot is another one.
+  ChangeSignal changed;
 
  private:
   void flush();

@@ -44,6 +44,8 @@ std::vector<AudioClient> PipeWireAudioHardware::audioClients() const {
   return clients;
 }
 
+const ChangeSignal& PipeWireAudioHardware::changes() const { return host_->changed; }
+
 bool PipeWireAudioHardware::hasProperty(AudioObjectID object, const PropertyAddress& address) const {
   return property(*host_, object, address).status == noErr;
 }

@@ -291,8 +291,11 @@ class HostListener::Core : public std::enable_shared_from_this<Core> {
       host.fault = std::move(problem);
       return;
     }
-    const std::scoped_lock lock(mutex_);
-    if (auto fault = host.book.take(std::move(*news))) host.fault = std::move(*fault);
+    {
+      const std::scoped_lock lock(mutex_);
+      if (auto fault = host.book.take(std::move(*news))) host.fault = std::move(*fault);
+    }
+    if (options_.told) options_.told();
   }
 
   void dropThoseToGo() {
@@ -314,7 +317,9 @@ class HostListener::Core : public std::enable_shared_from_this<Core> {
   }
 
   void tellChange() {
-    if (std::exchange(hasChanged_, false) && options_.changed) options_.changed();
+    if (!std::exchange(hasChanged_, false)) return;
+    if (options_.told) options_.told();
+    if (options_.changed) options_.changed();
   }
 
   void logFault(const Peer& peer, const std::string& fault) {

@@ -56,6 +56,8 @@ struct HostListenerOptions {
   std::size_t mostHosts = 32;
   /// Called when a companion came, went or said who it is. [host]
   std::function<void()> changed = {};
+  /// Called when a query may have another answer. On the listener's thread.
+  std::function<void()> told = {};
 };
 
 /// [any]. On the host's loop; the destructor waits for what is under way there.

@@ -20,6 +20,27 @@ namespace quillmere {
 
 TYPED_TEST_SUITE_P(AudioHardwareContract);
 
+// Changes -------------------------------------------------------------------------------------------------------------
+
+TYPED_TEST_P(AudioHardwareContract, WhatASystemADeviceOrAProcessTellsAnewIsRaised) {
+  const auto& changes = this->hardware().changes();
+  if (&changes == &ChangeSignal::absent()) GTEST_SKIP() << "this host can't tell and has to be asked";
+  const auto isRaisedBy = [&](const std::function<void()>& event) {
+    const auto before = changes.raises();
+    event();
+    return this->eventually([&] { return changes.raises() > before; });
+  };
+  EXPECT_TRUE(isRaisedBy([&] { this->launch(this->app); })) << "a process";
+  EXPECT_TRUE(isRaisedBy([&] {
+    this->host_.pause(this->app);
+    EXPECT_TRUE(this->eventually([&] { return !this->isRunning(this->app, audio::processIsRunningOutput); }));
+  })) << "its flag";
+  EXPECT_TRUE(isRaisedBy([&] { this->host_.quit(this->app); })) << "its end";
+  EXPECT_TRUE(isRaisedBy([&] { this->plug("contract-another"); })) << "a device";
+  EXPECT_TRUE(isRaisedBy([&] { this->host_.moveDefault("contract-another"); })) << "the default";
+  EXPECT_TRUE(isRaisedBy([&] { this->host_.unplug("contract-another"); })) << "a device's end";
+}
+
 // Properties ----------------------------------------------------------------------------------------------------------
 
 TYPED_TEST_P(AudioHardwareContract, AnObjectThatIsNotThereHasNothingAndLeavesEveryResultUntouched) {
@@ -591,7 +612,8 @@ TYPED_TEST_P(AudioHardwareContract, AnApplicationThatQuitsUnderATapHurtsNothing)
 }
 
 REGISTER_TYPED_TEST_SUITE_P(
-    AudioHardwareContract, AnObjectThatIsNotThereHasNothingAndLeavesEveryResultUntouched,
+    AudioHardwareContract, WhatASystemADeviceOrAProcessTellsAnewIsRaised,
+    AnObjectThatIsNotThereHasNothingAndLeavesEveryResultUntouched,
     APropertyThatAnObjectHasNotIsAnErrorAndLeavesTheResultUntouched,
     AReadOfAnotherTypeIsAnErrorAndLeavesTheResultUntouched, WhatThereIsSaysSo,
     AListIsFourBytesAnEntryAndNamesNothingTwice, ADeviceTellsItsNamesThatItIsAliveAndHowItIsConnected,

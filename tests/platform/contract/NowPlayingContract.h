@@ -1,6 +1,6 @@
 // What every now-playing source must do, written once and run on each of them.
 // A host offers `info()` and `pid()`, which wait for the reply, `play(title, isPlaying)` and `end()`, which return once
-// the source can know, `playerPID()`, and `repliesCameOnMain()`.
+// the source can know, `playerPID()`, `source()`, and `repliesCameOnMain()`.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -59,6 +59,20 @@ TYPED_TEST_P(NowPlayingContract, AfterThePlayersEndAnswersAreAbsentAgain) {
   EXPECT_LT(this->host_.pid().value_or(0), 1);
 }
 
+TYPED_TEST_P(NowPlayingContract, AChangeIsRaised) {
+  const auto& changes = this->host_.source().changes();
+  if (&changes == &ChangeSignal::absent()) GTEST_SKIP() << "this source can't tell and has to be asked";
+  auto before = changes.raises();
+  this->host_.play("Song", false);
+  EXPECT_GT(changes.raises(), before);
+  before = changes.raises();
+  this->host_.play("Song", true);
+  EXPECT_GT(changes.raises(), before);
+  before = changes.raises();
+  this->host_.end();
+  EXPECT_GT(changes.raises(), before);
+}
+
 TYPED_TEST_P(NowPlayingContract, RepliesComeOnMain) {
   this->host_.play("Song", true);
   this->host_.info();
@@ -68,6 +82,6 @@ TYPED_TEST_P(NowPlayingContract, RepliesComeOnMain) {
 
 REGISTER_TYPED_TEST_SUITE_P(NowPlayingContract, WithoutAPlayerAnswersAreAbsent, APlayingTrackHasItsTitleAndARate,
                             APausedTrackHasARateOfZero, AnotherTrackTakesThePlace,
-                            AfterThePlayersEndAnswersAreAbsentAgain, RepliesComeOnMain);
+                            AfterThePlayersEndAnswersAreAbsentAgain, AChangeIsRaised, RepliesComeOnMain);
 
 }  // namespace quillmere

@@ -54,6 +54,20 @@ TYPED_TEST_P(WorkspaceContract, WhatHasEndedIsGone) {
   EXPECT_EQ(this->identifiers(), std::vector<std::string>{"org.example.Other"});
 }
 
+TYPED_TEST_P(WorkspaceContract, WhatComesAndWhatGoesIsRaisedOrHasToBeAskedFor) {
+  const auto& changes = this->host_.workspace().changes();
+  if (&changes == &ChangeSignal::absent()) GTEST_SKIP() << "this workspace can't tell and has to be asked";
+  static_cast<void>(this->identifiers());
+  auto before = changes.raises();
+  this->host_.launch("org.example.Player", "Player", "player", 321);
+  static_cast<void>(this->identifiers());
+  EXPECT_GT(changes.raises(), before);
+  before = changes.raises();
+  this->host_.terminate("org.example.Player");
+  static_cast<void>(this->identifiers());
+  EXPECT_GT(changes.raises(), before);
+}
+
 TYPED_TEST_P(WorkspaceContract, IconsAreToldByIdentifier) {
   this->host_.launch("org.example.Player", "Player", "player", 321);
   EXPECT_EQ(this->host_.workspace().icon("org.example.Player"), IconReference(ThemedIcon{"player"}));
@@ -104,7 +118,7 @@ TYPED_TEST_P(WorkspaceContract, AnEmptyAddressIsNotOpened) { EXPECT_FALSE(this->
 
 REGISTER_TYPED_TEST_SUITE_P(WorkspaceContract, NothingRunsWhereNothingWasLaunched,
                             AnApplicationIsToldWithIdentifierNameAndProcess, TheOrderIsStableAndThatOfAppearance,
-                            WhatHasEndedIsGone, IconsAreToldByIdentifier,
+                            WhatHasEndedIsGone, WhatComesAndWhatGoesIsRaisedOrHasToBeAskedFor, IconsAreToldByIdentifier,
                             WhatIsInstalledIsListedWithNameAndPlaceWhetherItRunsOrNot,
                             AnInstalledApplicationIsFoundByIdentifierAndByPlace, ChangesAreToldOnceEach,
                             AnEmptyAddressIsNotOpened);

@@ -9,6 +9,7 @@ namespace {
 
 class MemoryNowPlayingHost {
  public:
+  NowPlayingSource& source() { return source_; }
   std::optional<NowPlayingInfo> info() {
     std::optional<NowPlayingInfo> answer;
     source_.nowPlayingInfo([&](std::optional<NowPlayingInfo> info) {

@@ -218,6 +218,67 @@ TEST_F(ApplicationRegistryTest, OneLookASecondWhoeverAsks) {
   EXPECT_TRUE(running().empty());
 }
 
+TEST_F(ApplicationRegistryTest, WhileTheKernelSaysThatNoProcessCameOrWentTheListIsNotReadAgainForTenSeconds) {
+  proc_.tell(80, 99);
+  EXPECT_TRUE(running().empty());
+  // As a container may hide it: nothing that the kernel says tells of it.
+  proc_.start(100, "/usr/share/spotify/spotify");
+  time_.advance(std::chrono::seconds(9));
+  EXPECT_TRUE(running().empty());
+  time_.advance(std::chrono::seconds(1));
+  EXPECT_EQ(running().size(), 1U);
+}
+
+TEST_F(ApplicationRegistryTest, AProcessThatHasANewNumberOrIsMissingInTheSumIsNoticedAtTheNextLook) {
+  proc_.tell(80, 99);
+  EXPECT_TRUE(running().empty());
+  proc_.start(100, "/usr/share/spotify/spotify");
+  proc_.tell(80, 100);
+  time_.advance(std::chrono::seconds(1));
+  EXPECT_EQ(running().size(), 1U);
+  proc_.end(100);
+  proc_.tell(79, 100);
+  time_.advance(std::chrono::seconds(1));
+  EXPECT_TRUE(running().empty());
+}
+
+TEST_F(ApplicationRegistryTest, AProcessThatBecomesAnotherProgramIsNoticedWhateverTheKernelSays) {
+  proc_.tell(80, 100);
+  proc_.start(100, "/bin/launcher-script-host");
+  EXPECT_TRUE(running().empty());
+  proc_.replace(100, "/usr/share/spotify/spotify");
+  time_.advance(std::chrono::seconds(1));
+  EXPECT_EQ(runningIDs(), Ids{"com.spotify.client"});
+}
+
+TEST_F(ApplicationRegistryTest, ALookThatFindsSomethingElseIsRaisedAndOneThatDoesNotIsNot) {
+  static_cast<void>(running());
+  const auto before = registry().changes().raises();
+  time_.advance(std::chrono::seconds(1));
+  static_cast<void>(running());
+  EXPECT_EQ(registry().changes().raises(), before);
+  proc_.start(100, "/usr/share/spotify/spotify");
+  time_.advance(std::chrono::seconds(1));
+  static_cast<void>(running());
+  EXPECT_EQ(registry().changes().raises(), before + 1);
+}
+
+TEST_F(ApplicationRegistryTest, APictureGoesStaleWhenTheNextQuestionWouldMakeALook) {
+  EXPECT_EQ(registry().changes().staleAt(), MonotonicTime::min()) << "there is no picture yet";
+  time_.advance(std::chrono::milliseconds(700));
+  EXPECT_EQ(registry().changes().staleAt(), time_.monotonicNow() + std::chrono::milliseconds(300))
+      << "the first look was made at the beginning";
+  time_.advance(std::chrono::seconds(2));
+  static_cast<void>(running());
+  EXPECT_EQ(registry().changes().staleAt(), time_.monotonicNow() + std::chrono::seconds(1));
+  proc_.tell(80, 99);
+  for (int look = 0; look < 3; ++look) {
+    time_.advance(std::chrono::seconds(1));
+    static_cast<void>(running());
+    EXPECT_EQ(registry().changes().staleAt(), time_.monotonicNow() + std::chrono::seconds(1));
+  }
+}
+
 TEST_F(ApplicationRegistryTest, TheOrderIsThatOfAppearance) {
   proc_.start(900, "/usr/bin/totem");
   EXPECT_EQ(running().size(), 1U);

@@ -529,6 +529,17 @@ TEST_F(Mpris, ManyPlayersAreTooMany) {
   EXPECT_TRUE(becomes([&] { return info().has_value(); }));
 }
 
+TEST_F(Mpris, IsStaleWhileSomebodyHasToAskAndTellsByItselfOtherwise) {
+  watch();
+  EXPECT_TRUE(becomes([&] { return source_->changes().staleAt() == std::nullopt; })) << "nobody plays";
+  FakePlayer player(bus_.address(), "asked");
+  player.setTrack("Song", "Playing");
+  EXPECT_TRUE(becomes([&] { return title() == "Song" && source_->changes().staleAt() == MonotonicTime::min(); }))
+      << "its position moves";
+  player.setTrack("Song", "Paused");
+  EXPECT_TRUE(becomes([&] { return rate() == 0.0 && source_->changes().staleAt() == std::nullopt; }));
+}
+
 class MprisHost : private MprisMachine {
  public:
   MprisHost() { watch(); }
@@ -543,6 +554,7 @@ class MprisHost : private MprisMachine {
     player_.reset();
     EXPECT_TRUE(becomes([&] { return !info(); }));
   }
+  [[nodiscard]] NowPlayingSource& source() { return *source_; }
   [[nodiscard]] std::int32_t playerPID() const { return static_cast<std::int32_t>(::getpid()); }
   [[nodiscard]] bool repliesCameOnMain() const { return repliesCameOnMain_; }
 

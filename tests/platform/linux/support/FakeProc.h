@@ -42,6 +42,10 @@ class FakeProc {
     folder_.link(std::to_string(pid) + "/exe", executable);
     folder_.write(std::to_string(pid) + "/cmdline", executable + std::string(1, '\0'));
   }
+  /// What the kernel says of all threads, and the number that it gave last.
+  void tell(int threads, std::int32_t lastNumber) {
+    folder_.write("loadavg", "0.20 0.18 0.12 1/" + std::to_string(threads) + " " + std::to_string(lastNumber) + "\n");
+  }
   void end(std::int32_t pid) { folder_.remove(std::to_string(pid)); }
   /// Only the folder: what is left of a process for a moment while it goes.
   void vanishWhileRead(std::int32_t pid) { folder_.write(std::to_string(pid) + "/stat", ""); }
