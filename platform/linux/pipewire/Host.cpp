@@ -41,6 +41,9 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
                [this] {
                  latestRefresh_.reset();
                  watcher_.refreshMetadata();
+                 refreshSync_ = connection_.sync();
+                 // One that was under way is not waited for any more: all is told anew.
+                 secondRefreshSync_ = -1;
                }),
       ticks_(loop_,
              [this] {
@@ -136,7 +139,7 @@ void Host::onLost() {
   stragglers_.stand(false);
   volume_.forget();
   uncertain_.clear();
-  firstSync_ = secondSync_ = -1;
+  firstSync_ = secondSync_ = refreshSync_ = secondRefreshSync_ = -1;
   isSynced_ = false;
   staleTargets_.disarm();
   refresh_.disarm();
@@ -152,6 +155,10 @@ void Host::onDone(int sequence) {
   } else if (sequence == secondSync_) {
     isSynced_ = true;
     changed_.raise();
+  } else if (sequence == refreshSync_) {
+    secondRefreshSync_ = connection_.sync();
+  } else if (sequence == secondRefreshSync_) {
+    watcher_.metadataRefreshed();
   } else if (sequence == farewellSync_) {
     noteFarewell();
   } else if (std::erase_if(uncertain_, [&](const auto& entry) { return entry.second == sequence; }) > 0) {

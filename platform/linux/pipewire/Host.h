@@ -131,6 +131,9 @@ class Host {
   /// The two round trips after which the first picture is whole.
   int firstSync_ = -1;
   int secondSync_ = -1;
+  /// The same after a refresh of the metadata.
+  int refreshSync_ = -1;
+  int secondRefreshSync_ = -1;
   int farewellSync_ = -1;
   int nodesFarewellSync_ = -1;
   bool isSynced_ = false;
