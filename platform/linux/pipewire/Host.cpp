@@ -79,9 +79,11 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
           },
           log_),
       feeders_({&mover_, &jack_}),
+      stragglers_(
+          loop_, model_, [this](std::size_t place) { return connection_.outerCore(place); }, log_,
+          [this] { changed_.raise(); }),
       scouts_(
-          loop_, model_, [this] { return connection_.nodeCore(); }, log_, [this] { changed_.raise(); }),
-      stragglers_([this](std::size_t place) { return connection_.outerCore(place); }, log_),
+          loop_, model_, stragglers_, [this] { return connection_.nodeCore(); }, log_, [this] { changed_.raise(); }),
       director_(
           model_, feeders_, scouts_, ids_,
           [this](const std::optional<std::string>& output, const std::function<void()>&) -> std::unique_ptr<TapPath> {
@@ -136,7 +138,6 @@ void Host::onConnected(pw_core* core) {
 
 void Host::onLost() {
   director_.suspend();
-  stragglers_.stand(false);
   volume_.forget();
   uncertain_.clear();
   firstSync_ = secondSync_ = refreshSync_ = secondRefreshSync_ = -1;
@@ -200,7 +201,6 @@ void Host::onMetadataPresence(bool isThere) {
   } else {
     // A node of ours that outlived the session manager would keep its successor from linking anything.
     director_.suspend();
-    stragglers_.stand(false);
   }
 }
 
@@ -226,7 +226,6 @@ void Host::flush() {
 }
 
 void Host::attend() {
-  stragglers_.stand(scouts_.areStanding());
   if (isTicking_ || !director_.wantsTicks()) return;
   isTicking_ = true;
   ticks_.arm(TapDirector::tickInterval);

@@ -154,8 +154,8 @@ class Host {
   Connection connection_;
   JackFeeder jack_;
   TapFeeders feeders_;
-  OutputScouts scouts_;
   Stragglers stragglers_;
+  OutputScouts scouts_;
   TapDirector director_;
 };
 
