@@ -1,5 +1,5 @@
 // What of us goes last when we are killed, so that the session manager looks at the graph once more.
-// All calls with the loop locked, or on the loop.
+// All calls with the loop locked, or on the loop. [loop]
 #pragma once
 
 #include <array>
