@@ -50,7 +50,7 @@ class DefaultOutput {
     /// When the verdict may change without anything having happened.
     std::optional<MonotonicTime> validUntil;
     /// Whether a device of this UID that has gone still counts as there. The dummy that stands in where there is no
-    /// output never does: it goes because the others are back.
+    /// output never does: it goes because the others are back. [any]
     [[nodiscard]] bool holds(std::string_view uid) const;
   };
 
