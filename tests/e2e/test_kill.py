@@ -54,6 +54,31 @@ class Kill(MixerTest):
             self.assert_level(self.desk, again, 1)
             self.assertEqual(graph.Graph().targets_of(again.streams()[0]["id"]), [DESK])
 
+    def test_a_flood_of_changes_that_is_killed_leaves_nobody_silent(self):
+        """The mixer dies with nodes that the session manager has only begun to look at. `./dev knocks` does it hundreds of
+        times."""
+        random = self.seeded_random()
+        players = [self.play("pw-play", "Flooded", 500), self.play("paplay", "Washed", 900),
+                   self.play("gst-pipewire", "Drenched", 1300)]
+        for number in range(10):
+            moment = random.uniform(0.1, 0.8)
+            with self.subTest(number=number, moment=round(moment, 4)):
+                self.agent.start()
+                apps = [self.agent.wait_until_live(player) for player in players]
+                deadline = time.monotonic() + moment
+                while time.monotonic() < deadline:
+                    what = random.choice(("gain", "route", "whisper"))
+                    if what == "gain":
+                        self.agent.gain(random.choice(apps), random.choice((0.1, 0.4, 0.8, 1)))
+                    elif what == "route":
+                        self.agent.route(random.choice(apps), random.choice((PHONES, None)))
+                    else:
+                        self.agent.ask("whisper")
+                self.agent.kill()
+                for player in players:
+                    self.assert_level(self.desk, player, 1, seconds=2.0)
+                forget_settings()
+
     def test_the_next_start_takes_up_the_stored_gain(self):
         player = self.play("pw-play", "Returning", 500)
         self.agent.start()

@@ -1,5 +1,5 @@
-// Clients and devices by the thousand in one process, for the fault campaign. Reads one command a line, answers each with
-// "ok" or with what went wrong:
+// Clients and devices by the thousand in one process, for the fault campaign. Reads one command a line, answers each
+// with "ok" or with what went wrong:
 //   join N           N clients connect, with a quiet playback stream each; answered when all have been linked
 //   leave            they disconnect, streams and all, as when a program is closed
 //   device NAME      a virtual output appears
@@ -50,8 +50,8 @@ class Visitor {
     if (core_ == nullptr) return;
     const auto name = "visitor-" + std::to_string(number);
     stream_ = pw_stream_new(core_, name.c_str(),
-                            pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback", PW_KEY_NODE_LATENCY,
-                                              "4096/48000", nullptr));
+                            pw_properties_new(PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_MEDIA_CATEGORY, "Playback",
+                                              PW_KEY_NODE_LATENCY, "4096/48000", nullptr));
     static const auto events = [] {
       pw_stream_events made{};
       made.version = PW_VERSION_STREAM_EVENTS;
@@ -107,10 +107,10 @@ class Visitor {
 class Device {
  public:
   Device(pw_core* core, const std::string& name) {
-    auto* properties = pw_properties_new(
-        PW_KEY_FACTORY_NAME, "support.null-audio-sink", PW_KEY_NODE_NAME, name.c_str(), PW_KEY_NODE_DESCRIPTION,
-        name.c_str(), PW_KEY_MEDIA_CLASS, "Audio/Sink", "audio.rate", "48000", "audio.position", "FL,FR",
-        "monitor.channel-volumes", "true", "session.suspend-timeout-seconds", "0", nullptr);
+    auto* properties = pw_properties_new(PW_KEY_FACTORY_NAME, "support.null-audio-sink", PW_KEY_NODE_NAME, name.c_str(),
+                                         PW_KEY_NODE_DESCRIPTION, name.c_str(), PW_KEY_MEDIA_CLASS, "Audio/Sink",
+                                         "audio.rate", "48000", "audio.position", "FL,FR", "monitor.channel-volumes",
+                                         "true", "session.suspend-timeout-seconds", "0", nullptr);
     proxy_ = static_cast<pw_proxy*>(
         pw_core_create_object(core, "adapter", PW_TYPE_INTERFACE_Node, PW_VERSION_NODE, &properties->dict, 0));
     pw_properties_free(properties);

@@ -49,8 +49,8 @@ class DefaultOutput {
     bool holdsDevices = false;
     /// When the verdict may change without anything having happened.
     std::optional<MonotonicTime> validUntil;
-    /// Whether a device of this UID that has gone still counts as there. The dummy that stands in where there is no output
-    /// never does: it goes because the others are back.
+    /// Whether a device of this UID that has gone still counts as there. The dummy that stands in where there is no
+    /// output never does: it goes because the others are back. [any]
     [[nodiscard]] bool holds(std::string_view uid) const;
   };
 

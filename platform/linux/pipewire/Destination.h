@@ -23,7 +23,7 @@ class OutputFinder {
   };
 
   virtual ~OutputFinder() = default;
-  /// The session manager is gone: nothing of ours may stay.
+  /// The session manager is gone: nothing of ours may stay. [loop]
   virtual void forget() = 0;
   /// Answers are needed for these from now on, and for no others. [loop]
   virtual void need(const std::set<Destination>& destinations) = 0;

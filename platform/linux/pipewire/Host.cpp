@@ -41,6 +41,9 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
                [this] {
                  latestRefresh_.reset();
                  watcher_.refreshMetadata();
+                 refreshSync_ = connection_.sync();
+                 // One that was under way is not waited for any more: all is told anew.
+                 secondRefreshSync_ = -1;
                }),
       ticks_(loop_,
              [this] {
@@ -76,9 +79,11 @@ Host::Host(Executor& main, LogSink& log, ApplicationIdentifier identify, PipeWir
           },
           log_),
       feeders_({&mover_, &jack_}),
+      stragglers_(
+          loop_, model_, [this](std::size_t place) { return connection_.outerCore(place); }, log_,
+          [this] { changed_.raise(); }),
       scouts_(
-          loop_, model_, [this] { return connection_.nodeCore(); }, log_, [this] { changed_.raise(); }),
-      stragglers_([this](std::size_t place) { return connection_.outerCore(place); }, log_),
+          loop_, model_, stragglers_, [this] { return connection_.nodeCore(); }, log_, [this] { changed_.raise(); }),
       director_(
           model_, feeders_, scouts_, ids_,
           [this](const std::optional<std::string>& output, const std::function<void()>&) -> std::unique_ptr<TapPath> {
@@ -133,10 +138,9 @@ void Host::onConnected(pw_core* core) {
 
 void Host::onLost() {
   director_.suspend();
-  stragglers_.stand(false);
   volume_.forget();
   uncertain_.clear();
-  firstSync_ = secondSync_ = -1;
+  firstSync_ = secondSync_ = refreshSync_ = secondRefreshSync_ = -1;
   isSynced_ = false;
   staleTargets_.disarm();
   refresh_.disarm();
@@ -152,6 +156,10 @@ void Host::onDone(int sequence) {
   } else if (sequence == secondSync_) {
     isSynced_ = true;
     changed_.raise();
+  } else if (sequence == refreshSync_) {
+    secondRefreshSync_ = connection_.sync();
+  } else if (sequence == secondRefreshSync_) {
+    watcher_.metadataRefreshed();
   } else if (sequence == farewellSync_) {
     noteFarewell();
   } else if (std::erase_if(uncertain_, [&](const auto& entry) { return entry.second == sequence; }) > 0) {
@@ -193,7 +201,6 @@ void Host::onMetadataPresence(bool isThere) {
   } else {
     // A node of ours that outlived the session manager would keep its successor from linking anything.
     director_.suspend();
-    stragglers_.stand(false);
   }
 }
 
@@ -219,7 +226,6 @@ void Host::flush() {
 }
 
 void Host::attend() {
-  stragglers_.stand(scouts_.areStanding());
   if (isTicking_ || !director_.wantsTicks()) return;
   isTicking_ = true;
   ticks_.arm(TapDirector::tickInterval);

@@ -134,6 +134,9 @@ class Host {
   /// The two round trips after which the first picture is whole.
   int firstSync_ = -1;
   int secondSync_ = -1;
+  /// The same after a refresh of the metadata.
+  int refreshSync_ = -1;
+  int secondRefreshSync_ = -1;
   int farewellSync_ = -1;
   int nodesFarewellSync_ = -1;
   bool isSynced_ = false;
@@ -154,8 +157,8 @@ class Host {
   Connection connection_;
   JackFeeder jack_;
   TapFeeders feeders_;
-  OutputScouts scouts_;
   Stragglers stragglers_;
+  OutputScouts scouts_;
   TapDirector director_;
 };
 

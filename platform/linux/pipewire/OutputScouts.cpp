@@ -35,22 +35,24 @@ struct OutputScouts::Scout {
   }
 };
 
-OutputScouts::OutputScouts(Loop& loop, const GraphModel& model, std::function<pw_core*()> core, Logger log,
-                           std::function<void()> changed)
+OutputScouts::OutputScouts(Loop& loop, const GraphModel& model, Stragglers& stragglers, std::function<pw_core*()> core,
+                           Logger log, std::function<void()> changed)
     : model_(model),
+      stragglers_(stragglers),
       core_(std::move(core)),
       log_(std::move(log)),
       changed_(std::move(changed)),
       patience_(loop, [this] { giveUpWaiting(); }),
       dismissal_(loop, [this] {
         std::erase_if(scouts_, [&](const auto& entry) { return !needed_.contains(entry.first); });
-        changed_();
+        if (scouts_.empty()) stragglers_.stand(false);
       }) {}
 
 OutputScouts::~OutputScouts() = default;
 
 void OutputScouts::need(const std::set<Destination>& destinations) {
   needed_ = destinations;
+  if (!needed_.empty()) stragglers_.stand(true);
   if (std::any_of(scouts_.begin(), scouts_.end(), [&](const auto& entry) { return !needed_.contains(entry.first); })) {
     dismissal_.arm(lingerTime);
   }
@@ -64,6 +66,7 @@ void OutputScouts::need(const std::set<Destination>& destinations) {
 void OutputScouts::forget() {
   needed_.clear();
   scouts_.clear();
+  stragglers_.stand(false);
   dismissal_.disarm();
 }
 
@@ -71,7 +74,8 @@ OutputFinder::Answer OutputScouts::find(const Destination& destination) const {
   const auto found = scouts_.find(destination);
   if (found == scouts_.end()) return {false, guess(destination)};
   const auto& scout = *found->second;
-  if (auto output = linkedOutput(scout); !output.empty()) return {true, std::move(output)};
+  const bool isSafe = stragglers_.areReady();
+  if (auto output = linkedOutput(scout); !output.empty()) return {isSafe, std::move(output)};
   if (scout.isRefused) return {true, {}};
   if (!scout.isLate) return {false, guess(destination)};
   // One that was linked before waits for its output; one that never was is not served by this session manager.

@@ -9,6 +9,7 @@
 #include "Destination.h"
 #include "GraphModel.h"
 #include "Loop.h"
+#include "Stragglers.h"
 #include "runtime/Logger.h"
 
 struct pw_core;
@@ -22,7 +23,8 @@ class OutputScouts final : public OutputFinder {
  public:
   /// `core` gives the connection of the moment, null where there is none. `changed` is told when find() may answer
   /// otherwise and nothing in the model has changed. [loop]
-  OutputScouts(Loop& loop, const GraphModel& model, std::function<pw_core*()> core, Logger log,
+  /// The stragglers stand as long as scouts do; until they are ready nothing counts as known.
+  OutputScouts(Loop& loop, const GraphModel& model, Stragglers& stragglers, std::function<pw_core*()> core, Logger log,
                std::function<void()> changed);
   ~OutputScouts() override;
   OutputScouts(const OutputScouts&) = delete;
@@ -31,7 +33,6 @@ class OutputScouts final : public OutputFinder {
   /// What is needed no longer stays for a moment: mostly it is needed again.
   void need(const std::set<Destination>& destinations) override;
   void forget() override;
-  [[nodiscard]] bool areStanding() const { return !scouts_.empty(); }
   [[nodiscard]] Answer find(const Destination& destination) const override;
   /// The model has changed: notices which scouts have been linked and which have lost their link. [loop]
   void graphChanged();
@@ -45,6 +46,7 @@ class OutputScouts final : public OutputFinder {
   void giveUpWaiting();
 
   const GraphModel& model_;
+  Stragglers& stragglers_;
   std::function<pw_core*()> core_;
   Logger log_;
   std::function<void()> changed_;

@@ -101,6 +101,10 @@ struct RegistryWatcher::Callbacks {
     // A target that is only told once more is nobody's move.
     const bool isToldAgain = name == "target.object" && text && self.model_.metadataValue(subject, name) == text;
     self.model_.setMetadata(subject, name, text);
+    if (self.toldAgain_) {
+      if (text) self.toldAgain_->emplace(subject, name);
+      if (!text) self.toldAgain_->erase({subject, name});
+    }
     if (!isToldAgain) self.events_.metadata(subject, name, text);
     self.events_.changed();
     return 0;
@@ -137,6 +141,7 @@ void RegistryWatcher::detach() {
   }
   bound_.clear();
   metadata_ = 0;
+  toldAgain_.reset();
   spa_hook_remove(&listener_);
   pw_proxy_destroy(reinterpret_cast<pw_proxy*>(registry_));
   registry_ = nullptr;
@@ -163,7 +168,22 @@ void RegistryWatcher::refreshMetadata() {
   spa_hook_remove(&found->second->listener);
   pw_proxy_destroy(found->second->proxy);
   bound_.erase(found);
+  toldAgain_.emplace();
   bindMetadata(std::exchange(metadata_, 0));
+}
+
+void RegistryWatcher::metadataRefreshed() {
+  if (!toldAgain_ || metadata_ == 0) return;
+  const auto told = *std::exchange(toldAgain_, std::nullopt);
+  // A session manager that says nothing at all has not answered.
+  if (told.empty()) return;
+  auto deleted = model_.metadata();
+  std::erase_if(deleted, [&](const auto& entry) { return told.contains(entry.first); });
+  for (const auto& [place, value] : deleted) {
+    model_.setMetadata(place.first, place.second, std::nullopt);
+    events_.metadata(place.first, place.second, std::nullopt);
+  }
+  if (!deleted.empty()) events_.changed();
 }
 
 void RegistryWatcher::bindMetadata(GlobalID id) {
@@ -284,6 +304,7 @@ void RegistryWatcher::onGlobalRemoved(GlobalID id) {
   }
   if (wasMetadata) {
     metadata_ = 0;
+    toldAgain_.reset();
     model_.clearMetadata();
     events_.metadataPresence(false);
   }

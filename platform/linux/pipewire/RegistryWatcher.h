@@ -8,7 +8,9 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 
 #include "GraphModel.h"
 #include "MetadataWriter.h"
@@ -52,6 +54,8 @@ class RegistryWatcher final : public MetadataWriter {
   /// binding it, so that one may be missed whenever a program starts; and every change from then on, if that client
   /// goes before it is done.
   void refreshMetadata();
+  /// All that is there has been told again: what was not has been deleted, and that was told to somebody else.
+  void metadataRefreshed();
   [[nodiscard]] bool hasMetadata() const { return metadata_ != 0; }
 
   void write(std::uint32_t subject, const std::string& key, const std::string& type,
@@ -74,6 +78,8 @@ class RegistryWatcher final : public MetadataWriter {
   std::map<GlobalID, std::unique_ptr<Bound>> bound_;
   /// Global id of the `default` metadata; 0 where there is none.
   GlobalID metadata_ = 0;
+  /// What has been told since the last refresh began; absent while none is on its way.
+  std::optional<std::set<std::pair<GlobalID, std::string>>> toldAgain_;
 };
 
 }  // namespace quillmere::pipewire

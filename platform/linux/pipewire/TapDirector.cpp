@@ -18,8 +18,8 @@ constexpr int lossPatience = 20;
 constexpr int settlePatience = 30;
 
 /// A person's changes are carried out at once. Where a program asks for more, each application has so many nodes in a
-/// row, then one each time that so many ticks have passed, and what was wished in between is not carried out: every node
-/// makes the session manager look at the whole graph, and one that goes while it is new confuses it.
+/// row, then one each time that so many ticks have passed, and what was wished in between is not carried out: every
+/// node makes the session manager look at the whole graph, and one that goes while it is new confuses it.
 constexpr int mostOpeningsAtOnce = 3;
 constexpr int openingPace = 20;
 

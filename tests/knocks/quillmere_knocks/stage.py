@@ -14,7 +14,9 @@ from .knock import Fell, Knock
 
 AMPLITUDE = 0.15
 HEARD_SECONDS = 1.0
-LISTED_SECONDS = 3.0
+# Devices are looked at every three seconds; one that changes right after a look is seen three seconds later, and a moment
+# for the look itself.
+LISTED_SECONDS = 3.5
 QUIET, ROUTED = 0.5, 0.7
 
 
@@ -59,10 +61,8 @@ class Staged(Knock):
         if not self.stored_as_it_should(settings.stored("quillmere.appsState")):
             raise Fell(f"stored is {settings.stored('quillmere.appsState')}")
 
-    def list_faults(self):
+    def list_faults(self, seen, devices):
         """What is wrong with the list at the moment, beside the graph as others see it."""
-        seen = graph.Graph()
-        devices = [node["info"]["props"]["node.name"] for node in seen.nodes("Audio/Sink")]
         state = self.agent.state()
         apps = [app["bundleID"] for app in state["apps"]]
         faults = [f"{app} is missing" for app in self.apps if app not in apps]
@@ -70,14 +70,22 @@ class Staged(Knock):
         faults += [f"{app} counts as silent" for app in self.apps if app not in state["live"]]
         listed = sorted(device["uid"] for device in state["devices"])
         chosen = [device["uid"] for device in state["devices"] if device["default"]]
-        if listed != sorted(devices) or chosen != [seen.default_sink()] or chosen != [DESK]:
+        if listed != devices or chosen != [seen.default_sink()] or chosen != [DESK]:
             faults.append(f"devices are {listed}, default {chosen}, and others see {devices}, {seen.default_sink()}")
         return faults
 
     def check_list(self, since):
-        deadline = since + LISTED_SECONDS
-        while faults := self.list_faults():
-            if time.monotonic() > deadline:
+        before = None
+        while True:
+            seen = graph.Graph()
+            devices = sorted(node["info"]["props"]["node.name"] for node in seen.nodes("Audio/Sink"))
+            if before is not None and devices != before:
+                since = time.monotonic()
+            before = devices
+            faults = self.list_faults(seen, devices)
+            if not faults:
+                return
+            if time.monotonic() > since + LISTED_SECONDS:
                 raise Fell(f"the list after {LISTED_SECONDS:g} s: {'; '.join(faults)}")
             time.sleep(0.05)
 
