@@ -30,6 +30,7 @@ Connection::Connection(Loop& loop, std::string remote, Logger log, Events events
       doubt_(loop, [this] { startAnew(); }) {}
 
 Connection::~Connection() {
+  audioThread_.reset();
   if (context_ != nullptr) pw_context_destroy(context_);
 }
 
@@ -55,6 +56,7 @@ void Connection::connect() {
       log_.error("the PipeWire context could not be made");
       return;
     }
+    audioThread_.emplace(loop_, context_);
   }
   if (!connect(looks_) || !connect(nodes_)) {
     disconnect(looks_);

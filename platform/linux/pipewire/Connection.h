@@ -5,8 +5,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
+#include "AudioThread.h"
 #include "Loop.h"
 #include "runtime/Logger.h"
 
@@ -70,6 +72,7 @@ class Connection {
   Logger log_;
   Events events_;
   pw_context* context_ = nullptr;
+  std::optional<AudioThread> audioThread_;
   Client looks_;
   Client nodes_;
   bool isWaiting_ = false;
