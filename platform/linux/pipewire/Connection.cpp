@@ -31,6 +31,7 @@ Connection::Connection(Loop& loop, std::string remote, Logger log, Events events
       doubt_(loop, [this] { startAnew(); }) {}
 
 Connection::~Connection() {
+  audioThread_.reset();
   if (context_ != nullptr) pw_context_destroy(context_);
 }
 
@@ -56,6 +57,7 @@ void Connection::connect() {
       log_.error("the PipeWire context could not be made");
       return;
     }
+    audioThread_.emplace(loop_, context_);
   }
   // In this order, each on a socket with a higher number.
   if (!connect(outer_[0]) || !connect(looks_) || !connect(nodes_) || !connect(outer_[1])) {

@@ -7,8 +7,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
+#include "AudioThread.h"
 #include "Loop.h"
 #include "runtime/Logger.h"
 
@@ -76,6 +78,7 @@ class Connection {
   Logger log_;
   Events events_;
   pw_context* context_ = nullptr;
+  std::optional<AudioThread> audioThread_;
   Client looks_;
   Client nodes_;
   std::array<Client, 2> outer_;

@@ -47,7 +47,12 @@ struct DetourNode::Callbacks {
 
 DetourNode::DetourNode(Loop& loop, pw_core* core, const std::string& name, const std::vector<std::string>& channels,
                        Logger log, std::function<void()> changed)
-    : core_(core), log_(std::move(log)), changed_(std::move(changed)), mix_(sharesOf(channels)), closing_(loop, [this] {
+    : core_(core),
+      log_(std::move(log)),
+      changed_(std::move(changed)),
+      mix_(sharesOf(channels)),
+      thread_(pw_core_get_context(core)),
+      closing_(loop, [this] {
         if (!isClosed()) closing_.arm(closingPeriod);
         changed_();
       }) {

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "AudioThread.h"
 #include "Detour.h"
 #include "DetourMix.h"
 #include "Loop.h"
@@ -60,6 +61,7 @@ class DetourNode final : public Detour {
   Logger log_;
   std::function<void()> changed_;
   DetourMix mix_;
+  const AudioThread::Use thread_;
   pw_filter* filter_ = nullptr;
   spa_hook listener_{};
   bool hasFailed_ = false;

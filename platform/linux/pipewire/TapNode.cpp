@@ -19,6 +19,7 @@ constexpr std::uint64_t mostWorkNanos = 1'000'000;
 TapNode::TapNode(pw_core* core, const GraphModel& model, const std::string& name,
                  const std::optional<std::string>& output, Logger log, std::function<void()> changed)
     : context_(pw_core_get_context(core)),
+      thread_(context_),
       name_(name),
       log_(std::move(log)),
       changed_(std::move(changed)),

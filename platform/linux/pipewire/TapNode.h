@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "AudioThread.h"
 #include "TapLinks.h"
 #include "TapNodeInterface.h"
 #include "TapPath.h"
@@ -59,6 +60,7 @@ class TapNode final : public TapPath {
   void releaseAudioLoop();
 
   pw_context* context_;
+  const AudioThread::Use thread_;
   std::string name_;
   /// Null: the context's main loop.
   pw_loop* audioLoop_ = nullptr;
