@@ -34,7 +34,7 @@ void ImageItem::updatePolish() {
                      static_cast<int>(std::ceil(wanted.height() * scale - 1e-6)));
   image_ = boundingRect().isEmpty() ? QImage() : paintPicture(pixels, scale);
   // Whole pixels, so that nothing is stretched.
-  place_ = QRectF(wanted.topLeft(), QSizeF(image_.size()) / scale);
+  place_ = QRectF(wanted.topLeft() + QPointF(image_.offset()) / scale, QSizeF(image_.size()) / scale);
   imageChanged_ = true;
 }
 

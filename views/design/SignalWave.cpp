@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <optional>
 
 namespace quillmere {
 namespace {
@@ -38,39 +39,60 @@ double coverage(double distance, double width, double blur, double pixel) {
   return std::clamp((half - distance) / pixel + 0.5, 0.0, 1.0) * std::min(1.0, width / pixel);
 }
 
-// Opacity by distance in steps of a quarter pixel.
-class Profile {
+constexpr double stepsPerPixel = 4;
+
+// What a pixel gets by its distance from the line, in steps of a quarter pixel. The last entry is clear.
+class Inks {
  public:
-  Profile(double lineWidth, double scale, double opacity, bool still) : stepsPerPoint_(scale * 4) {
-    const double pixel = 1 / scale;
-    reach_ = still ? lineWidth / 2 + pixel : waveReach(lineWidth);
-    const auto count = static_cast<std::size_t>(reach_ * stepsPerPoint_) + 2;
+  struct Look {
+    double lineWidth;
+    double scale;
+    QRgb color;
+    bool still;
+    bool operator==(const Look&) const = default;
+  };
+
+  explicit Inks(const Look& look) : look_(look) {
+    const double pixel = 1 / look.scale;
+    const double opacity = qAlpha(look.color) / 255.0;
+    reach_ = look.still ? look.lineWidth / 2 + pixel : waveReach(look.lineWidth);
+    const auto count = static_cast<std::size_t>(reach_ * look.scale * stepsPerPixel) + 2;
     table_.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
-      const double distance = static_cast<double>(i) / stepsPerPoint_;
+      const double distance = static_cast<double>(i) / (look.scale * stepsPerPixel);
       double ink = 0;
       for (const Stroke& stroke : strokes) {
-        if (still && stroke.blur > 0) continue;
+        if (look.still && stroke.blur > 0) continue;
         const double layer =
-            coverage(distance, lineWidth + stroke.extraWidth, stroke.blur, pixel) * stroke.opacity * opacity;
+            coverage(distance, look.lineWidth + stroke.extraWidth, stroke.blur, pixel) * stroke.opacity * opacity;
         ink = layer + ink * (1 - layer);
       }
-      table_.push_back(static_cast<float>(ink));
+      // Premultiplied: every channel is scaled by the ink.
+      const int alpha = static_cast<int>(ink * 255 + 0.5);
+      table_.push_back(qPremultiply(qRgba(qRed(look.color), qGreen(look.color), qBlue(look.color), alpha)));
     }
     table_.back() = 0;
   }
 
+  [[nodiscard]] const Look& look() const { return look_; }
+  /// In points.
   [[nodiscard]] double reach() const { return reach_; }
-  [[nodiscard]] float at(double distance) const {
-    const auto index = static_cast<std::size_t>(distance * stepsPerPoint_);
-    return index < table_.size() ? table_[index] : 0.0f;
+  [[nodiscard]] QRgb at(double steps) const {
+    return table_[std::min(static_cast<std::size_t>(steps), table_.size() - 1)];
   }
 
  private:
-  double stepsPerPoint_;
-  double reach_;
-  std::vector<float> table_;
+  Look look_;
+  double reach_ = 0;
+  std::vector<QRgb> table_;
 };
+
+// The same from one frame to the next.
+const Inks& inksFor(const Inks::Look& look) {
+  static std::optional<Inks> last;
+  if (!last || last->look() != look) last.emplace(look);
+  return *last;
+}
 
 }  // namespace
 
@@ -121,34 +143,36 @@ QImage drawWave(const SignalWave& wave, QSize pixels, double scale, double margi
   image.fill(Qt::transparent);
   if (pixels.isEmpty() || !(scale > 0) || !(wave.width() > 0)) return image;
 
-  const Profile profile(lineWidth, scale, color.alphaF(), wave.isStill());
-  // Premultiplied: every channel is scaled by the ink.
-  std::array<QRgb, 256> inks{};
-  for (std::size_t i = 0; i < inks.size(); ++i) {
-    inks[i] = qPremultiply(qRgba(color.red(), color.green(), color.blue(), static_cast<int>(i)));
-  }
-
+  const Inks& inks = inksFor({lineWidth, scale, color.rgba(), wave.isStill()});
   const int columns = pixels.width();
   const int rows = pixels.height();
   const double width = wave.width();
-  const double slopeStep = 0.5 / (width * scale);
+  // The line at the middle of each column and of one more at either side, and how it goes on beyond its ends.
+  std::vector<double> heights;
+  heights.reserve(static_cast<std::size_t>(columns) + 2);
+  for (int column = -1; column <= columns; ++column) {
+    heights.push_back(wave.heightAt(((column + 0.5) / scale - margin) / width));
+  }
   auto* const firstLine = reinterpret_cast<QRgb*>(image.bits());
   const auto stride = image.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
   for (int column = 0; column < columns; ++column) {
     const double x = (column + 0.5) / scale - margin;
-    const double u = std::clamp(x / width, 0.0, 1.0);
-    const double y = wave.heightAt(u) + margin;
-    const double slope = (wave.heightAt(u + slopeStep) - wave.heightAt(u - slopeStep)) / (2 * slopeStep * width);
+    const double* const height = heights.data() + column + 1;
+    const double slope = (height[1] - height[-1]) / 2 * scale;
     // A round cap: beyond either end the distance is measured to the end of the line.
     const double beyond = std::max({-x, x - width, 0.0});
     const double tilt = beyond > 0 ? 1 : 1 / std::sqrt(1 + slope * slope);
-    const double span = profile.reach() / tilt;
+    const double y = (beyond > 0 ? wave.heightAt(x < 0 ? 0 : 1) : *height) + margin;
+    const double span = inks.reach() / tilt;
     const int top = std::max(0, static_cast<int>((y - span) * scale));
     const int bottom = std::min(rows - 1, static_cast<int>((y + span) * scale) + 1);
-    for (int row = top; row <= bottom; ++row) {
-      const double across = std::abs((row + 0.5) / scale - y) * tilt;
-      const double distance = beyond > 0 ? std::hypot(across, beyond) : across;
-      firstLine[row * stride + column] = inks[static_cast<std::size_t>(profile.at(distance) * 255.0f + 0.5f)];
+    QRgb* pixel = firstLine + top * stride + column;
+    // In steps of the table; from one row to the next it is always the same way.
+    const double way = tilt * stepsPerPixel;
+    double across = (top + 0.5 - y * scale) * way;
+    const double along = beyond * scale * stepsPerPixel;
+    for (int row = top; row <= bottom; ++row, pixel += stride, across += way) {
+      *pixel = inks.at(along > 0 ? std::hypot(across, along) : std::abs(across));
     }
   }
   return image;

@@ -1,6 +1,7 @@
 // Hands the moment to the wave's painter.
 #include "views/design/WaveItem.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "views/design/SignalWave.h"
@@ -10,6 +11,21 @@ namespace quillmere {
 namespace {
 
 constexpr double stillOpacity = 0.5;
+
+/// The rows with something in them: what is below the others need not be drawn again with every frame.
+QImage withoutClearRows(const QImage& image) {
+  const auto isClear = [&image](int row) {
+    const auto* pixels = reinterpret_cast<const QRgb*>(image.constScanLine(row));
+    return std::all_of(pixels, pixels + image.width(), [](QRgb pixel) { return pixel == 0; });
+  };
+  int top = 0;
+  int bottom = image.height();
+  while (top < bottom && isClear(top)) ++top;
+  while (bottom > top && isClear(bottom - 1)) --bottom;
+  QImage trimmed = image.copy(0, top, image.width(), bottom - top);
+  trimmed.setOffset({0, top});
+  return trimmed;
+}
 
 }  // namespace
 
@@ -49,7 +65,7 @@ void WaveItem::setTime(double seconds) {
 QImage WaveItem::paintPicture(QSize pixels, double scale) {
   const SignalWave wave(liveCount_, averageGain_, width(), height(), time_);
   const QColor ink = wave.isStill() ? toColor(design::colour::textTertiary.at(stillOpacity)) : color_;
-  return drawWave(wave, pixels, scale, margin(), ink, lineWidth_);
+  return withoutClearRows(drawWave(wave, pixels, scale, margin(), ink, lineWidth_));
 }
 
 double WaveItem::margin() const { return std::ceil(waveReach(lineWidth_)); }

@@ -3,7 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QQuickWindow>
+#include <QTest>
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
+
+#include "views/design/WaveItem.h"
 
 namespace quillmere {
 namespace {
@@ -102,6 +108,38 @@ TEST(SignalWave, TheGlowFadesOutBeyondTheEndsOfTheLine) {
     last = qAlpha(image.pixel(x, middle));
   }
   EXPECT_LE(last, 2);
+}
+
+TEST(SignalWave, TheItemShowsTheWholePictureThoughItLeavesOutTheClearRows) {
+  QQuickWindow window;
+  window.setColor(Qt::black);
+  window.resize(240, 120);
+  WaveItem item;
+  item.setLiveCount(3);
+  item.setAverageGain(1);
+  item.setColor(Qt::white);
+  item.setLineWidth(2.6);
+  const int margin = static_cast<int>(std::ceil(waveReach(2.6)));
+  item.setPosition(QPointF(margin, margin));
+  item.setSize(QSizeF(240 - 2 * margin, 120 - 2 * margin));
+  item.setParentItem(window.contentItem());
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  // One moment after the other, so that what is left out differs.
+  for (const double seconds : {moment, moment + 1.3, moment + 2.9, moment + 4.4}) {
+    item.setTime(seconds);
+    const QImage image = window.grabWindow();
+    const SignalWave wave(3, 1, item.width(), item.height(), seconds);
+    const QImage whole = drawWave(wave, image.size(), 1, margin, Qt::white, 2.6);
+    int worst = 0;
+    for (int y = 0; y < whole.height(); ++y) {
+      for (int x = 0; x < whole.width(); ++x) {
+        worst = std::max(worst, std::abs(qGray(image.pixel(x, y)) - qAlpha(whole.pixel(x, y))));
+      }
+    }
+    EXPECT_LE(worst, 2) << seconds;
+  }
+  item.setParentItem(nullptr);
 }
 
 TEST(SignalWave, AnEmptyCanvasGivesAnEmptyPicture) {
