@@ -29,23 +29,6 @@ class PoolOnLinux : public ::testing::Test {
   ~PoolOnLinux() override { installHostThreads({}); }
 };
 
-TEST_F(PoolOnLinux, WorkIsDoneByOneThreadWhileNothingHoldsItUp) {
-  ThreadPoolExecutor pool(2);
-  std::thread::id first;
-  for (int round = 0; round < 100; ++round) {
-    std::promise<std::thread::id> done;
-    const auto work = [&] { done.set_value(std::this_thread::get_id()); };
-    if (round % 2 == 0) {
-      pool.post(work);
-    } else {
-      pool.postAfter(100us, work);
-    }
-    const auto by = done.get_future().get();
-    if (round == 0) first = by;
-    EXPECT_EQ(by, first);
-  }
-}
-
 TEST_F(PoolOnLinux, WorkThatIsHeldUpHoldsUpNoPost) {
   ThreadPoolExecutor pool(2);
   std::latch done(1);
