@@ -1,28 +1,85 @@
 // The background pool: a few threads that share one queue.
 #include "runtime/ThreadPoolExecutor.h"
 
+#include <optional>
+#include <utility>
+
+#include "runtime/HostThreads.h"
+#include "runtime/ThreadAlarm.h"
+
 namespace quillmere {
 
 namespace {
 thread_local const ThreadPoolExecutor* currentPool = nullptr;
+/// This thread has been there for long enough.
+thread_local bool isToLeave = false;
 }  // namespace
 
-ThreadPoolExecutor::ThreadPoolExecutor(std::size_t threadCount) {
-  threads_.reserve(threadCount);
-  for (std::size_t index = 0; index < threadCount; ++index) {
-    threads_.emplace_back([this] {
-      currentPool = this;
-      while (auto work = queue_.take()) (*work)();
-    });
+ThreadPoolExecutor::ThreadPoolExecutor(std::size_t threadCount, Duration helpStays)
+    : most_(threadCount), helpStays_(helpStays) {
+  const auto makeAlarm = hostThreads().makeAlarm;
+  const std::lock_guard lock(mutex_);
+  if (makeAlarm != nullptr && most_ > 1) {
+    alarm_ = makeAlarm([this] { bringHelp(); });
+    queue_.onHelpDue([&alarm = *alarm_](std::optional<MonotonicTime> time) { alarm.set(time); });
+    start();
+  } else {
+    for (std::size_t index = 0; index < most_; ++index) start();
   }
 }
 
 ThreadPoolExecutor::~ThreadPoolExecutor() { shutDown(); }
 
+/// Under the mutex.
+void ThreadPoolExecutor::start() {
+  const auto self = threads_.emplace(threads_.end());
+  *self = std::thread([this, self] { run(self); });
+}
+
+void ThreadPoolExecutor::run(std::list<std::thread>::iterator self) {
+  if (const auto name = hostThreads().nameThread) name("quillmere-pool");
+  currentPool = this;
+  while (auto work = queue_.take()) {
+    (*work)();
+    work.reset();
+    if (std::exchange(isToLeave, false) && leave(self)) return;
+  }
+}
+
+void ThreadPoolExecutor::bringHelp() {
+  std::list<std::thread> ended;
+  {
+    const std::lock_guard lock(mutex_);
+    if (isShutDown_) return;
+    ended.swap(ended_);
+    if (threads_.size() < most_) {
+      start();
+      // Whoever runs this is one too many then; it may be any of them.
+      queue_.postAfter(helpStays_, [] { isToLeave = true; });
+    }
+  }
+  for (auto& thread : ended) thread.join();
+}
+
+/// False for the last one, which stays.
+bool ThreadPoolExecutor::leave(std::list<std::thread>::iterator self) {
+  const std::lock_guard lock(mutex_);
+  if (isShutDown_ || threads_.size() == 1) return false;
+  ended_.splice(ended_.end(), threads_, self);
+  return true;
+}
+
 void ThreadPoolExecutor::shutDown() {
+  {
+    const std::lock_guard lock(mutex_);
+    isShutDown_ = true;
+  }
   queue_.close();
-  for (auto& thread : threads_) thread.join();
-  threads_.clear();
+  // None is started any more, and none leaves.
+  for (auto* threads : {&threads_, &ended_}) {
+    for (auto& thread : *threads) thread.join();
+    threads->clear();
+  }
 }
 
 void ThreadPoolExecutor::post(Work work) { queue_.post(std::move(work)); }

@@ -18,6 +18,7 @@ void TimedQueue::post(Work work) {
   // A closed queue drops work outside its lock, when `work` goes out of scope.
   if (closed_) return;
   ready_.push_back(std::move(work));
+  if (waiting_ == 0) helpBy(monotonicNow() + helpPatience);
   if (waiting_ == 0 || isCalled_) return;
   if (takesFrom == this) {
     leaveBehind(monotonicNow());
@@ -33,6 +34,7 @@ TimerID TimedQueue::postAfter(Duration delay, Work work) {
   const std::lock_guard lock(mutex_);
   if (closed_) return 0;
   const TimerID timer = timers_.add(due, std::move(work));
+  if (waiting_ == 0) helpBy(due + helpPatience);
   setAlarm();
   return timer;
 }
@@ -54,9 +56,14 @@ std::optional<Work> TimedQueue::take() {
       Work work = std::move(ready_.front());
       ready_.pop_front();
       leaveBehind(now);
+      if (waiting_ == 0) {
+        const auto next = ready_.empty() ? timers_.nextDue() : now;
+        setHelp(next ? std::optional(*next + helpPatience) : std::nullopt);
+      }
       return work;
     }
     ++waiting_;
+    setHelp(std::nullopt);
     setAlarm();
     lock.unlock();
     lot_->wait();
@@ -79,6 +86,7 @@ void TimedQueue::close() {
     closed_ = true;
     ready.swap(ready_);
     timers = std::exchange(timers_, {});
+    setHelp(std::nullopt);
     // Each taker that goes calls the next. Under the lock, too.
     lot_->call();
   }
@@ -106,6 +114,17 @@ void TimedQueue::setAlarm() {
   if (time == alarm_) return;
   alarm_ = time;
   lot_->setAlarm(time);
+}
+
+/// Every taker is held up, or there is none: somebody else comes then, if that isn't to happen before.
+void TimedQueue::helpBy(MonotonicTime time) {
+  if (!toldHelpDue_ || time < *toldHelpDue_) setHelp(time);
+}
+
+void TimedQueue::setHelp(std::optional<MonotonicTime> time) {
+  if (!tellHelpDue_ || time == toldHelpDue_) return;
+  toldHelpDue_ = time;
+  tellHelpDue_(time);
 }
 
 }  // namespace quillmere

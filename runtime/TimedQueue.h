@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -26,6 +27,12 @@ class TimedQueue {
   TimedQueue() : TimedQueue(makeParkingLot()) {}
   explicit TimedQueue(std::unique_ptr<ParkingLot> lot) : lot_(std::move(lot)) {}
 
+  /// Work that would wait for longer than this, while every taker is held up, is told to `helpDue`: the time at which
+  /// another taker has to come; absent once that is not needed. Called in order under the queue's lock, and must do no
+  /// more than set an alarm. Before anybody takes or posts.
+  static constexpr Duration helpPatience = std::chrono::milliseconds(20);
+  void onHelpDue(std::function<void(std::optional<MonotonicTime>)> helpDue) { tellHelpDue_ = std::move(helpDue); }
+
   void post(Work work);
   TimerID postAfter(Duration delay, Work work);
   void cancelTimer(TimerID timer);
@@ -37,6 +44,8 @@ class TimedQueue {
  private:
   void leaveBehind(MonotonicTime now);
   void setAlarm();
+  void helpBy(MonotonicTime time);
+  void setHelp(std::optional<MonotonicTime> time);
 
   std::mutex mutex_;
   std::unique_ptr<ParkingLot> lot_;
@@ -50,6 +59,8 @@ class TimedQueue {
   std::optional<MonotonicTime> helpDue_;
   /// As the lot was told last; absent where it may have rung since.
   std::optional<MonotonicTime> alarm_;
+  std::function<void(std::optional<MonotonicTime>)> tellHelpDue_;
+  std::optional<MonotonicTime> toldHelpDue_;
   bool closed_ = false;
 };
 

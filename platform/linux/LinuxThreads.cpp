@@ -4,6 +4,7 @@
 #include <pthread.h>
 
 #include "threads/EpollParkingLot.h"
+#include "threads/KernelAlarm.h"
 
 namespace quillmere {
 
@@ -17,6 +18,6 @@ void nameThread(const std::string& name) {
 
 }  // namespace
 
-HostThreads linuxThreads() { return {makeEpollParkingLot, nameThread}; }
+HostThreads linuxThreads() { return {makeEpollParkingLot, makeKernelAlarm, nameThread}; }
 
 }  // namespace quillmere

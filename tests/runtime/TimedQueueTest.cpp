@@ -240,6 +240,62 @@ TEST_F(IdleTakers, TheEndReachesAllOfThem) {
   EXPECT_EQ(counts.wakeUps, count);
 }
 
+/// What a queue without a waiting taker says of help.
+class HelpDue : public testing::Test {
+ protected:
+  HelpDue() {
+    queue.onHelpDue([this](std::optional<MonotonicTime> time) { told.push_back(time); });
+  }
+  static MonotonicTime now() { return std::chrono::steady_clock::now(); }
+
+  TimedQueue queue;
+  std::vector<std::optional<MonotonicTime>> told;
+};
+
+TEST_F(HelpDue, WorkThatNobodyTakesIsToldOfOnce) {
+  const auto before = now();
+  queue.post([] {});
+  queue.post([] {});
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_GE(told[0], before + TimedQueue::helpPatience);
+  EXPECT_LE(told[0], now() + TimedQueue::helpPatience);
+}
+
+TEST_F(HelpDue, WorkThatIsTakenUpNeedsNone) {
+  queue.post([] {});
+  EXPECT_TRUE(queue.take());
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_EQ(told[1], std::nullopt);
+}
+
+TEST_F(HelpDue, WhatIsLeftBehindNeedsItAnewWithEveryPieceThatIsTakenUp) {
+  queue.post([] {});
+  queue.post([] {});
+  const auto before = now();
+  EXPECT_TRUE(queue.take());
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_GE(told[1], before + TimedQueue::helpPatience);
+}
+
+TEST_F(HelpDue, TheNextTimerNeedsItWhileWorkIsDone) {
+  const auto before = now();
+  queue.postAfter(1h, [] {});
+  queue.postAfter(2h, [] {});
+  queue.post([] {});
+  EXPECT_TRUE(queue.take());
+  EXPECT_GE(told.back(), before + 1h + TimedQueue::helpPatience);
+  EXPECT_LT(told.back(), before + 2h);
+}
+
+TEST_F(HelpDue, ATakerThatWaitsNeedsNone) {
+  queue.postAfter(1ms, [this] { queue.close(); });
+  std::thread taker([this] {
+    while (auto work = queue.take()) (*work)();
+  });
+  taker.join();
+  EXPECT_EQ(told.back(), std::nullopt);
+}
+
 TEST(ThreadPoolExecutor, AWatchOfADistantTimerDoesNotHoldUpPostsOrNearerTimers) {
   constexpr int count = 200;
   std::latch done(count);

@@ -2,7 +2,6 @@
 #include "bus/BusConnection.h"
 
 #include <memory>
-#include <thread>
 #include <utility>
 
 #include "bus/SessionBusAddress.h"
@@ -17,20 +16,11 @@ void close(GDBusConnection* connection) { g_dbus_connection_close(connection, nu
 
 }  // namespace
 
-/// A bus may take its time to greet, so the greeting has a thread for as long as it lasts. (GLib would do it on a pool
-/// of its own, and keep a thread for good that looks after the pool.)
-struct BusConnection::Attempt {
-  std::shared_ptr<Presence> presence;
-  Object<GDBusConnection> connection;
-  Object<GCancellable> cancellable;
-  std::string reason;
-  bool isMade = false;
-  std::thread thread{};
-};
-
+/// A call of GLib's that comes back in any case, once.
 struct BusConnection::Call {
   std::shared_ptr<Presence> presence;
-  Answer answer;
+  HostLoop& loop;
+  Answer answer{};
 };
 
 BusConnection::BusConnection(std::optional<std::string> address, Events events)
@@ -81,35 +71,32 @@ void BusConnection::connect() {
   isConnecting_ = true;
   const auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-  // Made here, so that it is here that it tells its end.
-  auto* made = g_object_new(G_TYPE_DBUS_CONNECTION, "address", address.c_str(), "flags", flags, nullptr);
-  const auto attempt = std::make_shared<Attempt>(presence_, Object<GDBusConnection>(G_DBUS_CONNECTION(made)),
-                                                 Object<GCancellable>(G_CANCELLABLE(g_object_ref(cancellable_.get()))));
   loop_->expectReturn();
-  attempt->thread = std::thread([attempt, &loop = *loop_] {
-    GError* error = nullptr;
-    attempt->isMade =
-        g_initable_init(G_INITABLE(attempt->connection.get()), attempt->cancellable.get(), &error) != FALSE;
-    if (error != nullptr) attempt->reason = error->message;
-    g_clear_error(&error);
-    loop.post([attempt, &loop] {
-      attempt->thread.join();
-      loop.noteReturn();
-      if (attempt->presence->self != nullptr) {
-        attempt->presence->self->finish(*attempt);
-      } else if (attempt->isMade) {
-        close(attempt->connection.get());
-      }
-    });
-  });
+  // A bus may take its time to greet: GLib waits on a thread of its own.
+  g_dbus_connection_new_for_address(
+      address.c_str(), flags, nullptr, cancellable_.get(),
+      [](GObject*, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Call> returning(static_cast<Call*>(data));
+        returning->loop.noteReturn();
+        GError* error = nullptr;
+        Object<GDBusConnection> made(g_dbus_connection_new_for_address_finish(result, &error));
+        const std::string reason = error == nullptr ? "" : error->message;
+        g_clear_error(&error);
+        if (returning->presence->self != nullptr) {
+          returning->presence->self->finish(std::move(made), reason);
+        } else if (made) {
+          close(made.get());
+        }
+      },
+      new Call{presence_, *loop_});
 }
 
-void BusConnection::finish(Attempt& attempt) {
+void BusConnection::finish(Object<GDBusConnection> made, const std::string& reason) {
   isConnecting_ = false;
-  if (attempt.isMade) {
-    adopt(std::move(attempt.connection));
+  if (made) {
+    adopt(std::move(made));
   } else {
-    events_.disconnected(attempt.reason);
+    events_.disconnected(reason);
   }
 }
 
@@ -162,25 +149,20 @@ void BusConnection::call(const std::string& service, const char* path, const cha
 
 void BusConnection::ask(const std::string& service, const char* path, const char* interface, const char* method,
                         GVariant* arguments, Duration timeout, GDBusCallFlags flags, Answer answer) {
-  struct Returning {
-    std::unique_ptr<Call> call;
-    HostLoop& loop;
-  };
   if (!connection_) {
     if (arguments != nullptr) owned(arguments);
     return;
   }
-  auto begun = std::make_unique<Call>(presence_, std::move(answer));
-  calls_.push_back(begun.get());
+  auto* begun = new Call{presence_, *loop_, std::move(answer)};
+  calls_.push_back(begun);
   loop_->expectReturn();
   const auto millis = std::chrono::duration_cast<std::chrono::milliseconds>(timeout).count();
   g_dbus_connection_call(
       connection_.get(), service.c_str(), path, interface, method, arguments, nullptr, flags, static_cast<int>(millis),
       cancellable_.get(),
       [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<Returning> returning(static_cast<Returning*>(data));
-        const auto& call = returning->call;
-        returning->loop.noteReturn();
+        const std::unique_ptr<Call> call(static_cast<Call*>(data));
+        call->loop.noteReturn();
         GError* error = nullptr;
         const Variant value(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error));
         if (auto* self = call->presence->self; self != nullptr) {
@@ -189,7 +171,7 @@ void BusConnection::ask(const std::string& service, const char* path, const char
         }
         g_clear_error(&error);
       },
-      new Returning{std::move(begun), *loop_});
+      begun);
 }
 
 guint BusConnection::subscribe(const char* interface, const char* signal, const char* path, const char* argument,

@@ -75,10 +75,9 @@ class BusConnection {
   struct Presence {
     BusConnection* self;
   };
-  struct Attempt;
   struct Call;
 
-  void finish(Attempt& attempt);
+  void finish(Object<GDBusConnection> made, const std::string& reason);
   void adopt(Object<GDBusConnection> connection);
   void disconnect();
 

@@ -3,38 +3,21 @@
 
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
-#include <sys/timerfd.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <array>
-#include <cstdint>
 
 #include "runtime/Threads.h"
+#include "threads/TimerDescriptor.h"
 
 namespace quillmere {
 
 namespace {
 
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {
-    if (number_ < 0) preconditionFailure("no file descriptor is left for a queue to wait at");
-  }
-  ~Descriptor() { close(number_); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  [[nodiscard]] int number() const { return number_; }
-
- private:
-  int number_;
-};
-
 class EpollParkingLot final : public ParkingLot {
  public:
   EpollParkingLot() {
     add(calls_);
-    add(alarm_);
+    add(alarm_.descriptor());
   }
 
   void wait() override {
@@ -44,16 +27,7 @@ class EpollParkingLot final : public ParkingLot {
 
   void call() override { eventfd_write(calls_.number(), 1); }
 
-  void setAlarm(std::optional<MonotonicTime> time) override {
-    itimerspec value{};
-    if (time) {
-      // A time of zero would mean none at all.
-      const std::int64_t nanos = std::max<std::int64_t>(1, time->time_since_epoch().count());
-      value.it_value.tv_sec = static_cast<time_t>(nanos / 1'000'000'000);
-      value.it_value.tv_nsec = static_cast<long>(nanos % 1'000'000'000);
-    }
-    timerfd_settime(alarm_.number(), TFD_TIMER_ABSTIME, &value, nullptr);
-  }
+  void setAlarm(std::optional<MonotonicTime> time) override { alarm_.set(time); }
 
  private:
   /// Told once for each time it happens, so that nobody has to read it off: a call, or the alarm.
@@ -67,7 +41,7 @@ class EpollParkingLot final : public ParkingLot {
 
   Descriptor set_{epoll_create1(EPOLL_CLOEXEC)};
   Descriptor calls_{eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
-  Descriptor alarm_{timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)};
+  TimerDescriptor alarm_;
 };
 
 }  // namespace
