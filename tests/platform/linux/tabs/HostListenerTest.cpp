@@ -51,6 +51,7 @@ class Hosts : public ::testing::Test {
       return next;
     };
     options.changed = [this] { ++changes; };
+    options.told = [this] { ++tellings; };
     listener = std::make_unique<HostListener>(std::move(options), clocks, log);
   }
   [[nodiscard]] std::string path() const { return folder.path("quillmere/tabs"); }
@@ -90,6 +91,7 @@ class Hosts : public ::testing::Test {
   std::mutex mutex;
   BrowserFacts next{chrome, "chrome"};
   std::atomic<int> changes = 0;
+  std::atomic<int> tellings = 0;
   std::unique_ptr<HostListener> listener;
 };
 
@@ -98,6 +100,18 @@ TEST_F(Hosts, AQueryTellsWindowsAndTabsNumberedFromOne) {
   auto line = host();
   line.say(twoTabs);
   EXPECT_TRUE(tells(twoRecords));
+}
+
+TEST_F(Hosts, WhateverAQueryWouldTellAnewIsToldAndNothingElse) {
+  start();
+  auto line = host();
+  EXPECT_TRUE(becomes([&] { return tellings == 1; })) << "a host that came";
+  line.say(twoTabs);
+  EXPECT_TRUE(becomes([&] { return tellings == 2; })) << "its tabs";
+  ASSERT_TRUE(tells(twoRecords));
+  EXPECT_EQ(tellings, 2) << "a query changes nothing";
+  line.close();
+  EXPECT_TRUE(becomes([&] { return tellings == 3; })) << "its end";
 }
 
 TEST_F(Hosts, ABrowserWithoutACompanionHasNoTabs) {
