@@ -61,6 +61,7 @@ TEST_F(SleepingPolls, AnApplicationThatFallsSilentAfterALongSleepIsLiveForAsLong
   box->advanceSeconds(600.01);
   box->setSounding(spotify, false);
   const auto sleeping = millisLive(spotify);
+  EXPECT_GE(sleeping, 1500);
 
   power();
   box->tellChanges(false);

@@ -58,6 +58,7 @@ class Hosts : public ::testing::Test {
       }
     };
     options.changed = [this] { ++changes; };
+    options.told = [this] { ++tellings; };
     listener = std::make_unique<HostListener>(std::move(options), clocks, log);
   }
   [[nodiscard]] std::string path() const { return folder.path("quillmere/tabs"); }
@@ -100,6 +101,7 @@ class Hosts : public ::testing::Test {
   bool isSlow = false;
   std::vector<std::function<void(BrowserFacts)>> asked;
   std::atomic<int> changes = 0;
+  std::atomic<int> tellings = 0;
   std::unique_ptr<HostListener> listener;
 };
 
@@ -150,6 +152,18 @@ TEST_F(Hosts, ABrowserThatIsFoundAfterTheEndIsNobodys) {
   listener.reset();
   asked.front()({chrome, "chrome"});
   EXPECT_TRUE(slow.ends());
+}
+
+TEST_F(Hosts, WhateverAQueryWouldTellAnewIsToldAndNothingElse) {
+  start();
+  auto line = host();
+  EXPECT_TRUE(becomes([&] { return tellings == 1; })) << "a host that came";
+  line.say(twoTabs);
+  EXPECT_TRUE(becomes([&] { return tellings == 2; })) << "its tabs";
+  ASSERT_TRUE(tells(twoRecords));
+  EXPECT_EQ(tellings, 2) << "a query changes nothing";
+  line.close();
+  EXPECT_TRUE(becomes([&] { return tellings == 3; })) << "its end";
 }
 
 TEST_F(Hosts, ABrowserWithoutACompanionHasNoTabs) {
