@@ -38,6 +38,7 @@ class Killed(Knock):
                         self.enter(Player("paplay", "Sent", 900, AMPLITUDE)),
                         self.enter(Player("gst-pipewire", "Whispered", 1300, AMPLITUDE))]
         # Asks not to be moved: whatever becomes of it is nobody's doing but the daemons' or the machine's.
+        self.began = time.monotonic()
         self.unmoved = self.enter(Player("pw-play", "Unmoved", 1700, AMPLITUDE, extra=UNMOVABLE))
         self.ear = self.enter(Ear(DESK, PHONES))
         self.agent = Agent()
@@ -51,6 +52,15 @@ class Killed(Knock):
         settings.wait_until_stored("quillmere.profiles", lambda value: value[-1]["name"] == "Kept", "Kept is there")
         settings.wait_until_stored("quillmere.duckRule", lambda value: value["restoreDelayMillis"] == 1234, "the rule")
         self.agent.kill()
+
+    def prepare(self):
+        # A tone's file is over after four minutes.
+        if time.monotonic() - self.began < 120:
+            return
+        for player in [*self.players, self.unmoved]:
+            player.stop()
+            player.start()
+        self.began = time.monotonic()
 
     def knock(self, number, random):
         self.agent.start()

@@ -39,8 +39,10 @@ class PlacedAgent(Agent):
         self.program = folder / "placed-agent"
         lines = [f"export {name}={shlex.quote(value)}" for name, value in environment.items()]
         inner = shlex.quote(f"{before} && exec {shlex.quote(str(agent))}")
-        self.program.write_text("\n".join(["#!/bin/sh", *lines, f"exec unshare --mount --propagation private sh -c {inner}", ""]),
-                                encoding="utf-8")
+        # Within a root that is no mount of its own (`--release`) nothing can be made private, and all is already.
+        self.program.write_text("\n".join(["#!/bin/sh", *lines, "how=unchanged",
+                                           "unshare --mount --propagation private true 2> /dev/null && how=private",
+                                           f"exec unshare --mount --propagation $how sh -c {inner}", ""]), encoding="utf-8")
         self.program.chmod(0o700)
 
 

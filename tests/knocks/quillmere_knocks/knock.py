@@ -61,6 +61,9 @@ class Knock:
     def set_up(self):
         pass
 
+    def prepare(self):
+        """Before each try, not counted as part of it."""
+
     def knock(self, number, random):
         raise NotImplementedError
 
@@ -120,6 +123,7 @@ def main(kinds):
         scenario.set_up()
         number = options.first
         while number < options.first + options.count:
+            scenario.prepare()
             if not one_try(scenario, options.seed, options.kind, number):
                 code = NEW_SESSION
                 break

@@ -18,6 +18,7 @@ HEARD_SECONDS = 1.0
 # for the look itself.
 LISTED_SECONDS = 3.5
 QUIET, ROUTED = 0.5, 0.7
+MOST_PLAYED_SECONDS = 120
 
 
 class Staged(Knock):
@@ -42,7 +43,18 @@ class Staged(Knock):
         self.ear.settled(self.tones(), self.ear.mark(), 10, patience=15)
         settings.wait_until_stored("quillmere.appsState", lambda value: self.stored_as_it_should(value), "both applications")
         self.ledger = Ledger(self.agent.process.pid)
+        self.began = time.monotonic()
         self.tries = 0
+
+    def prepare(self):
+        # A tone's file is over after four minutes.
+        if time.monotonic() - self.began < MOST_PLAYED_SECONDS:
+            return
+        for player in self.players:
+            player.stop()
+            player.start()
+        self.began = time.monotonic()
+        self.ear.settled(self.tones(), self.ear.mark(), 10, patience=15)
 
     def tones(self, is_routed=True):
         own = to_db(AMPLITUDE)
