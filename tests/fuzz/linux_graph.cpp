@@ -104,7 +104,11 @@ constexpr std::array<std::string_view, 40> values{"Audio/Sink",
                                                   "",
                                                   "bluez_output.1"};
 
-std::string anyValue(fuzz::Bytes& in) { return std::string(in.byte() < 0xC0 ? in.oneOf(values) : in.text()); }
+/// As the daemon's library hands it out: it ends with its first null byte.
+std::string anyValue(fuzz::Bytes& in) {
+  const auto value = in.byte() < 0xC0 ? in.oneOf(values) : in.text();
+  return std::string(value.substr(0, value.find('\0')));
+}
 
 Properties anyProperties(fuzz::Bytes& in) {
   Properties properties;

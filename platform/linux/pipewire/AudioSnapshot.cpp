@@ -36,6 +36,16 @@ std::vector<std::pair<GlobalID, const Record*>> inOrder(const std::map<GlobalID,
   return ordered;
 }
 
+/// The node's own among the keys that are taken. Two nodes of one name are legal: the later one goes by its serial too,
+/// and by its turn where it has none or another's. A name holds no null byte, so that none reads as another's key.
+std::string keyAmong(std::set<std::string>& taken, const NodeRecord& node) {
+  auto key = node.name;
+  if (taken.insert(key).second) return key;
+  key += '\0' + node.serial;
+  while (!taken.insert(key).second) key += '\0';
+  return key;
+}
+
 std::vector<DeviceSnapshot> takeDevices(const GraphModel& model, const Volumes& pending, ObjectIDs& ids) {
   static const Properties none;
   std::vector<DeviceSnapshot> devices;
@@ -43,8 +53,7 @@ std::vector<DeviceSnapshot> takeDevices(const GraphModel& model, const Volumes& 
   for (const auto& [nodeID, node] : inOrder(model.nodes())) {
     if (!isDevice(*node)) continue;
     DeviceSnapshot device;
-    // Two nodes of one name are legal: the later one goes by its serial too.
-    const auto key = taken.insert(node->name).second ? node->name : node->name + "\n" + node->serial;
+    const auto key = keyAmong(taken, *node);
     device.id = ids.of(deviceKey(key));
     device.node = nodeID;
     device.uid = node->name;

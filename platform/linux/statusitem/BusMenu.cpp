@@ -122,10 +122,12 @@ MenuChange BusMenu::setInk(Ink ink) {
   if (ink == ink_) return change;
   ink_ = ink;
   forEachBelow(root_, [&](const StatusMenuItem& item) {
-    if (item.icon == StatusMenuIcon::none) return;
+    auto mark = property(item.id, "icon-data");
+    // A line has none, whatever it was given.
+    if (!mark) return;
     MenuChange::Properties entry;
     entry.id = item.id;
-    entry.changed.emplace("icon-data", property(item.id, "icon-data"));
+    entry.changed.emplace("icon-data", std::move(mark));
     change.properties.push_back(std::move(entry));
   });
   return change;

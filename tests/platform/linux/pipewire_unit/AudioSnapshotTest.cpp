@@ -1,6 +1,8 @@
 // From the daemon's events to devices, processes and what has changed.
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "Graph.h"
 #include "platform/linux/pipewire/AudioSnapshot.h"
 #include "platform/linux/pipewire/PropertyValue.h"
@@ -32,6 +34,20 @@ TEST_F(AudioSnapshotTest, ADevicesNameIsCutAndCleanedAndItsUIDIsNot) {
   EXPECT_EQ(snapshot.devices[1].name, "Two\xEF\xBF\xBD");
   EXPECT_EQ(snapshot.devices[2].name, std::string(256, 'y'));
   EXPECT_EQ(snapshot.devices[2].uid, std::string(5000, 'y'));
+}
+
+TEST_F(AudioSnapshotTest, OutputsOfOneNameAreAsManyDevicesWhateverTheirSerials) {
+  graph.sink(1, "one", {{"object.serial", ""}});
+  graph.sink(2, "one", {{"object.serial", ""}});
+  graph.sink(3, "one", {{"object.serial", ""}});
+  graph.sink(4, "one", {{"object.serial", "7"}});
+  graph.sink(5, "one", {{"object.serial", "7"}});
+  graph.sink(6, "one\n7");
+  const auto snapshot = take();
+  std::set<AudioObjectID> numbers;
+  for (const auto& device : snapshot.devices) numbers.insert({device.id, device.outputStream});
+  EXPECT_EQ(numbers.size(), 12U);
+  EXPECT_EQ(take().devices, snapshot.devices);
 }
 
 TEST_F(AudioSnapshotTest, ADeviceThatReturnsHasItsOldIDUnderAnotherGlobal) {

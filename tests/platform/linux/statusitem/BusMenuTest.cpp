@@ -208,6 +208,15 @@ TEST_F(BusMenuOf, TheInkChangesTheMarkAlone) {
   EXPECT_TRUE(menu_.setInk(Ink::light).isEmpty());
 }
 
+TEST_F(BusMenuOf, ALineThatWasGivenAMarkHasNoneToChange) {
+  auto line = samples::separator(2);
+  line.icon = StatusMenuIcon::whisper;
+  menu_.replace({line});
+  const auto change = menu_.setInk(Ink::light);
+  EXPECT_TRUE(change.isEmpty());
+  EXPECT_STREQ(g_variant_get_type_string(change.propertiesUpdated().get()), "(a(ia{sv})a(ias))");
+}
+
 TEST(ColorScheme, OnlyDarkAndLightAreAWord) {
   const auto read = [](GVariant* value) { return prefersDark(bus::owned(value).get()); };
   EXPECT_EQ(read(g_variant_new_uint32(1)), std::optional(true));
