@@ -3,9 +3,10 @@
 
 #include <unistd.h>
 
-#include <algorithm>
+#include <memory>
 #include <utility>
 
+#include "statusitem/HostCalls.h"
 #include "statusitem/Interfaces.h"
 
 namespace quillmere::statusitem {
@@ -27,27 +28,11 @@ constexpr const char* colorScheme = "color-scheme";
 
 constexpr const char* programName = "quillmere";
 
-/// A token goes into the environment of a program that is started with it.
-constexpr std::size_t longestToken = 1024;
-
 /// Whether nobody has answered a call, in time or at all.
 bool isSilence(const GError* error) {
   return g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE ||
          g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_TIMEOUT) != FALSE ||
          g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY) != FALSE;
-}
-
-/// The wheel's way in eighths of a degree, positive away from the user; none where it moved sideways.
-///
-/// The interface leaves both unit and sign to the host. Plasma hands on the angle and spells the orientation with a
-/// capital; GNOME's, Xfce's and Sway's panels count steps of the wheel, positive towards the user.
-std::optional<int> wheelAngle(int delta, const char* orientation) {
-  if (g_ascii_strcasecmp(orientation, "vertical") != 0) return std::nullopt;
-  constexpr int notch = 120;
-  constexpr int mostSteps = 15;
-  constexpr int longestWay = 100 * notch;
-  const bool isSteps = g_ascii_islower(orientation[0]) != FALSE && delta > -mostSteps && delta < mostSteps;
-  return isSteps ? -delta * notch : std::clamp(delta, -longestWay, longestWay);
 }
 
 GVariant* emptyPixmaps() { return g_variant_new_array(G_VARIANT_TYPE("(iiay)"), nullptr, 0); }
@@ -57,42 +42,9 @@ GVariant* validString(const std::string& source) {
   return g_variant_new_take_string(g_utf8_make_valid(source.data(), static_cast<gssize>(source.size())));
 }
 
-std::vector<int> integers(GVariant* array) {
-  std::vector<int> values;
-  for (gsize index = 0; index < g_variant_n_children(array); ++index) {
-    gint32 value = 0;
-    g_variant_get_child(array, index, "i", &value);
-    values.push_back(value);
-  }
-  return values;
-}
-
-std::vector<std::string> strings(GVariant* array) {
-  std::vector<std::string> values;
-  for (gsize index = 0; index < g_variant_n_children(array); ++index) {
-    const char* value = nullptr;
-    g_variant_get_child(array, index, "&s", &value);
-    values.emplace_back(value);
-  }
-  return values;
-}
-
-GVariant* integerArray(const std::vector<int>& values) {
-  return g_variant_new_fixed_array(G_VARIANT_TYPE_INT32, values.data(), values.size(), sizeof(gint32));
-}
-
 void refuse(GDBusMethodInvocation* invocation) {
   g_dbus_method_invocation_return_error_literal(invocation, G_DBUS_ERROR, G_DBUS_ERROR_INVALID_ARGS,
                                                 "there is no such entry or property");
-}
-
-/// The answer, or a refusal where it is null.
-void answerOrRefuse(GDBusMethodInvocation* invocation, const Variant& value) {
-  if (value) {
-    g_dbus_method_invocation_return_value(invocation, value.get());
-  } else {
-    refuse(invocation);
-  }
 }
 
 }  // namespace
@@ -325,94 +277,37 @@ GVariant* ItemOnBus::menuProperty(const std::string& name) const {
 // --- what hosts call
 
 void ItemOnBus::itemCalled(const std::string& method, GVariant* arguments, GDBusMethodInvocation* invocation) {
-  if (method == "Activate" || method == "SecondaryActivate") {
-    StatusItemActivation activation;
-    StatusItemPoint point;
-    g_variant_get(arguments, "(ii)", &point.x, &point.y);
-    // Hosts that don't know the place say nought.
-    if (point != StatusItemPoint()) activation.at = point;
-    activation.activationToken = takeToken();
-    events_.activated(activation);
-  } else if (method == "Scroll") {
-    gint32 delta = 0;
-    const char* orientation = nullptr;
-    g_variant_get(arguments, "(i&s)", &delta, &orientation);
-    const auto angle = wheelAngle(delta, orientation);
-    if (angle && *angle != 0) events_.scrolled(*angle);
-  } else if (method == "ProvideXdgActivationToken") {
-    const char* token = nullptr;
-    g_variant_get(arguments, "(&s)", &token);
-    activationToken_ = token;
-    if (activationToken_.size() > longestToken) activationToken_.clear();
-  }
-  // A context click needs nothing: the host shows the menu itself.
+  const auto call = readItemCall(method, arguments);
+  if (call.activation) events_.activated({call.activation->point, takeToken()});
+  if (call.angleDelta) events_.scrolled(*call.angleDelta);
+  if (call.activationToken) activationToken_ = *call.activationToken;
   g_dbus_method_invocation_return_value(invocation, nullptr);
 }
 
 std::string ItemOnBus::takeToken() { return std::exchange(activationToken_, {}); }
 
 void ItemOnBus::menuCalled(const std::string& method, GVariant* arguments, GDBusMethodInvocation* invocation) {
-  const Variant first(g_variant_get_child_value(arguments, 0));
-  if (method == "GetLayout") {
-    gint32 depth = 0;
-    g_variant_get_child(arguments, 1, "i", &depth);
-    const Variant names(g_variant_get_child_value(arguments, 2));
-    answerOrRefuse(invocation, menu_.layout(g_variant_get_int32(first.get()), depth, strings(names.get())));
-  } else if (method == "GetGroupProperties") {
-    const Variant names(g_variant_get_child_value(arguments, 1));
-    answerOrRefuse(invocation, menu_.groupProperties(integers(first.get()), strings(names.get())));
-  } else if (method == "GetProperty") {
-    const char* name = nullptr;
-    g_variant_get_child(arguments, 1, "&s", &name);
-    const auto value = menu_.property(g_variant_get_int32(first.get()), name);
-    answerOrRefuse(invocation, value ? owned(g_variant_new("(v)", value.get())) : nullptr);
-  } else if (method == "Event") {
-    const char* event = nullptr;
-    g_variant_get_child(arguments, 1, "&s", &event);
-    if (menuEvent(g_variant_get_int32(first.get()), event)) {
-      g_dbus_method_invocation_return_value(invocation, nullptr);
-    } else {
+  const auto call = std::make_shared<const MenuCall>(readMenuCall(menu_, method, arguments));
+  for (const auto& event : call->events) menuEvent(event.id, event.name);
+  switch (call->kind) {
+    case MenuCall::Kind::answered:
+      g_dbus_method_invocation_return_value(invocation, call->reply.get());
+      break;
+    case MenuCall::Kind::refused:
       refuse(invocation);
-    }
-  } else if (method == "EventGroup") {
-    std::vector<int> unknown;
-    for (gsize index = 0; index < g_variant_n_children(first.get()); ++index) {
-      gint32 id = 0;
-      const char* event = nullptr;
-      const Variant data = [&] {
-        GVariant* boxed = nullptr;
-        g_variant_get_child(first.get(), index, "(i&svu)", &id, &event, &boxed, nullptr);
-        return Variant(boxed);
-      }();
-      if (!menuEvent(id, event)) unknown.push_back(id);
-    }
-    g_dbus_method_invocation_return_value(invocation, g_variant_new("(@ai)", integerArray(unknown)));
-  } else if (method == "AboutToShow") {
-    if (!menu_.contains(g_variant_get_int32(first.get()))) {
-      refuse(invocation);
-      return;
-    }
-    ask([invocation](bool needsUpdate) {
-      g_dbus_method_invocation_return_value(invocation, g_variant_new("(b)", static_cast<gboolean>(needsUpdate)));
-    });
-  } else if (method == "AboutToShowGroup") {
-    std::vector<int> known;
-    std::vector<int> unknown;
-    for (const auto id : integers(first.get())) (menu_.contains(id) ? known : unknown).push_back(id);
-    ask([invocation, known, unknown](bool needsUpdate) {
-      g_dbus_method_invocation_return_value(
-          invocation,
-          g_variant_new("(@ai@ai)", integerArray(needsUpdate ? known : std::vector<int>()), integerArray(unknown)));
-    });
+      break;
+    case MenuCall::Kind::question:
+      ask([invocation, call](bool needsUpdate) {
+        g_dbus_method_invocation_return_value(invocation, answerTo(*call, needsUpdate).get());
+      });
+      break;
   }
 }
 
-bool ItemOnBus::menuEvent(int id, const std::string& event) {
-  if (!menu_.contains(id)) return false;
+void ItemOnBus::menuEvent(int id, const std::string& event) {
   if (event == "clicked" && menu_.canBeChosen(id)) events_.chosen(id, takeToken());
   // Some hosts tell this and ask nothing beforehand.
   if (event == "opened") ask([](bool) {});
-  return true;
 }
 
 void ItemOnBus::ask(Answer answer) {

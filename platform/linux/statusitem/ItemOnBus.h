@@ -68,8 +68,8 @@ class ItemOnBus {
   GVariant* menuProperty(const std::string& name) const;
   void itemCalled(const std::string& method, GVariant* arguments, GDBusMethodInvocation* invocation);
   void menuCalled(const std::string& method, GVariant* arguments, GDBusMethodInvocation* invocation);
-  /// False for an unknown entry.
-  bool menuEvent(int id, const std::string& event);
+  /// `id` is of an entry that there is.
+  void menuEvent(int id, const std::string& event);
   void ask(Answer answer);
   std::string takeToken();
 
