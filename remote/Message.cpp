@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "remote/MessageType.h"
+#include "wire/Shape.h"
 
 namespace quillmere {
 
@@ -15,6 +16,7 @@ std::string encodeMessage(const nlohmann::json& message) {
 }
 
 std::optional<nlohmann::json> decodeMessage(const std::string& bytes) {
+  if (!wire::hasShapeOfMessage(bytes)) return std::nullopt;
   auto message = nlohmann::json::from_cbor(bytes, true, false);
   if (message.is_discarded()) return std::nullopt;
   return message;

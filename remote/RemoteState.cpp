@@ -66,7 +66,7 @@ void RemoteState::takeField(const std::string& name, const json& value) {
       return;
     }
     try {
-      field.set(value.get<std::remove_cvref_t<decltype(field.get())>>());
+      field.set(readAs<std::remove_cvref_t<decltype(field.get())>>(value));
     } catch (const std::exception& error) {
       Logger(log_, "RemoteState").error("ignored a value of \"" + name + "\": " + error.what());
     }
@@ -77,7 +77,8 @@ void RemoteState::takeField(const std::string& name, const json& value) {
 void RemoteState::noteChanged(const void* field) { heldBack_->lastCalls[field] = sent_; }
 
 void RemoteState::notePerformed() {
-  ++performed_;
+  // More than were sent is a mistake of the other end's; what is sent from now on is held back all the same.
+  performed_ = std::min(performed_ + 1, sent_);
   auto& values = heldBack_->values;
   for (auto next = values.begin(); next != values.end();) {
     const auto at = next++;

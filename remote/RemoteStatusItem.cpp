@@ -35,16 +35,16 @@ bool RemoteStatusItem::take(const json& message) {
   const auto type = messageType(message);
   try {
     if (type == wire::statusItemAvailable) {
-      setAvailable(message.at("isAvailable").get<bool>());
+      setAvailable(readAs<bool>(message.at("isAvailable")));
     } else if (type == wire::statusItemActivated) {
       if (activated_) activated_({});
     } else if (type == wire::statusItemChosen) {
-      const auto id = message.at("id").get<int>();
+      const auto id = readAs<int>(message.at("id"));
       if (chosen_) chosen_(id, {});
     } else if (type == wire::statusItemAboutToShow) {
       if (aboutToShow_) aboutToShow_();
     } else if (type == wire::statusItemScroll) {
-      const auto delta = message.at("angleDelta").get<int>();
+      const auto delta = readAs<int>(message.at("angleDelta"));
       if (scroll_) scroll_(delta);
     } else {
       return false;

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <exception>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 #include <utility>
 
 #include "remote/MessageType.h"
@@ -27,6 +28,17 @@ constexpr Duration tendPeriod = std::chrono::seconds(30);
 json message(const char* type) { return {{"type", type}}; }
 
 json message(const char* type, const std::string& window) { return {{"type", type}, {"window", window}}; }
+
+bool isWindow(const std::string& identifier) {
+  return identifier == WindowsProcess::mainWindow || identifier == WindowsProcess::onboardingWindow;
+}
+
+/// Throws for a window that there is none of.
+std::string windowIn(const json& received) {
+  auto identifier = received.at("window").get<std::string>();
+  if (!isWindow(identifier)) throw std::invalid_argument("no window is called so");
+  return identifier;
+}
 }  // namespace
 
 struct WindowsProcess::Guard {
@@ -202,7 +214,7 @@ void WindowsProcess::togglePopover(const StatusItemActivation& activation) {
 }
 
 void WindowsProcess::open(const std::string& identifier, const ActivationRequest& request) {
-  if (identifier != mainWindow && identifier != onboardingWindow) return;
+  if (!isWindow(identifier)) return;
   auto asked = message(wire::openWindow, identifier);
   asked["token"] = request.activationToken;
   if (request.section) asked["section"] = *request.section;
@@ -275,6 +287,14 @@ void WindowsProcess::greet(const json& received) {
   intents_.halvesDiffer(version);
 }
 
+std::uint64_t WindowsProcess::numberSeen(const json& received) const {
+  const auto& seen = received.at("seen");
+  if (!seen.is_number_unsigned() || seen.get<std::uint64_t>() > asked_) {
+    throw std::out_of_range("nothing of that number was sent");
+  }
+  return seen.get<std::uint64_t>();
+}
+
 void WindowsProcess::takeWindowMessage(const std::string& type, const json& received) {
   if (type == wire::openMainWindow) {
     ActivationRequest request;
@@ -287,15 +307,15 @@ void WindowsProcess::takeWindowMessage(const std::string& type, const json& rece
   } else if (type == wire::quit) {
     terminate();
   } else if (type == wire::windowShown) {
-    const auto identifier = received.at("window").get<std::string>();
+    const auto identifier = windowIn(received);
     isVisible_[identifier] = true;
     // One that returns has been there: nothing begins with it.
     if (returning_.erase(identifier) == 0 && identifier == mainWindow) intents_.mainWindowShown();
   } else if (type == wire::windowBecameKey) {
-    const auto identifier = received.at("window").get<std::string>();
+    const auto identifier = windowIn(received);
     for (const auto& observer : becameKey_) observer(identifier);
   } else if (type == wire::windowHidden) {
-    const auto identifier = received.at("window").get<std::string>();
+    const auto identifier = windowIn(received);
     if (received.at("isClosing").get<bool>()) {
       for (const auto& observer : willClose_) observer(identifier);
     }
@@ -303,13 +323,13 @@ void WindowsProcess::takeWindowMessage(const std::string& type, const json& rece
   } else if (type == wire::begun) {
     watch_.tookUp();
   } else if (type == wire::taken) {
-    const auto seen = received.at("seen").get<std::uint64_t>();
+    const auto seen = numberSeen(received);
     pending_.erase(pending_.begin(), pending_.upper_bound(seen));
     watch_.done(seen);
     isAskedAgain_ = false;
   } else if (type == wire::idle) {
     oldTrayPause_ = firstPause;
-    if (received.at("seen").get<std::uint64_t>() == asked_) stop();
+    if (numberSeen(received) == asked_) stop();
   }
 }
 

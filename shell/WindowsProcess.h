@@ -79,6 +79,8 @@ class WindowsProcess final : public ProgramWindows {
   void send(const nlohmann::json& sent);
   void take(const nlohmann::json& received);
   void greet(const nlohmann::json& received);
+  /// The number of a message that was sent; throws for any other.
+  [[nodiscard]] std::uint64_t numberSeen(const nlohmann::json& received) const;
   void takeWindowMessage(const std::string& type, const nlohmann::json& received);
 
   WindowsLauncher& launcher_;

@@ -11,25 +11,20 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <nlohmann/json.hpp>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "applications/SmallFile.h"
 #include "tabs/Browsers.h"
+#include "tabs/HostManifest.h"
 
 namespace quillmere {
 
 namespace {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::json;
 
-/// Under which browsers know the program.
-constexpr const char* hostName = "app.quillmere.tabs";
-/// The companion's, in every browser: it follows from the key in its manifest.
-constexpr const char* companionOrigin = "chrome-extension://ofdbjeondmijpognfmoldoglkjejkcal/";
 constexpr const char* userFolder = "NativeMessagingHosts";
 
 std::string variable(const char* name) {
@@ -68,7 +63,7 @@ const tabs::Browser* find(const std::string& key) {
   return found != known.end() ? &*found : nullptr;
 }
 
-std::string manifestName() { return std::string(hostName) + ".json"; }
+std::string manifestName() { return std::string(tabs::hostName) + ".json"; }
 
 /// The user's manifests: the usual folder's, and those of the channels that are there.
 std::vector<fs::path> manifestsOf(const tabs::Browser& browser, const std::string& configHome) {
@@ -81,16 +76,6 @@ std::vector<fs::path> manifestsOf(const tabs::Browser& browser, const std::strin
     }
   }
   return manifests;
-}
-
-std::string manifestText(const std::string& program) {
-  const Json manifest{{"name", hostName},
-                      {"description", "Tells Quillmere this browser's tabs."},
-                      {"path", program},
-                      {"type", "stdio"},
-                      {"allowed_origins", {companionOrigin}}};
-  // A path need not be text.
-  return manifest.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
 /// What is missing of the folder is made for the user alone, as the browser would: it keeps its profiles there, and
@@ -130,13 +115,8 @@ bool LinuxBrowserSetUp::isWorking(const std::string& manifest) const {
   std::string problem;
   const auto text = applications::readSmallFile(manifest, problem);
   if (!text) return false;
-  const auto told = Json::parse(*text, nullptr, false);
-  if (!told.is_object()) return false;
-  const auto program = told.find("path");
-  const auto origins = told.find("allowed_origins");
-  if (program == told.end() || !program->is_string() || origins == told.end() || !origins->is_array()) return false;
-  return std::ranges::find(*origins, Json(companionOrigin)) != origins->end() &&
-         ::access(program->get_ref<const std::string&>().c_str(), X_OK) == 0;
+  const auto program = tabs::programInManifest(*text);
+  return program && ::access(program->c_str(), X_OK) == 0;
 }
 
 std::vector<InstalledBrowser> LinuxBrowserSetUp::browsers() {
@@ -164,7 +144,7 @@ BrowserSetUp::Failure LinuxBrowserSetUp::install(const std::string& key) {
   if (options_.hostProgram.empty()) return "the program for browsers to start is missing";
   if (configHome_.empty()) return "this user has no configuration folder";
   for (const auto& manifest : manifestsOf(*browser, configHome_)) {
-    if (auto failure = write(manifest, manifestText(options_.hostProgram))) return failure;
+    if (auto failure = write(manifest, tabs::manifestText(options_.hostProgram))) return failure;
   }
   return std::nullopt;
 }

@@ -24,9 +24,9 @@ inline void to_json(nlohmann::json& form, const StatusMenuItem& item) {
 inline void from_json(const nlohmann::json& form, StatusMenuItem& item) {
   item.kind = enumerated(form.at("kind"), StatusMenuItem::Kind::submenu);
   item.icon = enumerated(form.at("icon"), StatusMenuIcon::whisper);
-  form.at("id").get_to(item.id);
+  readInto(form.at("id"), item.id);
   form.at("title").get_to(item.title);
-  form.at("isEnabled").get_to(item.isEnabled);
+  readInto(form.at("isEnabled"), item.isEnabled);
   item.isChecked = form.at("isChecked").get<std::optional<bool>>();
   form.at("key").get_to(item.key);
   form.at("children").get_to(item.children);

@@ -392,5 +392,62 @@ TEST_F(Remote, BytesThatAreNoMessageAreNone) {
   EXPECT_FALSE(decodeMessage(encodeMessage(json{{"type", "call"}}).substr(0, 5)));
 }
 
+TEST_F(Remote, BytesMadeToTakeAReadersStackAreNoMessage) {
+  constexpr std::size_t many = std::size_t{1} << 20U;
+  EXPECT_FALSE(decodeMessage(std::string(many, '\x81')).has_value()) << "lists in one another";
+  EXPECT_FALSE(decodeMessage(std::string(many, '\x7F')).has_value()) << "texts in pieces, in one another";
+  EXPECT_FALSE(decodeMessage(std::string(many, '\xC0')).has_value()) << "tags of tags";
+  EXPECT_FALSE(decodeMessage(std::string("\x9B\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", 9)).has_value()) << "an endless list";
+  EXPECT_FALSE(decodeMessage(std::string("\x01\x01", 2)).has_value()) << "two messages";
+  auto deep = json::array();
+  for (int level = 0; level < 40; ++level) deep = json::array({deep});
+  EXPECT_EQ(decodeMessage(encodeMessage(deep)), deep);
+}
+
+TEST_F(Remote, ANumberOfAnotherKindIsRefusedAndNotTakenForAnother) {
+  startWithThree();
+  connect();
+  const auto call = [this](const char* name, const json& value) {
+    EXPECT_TRUE(host->take({{"type", "call"}, {"name", name}, {"arguments", {value}}}));
+  };
+  for (const json& minutes : {json(true), json(1.5), json(1e300), json(std::int64_t{1} << 40), json("9")}) {
+    call("setPomodoroFocusMinutes", minutes);
+    EXPECT_EQ(*state().pomodoroFocusMinutes(), 25) << minutes;
+  }
+  for (const json& pauses : {json(0), json(nullptr)}) {
+    call("setPauseOnHeadphoneDisconnect", pauses);
+    EXPECT_TRUE(*state().pauseOnHeadphoneDisconnect()) << pauses;
+  }
+  call("setMasterGain", true);
+  EXPECT_NE(*state().masterGain(), 1.0F);
+  call("setPomodoroFocusMinutes", 9);
+  EXPECT_EQ(*state().pomodoroFocusMinutes(), 9);
+}
+
+TEST_F(Remote, AProfileThatHoldsAnApplicationTwiceIsRefusedAtTheBorder) {
+  startWithThree();
+  state().addProfile("Evening");
+  connect();
+  auto profile = state().profiles()->back();
+  profile.apps.push_back(profile.apps.front());
+  remote->updateProfile(profile);
+  deliver();
+  EXPECT_EQ(state().profiles()->back().apps.size(), 3U);
+  remote->applyProfile(profile.id);
+  deliver();
+  EXPECT_EQ(*state().activeProfileID(), profile.id) << "the mixer is still there";
+}
+
+TEST_F(Remote, AMixerThatEndsMoreCallsThanWereSentDoesNotUndoTheNextOne) {
+  startWithThree();
+  connect();
+  for (int time = 0; time < 3; ++time) EXPECT_TRUE(remote->take({{"type", "performed"}}));
+  remote->setMasterGain(0.25F);
+  EXPECT_TRUE(remote->take({{"type", "field"}, {"name", "masterGain"}, {"value", 0.5}}));
+  EXPECT_EQ(*remote->masterGain(), 0.25F) << "older news";
+  deliver();
+  EXPECT_EQ(*remote->masterGain(), 0.25F);
+}
+
 }  // namespace
 }  // namespace quillmere

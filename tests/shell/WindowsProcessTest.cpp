@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "StateFixture.h"
@@ -272,6 +274,14 @@ TEST_F(WindowsOfTheProgram, NonsenseIsLoggedAndIgnored) {
   EXPECT_TRUE(windows.isRunning());
 }
 
+TEST_F(WindowsOfTheProgram, AWindowThatThereIsNoneOfIsNotListed) {
+  windows.open("main");
+  for (const auto* type : {"windowShown", "windowBecameKey", "windowHidden"}) {
+    say({{"type", type}, {"window", "another"}, {"isClosing", false}});
+  }
+  EXPECT_TRUE(windows.windows().empty());
+}
+
 TEST_F(WindowsOfTheProgram, AProgramThatCannotStartItsWindowsGoesOn) {
   launcher.fails = true;
   windows.togglePopover({});
@@ -440,6 +450,16 @@ TEST_F(WindowsThatHang, TheOpenMainWindowComesBackAndTheWishAfterIt) {
   sayWindow("windowShown");
   EXPECT_TRUE(events.empty()) << "nothing begins with a window that comes back";
   EXPECT_EQ(windows.windows(), (std::vector<WindowInfo>{{"main", true}}));
+}
+
+TEST_F(WindowsThatHang, AreNotBelievedToHaveDealtWithWhatTheyWereNeverAsked) {
+  showMain();
+  for (const json& seen : {json(std::numeric_limits<std::uint64_t>::max()), json(-1), json(1e300), json(true)}) {
+    say({{"type", "taken"}, {"seen", seen}});
+  }
+  windows.togglePopover({});
+  box->advanceSeconds(5.0);
+  EXPECT_EQ(launcher.lines.size(), 2U);
 }
 
 TEST_F(WindowsThatHang, AWindowThatWasClosedDoesNotComeBack) {

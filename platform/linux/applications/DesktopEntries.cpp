@@ -220,10 +220,15 @@ std::shared_ptr<const DesktopEntries> DesktopEntries::read(const Places& places,
   Reader reader(places);
   for (const auto& folder : places.folders) reader.readFolder(fs::path(folder) / "applications");
   reader.omissions.tell(report);
-  auto entries = std::make_shared<DesktopEntries>();
-  entries->entries_ = std::move(reader.entries);
-  entries->index(places.searchPath);
-  return entries;
+  return of(std::move(reader.entries), places.searchPath);
+}
+
+std::shared_ptr<const DesktopEntries> DesktopEntries::of(std::vector<DesktopEntry> entries,
+                                                         const std::string& searchPath) {
+  auto indexed = std::make_shared<DesktopEntries>();
+  indexed->entries_ = std::move(entries);
+  indexed->index(searchPath);
+  return indexed;
 }
 
 std::optional<DesktopEntry> DesktopEntries::readFile(const Places& places, const std::string& path) {

@@ -42,6 +42,9 @@ class DesktopEntries {
   /// Reads them all; an entry in an earlier folder hides those of the same id in later ones. Broken files are left out,
   /// and reported together in one text. [any but main]
   [[nodiscard]] static std::shared_ptr<const DesktopEntries> read(const Places& places, const Report& report);
+  /// Of entries that have been read already, the most important first. [any but main]
+  [[nodiscard]] static std::shared_ptr<const DesktopEntries> of(std::vector<DesktopEntry> entries,
+                                                                const std::string& searchPath);
   /// Reads one file, wherever it is; below one of the folders it has the id that it has there. Absent if it is no
   /// application's. [any but main]
   [[nodiscard]] static std::optional<DesktopEntry> readFile(const Places& places, const std::string& path);

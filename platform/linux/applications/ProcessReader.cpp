@@ -36,22 +36,6 @@ std::string readStart(const std::string& path, std::size_t limit) {
   return text;
 }
 
-std::vector<std::string> wordsOf(std::string_view text) {
-  std::vector<std::string> words;
-  while (!text.empty()) {
-    const auto end = text.find('\0');
-    words.emplace_back(text.substr(0, end));
-    if (end == std::string_view::npos) break;
-    text.remove_prefix(end + 1);
-  }
-  return words;
-}
-
-/// Some programs write their whole command line into one word; that says nothing the executable does not.
-bool isOneLine(const std::vector<std::string>& words) {
-  return words.size() == 1 && words[0].find(' ') != std::string::npos;
-}
-
 }  // namespace
 
 ProcessReader::ProcessReader(std::string procRoot, std::uint32_t userID)
@@ -86,8 +70,7 @@ std::optional<ProcessFacts> ProcessReader::read(std::int32_t pid) const {
   ProcessFacts process;
   process.executable = executableOf(pid);
   if (process.executable.empty()) return std::nullopt;
-  process.words = wordsOf(readStart(folder + "/cmdline", maxFileBytes));
-  if (isOneLine(process.words)) process.words.clear();
+  process.words = wordsOfCommandLine(readStart(folder + "/cmdline", maxFileBytes));
   process.shortName = readStart(folder + "/comm", 64);
   while (process.shortName.ends_with('\n')) process.shortName.pop_back();
   process.cgroup = readStart(folder + "/cgroup", maxFileBytes);
@@ -105,6 +88,19 @@ std::string ProcessReader::executableOf(std::int32_t pid) const {
   constexpr std::string_view deleted = " (deleted)";
   if (path.ends_with(deleted)) path.resize(path.size() - deleted.size());
   return path;
+}
+
+std::vector<std::string> wordsOfCommandLine(std::string_view text) {
+  std::vector<std::string> words;
+  while (!text.empty()) {
+    const auto end = text.find('\0');
+    words.emplace_back(text.substr(0, end));
+    if (end == std::string_view::npos) break;
+    text.remove_prefix(end + 1);
+  }
+  // One line in one word says nothing that the executable does not.
+  if (words.size() == 1 && words[0].find(' ') != std::string::npos) words.clear();
+  return words;
 }
 
 std::string flatpakIDOfInfo(std::string_view text) {

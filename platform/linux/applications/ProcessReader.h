@@ -48,6 +48,9 @@ class ProcessReader {
   std::uint32_t userID_;
 };
 
+/// The words in the text of /proc/PID/cmdline; none where a program has written its whole command line into one word.
+[[nodiscard]] std::vector<std::string> wordsOfCommandLine(std::string_view text);
+
 /// The name in the [Application] group of a .flatpak-info file; empty if there is none.
 [[nodiscard]] std::string flatpakIDOfInfo(std::string_view text);
 

@@ -1,6 +1,7 @@
 // Small files below /proc.
 #include "tabs/BrowserOfHost.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -16,17 +17,21 @@ constexpr std::string_view gone = " (deleted)";
 
 }  // namespace
 
+std::int32_t parentInStat(std::string_view text) {
+  // "pid (name) state parent ..."; the name may hold anything.
+  const auto end = text.rfind(')');
+  if (end == std::string_view::npos) return 0;
+  std::istringstream rest{std::string(text.substr(end + 1))};
+  char state = 0;
+  std::int32_t parent = 0;
+  return rest >> state >> parent ? std::max(parent, 0) : 0;
+}
+
 std::int32_t parentOf(const std::string& procRoot, std::int32_t pid) {
   std::ifstream file(procRoot + '/' + std::to_string(pid) + "/stat");
   std::string line;
   std::getline(file, line, '\0');
-  // "pid (name) state parent ..."; the name may hold anything.
-  const auto end = line.rfind(')');
-  if (end == std::string::npos) return 0;
-  std::istringstream rest(line.substr(end + 1));
-  char state = 0;
-  std::int32_t parent = 0;
-  return rest >> state >> parent ? parent : 0;
+  return parentInStat(line);
 }
 
 std::string programOf(const std::string& procRoot, std::int32_t pid) {

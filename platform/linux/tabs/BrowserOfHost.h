@@ -3,8 +3,12 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace quillmere::tabs {
+
+/// The parent in the text of /proc/PID/stat; 0 where there is none. Pure: [any].
+[[nodiscard]] std::int32_t parentInStat(std::string_view text);
 
 /// The parent of a process; 0 where there is none to be found. [any]
 [[nodiscard]] std::int32_t parentOf(const std::string& procRoot, std::int32_t pid);

@@ -21,6 +21,12 @@ TEST(BrowserOfAHost, IsItsParentWhateverTheHostIsCalled) {
   EXPECT_EQ(parentOf(proc.path(), 10), 0);
 }
 
+TEST(BrowserOfAHost, IsNobodyWhereTheKernelsTextIsNoneOrNamesNoProcess) {
+  for (const auto* text : {"", "7", ")", "7 (a) S", "7 (a) S x", "7 (a) S 99999999999999999999", "7 (a) S -1"}) {
+    EXPECT_EQ(parentInStat(text), 0) << text;
+  }
+}
+
 TEST(BrowserOfAHost, IsKnownByItsFileThoughAnUpdateHasRemovedThat) {
   const support::TemporaryFolder proc;
   proc.link("42/exe", "/usr/lib/chromium/chromium");
