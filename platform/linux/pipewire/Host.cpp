@@ -277,16 +277,12 @@ void Host::publish() {
   tell(*before, std::make_shared<const AudioSnapshot>(std::move(fresh)));
 }
 
-void Host::tell(const AudioSnapshot& before, std::shared_ptr<const AudioSnapshot> fresh) {
+void Host::tell(const AudioSnapshot& before, const std::shared_ptr<const AudioSnapshot>& fresh) {
   auto changes = differences(before, *fresh);
   const bool isAnother = before != *fresh;
   {
     const std::lock_guard lock(shared_.mutex);
-    if (isSynced_ && !shared_.isComplete && (fresh->defaultOutput != 0 || fresh->devices.empty())) {
-      shared_.isComplete = true;
-      shared_.complete.notify_all();
-    }
-    shared_.snapshot = std::move(fresh);
+    shared_.snapshot = fresh;
     shared_.graphRate = model_.graphRate();
     for (auto& [tap, rate] : shared_.tapRates) {
       const double now = director_.rate(tap);
@@ -295,6 +291,11 @@ void Host::tell(const AudioSnapshot& before, std::shared_ptr<const AudioSnapshot
   }
   listeners.tell(changes);
   if (isAnother) changed.raise();
+  if (isSynced_ && (fresh->defaultOutput != 0 || fresh->devices.empty())) {
+    // Last: whoever waits for it listens for what comes after it.
+    const std::lock_guard lock(shared_.mutex);
+    if (!std::exchange(shared_.isComplete, true)) shared_.complete.notify_all();
+  }
 }
 
 // --- writes ----------------------------------------------------------------------------------------------------------

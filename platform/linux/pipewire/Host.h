@@ -91,7 +91,7 @@ class Host {
  private:
   void flush();
   void publish();
-  void tell(const AudioSnapshot& before, std::shared_ptr<const AudioSnapshot> fresh);
+  void tell(const AudioSnapshot& before, const std::shared_ptr<const AudioSnapshot>& fresh);
   [[nodiscard]] DefaultOutput::Facts factsOf(const AudioSnapshot& fresh) const;
   /// After whatever may have changed what the director is at.
   void attend();
