@@ -101,7 +101,8 @@ def main():
         settled(ours)
         settled(peer)
         tell("20 paused applications", ours, peer, ("value <= 2", "value <= 0.03 and ratio < 1"))
-        figure("threads of the idle program", len(wakeups(ours.pid)), "threads", "pavucontrol", len(wakeups(peer.pid)))
+        figure("threads of the idle program", len(wakeups(ours.pid)), "threads", "pavucontrol", len(wakeups(peer.pid)),
+               "value <= 6")
         figure("memory of the idle program", resident_mib(ours.pid), "MiB", "pavucontrol", resident_mib(peer.pid))
         stack.enter_context(Player("pw-play", "Untouched", 500))
         settled(ours)

@@ -143,7 +143,9 @@ QImage drawWave(const SignalWave& wave, QSize pixels, double scale, double margi
   image.fill(Qt::transparent);
   if (pixels.isEmpty() || !(scale > 0) || !(wave.width() > 0)) return image;
 
-  const Inks& inks = inksFor({lineWidth, scale, color.rgba(), wave.isStill()});
+  // By its name: GCC 14 takes what is found by a temporary for a part of it.
+  const Inks::Look look{lineWidth, scale, color.rgba(), wave.isStill()};
+  const Inks& inks = inksFor(look);
   const int columns = pixels.width();
   const int rows = pixels.height();
   const double width = wave.width();
