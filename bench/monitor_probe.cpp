@@ -1,9 +1,9 @@
 // Watches a steady tone at a device's monitor, and at whatever else is linked to it, and tells when it changes.
-// monitor_probe SINK HZ: prints "PLACE steady" once the tone has been a sine for 0.2 s, then "PLACE changed NANOSECONDS"
-// at the first sample that doesn't continue the sine, then "PLACE steady" again, and so on until it is ended. The moment
-// is that at which the sample was handed over (monotonic clock), and its place among those that came with it. PLACE is
-// "monitor", and "link" for the node quillmere-bench-link, which nothing is linked to by itself. What comes out of a node
-// of the graph is seen there in the cycle in which it is made, at a monitor only in the next.
+// monitor_probe SINK HZ: prints "PLACE steady" once the tone has been a sine for 0.2 s, then "PLACE changed
+// NANOSECONDS" at the first sample that doesn't continue the sine, then "PLACE steady" again, and so on until it is
+// ended. The moment is that at which the sample was handed over (monotonic clock), and its place among those that came
+// with it. PLACE is "monitor", and "link" for the node quillmere-bench-link, which nothing is linked to by itself. What
+// comes out of a node of the graph is seen there in the cycle in which it is made, at a monitor only in the next.
 #include <pipewire/pipewire.h>
 #include <spa/param/audio/format-utils.h>
 

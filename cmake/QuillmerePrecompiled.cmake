@@ -23,7 +23,7 @@ function(quillmere_precompile target)
   # Out of a precompiled header GCC no longer keeps to itself what it believes of the library's own strings, once it has
   # inlined them. Builds without one still look for these.
   target_compile_options(${target} PRIVATE
-    $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds$<SEMICOLON>-Wno-stringop-overflow$<SEMICOLON>-Wno-stringop-overread$<SEMICOLON>-Wno-restrict>)
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds$<SEMICOLON>-Wno-stringop-overflow$<SEMICOLON>-Wno-restrict>)
   if(ARG_WITH)
     string(MAKE_C_IDENTIFIER "QUILLMERE_PRECOMPILED_${ARG_WITH}_${ARG_UNPARSED_ARGUMENTS}" key)
     get_property(owner GLOBAL PROPERTY ${key})

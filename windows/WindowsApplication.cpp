@@ -16,6 +16,7 @@
 #include <thread>
 #include <utility>
 
+#include "core/Product.h"
 #include "remote/MessageType.h"
 #include "remote/RemoteState.h"
 #include "remote/RemoteStatusItem.h"

@@ -63,7 +63,11 @@ const tabs::Browser* find(const std::string& key) {
   return found != known.end() ? &*found : nullptr;
 }
 
-std::string manifestName() { return std::string(tabs::hostName) + ".json"; }
+std::string manifestName() {
+  std::string name(tabs::hostName);
+  name += ".json";
+  return name;
+}
 
 /// The user's manifests: the usual folder's, and those of the channels that are there.
 std::vector<fs::path> manifestsOf(const tabs::Browser& browser, const std::string& configHome) {

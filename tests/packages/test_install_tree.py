@@ -155,7 +155,7 @@ class WhatIsInstalled(Installed):
 
     def test_the_manifest_lets_our_companion_alone_start_the_host(self):
         manifest = json.loads(self.text("etc/chromium/native-messaging-hosts/app.quillmere.tabs.json"))
-        source = (ROOT / "platform/linux/LinuxBrowserSetUp.cpp").read_text(encoding="utf-8")
+        source = (ROOT / "platform/linux/tabs/HostManifest.cpp").read_text(encoding="utf-8")
         self.assertEqual(manifest["name"], "app.quillmere.tabs")
         self.assertEqual(manifest["type"], "stdio")
         self.assertEqual(len(manifest["allowed_origins"]), 1)

@@ -48,6 +48,7 @@ TEST_F(BrowserTabStream, AllFiveBrowsersAreAskedOnceEveryThreeSeconds) {
        {chrome, "com.brave.Browser", "company.thebrowser.Browser", "com.microsoft.edgemac", safari}) {
     box->launch(bundleID, bundleID);
   }
+  box->browsers.setTellsChanges(false);
   box->start();
   poll();
   asked();
@@ -56,6 +57,20 @@ TEST_F(BrowserTabStream, AllFiveBrowsersAreAskedOnceEveryThreeSeconds) {
   box->advanceSeconds(0.1);
   EXPECT_THAT(asked(), ::testing::UnorderedElementsAre(chrome, "com.brave.Browser", "company.thebrowser.Browser",
                                                        "com.microsoft.edgemac", safari));
+}
+
+TEST_F(BrowserTabStream, ABrowserWhoseTabsStayIsNotAskedAgainUntilOneChanges) {
+  box->browsers.setText(safari, oneTab);
+  box->launch(safari, "Safari");
+  box->start();
+  poll();
+  poll();
+  asked();
+  box->advanceSeconds(60.0);
+  EXPECT_THAT(asked(), IsEmpty());
+  box->browsers.setText(safari, "");
+  poll();
+  EXPECT_THAT(asked(), ElementsAre(safari));
 }
 
 TEST_F(BrowserTabStream, ABrowserOfAutoDuckThatHasNoScriptIsNotAsked) {

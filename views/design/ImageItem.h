@@ -19,8 +19,8 @@ class ImageItem : public QQuickItem {
  protected:
   /// The picture has to be painted anew before the next frame.
   void repaint();
-  /// Paints a picture of so many device pixels, scale of them to a point. A null image shows nothing; one that leaves out
-  /// what would be clear says by its offset where it lies in the whole.
+  /// Paints a picture of so many device pixels, scale of them to a point. A null image shows nothing; one that leaves
+  /// out what would be clear says by its offset where it lies in the whole.
   [[nodiscard]] virtual QImage paintPicture(QSize pixels, double scale) = 0;
   [[nodiscard]] virtual double margin() const { return 0; }
   /// The software renderer can't add light; subclasses that glow ask.

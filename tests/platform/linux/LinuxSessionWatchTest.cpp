@@ -150,7 +150,9 @@ TEST(SessionWatchDeathTest, ASignalAfterItsEndIsTheSystemsMatter) {
   EXPECT_EXIT(
       {
         LoopExecutor main;
-        { LinuxSessionWatch(main).onEndRequested([] {}); }
+        {
+          LinuxSessionWatch(main).onEndRequested([] {});
+        }
         std::raise(SIGTERM);
         std::_Exit(1);
       },
