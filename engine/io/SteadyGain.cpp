@@ -7,6 +7,8 @@
 
 #if defined(__x86_64__)
 #include <immintrin.h>
+#elif defined(__aarch64__)
+#include <arm_neon.h>
 #endif
 
 namespace quillmere::io {
@@ -21,6 +23,11 @@ float steadyGainScalar(const float* input, float* output, std::size_t count, flo
   }
   return peak;
 }
+
+// All forms but SSE2's read the first and the last vector before anything is written and write them after all others:
+// they overlap their neighbours, and input and output may be the same memory. What lies between is written a whole
+// vector at a time from where one fits: stores that straddle two cache lines cost as much as two. No sample is done by
+// itself.
 
 #if defined(__x86_64__)
 
@@ -54,10 +61,6 @@ float steadyGainSSE2(const float* input, float* output, std::size_t count, float
   peak = largestLane(_mm_max_ps(peak0, peak1));
   return steadyGainScalar(input + i, output + i, count - i, gain, peak);
 }
-
-// The wider forms read the first and the last vector before anything is written and write them after all others: they
-// overlap their neighbours, and input and output may be the same memory. What lies between is written a whole vector at
-// a time from where one fits: stores that straddle two cache lines cost as much as two. No sample is done by itself.
 
 [[gnu::target("avx2")]] float steadyGainAVX2(const float* input, float* output, std::size_t count, float gain,
                                              float peak) {
@@ -165,6 +168,57 @@ bool hasAVX512() {
 }
 
 const SteadyGainKernel steadyGain = hasAVX512() ? steadyGainAVX512 : hasAVX2() ? steadyGainAVX2 : steadyGainSSE2;
+
+#elif defined(__aarch64__)
+
+namespace {
+
+/// Of each lane what is larger without its sign. Neither of the processor's own maxima will do: one hands on a sample
+/// that is no number, the other does so with a signalling one. A comparison with either is false.
+float32x4_t louder(float32x4_t samples, float32x4_t loudest) {
+  return vbslq_f32(vcagtq_f32(samples, loudest), samples, loudest);
+}
+
+}  // namespace
+
+float steadyGainNEON(const float* input, float* output, std::size_t count, float gain, float peak) {
+  constexpr std::size_t lanes = 4;
+  if (count < lanes) return steadyGainScalar(input, output, count, gain, peak);
+  const float32x4_t gains = vdupq_n_f32(gain);
+  const float32x4_t head = vld1q_f32(input);
+  const float32x4_t tail = vld1q_f32(input + count - lanes);
+  // Four of them: one would make every step wait for the one before. They keep their signs until the end.
+  float32x4_t loudest0 = louder(head, vdupq_n_f32(peak));
+  float32x4_t loudest1 = louder(tail, vdupq_n_f32(peak));
+  float32x4_t loudest2 = loudest0;
+  float32x4_t loudest3 = loudest1;
+  std::size_t i = lanes - reinterpret_cast<std::uintptr_t>(output) / sizeof(float) % lanes;
+  for (; i + 4 * lanes <= count; i += 4 * lanes) {
+    const float32x4_t first = vld1q_f32(input + i);
+    const float32x4_t second = vld1q_f32(input + i + lanes);
+    const float32x4_t third = vld1q_f32(input + i + 2 * lanes);
+    const float32x4_t fourth = vld1q_f32(input + i + 3 * lanes);
+    loudest0 = louder(first, loudest0);
+    loudest1 = louder(second, loudest1);
+    loudest2 = louder(third, loudest2);
+    loudest3 = louder(fourth, loudest3);
+    vst1q_f32(output + i, vmulq_f32(gains, first));
+    vst1q_f32(output + i + lanes, vmulq_f32(gains, second));
+    vst1q_f32(output + i + 2 * lanes, vmulq_f32(gains, third));
+    vst1q_f32(output + i + 3 * lanes, vmulq_f32(gains, fourth));
+  }
+  for (; i + lanes <= count; i += lanes) {
+    const float32x4_t samples = vld1q_f32(input + i);
+    loudest0 = louder(samples, loudest0);
+    vst1q_f32(output + i, vmulq_f32(gains, samples));
+  }
+  vst1q_f32(output, vmulq_f32(gains, head));
+  vst1q_f32(output + count - lanes, vmulq_f32(gains, tail));
+  // None of them is NaN.
+  return vmaxvq_f32(vabsq_f32(louder(louder(loudest0, loudest1), louder(loudest2, loudest3))));
+}
+
+const SteadyGainKernel steadyGain = steadyGainNEON;
 
 #else
 

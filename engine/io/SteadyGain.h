@@ -8,8 +8,9 @@
 
 namespace quillmere::io {
 
-/// Writes `gain` times each of `count` samples and returns the largest of `peak` and their magnitudes; NaN samples do
-/// not count for it. Input and output may be the same memory, but must not overlap otherwise. [audio]
+/// Writes `gain` times each of `count` samples and returns the largest of `peak`, which isn't negative, and their
+/// magnitudes; NaN samples do not count for it. Input and output may be the same memory, but must not overlap
+/// otherwise. [audio]
 using SteadyGainKernel = float (*)(const float* input, float* output, std::size_t count, float gain, float peak);
 
 QUILLMERE_REALTIME float steadyGainScalar(const float* input, float* output, std::size_t count, float gain, float peak);
@@ -22,6 +23,9 @@ QUILLMERE_REALTIME float steadyGainAVX512(const float* input, float* output, std
 /// Whether the processor has it and the system keeps its registers.
 [[nodiscard]] bool hasAVX2();
 [[nodiscard]] bool hasAVX512();
+#elif defined(__aarch64__)
+/// Every such processor has it.
+QUILLMERE_REALTIME float steadyGainNEON(const float* input, float* output, std::size_t count, float gain, float peak);
 #endif
 
 /// The variant for this processor; never null.

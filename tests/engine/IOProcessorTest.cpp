@@ -15,7 +15,7 @@
 #include "engine/io/FaintGain.h"
 #include "engine/io/SteadyGain.h"
 
-#if defined(__SSE2__)
+#if defined(__x86_64__)
 #include <xmmintrin.h>
 #endif
 
@@ -353,7 +353,8 @@ float oddSample(std::mt19937& random) {
     case 0:
       return std::numeric_limits<float>::infinity() * (random() % 2 == 0 ? 1.0F : -1.0F);
     case 1:
-      return std::numeric_limits<float>::quiet_NaN();
+      // Any of them: either sign, quiet and signalling ones, whatever they carry.
+      return std::bit_cast<float>(static_cast<std::uint32_t>(random()) | 0x7F800001U);
     case 2:
       return std::numeric_limits<float>::denorm_min() * static_cast<float>(random() % 1000);
     case 3:
@@ -494,9 +495,43 @@ TEST(FaintGain, WhatIsNotDenormalByTheFormulaHasItsBitsWhateverTheSamples) {
   }
 }
 
-#if defined(__SSE2__)
+#if defined(__x86_64__) || defined(__aarch64__)
 /// The processor notes every operation that took a denormal number, and every one that would have given one.
-constexpr unsigned denormalOperations = 0x0002 | 0x0010;
+class DenormalNotes {
+ public:
+  static constexpr bool hasTaken(unsigned notes) { return (notes & taken) != 0; }
+  static constexpr bool hasGiven(unsigned notes) { return (notes & given) != 0; }
+
+#if defined(__x86_64__)
+  DenormalNotes() { _mm_setcsr(_mm_getcsr() & ~(taken | given)); }
+  unsigned notes() const { return _mm_getcsr() & (taken | given); }
+
+ private:
+  static constexpr unsigned taken = 0x0002;
+  static constexpr unsigned given = 0x0010;
+#else
+  // This one notes what it takes only while it takes denormal numbers for zero.
+  DenormalNotes() {
+    asm volatile("mrs %0, fpcr" : "=r"(mode_));
+    asm volatile("msr fpcr, %0" : : "r"(mode_ | denormalIsZero) : "memory");
+    asm volatile("msr fpsr, %0" : : "r"(std::uint64_t{0}) : "memory");
+  }
+  ~DenormalNotes() { asm volatile("msr fpcr, %0" : : "r"(mode_) : "memory"); }
+  DenormalNotes(const DenormalNotes&) = delete;
+  DenormalNotes& operator=(const DenormalNotes&) = delete;
+  unsigned notes() const {
+    std::uint64_t status = 0;
+    asm volatile("mrs %0, fpsr" : "=r"(status) : : "memory");
+    return static_cast<unsigned>(status) & (taken | given);
+  }
+
+ private:
+  static constexpr std::uint64_t denormalIsZero = std::uint64_t{1} << 24U;
+  static constexpr unsigned taken = 0x0080;
+  static constexpr unsigned given = 0x0008;
+  std::uint64_t mode_ = 0;
+#endif
+};
 
 TEST_F(IOProcessor, OnTheWholeWayToSilenceAndThereNoOperationMeetsADenormalNumber) {
   Samples input(2, 1024, 0.0F);
@@ -506,17 +541,27 @@ TEST_F(IOProcessor, OnTheWholeWayToSilenceAndThereNoOperationMeetsADenormalNumbe
   words.currentGain = 1.0F;
   words.targetGain = 0.0F;
   for (int callback = 0; callback < 250; ++callback) {
-    _mm_setcsr(_mm_getcsr() & ~denormalOperations);
+    const DenormalNotes watch;
     run(input, output);
-    ASSERT_EQ(_mm_getcsr() & denormalOperations, 0U) << "callback " << callback;
+    ASSERT_EQ(watch.notes(), 0U) << "callback " << callback;
   }
   const float rest = words.currentGain;
   EXPECT_EQ(std::fpclassify(rest), FP_SUBNORMAL) << "or nothing has been seen here";
-  // The trap works: the same as one would write it down.
-  _mm_setcsr(_mm_getcsr() & ~denormalOperations);
-  ReferenceIO reference{.targetGain = 0.0F, .currentGain = rest};
+}
+
+TEST_F(IOProcessor, TheProcessorTellsOfTheDenormalNumbersThatTheFormulaMeetsAsOneWouldWriteItDown) {
+  Samples input(2, 8, 0.3F);
+  Samples output(2, 8, 0.0F);
+  {
+    ReferenceIO reference{.targetGain = 0.0F, .currentGain = 1e-42F};
+    const DenormalNotes watch;
+    reference.run(input.list(), output.list(), rate);
+    EXPECT_TRUE(DenormalNotes::hasTaken(watch.notes()));
+  }
+  ReferenceIO reference{.targetGain = 0.0F, .currentGain = 0x1.1p-126F};
+  const DenormalNotes watch;
   reference.run(input.list(), output.list(), rate);
-  EXPECT_EQ(_mm_getcsr() & denormalOperations, denormalOperations);
+  EXPECT_TRUE(DenormalNotes::hasGiven(watch.notes()));
 }
 #endif
 
@@ -552,11 +597,18 @@ std::vector<NamedKernel> kernels() {
   all.push_back({"SSE2", io::steadyGainSSE2});
   if (io::hasAVX2()) all.push_back({"AVX2", io::steadyGainAVX2});
   if (io::hasAVX512()) all.push_back({"AVX-512", io::steadyGainAVX512});
+#elif defined(__aarch64__)
+  all.push_back({"NEON", io::steadyGainNEON});
 #endif
   return all;
 }
 
+TEST(SteadyGain, TheChosenVariantIsAVectorOneWhereThereIsOne) {
+  EXPECT_EQ(io::steadyGain != io::steadyGainScalar, kernels().size() > 1);
+}
+
 TEST(SteadyGain, EveryVariantGivesTheBitsOfTheScalarOneAtEveryLengthAndAlignment) {
+  constexpr float gains[] = {0.3F, 1.0F, 0.0F, -0.0F, 0x1p-100F, 1e-40F, -0.7F};
   std::mt19937 random(7);
   for (const auto& [name, kernel] : kernels()) {
     for (std::size_t count = 0; count < 200; ++count) {
@@ -565,7 +617,7 @@ TEST(SteadyGain, EveryVariantGivesTheBitsOfTheScalarOneAtEveryLengthAndAlignment
         for (auto& sample : input) sample = oddSample(random);
         std::vector<float> output(count + 32, untouched);
         std::vector<float> expected(count + 32, untouched);
-        const float gain = 0.3F;
+        const float gain = gains[random() % std::size(gains)];
         const float peak = kernel(input.data() + offset / 2, output.data() + offset, count, gain, 0.1F);
         const float expectedPeak =
             io::steadyGainScalar(input.data() + offset / 2, expected.data() + offset, count, gain, 0.1F);

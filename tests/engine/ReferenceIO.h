@@ -33,7 +33,10 @@ struct ReferenceIO {
     for (std::size_t i = 0; i < frames; ++i) {
       const float l = in.data[i * inChannels];
       const float r = in.channelCount >= 2 ? in.data[i * inChannels + 1] : l;
-      g = g + (t - g) * c;
+      // Each of the three is rounded by itself: a compiler can't join what must lie in memory in between.
+      const volatile float wayToGo = t - g;
+      const volatile float step = wayToGo * c;
+      g = g + step;
       peak = std::max(peak, std::fabs(l));
       peak = std::max(peak, std::fabs(r));
       out.data[i * outChannels] = g * l;
