@@ -150,7 +150,7 @@ namespace {
   // By way of memory: GCC 12 takes its own header's way to the upper half for the use of an unset variable.
   std::array<float, lanes> lanePeaks{};
   _mm512_storeu_ps(lanePeaks.data(), peaks);
-  const __m128 low = _mm_max_ps(_mm_loadu_ps(&lanePeaks[0]), _mm_loadu_ps(&lanePeaks[4]));
+  const __m128 low = _mm_max_ps(_mm_loadu_ps(lanePeaks.data()), _mm_loadu_ps(&lanePeaks[4]));
   const __m128 high = _mm_max_ps(_mm_loadu_ps(&lanePeaks[8]), _mm_loadu_ps(&lanePeaks[12]));
   peak = largestLane(_mm_max_ps(low, high));
   _mm256_zeroupper();
@@ -167,7 +167,16 @@ bool hasAVX512() {
   return hasAVX2() && __builtin_cpu_supports("avx512f") != 0;
 }
 
-const SteadyGainKernel steadyGain = hasAVX512() ? steadyGainAVX512 : hasAVX2() ? steadyGainAVX2 : steadyGainSSE2;
+namespace {
+
+SteadyGainKernel fastest() {
+  if (hasAVX512()) return steadyGainAVX512;
+  return hasAVX2() ? steadyGainAVX2 : steadyGainSSE2;
+}
+
+}  // namespace
+
+const SteadyGainKernel steadyGain = fastest();
 
 #elif defined(__aarch64__)
 
