@@ -100,6 +100,7 @@ auto RemoteState::sender(const char* name, void (MixerState::* /*operation*/)(Pa
   };
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): what is handed in are lists with parentheses of their own.
 #define OPERATION(name, parameters, arguments) \
   void RemoteState::name parameters { sender(#name, &MixerState::name) arguments; }
 #define ASSIGNMENT(name, parameters, arguments, field) \
@@ -108,6 +109,7 @@ auto RemoteState::sender(const char* name, void (MixerState::* /*operation*/)(Pa
     noteChanged(&field##_);                            \
     field##_.set arguments;                            \
   }
+// NOLINTEND(bugprone-macro-parentheses)
 #define LEVEL_OPERATION(name, parameters, arguments)
 #include "state/MixerOperations.def"
 

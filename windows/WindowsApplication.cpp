@@ -4,6 +4,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include <QApplication>
+#include <QTimer>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -259,8 +260,7 @@ int runWindows(int argc, char** argv, const WindowsHost& host) {
     main.post([&windows, taken = std::move(*message)] { windows->take(taken); });
   };
   events.closed = [&main] {
-    main.post(
-        [] { QMetaObject::invokeMethod(qApp, [] { QCoreApplication::exit(EXIT_SUCCESS); }, Qt::QueuedConnection); });
+    main.post([] { QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(EXIT_SUCCESS); }); });
   };
   auto channel = host.openChannel(std::move(events));
   if (!channel) {

@@ -1,6 +1,7 @@
 // How the mixer's values look in a message. Reading is strict: what has another form throws.
 #pragma once
 
+#include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -45,11 +46,13 @@ void readInto(const nlohmann::json& form, T& value) {
   } else if constexpr (std::is_floating_point_v<T>) {
     if (!form.is_number()) throw std::invalid_argument("no number");
     const auto number = form.get<double>();
-    constexpr double largest = std::numeric_limits<T>::max();
     // What is no number, and what is infinite, stays so.
-    value = number > largest    ? std::numeric_limits<T>::infinity()
-            : number < -largest ? -std::numeric_limits<T>::infinity()
-                                : static_cast<T>(number);
+    if (std::abs(number) > std::numeric_limits<T>::max()) {
+      constexpr T infinity = std::numeric_limits<T>::infinity();
+      value = number > 0 ? infinity : -infinity;
+    } else {
+      value = static_cast<T>(number);
+    }
   } else {
     form.get_to(value);
   }

@@ -66,7 +66,7 @@ constexpr std::array<std::string_view, 32> words{"firefox",
                                                  "icon.png",
                                                  "/usr/share/pixmaps/x.png",
                                                  "../x",
-                                                 "\\s\\n\\t\\\\",
+                                                 R"(\s\n\t\\)",
                                                  "\xD7\xA9\xD7\x9C",
                                                  "\xFF",
                                                  "java -jar /opt/app.jar",
@@ -179,7 +179,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     QUILLMERE_REQUIRE(isNamed(identifierOf(entry, Identities::builtIn())));
   }
   const auto anyID = std::string(in.text());
-  QUILLMERE_REQUIRE((entries->byID(anyID) != nullptr) == hasFoldedID(read, anyID.c_str()));
+  const auto untilNull = anyID.substr(0, anyID.find('\0'));
+  QUILLMERE_REQUIRE((entries->byID(anyID) != nullptr) == hasFoldedID(read, untilNull));
 
   for (int left = 4; left > 0 && !in.isEmpty(); --left) {
     const auto process = anyProcess(in);

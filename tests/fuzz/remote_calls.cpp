@@ -33,6 +33,7 @@ class NotingState final : public MixerState {
   }
 
  public:
+// NOLINTNEXTLINE(bugprone-macro-parentheses): what is handed in are lists with parentheses of their own.
 #define OPERATION(name, parameters, arguments) \
   void name parameters override { note(#name) arguments; }
 #include "state/MixerOperations.def"

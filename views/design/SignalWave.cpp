@@ -68,7 +68,7 @@ class Inks {
         ink = layer + ink * (1 - layer);
       }
       // Premultiplied: every channel is scaled by the ink.
-      const int alpha = static_cast<int>(ink * 255 + 0.5);
+      const int alpha = static_cast<int>(std::lround(ink * 255));
       table_.push_back(qPremultiply(qRgba(qRed(look.color), qGreen(look.color), qBlue(look.color), alpha)));
     }
     table_.back() = 0;

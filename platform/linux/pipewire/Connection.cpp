@@ -60,8 +60,8 @@ void Connection::connect() {
     audioThread_.emplace(loop_, context_);
   }
   // In this order, each on a socket with a higher number.
-  if (!connect(outer_[0]) || !connect(looks_) || !connect(nodes_) || !connect(outer_[1])) {
-    for (auto* client : {&outer_[1], &nodes_, &looks_, &outer_[0]}) disconnect(*client);
+  if (!connect(outer_.front()) || !connect(looks_) || !connect(nodes_) || !connect(outer_.back())) {
+    for (auto* client : {&outer_.back(), &nodes_, &looks_, &outer_.front()}) disconnect(*client);
     if (!isWaiting_) log_.standard("no audio daemon answers; waiting for one");
     isWaiting_ = true;
     retry_.arm(retryInterval);
@@ -142,7 +142,7 @@ void Connection::drop() {
   doubt_.disarm();
   if (looks_.core == nullptr) return;
   events_.lost();
-  for (auto* client : {&outer_[1], &nodes_, &looks_, &outer_[0]}) disconnect(*client);
+  for (auto* client : {&outer_.back(), &nodes_, &looks_, &outer_.front()}) disconnect(*client);
 }
 
 void Connection::disconnect(Client& client) {

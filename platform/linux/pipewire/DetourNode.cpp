@@ -25,6 +25,7 @@ constexpr Clock::duration calm = std::chrono::seconds(10);
 
 std::vector<ChannelShare> sharesOf(const std::vector<std::string>& channels) {
   std::vector<std::uint32_t> positions;
+  positions.reserve(channels.size());
   for (const auto& channel : channels) positions.push_back(channelPosition(channel));
   return channelShares(positions, singleChannelMix(libraryVersion(pw_get_library_version())).input);
 }
@@ -115,7 +116,10 @@ void DetourNode::link(const std::vector<DetourLink>& wanted) {
     const Ends ends{each.output.serial, each.input.serial};
     const auto found = links_.find(ends);
     if (found == links_.end()) {
-      links_.emplace(ends, Made{each.part, true, make(each)});
+      auto& made = links_[ends];
+      made.part = each.part;
+      made.isWanted = true;
+      made.link = make(each);
     } else {
       found->second.isWanted = true;
       if (!found->second.link->isGone()) continue;

@@ -7,10 +7,12 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "runtime/LoopExecutor.h"
@@ -27,6 +29,7 @@ class FakeCompositor {
     address.sun_family = AF_UNIX;
     path.copy(address.sun_path, sizeof address.sun_path - 1);
     listener_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (listener_ < 0) throw std::system_error(errno, std::generic_category(), "socket");
     EXPECT_EQ(::bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     EXPECT_EQ(::listen(listener_, 1), 0);
   }

@@ -221,11 +221,11 @@ TEST_F(AudioSnapshotTest, OnlyWhatHasChangedIsTold) {
   const auto before = take();
   EXPECT_TRUE(differences(before, before).empty());
   graph.model.setNodeVolumes(1, {0.5F});
-  const auto after = take();
-  EXPECT_EQ(differences(before, after), (std::vector<PropertyChange>{{after.devices[0].id, audio::volumeScalar}}));
+  const auto louder = take();
+  EXPECT_EQ(differences(before, louder), (std::vector<PropertyChange>{{louder.devices[0].id, audio::volumeScalar}}));
   graph.sink(2, "two");
   const auto more = take();
-  const auto changes = differences(after, more);
+  const auto changes = differences(louder, more);
   EXPECT_EQ(changes, (std::vector<PropertyChange>{{systemObjectID, audio::devices},
                                                   {more.devices[1].id, audio::deviceIsAlive}}));
 }

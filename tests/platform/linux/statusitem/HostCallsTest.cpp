@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "MenuSamples.h"
 
@@ -12,7 +13,6 @@ namespace quillmere::statusitem {
 namespace {
 
 using bus::owned;
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 std::string printed(const bus::Variant& value) {
@@ -58,12 +58,11 @@ TEST_F(CallsOfPanels, ATokenThatIsTooLongForOneIsForgotten) {
 }
 
 TEST_F(CallsOfPanels, AnEntryThatIsNotThereIsRefusedAndChangesNothing) {
-  for (const auto* method : {"GetLayout", "GetProperty", "Event", "AboutToShow"}) {
-    const std::string arguments = method == std::string("GetLayout")     ? "(77, 1, @as [])"
-                                  : method == std::string("GetProperty") ? "(77, 'label')"
-                                  : method == std::string("Event")       ? "(77, 'clicked', <''>, uint32 0)"
-                                                                         : "(77,)";
-    const auto answer = call(method, arguments.c_str());
+  for (const auto& [method, arguments] : {std::pair("GetLayout", "(77, 1, @as [])"),
+                                          {"GetProperty", "(77, 'label')"},
+                                          {"Event", "(77, 'clicked', <''>, uint32 0)"},
+                                          {"AboutToShow", "(77,)"}}) {
+    const auto answer = call(method, arguments);
     EXPECT_EQ(answer.kind, MenuCall::Kind::refused) << method;
     EXPECT_THAT(answer.events, IsEmpty());
   }

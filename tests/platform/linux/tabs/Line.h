@@ -36,7 +36,9 @@ class Line {
   Line(int input, int output) : input_(input), output_(output) {}
   explicit Line(int socket) : Line(socket, socket) {}
   Line(Line&& other) noexcept
-      : input_(std::exchange(other.input_, -1)), output_(std::exchange(other.output_, -1)), reader_(other.reader_) {}
+      : input_(std::exchange(other.input_, -1)),
+        output_(std::exchange(other.output_, -1)),
+        reader_(std::move(other.reader_)) {}
   ~Line() { close(); }
   Line(const Line&) = delete;
   Line& operator=(const Line&) = delete;
