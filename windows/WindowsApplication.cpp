@@ -120,7 +120,7 @@ class Windows final : public QObject {
     Logger(runtime_.log, "Windows")
         .error("these windows are of version " + seamVersion() + ", the program behind them of " + version);
     // The loop may not have begun, and it is the loop that this ends.
-    QMetaObject::invokeMethod(qApp, [] { QCoreApplication::exit(EXIT_FAILURE); }, Qt::QueuedConnection);
+    QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(EXIT_FAILURE); });
   }
 
   void perform(const std::string& type, const json& message) {

@@ -22,6 +22,8 @@ namespace {
 using namespace quillmere;
 using namespace quillmere::mpris;
 
+// NOLINTNEXTLINE(misc-misleading-bidirectional): that is the point.
+constexpr std::string_view rightToLeft = "\xE2\x80\xAE";
 constexpr std::array<std::string_view, 20> words{"PlaybackStatus",
                                                  "Playing",
                                                  "Paused",
@@ -38,7 +40,7 @@ constexpr std::array<std::string_view, 20> words{"PlaybackStatus",
                                                  " ",
                                                  "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D",
                                                  "\n",
-                                                 "\xE2\x80\xAE",
+                                                 rightToLeft,
                                                  "mpris:trackid",
                                                  "firefox",
                                                  "https://example.org/"};

@@ -59,7 +59,8 @@ class World {
         continue;
       }
       pollfd watched{socket, POLLOUT, 0};
-      if (errno != EAGAIN || ::poll(&watched, 1, -1) < 0 || (watched.revents & (POLLERR | POLLHUP)) != 0) break;
+      if (count == 0 || errno != EAGAIN || ::poll(&watched, 1, -1) < 0 || (watched.revents & (POLLERR | POLLHUP)) != 0)
+        break;
     }
     ::shutdown(socket, SHUT_WR);
     std::array<char, 256> rest;

@@ -33,9 +33,10 @@ class NotingState final : public MixerState {
   }
 
  public:
-// NOLINTNEXTLINE(bugprone-macro-parentheses): what is handed in are lists with parentheses of their own.
+// NOLINTBEGIN(bugprone-macro-parentheses): what is handed in are lists with parentheses of their own.
 #define OPERATION(name, parameters, arguments) \
   void name parameters override { note(#name) arguments; }
+// NOLINTEND(bugprone-macro-parentheses)
 #include "state/MixerOperations.def"
 
   json asked;
