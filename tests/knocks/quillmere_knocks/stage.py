@@ -34,9 +34,7 @@ class Staged(Knock):
         self.later(self.agent.stop)
         self.agent.start()
         self.apps = [self.agent.wait_until_live(player) for player in self.players]
-        self.agent.gain(self.apps[0], QUIET)
-        self.agent.route(self.apps[1], PHONES)
-        self.agent.gain(self.apps[1], ROUTED)
+        self.wish()
         self.ear = Ear(DESK, PHONES)
         self.later(self.ear.stop)
         self.ear.start()
@@ -46,6 +44,11 @@ class Staged(Knock):
         self.began = time.monotonic()
         self.tries = 0
 
+    def wish(self):
+        self.agent.gain(self.apps[0], QUIET)
+        self.agent.route(self.apps[1], PHONES)
+        self.agent.gain(self.apps[1], ROUTED)
+
     def prepare(self):
         # A tone's file is over after four minutes.
         if time.monotonic() - self.began < MOST_PLAYED_SECONDS:
@@ -53,6 +56,10 @@ class Staged(Knock):
         for player in self.players:
             player.stop()
             player.start()
+        # One that was looked for while it was away has come back without what had been wished in this run.
+        for player in self.players:
+            self.agent.wait_until_live(player)
+        self.wish()
         self.began = time.monotonic()
         self.ear.settled(self.tones(), self.ear.mark(), 10, patience=15)
 
