@@ -32,12 +32,12 @@ class Real(Knock):
 
     def set_up(self):
         self.player = self.enter(Player("pw-play", "Steady", 500, AMPLITUDE))
+        settings.complete_first_run()
         # The gain is stored by the program without a face; the real one takes it up.
         with Agent() as agent:
             app = agent.wait_until_live(self.player)
             agent.gain(app, GAIN)
             settings.wait_until_stored("quillmere.appsState", lambda apps: self.is_stored(apps), "the gain")
-        settings.complete_first_run()
         self.app = app
         self.tries = 0
         self.ledger = None
