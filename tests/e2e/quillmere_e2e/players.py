@@ -192,7 +192,8 @@ class Crowd:
     def start(self):
         for member in self.members:
             member.launch()
-        wait_for(lambda: len(self.running(graph.Graph())) == len(self.members), "all applications play", 60, pause=0.2)
+        # Looking asks the daemon about every object, and it has two hundred to make.
+        wait_for(lambda: len(self.running(graph.Graph())) == len(self.members), "all applications play", 60, pause=1)
         return self
 
     def running(self, seen):
