@@ -7,6 +7,7 @@
 #include <clocale>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <string>
 
@@ -61,6 +62,9 @@ TEST(NearestNumber, TooLargeIsInfiniteAndTooSmallIsZeroWithItsSign) {
 }
 
 TEST(NearestNumber, OfTheCLibraryHasAPointWhateverTheLocaleHas) {
+#ifdef QUILLMERE_TEST_LOCALES
+  ::setenv("LOCPATH", QUILLMERE_TEST_LOCALES, 1);
+#endif
   const std::string before = std::setlocale(LC_NUMERIC, nullptr);
   const char* const with_comma = std::setlocale(LC_NUMERIC, "de_DE.UTF-8");
   if (with_comma == nullptr) GTEST_SKIP() << "no German locale here";
