@@ -8,7 +8,7 @@
 #include <thread>
 #include <utility>
 
-#include "runtime/HostThreads.h"
+#include "runtime/EventualThread.h"
 #include "runtime/Threads.h"
 #include "runtime/TimerStore.h"
 #include "runtime/TransientSerialQueue.h"
@@ -23,7 +23,8 @@ namespace {
 
 class ThreadSerialQueue final : public SerialQueue {
  public:
-  ThreadSerialQueue(std::string label, Duration idleTime) : label_(std::move(label)), idleTime_(idleTime) {}
+  ThreadSerialQueue(std::string label, Duration idleTime)
+      : idleTime_(idleTime), thread_(mutex_, std::move(label), [this] { run(); }) {}
 
   ~ThreadSerialQueue() override {
     {
@@ -31,14 +32,14 @@ class ThreadSerialQueue final : public SerialQueue {
       closing_ = true;
     }
     changed_.notify_one();
-    if (thread_.joinable()) thread_.join();
+    thread_.finish();
   }
 
   void async(Work work) override {
     {
       const std::lock_guard lock(mutex_);
       queue_.push_back(std::move(work));
-      ensureThread();
+      thread_.ensure();
     }
     changed_.notify_one();
   }
@@ -47,7 +48,7 @@ class ThreadSerialQueue final : public SerialQueue {
     {
       const std::lock_guard lock(mutex_);
       timers_.add(std::chrono::steady_clock::now() + delay, std::move(work));
-      ensureThread();
+      thread_.ensure();
     }
     changed_.notify_one();
   }
@@ -92,17 +93,7 @@ class ThreadSerialQueue final : public SerialQueue {
     return true;
   }
 
-  /// Under the mutex. Whatever is queued or waits for its time has a thread.
-  void ensureThread() {
-    if (hasThread_) return;
-    // The last one has let go of the mutex for good.
-    if (thread_.joinable()) thread_.join();
-    hasThread_ = true;
-    thread_ = std::thread([this] { run(); });
-  }
-
   void run() {
-    if (const auto name = hostThreads().nameThread) name(label_);
     std::unique_lock lock(mutex_);
     while (waitForWork(lock)) {
       Work work = std::move(queue_.front());
@@ -116,7 +107,7 @@ class ThreadSerialQueue final : public SerialQueue {
       lock.lock();
       isRunning_ = false;
     }
-    hasThread_ = false;
+    thread_.ended();
   }
 
   /// Waits until something is queued and nothing runs; false at the end, with everything done, and where nothing has
@@ -141,7 +132,6 @@ class ThreadSerialQueue final : public SerialQueue {
     }
   }
 
-  const std::string label_;
   const Duration idleTime_;
   std::mutex mutex_;
   std::condition_variable changed_;
@@ -149,11 +139,10 @@ class ThreadSerialQueue final : public SerialQueue {
   TimerStore timers_;
   bool closing_ = false;
   bool isRunning_ = false;
-  /// One that has not said yet that it ends.
-  bool hasThread_ = false;
   /// Who is the queue at this moment; nobody's id while nothing runs.
   std::atomic<std::thread::id> runner_;
-  std::thread thread_;
+  /// Whatever is queued or waits for its time has one.
+  EventualThread thread_;
 };
 
 }  // namespace

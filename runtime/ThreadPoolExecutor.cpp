@@ -1,7 +1,9 @@
 // The background pool: a few threads that share one queue.
 #include "runtime/ThreadPoolExecutor.h"
 
+#include <chrono>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "runtime/HostThreads.h"
@@ -10,6 +12,7 @@
 namespace quillmere {
 
 namespace {
+constexpr auto pause = std::chrono::seconds(1);
 thread_local const ThreadPoolExecutor* currentPool = nullptr;
 /// This thread has been there for long enough.
 thread_local bool isToLeave = false;
@@ -33,7 +36,12 @@ ThreadPoolExecutor::~ThreadPoolExecutor() { shutDown(); }
 /// Under the mutex.
 void ThreadPoolExecutor::start() {
   const auto self = threads_.emplace(threads_.end());
-  *self = std::thread([this, self] { run(self); });
+  try {
+    *self = std::thread([this, self] { run(self); });
+  } catch (const std::system_error&) {
+    threads_.erase(self);
+    throw;
+  }
 }
 
 void ThreadPoolExecutor::run(std::list<std::thread>::iterator self) {
@@ -53,9 +61,14 @@ void ThreadPoolExecutor::bringHelp() {
     if (isShutDown_) return;
     ended.swap(ended_);
     if (threads_.size() < most_) {
-      start();
-      // Whoever runs this is one too many then; it may be any of them.
-      queue_.postAfter(helpStays_, [] { isToLeave = true; });
+      try {
+        start();
+        // Whoever runs this is one too many then; it may be any of them.
+        queue_.postAfter(helpStays_, [] { isToLeave = true; });
+      } catch (const std::system_error&) {
+        // Too many run in this session, or there is no memory for its stack. That passes.
+        alarm_->set(std::chrono::steady_clock::now() + pause);
+      }
     }
   }
   for (auto& thread : ended) thread.join();

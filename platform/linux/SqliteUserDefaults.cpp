@@ -1,7 +1,6 @@
 // The cache that is read, and the thread that commits while there is something to commit.
 #include "platform/linux/SqliteUserDefaults.h"
 
-#include <pthread.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -12,9 +11,9 @@
 #include <cstdlib>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <utility>
 
+#include "runtime/EventualThread.h"
 #include "sqlite/SettingsDatabase.h"
 
 namespace quillmere {
@@ -31,13 +30,19 @@ constexpr auto longestRetry = std::chrono::seconds(30);
 class SqliteUserDefaults::Writer {
  public:
   Writer(std::filesystem::path file, const Clocks& clocks, LogSink& log)
-      : database_(std::move(file), clocks, log), log_(log, "SqliteUserDefaults") {
+      : database_(std::move(file), clocks, log),
+        log_(log, "SqliteUserDefaults"),
+        thread_(mutex_, "settings-writer", [this] {
+          std::unique_lock lock(mutex_);
+          writeAll(lock);
+          thread_.ended();
+        }) {
     auto opened = database_.open();
     values_ = std::move(opened.values);
     isWritable_ = opened.storage != SettingsDatabase::Storage::none;
     mustRewrite_ = opened.storage == SettingsDatabase::Storage::owed;
     const std::lock_guard lock(mutex_);
-    if (mustRewrite_) ensureThread();
+    if (mustRewrite_) thread_.ensure();
   }
 
   ~Writer() {
@@ -46,7 +51,7 @@ class SqliteUserDefaults::Writer {
       closing_ = true;
     }
     changed_.notify_all();
-    if (thread_.joinable()) thread_.join();
+    thread_.finish();
   }
 
   std::optional<DefaultsValue> object(std::string_view key) const {
@@ -61,7 +66,7 @@ class SqliteUserDefaults::Writer {
       const std::lock_guard lock(mutex_);
       if (isWritable_) {
         pending_.insert_or_assign(std::string(key), value);
-        ensureThread();
+        thread_.ensure();
       }
       if (value) {
         values_.insert_or_assign(std::string(key), std::move(*value));
@@ -84,20 +89,6 @@ class SqliteUserDefaults::Writer {
   using Outcome = SettingsDatabase::Outcome;
 
   [[nodiscard]] bool isIdle() const { return pending_.empty() && !mustRewrite_ && !writing_; }
-
-  /// Under the mutex: what waits has a thread until it is settled.
-  void ensureThread() {
-    if (hasThread_) return;
-    // The last one has let go of the mutex for good.
-    if (thread_.joinable()) thread_.join();
-    hasThread_ = true;
-    thread_ = std::thread([this] {
-      pthread_setname_np(pthread_self(), "settings-writer");
-      std::unique_lock lock(mutex_);
-      writeAll(lock);
-      hasThread_ = false;
-    });
-  }
 
   void writeAll(std::unique_lock<std::mutex>& lock) {
     const auto hasWork = [this] { return closing_ || !pending_.empty() || mustRewrite_; };
@@ -175,9 +166,8 @@ class SqliteUserDefaults::Writer {
   bool closing_ = false;
   bool isUnsettled_ = false;
   std::uint64_t failures_ = 0;
-  /// One that has not said yet that it ends.
-  bool hasThread_ = false;
-  std::thread thread_;
+  /// What waits has one until it is settled.
+  EventualThread thread_;
 };
 
 SqliteUserDefaults::SqliteUserDefaults(std::filesystem::path file, const Clocks& clocks, LogSink& log)

@@ -1,12 +1,16 @@
 """The daemon or the session manager restarted, singly or together: list, taps and gains are back within three seconds."""
 
+import os
+import signal
 import time
 import unittest
 
 from quillmere_e2e import graph
 from quillmere_e2e.case import DESK, MixerTest
+from quillmere_e2e.players import Player
 from quillmere_e2e.recording import Monitor
 from quillmere_e2e.waiting import wait_for
+from quillmere_e2e.wakeups import wakeups
 
 SECONDS = 3.0
 
@@ -79,6 +83,43 @@ class Restart(MixerTest):
         player.start()
         with Monitor(DESK) as desk:
             self.assert_level(desk, player, 0.5)
+
+    def test_a_session_manager_that_hung_while_it_was_looked_at_and_is_replaced_is_heard(self):
+        player = self.play("pw-play", "Before the hang", 500)
+        app = self.agent.wait_until_live(player)
+        self.agent.gain(app, 0.5)
+        self.assert_level(self.desk, player, 0.5)
+        self.desk.stop()
+        os.kill(graph.daemon_pid("wireplumber"), signal.SIGSTOP)
+        # Whoever comes makes the mixer look at the metadata again, which the one that hangs doesn't answer.
+        visitor = Player("pw-play", "During the hang", 900)
+        self.addCleanup(visitor.stop)
+        visitor.launch()
+        self.wait_until_it_rests()
+        graph.session_control("kill", "wireplumber")
+        player.stop()
+        player.start()
+        app = self.agent.wait_until_live(player)
+        self.agent.gain(app, 0.8)
+        with Monitor(DESK) as desk:
+            self.assert_level(desk, player, 0.8)
+        newcomer = self.play("pw-play", "After the hang", 1300)
+        self.agent.wait_until_live(newcomer)
+
+    def wait_until_it_rests(self):
+        """Nothing has woken what talks to the daemon for longer than it puts off looking again."""
+        def count():
+            return sum(times for (_, name), times in wakeups(self.agent.process.pid).items() if name == "quillmere-audio")
+
+        seen = {"count": -1, "since": 0}
+
+        def rests():
+            now = count()
+            if now != seen["count"]:
+                seen.update(count=now, since=time.monotonic())
+            return time.monotonic() - seen["since"] > 1.5
+
+        wait_for(rests, "the mixer has looked", 20)
 
     def test_the_pulseaudio_server_restarts(self):
         player = self.play("paplay", "Through Pulse", 500)

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "LineLauncher.h"
 #include "VirtualMachine.h"
 #include "remote/MixerHost.h"
 #include "remote/RemoteState.h"
@@ -25,43 +26,6 @@ namespace {
 
 using namespace quillmere;
 using nlohmann::json;
-
-/// A process that is only its line.
-class LineLauncher final : public WindowsLauncher {
- public:
-  struct Line {
-    ChannelEvents events;
-    std::vector<std::string> sent;
-    std::size_t waiting = 0;
-    bool isOpen = true;
-    bool isGivenUp = false;
-  };
-
-  std::unique_ptr<Channel> launch(ChannelEvents events) override {
-    line = std::make_shared<Line>();
-    line->events = std::move(events);
-    ++launches;
-    return std::make_unique<End>(line);
-  }
-
-  std::shared_ptr<Line> line;
-  int launches = 0;
-
- private:
-  class End final : public Channel {
-   public:
-    explicit End(std::shared_ptr<Line> line) : line_(std::move(line)) {}
-    ~End() override { line_->isOpen = false; }
-    End(const End&) = delete;
-    End& operator=(const End&) = delete;
-    void send(const std::string& message) override { line_->sent.push_back(message); }
-    [[nodiscard]] std::size_t waitingBytes() const override { return line_->waiting; }
-    void giveUp() override { line_->isGivenUp = true; }
-
-   private:
-    std::shared_ptr<Line> line_;
-  };
-};
 
 std::string formOf(MixerState& state, const Runtime& runtime) {
   std::string form;
@@ -122,11 +86,11 @@ class World {
         box_.setListening("us.zoom.xos", in_.flag());
         break;
       case 2:
-        launcher_.line->waiting = in_.flag() ? 0 : WindowsProcess::mostWaiting + 1;
-        if (launcher_.line->waiting == 0) launcher_.line->events.drained();
+        line().waiting = in_.flag() ? 0 : WindowsProcess::mostWaiting + 1;
+        if (line().waiting == 0) line().events.drained();
         break;
       case 3:
-        if (in_.flag()) launcher_.line->events.closed();
+        if (in_.flag()) line().events.closed();
         break;
       case 4:
         windows_->setOldTrayWanted(in_.flag());
@@ -138,7 +102,7 @@ class World {
         box_.setSounding("com.spotify.client", in_.flag());
         break;
       case 7:
-        launcher_.line->events.received(std::string(in_.longText()));
+        line().events.received(std::string(in_.longText()));
         break;
       default:
         if (auto message = fuzz::anyMessage(in_, types())) hear(*message);
@@ -156,7 +120,7 @@ class World {
     box_.time.runUntilIdle();
   }
 
-  void say(const json& message) { launcher_.line->events.received(encodeMessage(message)); }
+  void say(const json& message) { line().events.received(encodeMessage(message)); }
 
   void hear(const json& message) { say(message); }
 
@@ -175,22 +139,20 @@ class World {
 
   /// A process as ours is.
   void endWell() {
-    if (windows_->isRunning()) launcher_.line->events.closed();
+    if (windows_->isRunning()) line().events.closed();
     box_.time.runUntilIdle();
     windows_->setOldTrayWanted(false);
     if (!windows_->isRunning()) windows_->togglePopover({});
-    launcher_.line->waiting = 0;
+    line().waiting = 0;
     box_.time.runUntilIdle();
-    QUILLMERE_REQUIRE(windows_->isRunning() && launcher_.line->isOpen);
+    QUILLMERE_REQUIRE(windows_->isRunning() && line().isOpen);
     say({{"type", "hello"}, {"version", seamVersion()}});
     RemoteState remote(box_.log, [this](const json& message) { say(message); });
     std::size_t seen = 0;
     const auto exchange = [&] {
       box_.time.runUntilIdle();
-      for (; seen < launcher_.line->sent.size(); ++seen) {
-        const auto message = decodeMessage(launcher_.line->sent[seen]);
-        QUILLMERE_REQUIRE(message.has_value());
-        static_cast<void>(remote.take(*message));
+      for (; seen < line().sent.size(); ++seen) {
+        static_cast<void>(remote.take(line().sent[seen]));
       }
     };
     exchange();
@@ -202,16 +164,18 @@ class World {
     QUILLMERE_REQUIRE(box_.engine->lastGain("com.spotify.client") == 0.25F);
     QUILLMERE_REQUIRE(formOf(remote, box_.runtime) == formOf(*box_.state, box_.runtime));
     // And one that does not answer is not waited for for ever.
-    const int before = launcher_.launches;
-    const auto line = launcher_.line;
+    const auto before = launcher_.lines.size();
+    const auto last = launcher_.lines.back();
     windows_->showAboutPanel("");
-    for (int second = 0; second < 90 && !line->isGivenUp; ++second) box_.time.advance(std::chrono::seconds(1));
-    QUILLMERE_REQUIRE(line->isGivenUp && launcher_.launches >= before);
+    for (int second = 0; second < 90 && !last->isGivenUp; ++second) box_.time.advance(std::chrono::seconds(1));
+    QUILLMERE_REQUIRE(last->isGivenUp && launcher_.lines.size() >= before);
   }
 
   fuzz::Bytes& in_;
   RecordingDefaults disk_;
   VirtualMachine box_{disk_};
+  LineLauncher::Line& line() { return *launcher_.lines.back(); }
+
   LineLauncher launcher_;
   std::optional<WindowsProcess> windows_;
 };

@@ -33,13 +33,10 @@ class Clients(Staged):
             if random.random() < 0.5:
                 time.sleep(random.uniform(0, 0.05))
             self.visitors.ask("leave")
-        mark, since = self.ear.mark(), time.monotonic()
-        seconds = self.heard(mark)
-        self.check_list(since)
+        since = time.monotonic()
+        seconds = self.survived(since)
         wait_for(lambda: "knock_visitors" not in self.agent.state()["live"], "nobody who has left sounds",
                  max(0.1, since + LISTED_SECONDS - time.monotonic()))
-        self.check_stored()
-        self.count()
         return seconds
 
 
@@ -70,12 +67,7 @@ class CrowdAtOnce(Staged):
             self.heard(self.ear.mark())
         finally:
             crowd.stop()
-        mark, since = self.ear.mark(), time.monotonic()
-        seconds = self.heard(mark)
-        self.check_list(since)
-        self.check_stored()
-        self.count()
-        return max(seconds, listed - began)
+        return max(self.survived(time.monotonic()), listed - began)
 
 
 if __name__ == "__main__":

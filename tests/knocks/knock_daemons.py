@@ -41,11 +41,7 @@ class Daemons(Staged):
         wait_for(lambda: all(any(stream["state"] == "running" for stream in player.streams()) for player in self.players),
                  "all play again", 10)
         self.ear.start()
-        seconds = self.heard(self.ear.mark())
-        self.check_list(back)
-        self.check_stored()
-        self.count()
-        return seconds
+        return self.survived(back)
 
 
 class Restarted(Daemons):

@@ -33,12 +33,7 @@ class Sleep(Staged):
         finally:
             for pid in pids:
                 os.kill(pid, signal.SIGCONT)
-        since = time.monotonic()
-        seconds = self.heard(self.ear.mark())
-        self.check_list(since)
-        self.check_stored()
-        self.count()
-        return seconds
+        return self.survived(time.monotonic())
 
 
 class Clock(Staged):
@@ -58,10 +53,7 @@ class Clock(Staged):
         # It still does what it is told.
         self.agent.gain(self.apps[0], 0.9)
         self.agent.gain(self.apps[0], 0.5)
-        heard = max(heard, self.heard(self.ear.mark()))
-        self.check_stored()
-        self.count()
-        return heard
+        return max(heard, self.survived(time.monotonic()))
 
 
 if __name__ == "__main__":

@@ -7,6 +7,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "LineLauncher.h"
 #include "StateFixture.h"
 #include "remote/SeamVersion.h"
 #include "remote/SendMessage.h"
@@ -16,46 +17,6 @@ namespace {
 
 using nlohmann::json;
 
-/// A process that is only its line.
-class FakeLauncher final : public WindowsLauncher {
- public:
-  struct Line {
-    ChannelEvents events;
-    std::vector<json> sent;
-    std::size_t waiting = 0;
-    bool isOpen = true;
-    bool isGivenUp = false;
-  };
-
-  std::unique_ptr<Channel> launch(ChannelEvents events) override {
-    if (fails) return nullptr;
-    lines.push_back(std::make_shared<Line>());
-    lines.back()->events = std::move(events);
-    if (!greeting.is_null()) lines.back()->events.received(encodeMessage(greeting));
-    return std::make_unique<End>(lines.back());
-  }
-
-  std::vector<std::shared_ptr<Line>> lines;
-  bool fails = false;
-  /// What each process says first; null for nothing.
-  json greeting{{"type", "hello"}, {"version", seamVersion()}};
-
- private:
-  class End final : public Channel {
-   public:
-    explicit End(std::shared_ptr<Line> line) : line_(std::move(line)) {}
-    ~End() override { line_->isOpen = false; }
-    End(const End&) = delete;
-    End& operator=(const End&) = delete;
-    void send(const std::string& message) override { line_->sent.push_back(decodeMessage(message).value()); }
-    [[nodiscard]] std::size_t waitingBytes() const override { return line_->waiting; }
-    void giveUp() override { line_->isGivenUp = true; }
-
-   private:
-    std::shared_ptr<Line> line_;
-  };
-};
-
 /// What stands on the state is made after it.
 class Started : public StateFixture {
  protected:
@@ -64,6 +25,7 @@ class Started : public StateFixture {
 
 class WindowsOfTheProgram : public Started {
  protected:
+  WindowsOfTheProgram() { launcher.greeting = {{"type", "hello"}, {"version", seamVersion()}}; }
   WindowsIntents intents() {
     WindowsIntents result;
     result.openMainWindow = [this](const ActivationRequest& request) {
@@ -94,7 +56,7 @@ class WindowsOfTheProgram : public Started {
     settle();
   }
 
-  FakeLauncher launcher;
+  LineLauncher launcher;
   std::vector<std::string> events;
   WindowsProcess windows{launcher, state(), box->runtime, intents()};
 };

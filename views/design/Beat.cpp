@@ -22,14 +22,14 @@ Beat::~Beat() {
 void Beat::setRunning(bool running) {
   if (running_ == running) return;
   running_ = running;
-  emit runningChanged();
+  Q_EMIT runningChanged();
   decide();
 }
 
 void Beat::setRate(Rate rate) {
   if (rate_ == rate) return;
   rate_ = rate;
-  emit rateChanged();
+  Q_EMIT rateChanged();
   if (beating_) join();
 }
 
@@ -59,7 +59,7 @@ void Beat::beat(double seconds) {
   const QRectF place = mapRectToScene(parentItem() ? parentItem()->boundingRect() : boundingRect());
   if (window() && !place.isEmpty() && !QRectF(QPointF(), window()->size()).intersects(place)) return;
   time_ = seconds;
-  emit timeChanged();
+  Q_EMIT timeChanged();
 }
 
 void Beat::join() {
@@ -80,7 +80,7 @@ void Beat::watch(QQuickWindow* window) {
 void Beat::standStill() {
   if (!Appearance::shared().reducesMotion() || time_ == 0) return;
   time_ = 0;
-  emit timeChanged();
+  Q_EMIT timeChanged();
 }
 
 void Beat::decide() {
@@ -92,11 +92,11 @@ void Beat::decide() {
   if (wanted) {
     time_ = Metronome::shared().seconds();
     join();
-    emit timeChanged();
+    Q_EMIT timeChanged();
   } else {
     Metronome::shared().leave(this);
   }
-  emit beatingChanged();
+  Q_EMIT beatingChanged();
 }
 
 }  // namespace quillmere

@@ -46,7 +46,7 @@ class Beat : public QQuickItem, private Metronome::Listener {
   /// The scale of a pulse's halo.
   [[nodiscard]] double haloScale() const;
 
- signals:
+ Q_SIGNALS:
   void runningChanged();
   void rateChanged();
   void beatingChanged();

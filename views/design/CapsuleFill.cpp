@@ -10,35 +10,35 @@ namespace quillmere {
 void CapsuleFill::setLeading(const QColor& color) {
   if (leading_ == color) return;
   leading_ = color;
-  emit lookChanged();
+  Q_EMIT lookChanged();
   repaint();
 }
 
 void CapsuleFill::setTrailing(const QColor& color) {
   if (trailing_ == color) return;
   trailing_ = color;
-  emit lookChanged();
+  Q_EMIT lookChanged();
   repaint();
 }
 
 void CapsuleFill::setAddsLight(bool addsLight) {
   if (addsLight_ == addsLight) return;
   addsLight_ = addsLight;
-  emit lookChanged();
+  Q_EMIT lookChanged();
   repaint();
 }
 
 void CapsuleFill::setHoleCentre(double centre) {
   if (holeCentre_ == centre) return;
   holeCentre_ = centre;
-  emit lookChanged();
+  Q_EMIT lookChanged();
   if (holeDiameter_ > 0) repaint();
 }
 
 void CapsuleFill::setHoleDiameter(double diameter) {
   if (holeDiameter_ == diameter) return;
   holeDiameter_ = diameter;
-  emit lookChanged();
+  Q_EMIT lookChanged();
   repaint();
 }
 

@@ -34,7 +34,7 @@ class CapsuleFill : public quillmere::ImageItem {
   [[nodiscard]] double holeDiameter() const { return holeDiameter_; }
   void setHoleDiameter(double diameter);
 
- signals:
+ Q_SIGNALS:
   void lookChanged();
 
  protected:

@@ -17,14 +17,14 @@ constexpr double gap = 3.0;
 void DashedBorder::setRadius(double radius) {
   if (radius_ == radius) return;
   radius_ = radius;
-  emit lookChanged();
+  Q_EMIT lookChanged();
   repaint();
 }
 
 void DashedBorder::setColor(const QColor& color) {
   if (color_ == color) return;
   color_ = color;
-  emit lookChanged();
+  Q_EMIT lookChanged();
   repaint();
 }
 

@@ -23,7 +23,7 @@ class DashedBorder : public quillmere::ImageItem {
   [[nodiscard]] QColor color() const { return color_; }
   void setColor(const QColor& color);
 
- signals:
+ Q_SIGNALS:
   void lookChanged();
 
  protected:

@@ -11,7 +11,7 @@ namespace quillmere {
 void GradientFill::setRadius(double radius) {
   if (radius_ == radius) return;
   radius_ = radius;
-  emit radiusChanged();
+  Q_EMIT radiusChanged();
   repaint();
 }
 

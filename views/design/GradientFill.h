@@ -19,7 +19,7 @@ class GradientFill : public quillmere::ImageItem {
   [[nodiscard]] double radius() const { return radius_; }
   void setRadius(double radius);
 
- signals:
+ Q_SIGNALS:
   void radiusChanged();
 
  protected:

@@ -30,7 +30,7 @@ class Motion : public QObject {
   /// Control points of the ease-out.
   [[nodiscard]] static QVariantList easeOutCurve();
 
- signals:
+ Q_SIGNALS:
   void reducedChanged();
 };
 

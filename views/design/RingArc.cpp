@@ -38,35 +38,35 @@ double RingArc::trim(double progress) {
 void RingArc::setProgress(double progress) {
   if (progress_ == progress) return;
   progress_ = progress;
-  emit progressChanged();
+  Q_EMIT progressChanged();
   repaint();
 }
 
 void RingArc::setTrack(const QColor& track) {
   if (track_ == track) return;
   track_ = track;
-  emit lookChanged();
+  Q_EMIT lookChanged();
   repaint();
 }
 
 void RingArc::setFill(const QColor& fill) {
   if (fill_ == fill) return;
   fill_ = fill;
-  emit lookChanged();
+  Q_EMIT lookChanged();
   repaint();
 }
 
 void RingArc::setUseGradient(bool useGradient) {
   if (useGradient_ == useGradient) return;
   useGradient_ = useGradient;
-  emit lookChanged();
+  Q_EMIT lookChanged();
   repaint();
 }
 
 void RingArc::setLineWidth(double width) {
   if (lineWidth_ == width) return;
   lineWidth_ = width;
-  emit lookChanged();
+  Q_EMIT lookChanged();
   repaint();
 }
 

@@ -35,7 +35,7 @@ class RingArc : public quillmere::ImageItem {
   /// The share of the circle that is stroked for a progress: at least 0.001, at most 1.
   [[nodiscard]] static double trim(double progress);
 
- signals:
+ Q_SIGNALS:
   void progressChanged();
   void lookChanged();
 

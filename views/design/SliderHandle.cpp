@@ -47,44 +47,44 @@ SliderHandle* SliderHandle::hovered() { return hoveredHandle; }
 void SliderHandle::setPosition(double position) {
   if (position_ == position) return;
   position_ = position;
-  emit valueChanged();
-  emit geometryChanged();
+  Q_EMIT valueChanged();
+  Q_EMIT geometryChanged();
 }
 
 void SliderHandle::setFrom(double from) {
   if (geometry_.lower == from) return;
   geometry_.lower = from;
-  emit minimumValueChanged();
-  emit geometryChanged();
+  Q_EMIT minimumValueChanged();
+  Q_EMIT geometryChanged();
 }
 
 void SliderHandle::setTo(double to) {
   if (geometry_.upper == to) return;
   geometry_.upper = to;
-  emit maximumValueChanged();
-  emit geometryChanged();
+  Q_EMIT maximumValueChanged();
+  Q_EMIT geometryChanged();
 }
 
 void SliderHandle::setThumbSize(double size) {
   if (geometry_.thumbSize == size) return;
   geometry_.thumbSize = size;
-  emit geometryChanged();
+  Q_EMIT geometryChanged();
 }
 
 void SliderHandle::setScrollRule(ScrollRule rule) {
   if (scrollRule_ == rule) return;
   scrollRule_ = rule;
   wheel_.reset();
-  emit scrollRuleChanged();
+  Q_EMIT scrollRuleChanged();
 }
 
 void SliderHandle::setStepSize(double size) {
   if (stepSize_ == size) return;
   stepSize_ = size;
-  emit stepSizeChanged();
+  Q_EMIT stepSizeChanged();
 }
 
-void SliderHandle::requestValue(double value) { emit moved(geometry_.limited(value)); }
+void SliderHandle::requestValue(double value) { Q_EMIT moved(geometry_.limited(value)); }
 
 void SliderHandle::increase() { requestValue(position_ + stepSize_); }
 
@@ -94,7 +94,7 @@ void SliderHandle::geometryChange(const QRectF& newGeometry, const QRectF& oldGe
   QQuickItem::geometryChange(newGeometry, oldGeometry);
   if (geometry_.width == newGeometry.width()) return;
   geometry_.width = newGeometry.width();
-  emit geometryChanged();
+  Q_EMIT geometryChanged();
 }
 
 void SliderHandle::mousePressEvent(QMouseEvent* event) {
@@ -137,7 +137,7 @@ void SliderHandle::wheelEvent(QWheelEvent* event) {
       .fromTouchpad = event->device() && event->device()->type() == QInputDevice::DeviceType::TouchPad,
       .phase = phaseOf(event->phase())};
   if (scrollRule_ == Forward) {
-    if (const double units = scrollUnits(scroll); units != 0) emit scrollDelta(units);
+    if (const double units = scrollUnits(scroll); units != 0) Q_EMIT scrollDelta(units);
     return;
   }
   const int direction = wheel_.step(scroll);
@@ -148,7 +148,7 @@ void SliderHandle::wheelEvent(QWheelEvent* event) {
 bool SliderHandle::scrollBy(double delta) {
   if (scrollRule_ == PassOn) return false;
   if (scrollRule_ == Forward) {
-    emit scrollDelta(delta);
+    Q_EMIT scrollDelta(delta);
   } else {
     const double step = std::max(gainPerScrollStep, stepSize_);
     requestValue(position_ + (delta > 0 ? step : -step));
@@ -201,7 +201,7 @@ void SliderHandle::dragTo(double x) { requestValue(geometry_.valueAt(x)); }
 void SliderHandle::setDragging(bool dragging) {
   if (dragging_ == dragging) return;
   dragging_ = dragging;
-  emit draggingChanged();
+  Q_EMIT draggingChanged();
 }
 
 void SliderHandle::setHovering(bool hovering) {
@@ -212,13 +212,13 @@ void SliderHandle::setHovering(bool hovering) {
   } else if (hoveredHandle == this) {
     hoveredHandle = nullptr;
   }
-  emit hoveringChanged();
+  Q_EMIT hoveringChanged();
 }
 
 void SliderHandle::setVisualFocus(bool visualFocus) {
   if (visualFocus_ == visualFocus) return;
   visualFocus_ = visualFocus;
-  emit visualFocusChanged();
+  Q_EMIT visualFocusChanged();
 }
 
 }  // namespace quillmere

@@ -75,7 +75,7 @@ class SliderHandle : public QQuickItem {
   Q_INVOKABLE void increase();
   Q_INVOKABLE void decrease();
 
- signals:
+ Q_SIGNALS:
   /// The user asks for this value, within the range.
   void moved(double value);
   /// Only with ScrollRule Forward: units as in core/ScrollRule.h, upwards positive. Not for an event that has none.

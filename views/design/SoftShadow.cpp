@@ -173,7 +173,7 @@ void SoftShadow::setCutOut(bool cutOut) {
 }
 
 void SoftShadow::changed() {
-  emit lookChanged();
+  Q_EMIT lookChanged();
   polish();
 }
 

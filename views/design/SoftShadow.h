@@ -52,7 +52,7 @@ class SoftShadow : public QQuickItem {
   [[nodiscard]] bool cutOut() const { return cutOut_; }
   void setCutOut(bool cutOut);
 
- signals:
+ Q_SIGNALS:
   void lookChanged();
 
  protected:

@@ -22,7 +22,7 @@ Symbol::Symbol(QQuickItem* parent) : ImageItem(parent), color_(toColor(design::c
 void Symbol::setName(const QString& name) {
   if (name_ == name) return;
   name_ = name;
-  emit nameChanged();
+  Q_EMIT nameChanged();
   resize();
   repaint();
 }
@@ -30,28 +30,28 @@ void Symbol::setName(const QString& name) {
 void Symbol::setPointSize(double size) {
   if (pointSize_ == size) return;
   pointSize_ = size;
-  emit pointSizeChanged();
+  Q_EMIT pointSizeChanged();
   resize();
 }
 
 void Symbol::setWeight(int weight) {
   if (weight_ == weight) return;
   weight_ = weight;
-  emit weightChanged();
+  Q_EMIT weightChanged();
   repaint();
 }
 
 void Symbol::setColor(const QColor& color) {
   if (color_ == color) return;
   color_ = color;
-  emit colorChanged();
+  Q_EMIT colorChanged();
   repaint();
 }
 
 void Symbol::setUseGradient(bool useGradient) {
   if (useGradient_ == useGradient) return;
   useGradient_ = useGradient;
-  emit useGradientChanged();
+  Q_EMIT useGradientChanged();
   repaint();
 }
 

@@ -37,7 +37,7 @@ class Symbol : public quillmere::ImageItem {
   /// The height of the box for a point size: even, so that it centres on whole pixels in even boxes.
   [[nodiscard]] static int extentFor(double pointSize);
 
- signals:
+ Q_SIGNALS:
   void nameChanged();
   void pointSizeChanged();
   void weightChanged();

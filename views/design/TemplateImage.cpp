@@ -12,14 +12,14 @@ void TemplateImage::setMark(const QString& mark) {
   if (mark_ == mark) return;
   mark_ = mark;
   grid_ = mark.isEmpty() ? QSizeF() : SymbolStore::gridSize(SymbolStore::markPath(mark));
-  emit markChanged();
+  Q_EMIT markChanged();
   repaint();
 }
 
 void TemplateImage::setColor(const QColor& color) {
   if (color_ == color) return;
   color_ = color;
-  emit colorChanged();
+  Q_EMIT colorChanged();
   repaint();
 }
 

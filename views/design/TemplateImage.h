@@ -27,7 +27,7 @@ class TemplateImage : public quillmere::ImageItem {
   [[nodiscard]] bool available() const { return !grid_.isEmpty(); }
   [[nodiscard]] double aspect() const { return available() ? grid_.width() / grid_.height() : 1; }
 
- signals:
+ Q_SIGNALS:
   void markChanged();
   void colorChanged();
 

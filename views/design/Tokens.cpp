@@ -174,7 +174,7 @@ Tokens::Tokens(QObject* parent)
   readContrast();
   connect(&Appearance::shared(), &Appearance::contrastChanged, this, [this] {
     readContrast();
-    emit contrastChanged();
+    Q_EMIT contrastChanged();
   });
 }
 

@@ -176,7 +176,7 @@ class Tokens : public QObject {
   /// Whether a line would end within a word were the text wrapped to the width.
   Q_INVOKABLE static bool breaksWithinWord(const QString& text, const QFont& font, double width);
 
- signals:
+ Q_SIGNALS:
   void contrastChanged();
 
  private:

@@ -58,7 +58,7 @@ void WaveItem::setLineWidth(double width) {
 void WaveItem::setTime(double seconds) {
   if (time_ == seconds) return;
   time_ = seconds;
-  emit timeChanged();
+  Q_EMIT timeChanged();
   if (liveCount_ > 0) repaint();
 }
 
@@ -71,7 +71,7 @@ QImage WaveItem::paintPicture(QSize pixels, double scale) {
 double WaveItem::margin() const { return std::ceil(waveReach(lineWidth_)); }
 
 void WaveItem::changed() {
-  emit lookChanged();
+  Q_EMIT lookChanged();
   repaint();
 }
 

@@ -32,7 +32,7 @@ class WaveItem : public quillmere::ImageItem {
   [[nodiscard]] double time() const { return time_; }
   void setTime(double seconds);
 
- signals:
+ Q_SIGNALS:
   void lookChanged();
   void timeChanged();
 

@@ -136,9 +136,6 @@ AudioSnapshot takeSnapshot(const GraphModel& model, const Volumes& pendingVolume
   AudioSnapshot snapshot;
   snapshot.devices = takeDevices(model, pendingVolumes, ids);
   snapshot.processes = takeProcesses(model, ids);
-  for (const auto& [id, node] : model.nodes()) {
-    if (node.isOurs && node.isRunning) snapshot.ownRunning.insert(id);
-  }
   return snapshot;
 }
 

@@ -59,8 +59,6 @@ struct AudioSnapshot {
   std::uint64_t choicesAnswered = 0;
   /// The device of the last choice if that was refused, 0 otherwise.
   AudioObjectID refusedOutput = 0;
-  /// The nodes of ours that run: the taps whose cycles go.
-  std::set<GlobalID> ownRunning;
 
   friend bool operator==(const AudioSnapshot&, const AudioSnapshot&) = default;
 

@@ -15,6 +15,8 @@ constexpr Duration retryInterval = std::chrono::milliseconds(250);
 constexpr int mostDoublings = 4;
 /// After an error a daemon that is still there answers within this time.
 constexpr Duration longestDoubt = std::chrono::milliseconds(500);
+/// When a session manager goes, the daemon has much to do and nothing of ours is heard anyway.
+constexpr Duration longestDoubtWithoutKeeper = std::chrono::seconds(1);
 
 }  // namespace
 
@@ -124,10 +126,18 @@ void Connection::onError(const Client& client, std::uint32_t id, int result, con
   } else {
     // An error of the core may be the end: the library closes the connection at whatever it cannot read or send, and
     // says no more than this. Or the daemon has refused something and goes on. Only an answer tells.
-    pw_core_sync(client.core, PW_ID_CORE, 0);
-    doubted_ = &client;
-    doubt_.arm(longestDoubt);
+    doubt(client, longestDoubt);
   }
+}
+
+void Connection::metadataKeeperGone() {
+  if (looks_.core != nullptr) doubt(looks_, longestDoubtWithoutKeeper);
+}
+
+void Connection::doubt(const Client& client, Duration longest) {
+  pw_core_sync(client.core, PW_ID_CORE, 0);
+  doubted_ = &client;
+  doubt_.arm(longest);
 }
 
 void Connection::startAnew() {

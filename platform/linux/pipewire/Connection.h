@@ -57,6 +57,10 @@ class Connection {
   int sync();
   /// The number that `nodesDone` will be told.
   int syncNodes();
+  /// Whoever kept the metadata is gone. The daemon reads nothing from a client that is binding it until that somebody
+  /// has answered; one that went meanwhile never will, and the client is never read again, though it is told of
+  /// everything. So it is asked, and where nobody answers all is made anew.
+  void metadataKeeperGone();
 
  private:
   struct Client {
@@ -69,6 +73,8 @@ class Connection {
   bool connect(Client& client);
   void onDone(const Client& client, int sequence);
   void onError(const Client& client, std::uint32_t id, int result, const char* message);
+  /// Asks the daemon whether it still listens to a client; without an answer in that time it counts as gone.
+  void doubt(const Client& client, Duration longest);
   void startAnew();
   void drop();
   static void disconnect(Client& client);
@@ -87,7 +93,7 @@ class Connection {
   int fruitless_ = 0;
   LoopTimer retry_;
   LoopSignal broken_;
-  /// Runs while it is not known whether a client has survived an error, and of which one that is.
+  /// Runs while it is not known whether a client is still read, and of which one that is.
   LoopTimer doubt_;
   const Client* doubted_ = nullptr;
 };

@@ -201,6 +201,7 @@ void Host::onMetadataPresence(bool isThere) {
   } else {
     // A node of ours that outlived the session manager would keep its successor from linking anything.
     director_.suspend();
+    connection_.metadataKeeperGone();
   }
 }
 

@@ -1,11 +1,13 @@
 #include "OutputScouts.h"
 
 #include <pipewire/pipewire.h>
-#include <spa/param/audio/format-utils.h>
+#include <spa/pod/builder.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+
+#include "TapParams.h"
 
 namespace quillmere::pipewire {
 namespace {
@@ -160,19 +162,14 @@ std::unique_ptr<OutputScouts::Scout> OutputScouts::send(const Destination& desti
     return nullptr;
   }
   pw_stream_add_listener(scout->stream, &scout->listener, &events, scout.get());
-  spa_audio_info_raw info{};
-  info.format = SPA_AUDIO_FORMAT_F32P;
-  info.channels = 2;
-  info.position[0] = SPA_AUDIO_CHANNEL_FL;
-  info.position[1] = SPA_AUDIO_CHANNEL_FR;
   std::array<std::uint8_t, 1024> memory{};
   spa_pod_builder builder{};
   spa_pod_builder_init(&builder, memory.data(), memory.size());
-  std::array<const spa_pod*, 1> params{spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info)};
+  std::array<const spa_pod*, 1> formats{params::stereoFormat(builder, 0)};
   const int result = pw_stream_connect(
       scout->stream, PW_DIRECTION_OUTPUT, PW_ID_ANY,
       static_cast<pw_stream_flags>(static_cast<std::uint32_t>(PW_STREAM_FLAG_AUTOCONNECT) | PW_STREAM_FLAG_INACTIVE),
-      params.data(), params.size());
+      formats.data(), formats.size());
   if (result < 0) {
     log_.error(logText("a stream that finds an output could not be connected (%d)", result));
     return nullptr;

@@ -317,7 +317,10 @@ void TapDirector::followOutput(Device& device, const Destination& destination, L
   // It was opened by a guess, and nobody plays there but somebody else.
   const bool isRefused = isKnown && wanted.empty() && session.phase == Phase::opening && !session.output.empty();
   if (isRefused) {
-    lane.session = openSession(device, destination);
+    if (!mayOpen(device)) return;
+    auto elsewhere = openSession(device, destination);
+    if (!elsewhere) return;
+    sendAway(std::exchange(lane.session, std::move(elsewhere)));
     return;
   }
   // An adopted path still holds the streams; it is renewed once it is live.
@@ -340,10 +343,14 @@ void TapDirector::followOutput(Device& device, const Destination& destination, L
     // The old one plays until the new one is ready.
     lane.predecessor = std::move(old);
   } else {
-    old->phase = Phase::returning;
-    old->ticks = 0;
-    leaving_.push_back(std::move(old));
+    sendAway(std::move(old));
   }
+}
+
+void TapDirector::sendAway(std::shared_ptr<Session> session) {
+  session->phase = Phase::returning;
+  session->ticks = 0;
+  leaving_.push_back(std::move(session));
 }
 
 void TapDirector::followStreams(Device& device) {

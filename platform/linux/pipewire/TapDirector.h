@@ -112,6 +112,8 @@ class TapDirector {
   bool countOpeningsDown();
   [[nodiscard]] std::shared_ptr<Session> openSession(const Device& device, const Destination& destination);
   void followOutput(Device& device, const Destination& destination, Lane& lane);
+  /// Of a session that nobody plays through: it goes once the session manager is done with it.
+  void sendAway(std::shared_ptr<Session> session);
   /// Opens and closes lanes as streams are bound for other outputs.
   void followStreams(Device& device);
   void askForOutputs();

@@ -87,7 +87,7 @@ struct TapNodeInterface::Methods {
     if (id != SPA_PARAM_EnumFormat) return -ENOENT;
     return tellParams(self(object).hooks_, sequence, id, start, count, filter,
                       [](spa_pod_builder& builder, std::uint32_t place) {
-                        return place == 0 ? params::nodeFormat(builder) : nullptr;
+                        return place == 0 ? params::stereoFormat(builder, 48000) : nullptr;
                       });
   }
   static int setParam(void* object, std::uint32_t id, std::uint32_t, const spa_pod* param) {

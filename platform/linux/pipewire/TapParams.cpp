@@ -19,10 +19,10 @@ const spa_pod* pod(void* built) { return static_cast<const spa_pod*>(built); }
 
 }  // namespace
 
-const spa_pod* nodeFormat(spa_pod_builder& builder) {
+const spa_pod* stereoFormat(spa_pod_builder& builder, std::uint32_t rate) {
   spa_audio_info_raw info{};
   info.format = SPA_AUDIO_FORMAT_F32P;
-  info.rate = 48000;
+  info.rate = rate;
   info.channels = 2;
   info.position[0] = SPA_AUDIO_CHANNEL_FL;
   info.position[1] = SPA_AUDIO_CHANNEL_FR;

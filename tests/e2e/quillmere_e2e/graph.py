@@ -22,10 +22,14 @@ class Graph:
     """A snapshot of the graph."""
 
     def __init__(self):
-        try:
-            self.objects = json.loads(tool("pw-dump", check=False) or "[]")
-        except ValueError:
-            self.objects = []  # The daemon went while it was asked.
+        self.objects = []
+        # What goes while it is asked for leaves nothing that can be read. It is not gone the next time; the daemon may be.
+        for _ in range(3):
+            try:
+                self.objects = json.loads(tool("pw-dump", check=False))
+                break
+            except ValueError:
+                continue
         self.by_id = {thing["id"]: thing for thing in self.objects}
 
     def of_type(self, kind):

@@ -121,6 +121,14 @@ class Staged(Knock):
             self.keep(f"try-{self.tries}")
             raise
 
+    def survived(self, since):
+        """Whether all is as it should be after a knock that was over at that time; the seconds until it was heard."""
+        seconds = self.heard(self.ear.mark())
+        self.check_list(since)
+        self.check_stored()
+        self.count()
+        return seconds
+
     def count(self):
         """After each try: the mixer's cost, once it is warm."""
         self.tries += 1

@@ -10,7 +10,7 @@ Q_IMPORT_QML_PLUGIN(Quillmere_DesignPlugin)
 class Setup : public QObject {
   Q_OBJECT
 
- public slots:
+ public Q_SLOTS:
   void qmlEngineAvailable(QQmlEngine* engine) {
     engine->addImportPath("qrc:/qt/qml");
     qmlRegisterSingletonInstance("Quillmere.Test", 1, 0, "DesktopWishes", &wishes_);

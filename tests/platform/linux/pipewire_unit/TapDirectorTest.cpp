@@ -127,12 +127,16 @@ struct TapDirectorTest : ::testing::Test {
     AudioObjectID device = 0;
     IOProcID proc = 0;
   };
-  Built build(bool followsDefault = true, const std::string& output = "sink") {
-    Built built;
+  TapDescription tapOf(const std::string& application) {
     TapDescription tap;
-    tap.processes = {ids.of(processKey("test.player"))};
+    tap.processes = {ids.of(processKey(application))};
     tap.uuid = Uuid::random();
     tap.isExclusive = false;
+    return tap;
+  }
+  Built build(bool followsDefault = true, const std::string& output = "sink") {
+    Built built;
+    const auto tap = tapOf("test.player");
     EXPECT_EQ(director.createTap(tap, built.tap), noErr);
     AggregateDescription device;
     device.mainDeviceUID = output;
@@ -346,6 +350,7 @@ TEST_F(TapDirectorTest, WhereTheSessionManagerRefusesTheOutputTheTapPlaysNowhere
   director.graphChanged();
   ASSERT_EQ(paths.size(), 2U);
   EXPECT_EQ(outputs.back(), std::nullopt);
+  EXPECT_FALSE(isGone(0)) << "the session manager is busy with it";
   connect(1);
   start(built);
   tick(500);
@@ -661,10 +666,7 @@ TEST_F(TapDirectorTest, AnotherApplicationsNodesAreNotPutOff) {
   for (const auto* output : {"desk", "usb", "speakers"}) build(false, output);
   ASSERT_EQ(paths.size(), 3U);
   Built other;
-  TapDescription tap;
-  tap.processes = {ids.of(processKey("test.other"))};
-  tap.uuid = Uuid::random();
-  tap.isExclusive = false;
+  const auto tap = tapOf("test.other");
   ASSERT_EQ(director.createTap(tap, other.tap), noErr);
   AggregateDescription device;
   device.followsDefaultOutput = true;

@@ -1,7 +1,7 @@
 #include "support/MonitorRecorder.h"
 
 #include <pipewire/pipewire.h>
-#include <spa/param/audio/format-utils.h>
+#include <spa/pod/builder.h>
 
 #include <algorithm>
 #include <array>
@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "platform/linux/pipewire/ClientConfiguration.h"
+#include "platform/linux/pipewire/TapParams.h"
 #include "support/Session.h"
 
 namespace quillmere::test {
@@ -62,20 +63,14 @@ MonitorRecorder::MonitorRecorder(const std::string& device, const std::string& l
                         linked == Linked::byHand ? "recorder-by-hand" : "recorder", nullptr),
       &events, recording_.get());
   if (recording_->stream == nullptr) throw std::runtime_error("no daemon to record from");
-  spa_audio_info_raw info{};
-  info.format = SPA_AUDIO_FORMAT_F32P;
-  info.rate = 48000;
-  info.channels = 2;
-  info.position[0] = SPA_AUDIO_CHANNEL_FL;
-  info.position[1] = SPA_AUDIO_CHANNEL_FR;
   std::array<std::uint8_t, 1024> memory{};
   spa_pod_builder builder{};
   spa_pod_builder_init(&builder, memory.data(), memory.size());
-  std::array<const spa_pod*, 1> params{spa_format_audio_raw_build(&builder, SPA_PARAM_EnumFormat, &info)};
+  std::array<const spa_pod*, 1> formats{pipewire::params::stereoFormat(builder, 48000)};
   const auto flags = static_cast<std::uint32_t>(PW_STREAM_FLAG_MAP_BUFFERS) | PW_STREAM_FLAG_RT_PROCESS |
                      (linked == Linked::bySessionManager ? PW_STREAM_FLAG_AUTOCONNECT : 0);
   pw_stream_connect(recording_->stream, PW_DIRECTION_INPUT, PW_ID_ANY, static_cast<pw_stream_flags>(flags),
-                    params.data(), params.size());
+                    formats.data(), formats.size());
   pw_thread_loop_unlock(recording_->loop);
   const auto hears = [&] {
     if (linked == Linked::byHand) run({"pw-link", device + ":monitor_FL", "recorder-by-hand:input_FL"});
