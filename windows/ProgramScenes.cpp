@@ -15,6 +15,7 @@
 #include "views/ViewFactory.h"
 #include "views/design/Appearance.h"
 #include "windows/BrandIconImage.h"
+#include "windows/NativeWindow.h"
 #include "windows/WindowFit.h"
 
 namespace quillmere {
@@ -60,7 +61,7 @@ ProgramScenes::ProgramScenes(const Runtime& runtime, std::shared_ptr<MixerState>
     setWindowIcon();
     auto window = served(factory().makeMainWindow());
     keepOnScreen(*window);
-    if (host_.made) host_.made(*window, mainWindow);
+    tellWhenMade(*window, mainWindow);
     return window;
   });
   scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
@@ -68,7 +69,7 @@ ProgramScenes::ProgramScenes(const Runtime& runtime, std::shared_ptr<MixerState>
     auto window = served(factory().makeOnboarding());
     keepOnScreen(*window);
     centre(*window);
-    if (host_.made) host_.made(*window, onboardingWindow);
+    tellWhenMade(*window, onboardingWindow);
     return window;
   });
   connect(&scenes_, &SceneSet::shown, this, &ProgramScenes::shown);
@@ -104,6 +105,11 @@ std::unique_ptr<QWindow> ProgramScenes::makeAbout() {
   setWindowIcon();
   factory();
   return served(makeAboutWindow(QCoreApplication::applicationVersion()));
+}
+
+void ProgramScenes::tellWhenMade(QWindow& window, const std::string& identifier) {
+  if (!host_.made) return;
+  onNativeWindow(window, [made = host_.made, identifier](QWindow& native) { made(native, identifier); });
 }
 
 template <typename Window>

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -134,6 +135,10 @@ class OneProcess : public ::testing::Test {
       SceneHost scenes;
       scenes.makeDesktop = [] { return std::move(MemoryDesktop().desktop); };
       scenes.stage = std::make_unique<Stage>();
+      scenes.made = [this](QWindow& window, const std::string& identifier) {
+        EXPECT_NE(window.handle(), nullptr);
+        ++timesMade[identifier];
+      };
       auto local =
           std::make_unique<LocalWindows>(runtime, shared, std::move(scenes), std::move(intents),
                                          [](ProgramScenes& drawn, const WindowsIntents& asked) {
@@ -202,6 +207,8 @@ class OneProcess : public ::testing::Test {
   /// Whether the host's updater was handed what a feed tells.
   std::optional<bool> isAnnounced;
   int updateChecks = 0;
+  /// Windows of the display's own that were told of, by their identifiers.
+  std::map<std::string, int> timesMade;
   MemoryStatusItem* item = nullptr;
   AppState* state = nullptr;
   ProgramWindows* windows = nullptr;
@@ -283,6 +290,27 @@ TEST_F(OneProcess, IsARegularProgramForAsLongAsAWindowOfItsOwnShows) {
   quitWhen("it is an accessory again",
            [this] { return !shows("main") && windows->activationPolicy() == ActivationPolicy::accessory; });
   EXPECT_EQ(run({"--background"}), EXIT_SUCCESS);
+}
+
+TEST_F(OneProcess, AWindowThatIsOpenedAgainSoonAfterItsClosingIsANewOneToTheDisplayAndIsToldOfAgain) {
+  const void* first = nullptr;
+  when(
+      "the window is there", [this] { return shows("main"); },
+      [this, &first] {
+        EXPECT_EQ(timesMade["main"], 1);
+        first = windowTitled("quillmere");
+        windows->close("main");
+      });
+  when("it has gone", [this] { return !shows("main"); }, [this] { windows->open("main"); });
+  when(
+      "it is there again", [this] { return shows("main"); },
+      [this, &first] {
+        EXPECT_EQ(windowTitled("quillmere"), first);
+        EXPECT_EQ(timesMade["main"], 2);
+        EXPECT_EQ(timesMade["onboarding"], 0);
+        EXPECT_TRUE(item->choose("Quit quillmere"));
+      });
+  EXPECT_EQ(run(), EXIT_SUCCESS);
 }
 
 TEST_F(OneProcess, AFirstRunLeadsToTheOnboarding) {
