@@ -15,6 +15,7 @@
 #import <Foundation/NSFileHandle.h>
 #import <Foundation/NSFileManager.h>
 #import <Foundation/NSGeometry.h>
+#import <Foundation/NSKeyValueObserving.h>
 #import <Foundation/NSLocale.h>
 #import <Foundation/NSNotification.h>
 #import <Foundation/NSObjCRuntime.h>
