@@ -4,6 +4,7 @@
 #include <os/object.h>
 #include <stddef.h>
 #include <stdint.h>
+#include <sys/qos.h>
 #include <sys/types.h>
 
 extern "C" {
@@ -18,7 +19,7 @@ OS_OBJECT_DECL(dispatch_semaphore);
 typedef uint64_t dispatch_time_t;
 typedef void (^dispatch_block_t)(void);
 typedef void (*dispatch_function_t)(void* _Nullable);
-typedef unsigned int dispatch_qos_class_t;
+typedef qos_class_t dispatch_qos_class_t;
 typedef struct dispatch_source_type_s* dispatch_source_type_t;
 
 #define DISPATCH_TIME_NOW 0ULL
@@ -27,14 +28,6 @@ typedef struct dispatch_source_type_s* dispatch_source_type_t;
 #define NSEC_PER_MSEC 1000000ULL
 #define DISPATCH_QUEUE_SERIAL ((dispatch_queue_attr_t _Nullable)nil)
 #define DISPATCH_TARGET_QUEUE_DEFAULT ((dispatch_queue_t _Nullable)nil)
-
-enum : dispatch_qos_class_t {
-  QOS_CLASS_USER_INTERACTIVE = 0x21,
-  QOS_CLASS_USER_INITIATED = 0x19,
-  QOS_CLASS_DEFAULT = 0x15,
-  QOS_CLASS_UTILITY = 0x11,
-  QOS_CLASS_BACKGROUND = 0x09,
-};
 
 typedef unsigned long dispatch_autorelease_frequency_t;
 enum : dispatch_autorelease_frequency_t {
