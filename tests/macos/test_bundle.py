@@ -37,6 +37,11 @@ class Description(unittest.TestCase):
         self.assertIn("plays an application's sound again", text)
         self.assertIn("Nothing is recorded.", text)
 
+    def test_it_says_that_a_headsets_microphone_is_not_what_it_wants(self):
+        text = self.info["NSMicrophoneUsageDescription"]
+        self.assertIn("headset", text)
+        self.assertIn("Nothing is recorded.", text)
+
     def test_it_says_what_it_asks_browsers_for(self):
         self.assertIn("the tabs of your browsers", self.info["NSAppleEventsUsageDescription"])
 
