@@ -6,12 +6,18 @@
 namespace quillmere {
 
 PopoverInMenuBar::PopoverInMenuBar(std::function<void*()> anchor) : anchor_(std::move(anchor)) {
+  popover_.onClosing([this] {
+    if (!isHiding_) Q_EMIT takenAway();
+  });
   popover_.onClosed([this] {
     if (window_ != nullptr) window_->hide();
   });
 }
 
-PopoverInMenuBar::~PopoverInMenuBar() { popover_.onClosed({}); }
+PopoverInMenuBar::~PopoverInMenuBar() {
+  popover_.onClosing({});
+  popover_.onClosed({});
+}
 
 void PopoverInMenuBar::adopt(QWindow& window) {
   window_ = &window;
@@ -32,7 +38,11 @@ void PopoverInMenuBar::show(const PopoverPlace& /*place*/) {
   window_->requestActivate();
 }
 
-void PopoverInMenuBar::hide() { popover_.close(); }
+void PopoverInMenuBar::hide() {
+  isHiding_ = true;
+  popover_.close();
+  isHiding_ = false;
+}
 
 void PopoverInMenuBar::release() {
   // The window has gone already, and with it what lay in the popover.

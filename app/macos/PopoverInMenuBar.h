@@ -33,6 +33,8 @@ class PopoverInMenuBar final : public PopoverStage {
   /// The popover's inside, as the toolkit knows a window that isn't its own.
   std::unique_ptr<QWindow> inside_;
   QWindow* window_ = nullptr;
+  /// While it closes because it was asked to.
+  bool isHiding_ = false;
 };
 
 }  // namespace quillmere

@@ -5,8 +5,9 @@
 
 namespace quillmere {
 
-/// For as long as it lives the system doesn't slow the program down because none of its windows shows ("App Nap"): a call
-/// that begins is heard then too, and a timer's second stays one. The machine and its display sleep as ever. [main]
+/// For as long as it lives the system doesn't slow the program down because none of its windows shows ("App Nap"): a
+/// call that begins is heard then too, and a timer's second stays one. The machine and its display sleep as ever.
+/// [main]
 class MacActivity {
  public:
   MacActivity();
