@@ -40,9 +40,6 @@ std::vector<RunningApplication> soundingIn(const MixerState& state) {
   return running;
 }
 
-/// Desktops show it beside the titles of windows that they list.
-void setWindowIcon() { QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0))); }
-
 }  // namespace
 
 ProgramScenes::ProgramScenes(const Runtime& runtime, std::shared_ptr<MixerState> state, SceneHost host,
@@ -58,14 +55,14 @@ ProgramScenes::ProgramScenes(const Runtime& runtime, std::shared_ptr<MixerState>
           std::move(host_.stage), host_.sight),
       about_(runtime, [this]() -> std::unique_ptr<QWindow> { return makeAbout(); }, Duration::zero(), host_.sight) {
   scenes_.add(mainWindow, [this]() -> std::unique_ptr<QWindow> {
-    setWindowIcon();
+    giveIcon();
     auto window = served(factory().makeMainWindow());
     keepOnScreen(*window);
     tellWhenMade(*window, mainWindow);
     return window;
   });
   scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
-    setWindowIcon();
+    giveIcon();
     auto window = served(factory().makeOnboarding());
     keepOnScreen(*window);
     centre(*window);
@@ -102,9 +99,14 @@ void ProgramScenes::open(const std::string& identifier, const std::optional<std:
 bool ProgramScenes::holdsAny() const { return scenes_.holdsAny() || popover_.isHeld() || about_.window() != nullptr; }
 
 std::unique_ptr<QWindow> ProgramScenes::makeAbout() {
-  setWindowIcon();
+  giveIcon();
   factory();
   return served(makeAboutWindow(QCoreApplication::applicationVersion()));
+}
+
+/// Desktops show it beside the titles of windows that they list.
+void ProgramScenes::giveIcon() const {
+  if (host_.givesIcon) QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
 }
 
 void ProgramScenes::tellWhenMade(QWindow& window, const std::string& identifier) {

@@ -3,6 +3,7 @@
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTimer>
@@ -135,6 +136,7 @@ class OneProcess : public ::testing::Test {
       SceneHost scenes;
       scenes.makeDesktop = [] { return std::move(MemoryDesktop().desktop); };
       scenes.stage = std::make_unique<Stage>();
+      scenes.givesIcon = givesIcon;
       scenes.made = [this](QWindow& window, const std::string& identifier) {
         EXPECT_NE(window.handle(), nullptr);
         ++timesMade[identifier];
@@ -202,6 +204,7 @@ class OneProcess : public ::testing::Test {
   }
 
   bool isWelcomed = true;
+  bool givesIcon = true;
   bool hasUpdater = false;
   bool hasFeed = false;
   /// Whether the host's updater was handed what a feed tells.
@@ -308,6 +311,27 @@ TEST_F(OneProcess, AWindowThatIsOpenedAgainSoonAfterItsClosingIsANewOneToTheDisp
         EXPECT_EQ(windowTitled("quillmere"), first);
         EXPECT_EQ(timesMade["main"], 2);
         EXPECT_EQ(timesMade["onboarding"], 0);
+        EXPECT_TRUE(item->choose("Quit quillmere"));
+      });
+  EXPECT_EQ(run(), EXIT_SUCCESS);
+}
+
+TEST_F(OneProcess, GivesTheDisplayItsPictureWithItsFirstWindow) {
+  when(
+      "the window is there", [this] { return shows("main"); },
+      [this] {
+        EXPECT_FALSE(QGuiApplication::windowIcon().isNull());
+        EXPECT_TRUE(item->choose("Quit quillmere"));
+      });
+  EXPECT_EQ(run(), EXIT_SUCCESS);
+}
+
+TEST_F(OneProcess, LeavesADisplayThatHasABetterPictureWithThat) {
+  givesIcon = false;
+  when(
+      "the window is there", [this] { return shows("main"); },
+      [this] {
+        EXPECT_TRUE(QGuiApplication::windowIcon().isNull());
         EXPECT_TRUE(item->choose("Quit quillmere"));
       });
   EXPECT_EQ(run(), EXIT_SUCCESS);
