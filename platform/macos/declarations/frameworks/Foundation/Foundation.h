@@ -24,10 +24,8 @@
 #import <Foundation/NSPathUtilities.h>
 #import <Foundation/NSProcessInfo.h>
 #import <Foundation/NSRange.h>
-#import <Foundation/NSRunLoop.h>
 #import <Foundation/NSString.h>
 #import <Foundation/NSTask.h>
-#import <Foundation/NSThread.h>
 #import <Foundation/NSURL.h>
 #import <Foundation/NSURLRequest.h>
 #import <Foundation/NSURLResponse.h>
