@@ -21,10 +21,7 @@ PopoverInMenuBar::~PopoverInMenuBar() {
 
 void PopoverInMenuBar::adopt(QWindow& window) {
   window_ = &window;
-  inside_.reset(QWindow::fromWinId(reinterpret_cast<WId>(popover_.content())));
   window.setFlags(Qt::FramelessWindowHint);
-  window.setParent(inside_.get());
-  window.setPosition(0, 0);
   connect(&window, &QWindow::widthChanged, this, &PopoverInMenuBar::follow);
   connect(&window, &QWindow::heightChanged, this, &PopoverInMenuBar::follow);
 }
@@ -33,9 +30,18 @@ void PopoverInMenuBar::show(const PopoverPlace& /*place*/) {
   void* const anchor = anchor_();
   if (window_ == nullptr || anchor == nullptr) return;
   follow();
-  window_->show();
   popover_.show(anchor);
+  enter();
+  window_->show();
   window_->requestActivate();
+}
+
+void PopoverInMenuBar::enter() {
+  if (inside_) return;
+  // No sooner than the popover stands: a view that is in no window yet would be given one of the toolkit's own.
+  inside_.reset(QWindow::fromWinId(reinterpret_cast<WId>(popover_.content())));
+  window_->setParent(inside_.get());
+  window_->setPosition(0, 0);
 }
 
 void PopoverInMenuBar::hide() {
