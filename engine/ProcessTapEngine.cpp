@@ -9,6 +9,7 @@
 
 #include "core/BundleID.h"
 #include "core/Mixer.h"
+#include "platform/EngineQueue.h"
 #include "runtime/Threads.h"
 
 namespace quillmere {

@@ -13,9 +13,6 @@
 
 namespace quillmere {
 
-/// The label of [engine], the serial queue that makes and ends what plays: a host knows its thread by it.
-inline constexpr const char* engineQueueLabel = "app.quillmere.engine";
-
 /// A property listener. Its identity is the pointer: removing takes the one that was added.
 using PropertyListener = std::shared_ptr<const std::function<void()>>;
 

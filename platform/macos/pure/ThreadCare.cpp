@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "platform/AudioHardware.h"
+#include "platform/EngineQueue.h"
 
 namespace quillmere::macos {
 

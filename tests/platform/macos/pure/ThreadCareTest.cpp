@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/AudioHardware.h"
+#include "platform/EngineQueue.h"
 
 namespace quillmere::macos {
 namespace {
