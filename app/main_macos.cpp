@@ -8,19 +8,24 @@
 #include "app/oneprocess/ToolkitTexts.h"
 #include "platform/Machine.h"
 #include "platform/SessionWatch.h"
+#include "platform/macos/MacActivity.h"
 #include "platform/macos/MacLanguages.h"
 #include "platform/macos/MacMachine.h"
 #include "platform/macos/MacReleaseFeed.h"
 #include "platform/macos/MacSingleInstance.h"
 #include "platform/macos/MacStatusItem.h"
+#include "platform/macos/MacThreads.h"
 #include "platform/macos/MacUpdater.h"
 #include "platform/macos/UnifiedLogSink.h"
+#include "runtime/HostThreads.h"
 #include "shell/Application.h"
 #include "state/AppState.h"
 #include "views/Translation.h"
 
 int main(int argc, char** argv) {
   using namespace quillmere;
+  installHostThreads(macThreads());
+  const MacActivity activity;
   Host host;
   host.makeLogSink = [] { return std::make_unique<UnifiedLogSink>(); };
   host.makeMainLoop = [&argc, argv] {

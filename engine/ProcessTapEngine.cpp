@@ -9,6 +9,7 @@
 
 #include "core/BundleID.h"
 #include "core/Mixer.h"
+#include "platform/EngineQueue.h"
 #include "runtime/Threads.h"
 
 namespace quillmere {
@@ -45,7 +46,7 @@ ProcessTapEngine::ProcessTapEngine(AudioHardware& hardware, const Runtime& runti
     : hardware_(hardware),
       clocks_(runtime.clocks),
       log_(runtime.log, "ProcessTapEngine"),
-      queue_(runtime.makeSerialQueue("app.quillmere.engine")),
+      queue_(runtime.makeSerialQueue(engineQueueLabel)),
       builds_(*queue_, [this](const std::string& bundleID, std::unique_ptr<ProcessTapSubgraph> subgraph) {
         takeBuilt(bundleID, std::move(subgraph));
       }) {}

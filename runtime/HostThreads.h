@@ -16,7 +16,8 @@ struct HostThreads {
   std::unique_ptr<ParkingLot> (*makeParkingLot)() = nullptr;
   /// Lets a pool keep one thread while it is idle, and bring others when that one is held up.
   std::unique_ptr<ThreadAlarm> (*makeAlarm)(std::function<void()> ring) = nullptr;
-  /// Names the calling thread for debuggers; names may be of any length.
+  /// Names the calling thread, for debuggers, and for a host that cares for some threads more than for others; names
+  /// may be of any length.
   void (*nameThread)(const std::string& name) = nullptr;
 };
 

@@ -11,7 +11,8 @@ namespace quillmere {
 namespace {
 /// A popover that was just closed opens again without being built anew.
 constexpr auto keepHidden = std::chrono::seconds(20);
-/// The click on the icon takes the focus away first and then asks to toggle: both are one wish to close.
+/// The click on the icon takes the focus, or the window, away first and then asks to toggle: both are one wish to
+/// close.
 constexpr auto focusLossGrace = std::chrono::milliseconds(300);
 /// A window that was shown just before the popover may be given the focus just after it.
 constexpr auto settling = std::chrono::seconds(1);
@@ -30,6 +31,7 @@ PopoverController::PopoverController(const Runtime& runtime, WindowFactory facto
     if (window != nullptr && window != scene_.window()) anotherHasFocus();
   });
   connect(stage_.get(), &PopoverStage::pressedOutside, this, &PopoverController::close);
+  connect(stage_.get(), &PopoverStage::takenAway, this, [this] { closedForAnother_ = runtime_.clocks.monotonicNow(); });
 }
 
 PopoverController::~PopoverController() {

@@ -40,6 +40,8 @@ class PopoverStage : public QObject {
  Q_SIGNALS:
   /// A press beside the window that is known by other means than the loss of the keyboard.
   void pressedOutside();
+  /// The display takes the window away by itself, because of a press: on the icon perhaps, of which it tells next.
+  void takenAway();
 };
 
 }  // namespace quillmere

@@ -15,6 +15,7 @@
 #include "views/ViewFactory.h"
 #include "views/design/Appearance.h"
 #include "windows/BrandIconImage.h"
+#include "windows/NativeWindow.h"
 #include "windows/WindowFit.h"
 
 namespace quillmere {
@@ -39,9 +40,6 @@ std::vector<RunningApplication> soundingIn(const MixerState& state) {
   return running;
 }
 
-/// Desktops show it beside the titles of windows that they list.
-void setWindowIcon() { QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0))); }
-
 }  // namespace
 
 ProgramScenes::ProgramScenes(const Runtime& runtime, std::shared_ptr<MixerState> state, SceneHost host,
@@ -57,18 +55,18 @@ ProgramScenes::ProgramScenes(const Runtime& runtime, std::shared_ptr<MixerState>
           std::move(host_.stage), host_.sight),
       about_(runtime, [this]() -> std::unique_ptr<QWindow> { return makeAbout(); }, Duration::zero(), host_.sight) {
   scenes_.add(mainWindow, [this]() -> std::unique_ptr<QWindow> {
-    setWindowIcon();
+    giveIcon();
     auto window = served(factory().makeMainWindow());
     keepOnScreen(*window);
-    if (host_.made) host_.made(*window, mainWindow);
+    tellWhenMade(*window, mainWindow);
     return window;
   });
   scenes_.add(onboardingWindow, [this]() -> std::unique_ptr<QWindow> {
-    setWindowIcon();
+    giveIcon();
     auto window = served(factory().makeOnboarding());
     keepOnScreen(*window);
     centre(*window);
-    if (host_.made) host_.made(*window, onboardingWindow);
+    tellWhenMade(*window, onboardingWindow);
     return window;
   });
   connect(&scenes_, &SceneSet::shown, this, &ProgramScenes::shown);
@@ -101,9 +99,19 @@ void ProgramScenes::open(const std::string& identifier, const std::optional<std:
 bool ProgramScenes::holdsAny() const { return scenes_.holdsAny() || popover_.isHeld() || about_.window() != nullptr; }
 
 std::unique_ptr<QWindow> ProgramScenes::makeAbout() {
-  setWindowIcon();
+  giveIcon();
   factory();
   return served(makeAboutWindow(QCoreApplication::applicationVersion()));
+}
+
+/// Desktops show it beside the titles of windows that they list.
+void ProgramScenes::giveIcon() const {
+  if (host_.givesIcon) QApplication::setWindowIcon(QIcon(BrandIconImage::dock(128, 1.0)));
+}
+
+void ProgramScenes::tellWhenMade(QWindow& window, const std::string& identifier) {
+  if (!host_.made) return;
+  onNativeWindow(window, [made = host_.made, identifier](QWindow& native) { made(native, identifier); });
 }
 
 template <typename Window>

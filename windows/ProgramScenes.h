@@ -42,7 +42,11 @@ struct SceneHost {
   SightTest sight;
   /// The popover goes before the window that is asked for comes, and not after it.
   bool closesPopoverFirst = false;
-  /// Told of each window that can be opened by its identifier, when it has been made and before it shows.
+  /// Whether the display is given the program's picture. One that has it from the program's bundle, in every size,
+  /// would show this one instead.
+  bool givesIcon = true;
+  /// Told of each window that can be opened by its identifier, whenever the display has made one for it and before that
+  /// one shows: what is closed and opened again is another one to the display.
   std::function<void(QWindow& window, const std::string& identifier)> made;
 };
 
@@ -78,6 +82,8 @@ class ProgramScenes final : public QObject {
   ViewFactory& factory();
   [[nodiscard]] KeyIntents keyIntents();
   [[nodiscard]] std::unique_ptr<QWindow> makeAbout();
+  void giveIcon() const;
+  void tellWhenMade(QWindow& window, const std::string& identifier);
   template <typename Window>
   std::unique_ptr<Window> served(std::unique_ptr<Window> window);
 

@@ -29,6 +29,7 @@ SceneHost sceneHost(MacStatusItem& icon) {
   scenes.makeDesktop = makeMacDesktop;
   scenes.stage = std::make_unique<PopoverInMenuBar>([&icon] { return icon.button(); });
   scenes.prepare = useSymbolsOfTheSystem;
+  scenes.givesIcon = false;
   scenes.fontFamily = [] { return QGuiApplication::font().family(); };
   scenes.made = [](QWindow& window, const std::string& identifier) {
     auto* view = reinterpret_cast<void*>(window.winId());

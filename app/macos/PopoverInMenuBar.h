@@ -27,12 +27,16 @@ class PopoverInMenuBar final : public PopoverStage {
 
  private:
   void follow();
+  /// The window becomes a part of the popover.
+  void enter();
 
   std::function<void*()> anchor_;
   MacPopover popover_;
-  /// The popover's inside, as the toolkit knows a window that isn't its own.
+  /// The popover's inside, as the toolkit knows a window that isn't its own; null before a window is shown in it.
   std::unique_ptr<QWindow> inside_;
   QWindow* window_ = nullptr;
+  /// While it closes because it was asked to.
+  bool isHiding_ = false;
 };
 
 }  // namespace quillmere

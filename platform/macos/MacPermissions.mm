@@ -21,7 +21,8 @@ static_assert(static_cast<int>(FocusAuthorization::authorized) == INFocusStatusA
 bool MacPermissions::isProcessTrusted() { return AXIsProcessTrusted(); }
 
 void MacPermissions::promptForTrust() {
-  NSDictionary* options = @{(__bridge NSString*)kAXTrustedCheckOptionPrompt : @YES};
+  NSDictionary* const options __attribute__((objc_precise_lifetime)) =
+      @{(__bridge NSString*)kAXTrustedCheckOptionPrompt : @YES};
   AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)options);
 }
 

@@ -22,7 +22,9 @@ class MacPopover {
   void show(void* anchor);
   void close();
   [[nodiscard]] bool isShown() const;
-  /// Called after it has closed, by itself or by close().
+  /// Called when it begins to close, by itself or by close().
+  void onClosing(std::function<void()> callback);
+  /// Called after it has closed.
   void onClosed(std::function<void()> callback);
 
  private:

@@ -16,16 +16,31 @@
 @end
 
 @interface QuillmerePopoverDelegate : NSObject <NSPopoverDelegate>
+@property(nonatomic, copy) void (^closing)(void);
 @property(nonatomic, copy) void (^closed)(void);
 @end
 
 @implementation QuillmerePopoverDelegate
+- (void)popoverWillClose:(NSNotification*)notification {
+  if (self.closing != nil) self.closing();
+}
 - (void)popoverDidClose:(NSNotification*)notification {
   if (self.closed != nil) self.closed();
 }
 @end
 
 namespace quillmere {
+
+namespace {
+
+void (^_Nullable blockOf(std::function<void()> callback))(void) {
+  if (!callback) return nil;
+  return ^{
+    callback();
+  };
+}
+
+}  // namespace
 
 struct MacPopover::Parts {
   NSPopover* popover = [[NSPopover alloc] init];
@@ -43,6 +58,7 @@ MacPopover::MacPopover() : parts_(std::make_unique<Parts>()) {
 }
 
 MacPopover::~MacPopover() {
+  parts_->delegate.closing = nil;
   parts_->delegate.closed = nil;
   [parts_->popover close];
 }
@@ -65,13 +81,8 @@ void MacPopover::close() {
 
 bool MacPopover::isShown() const { return parts_->popover.shown == YES; }
 
-void MacPopover::onClosed(std::function<void()> callback) {
-  parts_->delegate.closed = nil;
-  if (!callback) return;
-  const auto told = std::move(callback);
-  parts_->delegate.closed = ^{
-    told();
-  };
-}
+void MacPopover::onClosing(std::function<void()> callback) { parts_->delegate.closing = blockOf(std::move(callback)); }
+
+void MacPopover::onClosed(std::function<void()> callback) { parts_->delegate.closed = blockOf(std::move(callback)); }
 
 }  // namespace quillmere

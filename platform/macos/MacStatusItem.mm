@@ -35,6 +35,8 @@ NSImage* statusBarImage(CGFloat height) {
                     }];
   }
   [image setTemplate:YES];
+  // What is read out for a button without a text.
+  image.accessibilityDescription = @"quillmere";
   return image;
 }
 

@@ -27,7 +27,8 @@ class MacWorkspace final : public Workspace {
   [[nodiscard]] std::vector<InstalledApplication> installedApplications() override;
   [[nodiscard]] std::optional<InstalledApplication> installedApplication(const std::string& bundleID) override;
   [[nodiscard]] std::optional<InstalledApplication> applicationAt(const std::string& path) override;
-  /// Told of every application that starts or ends; of one that is installed, nobody is.
+  /// Told of every application that starts or ends, of those without a place in the Dock too; of one that is installed,
+  /// nobody is.
   void onApplicationsChanged(std::function<void()> callback) override;
   bool openURL(const std::string& url) override;
 

@@ -6,8 +6,23 @@
 #include <cstddef>
 #include <utility>
 
-#include "foundation/Observers.h"
 #include "foundation/Text.h"
+
+/// Hears of every change of a list that it observes.
+@interface QuillmereListObserver : NSObject
+@property(nonatomic, copy) void (^changed)(void);
+@end
+
+@implementation QuillmereListObserver
+- (void)observeValueForKeyPath:(NSString*)keyPath
+                      ofObject:(id)object
+                        change:(NSDictionary<NSKeyValueChangeKey, id>*)change
+                       context:(void*)context {
+  // Whoever is called may take this observer away.
+  void (^const told)(void) = self.changed;
+  if (told != nil) told();
+}
+@end
 
 namespace quillmere {
 
@@ -60,9 +75,23 @@ std::optional<IconReference> encoded(NSImage* image) {
 
 }  // namespace
 
+/// Of the list itself: the workspace's notifications tell of no program that has no place in the Dock.
 struct MacWorkspace::Watch {
-  std::function<void()> changed;
-  macos::Observers observers;
+  explicit Watch(std::function<void()> callback) {
+    observer.changed = ^{
+      callback();
+    };
+    [NSWorkspace.sharedWorkspace addObserver:observer forKeyPath:list options:0 context:nil];
+  }
+  ~Watch() {
+    observer.changed = nil;
+    [NSWorkspace.sharedWorkspace removeObserver:observer forKeyPath:list];
+  }
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
+
+  NSString* list = NSStringFromSelector(@selector(runningApplications));
+  QuillmereListObserver* observer = [[QuillmereListObserver alloc] init];
 };
 
 MacWorkspace::MacWorkspace() = default;
@@ -128,17 +157,7 @@ std::optional<InstalledApplication> MacWorkspace::applicationAt(const std::strin
 
 void MacWorkspace::onApplicationsChanged(std::function<void()> callback) {
   watch_.reset();
-  if (!callback) return;
-  watch_ = std::make_unique<Watch>();
-  watch_->changed = std::move(callback);
-  Watch* watch = watch_.get();
-  NSNotificationCenter* centre = NSWorkspace.sharedWorkspace.notificationCenter;
-  for (NSNotificationName name in
-       @[ NSWorkspaceDidLaunchApplicationNotification, NSWorkspaceDidTerminateApplicationNotification ]) {
-    watch->observers.add(centre, name, ^(NSNotification*) {
-      watch->changed();
-    });
-  }
+  if (callback) watch_ = std::make_unique<Watch>(std::move(callback));
 }
 
 bool MacWorkspace::openURL(const std::string& url) {

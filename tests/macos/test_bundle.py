@@ -1,10 +1,12 @@
 """The bundle for a Mac: what it says of itself, what it asks for, and how it is packed."""
 
+import os
 import plistlib
 import re
 import shlex
 import shutil
 import subprocess
+import tempfile
 import unittest
 from pathlib import Path
 
@@ -35,6 +37,11 @@ class Description(unittest.TestCase):
     def test_it_says_what_it_hears_applications_for(self):
         text = self.info["NSAudioCaptureUsageDescription"]
         self.assertIn("plays an application's sound again", text)
+        self.assertIn("Nothing is recorded.", text)
+
+    def test_it_says_that_a_headsets_microphone_is_not_what_it_wants(self):
+        text = self.info["NSMicrophoneUsageDescription"]
+        self.assertIn("headset", text)
         self.assertIn("Nothing is recorded.", text)
 
     def test_it_says_what_it_asks_browsers_for(self):
@@ -77,8 +84,8 @@ class Packing(unittest.TestCase):
         self.assertEqual(lines[-1], "package-macos: nothing was done")
         return [shlex.split(line.removeprefix("+ ")) for line in lines[:-1]]
 
-    def refused(self, *options):
-        done = subprocess.run([SCRIPT, *options], capture_output=True, text=True, check=False)
+    def refused(self, *options, env=None):
+        done = subprocess.run([SCRIPT, *options], env=env, capture_output=True, text=True, check=False)
         self.assertNotEqual(done.returncode, 0)
         self.assertTrue(done.stderr.startswith("package-macos: "), done.stderr)
         self.assertEqual(done.stdout, "")
@@ -124,6 +131,23 @@ class Packing(unittest.TestCase):
         self.at(steps, "cp", "/elsewhere/focus.provisionprofile")
         bundle = [step for step in steps if "--entitlements" in step][0]
         self.assertIn("packaging/macos/focus.entitlements", bundle)
+
+    def test_a_profile_that_does_not_grant_the_focus_is_refused_before_anything_is_done(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for name, text in (("uname", "echo Darwin"), ("cmake", "echo built; exit 1"),
+                               ("security", "echo '<key>com.apple.developer.somethingelse</key>'")):
+                tool = Path(folder, name)
+                tool.write_text(f"#!/bin/sh\n{text}\n", encoding="utf-8")
+                tool.chmod(0o755)
+            mac = {**os.environ, "PATH": f"{folder}:{os.environ['PATH']}"}
+            said = self.refused("--profile", "/elsewhere/other.provisionprofile", env=mac)
+            self.assertIn("doesn't grant com.apple.developer.focus-status", said)
+            # One that grants it gets as far as the build.
+            Path(folder, "security").write_text(
+                "#!/bin/sh\necho '<key>com.apple.developer.focus-status</key>'\n", encoding="utf-8")
+            done = subprocess.run([SCRIPT, "--profile", "/elsewhere/focus.provisionprofile"], env=mac,
+                                  capture_output=True, text=True, check=False)
+            self.assertIn("built", done.stdout)
 
     def test_the_icon_is_made_from_the_programs_picture_at_every_size(self):
         sizes = {step[2] for step in self.packed() if step[0] == "sips"}

@@ -3,6 +3,7 @@
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTimer>
@@ -10,6 +11,7 @@
 #include <cstdlib>
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -134,6 +136,11 @@ class OneProcess : public ::testing::Test {
       SceneHost scenes;
       scenes.makeDesktop = [] { return std::move(MemoryDesktop().desktop); };
       scenes.stage = std::make_unique<Stage>();
+      scenes.givesIcon = givesIcon;
+      scenes.made = [this](QWindow& window, const std::string& identifier) {
+        EXPECT_NE(window.handle(), nullptr);
+        ++timesMade[identifier];
+      };
       auto local =
           std::make_unique<LocalWindows>(runtime, shared, std::move(scenes), std::move(intents),
                                          [](ProgramScenes& drawn, const WindowsIntents& asked) {
@@ -197,11 +204,14 @@ class OneProcess : public ::testing::Test {
   }
 
   bool isWelcomed = true;
+  bool givesIcon = true;
   bool hasUpdater = false;
   bool hasFeed = false;
   /// Whether the host's updater was handed what a feed tells.
   std::optional<bool> isAnnounced;
   int updateChecks = 0;
+  /// Windows of the display's own that were told of, by their identifiers.
+  std::map<std::string, int> timesMade;
   MemoryStatusItem* item = nullptr;
   AppState* state = nullptr;
   ProgramWindows* windows = nullptr;
@@ -283,6 +293,48 @@ TEST_F(OneProcess, IsARegularProgramForAsLongAsAWindowOfItsOwnShows) {
   quitWhen("it is an accessory again",
            [this] { return !shows("main") && windows->activationPolicy() == ActivationPolicy::accessory; });
   EXPECT_EQ(run({"--background"}), EXIT_SUCCESS);
+}
+
+TEST_F(OneProcess, AWindowThatIsOpenedAgainSoonAfterItsClosingIsANewOneToTheDisplayAndIsToldOfAgain) {
+  const void* first = nullptr;
+  when(
+      "the window is there", [this] { return shows("main"); },
+      [this, &first] {
+        EXPECT_EQ(timesMade["main"], 1);
+        first = windowTitled("quillmere");
+        windows->close("main");
+      });
+  when("it has gone", [this] { return !shows("main"); }, [this] { windows->open("main"); });
+  when(
+      "it is there again", [this] { return shows("main"); },
+      [this, &first] {
+        EXPECT_EQ(windowTitled("quillmere"), first);
+        EXPECT_EQ(timesMade["main"], 2);
+        EXPECT_EQ(timesMade["onboarding"], 0);
+        EXPECT_TRUE(item->choose("Quit quillmere"));
+      });
+  EXPECT_EQ(run(), EXIT_SUCCESS);
+}
+
+TEST_F(OneProcess, GivesTheDisplayItsPictureWithItsFirstWindow) {
+  when(
+      "the window is there", [this] { return shows("main"); },
+      [this] {
+        EXPECT_FALSE(QGuiApplication::windowIcon().isNull());
+        EXPECT_TRUE(item->choose("Quit quillmere"));
+      });
+  EXPECT_EQ(run(), EXIT_SUCCESS);
+}
+
+TEST_F(OneProcess, LeavesADisplayThatHasABetterPictureWithThat) {
+  givesIcon = false;
+  when(
+      "the window is there", [this] { return shows("main"); },
+      [this] {
+        EXPECT_TRUE(QGuiApplication::windowIcon().isNull());
+        EXPECT_TRUE(item->choose("Quit quillmere"));
+      });
+  EXPECT_EQ(run(), EXIT_SUCCESS);
 }
 
 TEST_F(OneProcess, AFirstRunLeadsToTheOnboarding) {

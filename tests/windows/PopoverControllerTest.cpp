@@ -88,6 +88,48 @@ TEST_F(Popover, AClickIntoAnotherWindowOfTheProgramClosesIt) {
   EXPECT_FALSE(popover.isShown());
 }
 
+/// A stage on a display that takes the popover away by itself when anything else is clicked on.
+class JealousStage final : public PopoverStage {
+ public:
+  static inline JealousStage* latest = nullptr;
+
+  JealousStage() { latest = this; }
+  void adopt(QWindow& window) override { window_ = &window; }
+  void show(const PopoverPlace& /*place*/) override { window_->show(); }
+  void hide() override { window_->hide(); }
+  [[nodiscard]] bool isShown() const override { return window_ != nullptr && window_->isVisible(); }
+  void release() override { window_ = nullptr; }
+
+  void clickElsewhere() {
+    Q_EMIT takenAway();
+    window_->hide();
+  }
+
+ private:
+  QWindow* window_ = nullptr;
+};
+
+class PopoverThatIsTakenAway : public PopoverOn<JealousStage> {
+ protected:
+  PopoverThatIsTakenAway() {
+    toggle();
+    EXPECT_TRUE(popover.isShown());
+    JealousStage::latest->clickElsewhere();
+    EXPECT_FALSE(popover.isShown());
+  }
+};
+
+TEST_F(PopoverThatIsTakenAway, StaysClosedForTheClickOnTheIconThatHasTakenItAway) {
+  popover.toggle({});
+  EXPECT_FALSE(popover.isShown());
+}
+
+TEST_F(PopoverThatIsTakenAway, OpensForALaterClickOnTheIcon) {
+  time.advance(301ms);
+  popover.toggle({});
+  EXPECT_TRUE(popover.isShown());
+}
+
 /// A stage on a desktop that doesn't give the popover the keyboard.
 class DeafStage final : public PopoverStage {
  public:

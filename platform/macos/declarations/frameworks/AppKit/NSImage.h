@@ -16,6 +16,7 @@ typedef NSString* NSImageHintKey;
 
 @interface NSImage : NSObject <NSCopying>
 @property NSSize size;
+@property(nullable, copy) NSString* accessibilityDescription;
 + (instancetype)imageWithSize:(NSSize)size flipped:(BOOL)isFlipped drawingHandler:(BOOL (^)(NSRect place))handler;
 + (nullable instancetype)imageWithSystemSymbolName:(NSString*)name
                           accessibilityDescription:(nullable NSString*)description;

@@ -16,6 +16,7 @@ typedef NS_ENUM(NSInteger, NSPopoverBehavior) {
 
 @protocol NSPopoverDelegate <NSObject>
 @optional
+- (void)popoverWillClose:(NSNotification*)notification;
 - (void)popoverDidClose:(NSNotification*)notification;
 @end
 

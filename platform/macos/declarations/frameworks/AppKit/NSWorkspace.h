@@ -8,9 +8,6 @@
 @class NSImage;
 @class NSRunningApplication;
 
-extern "C" NSNotificationName const NSWorkspaceDidLaunchApplicationNotification;
-extern "C" NSNotificationName const NSWorkspaceDidTerminateApplicationNotification;
-
 @interface NSWorkspace : NSObject
 @property(class, readonly, strong) NSWorkspace* sharedWorkspace;
 @property(readonly, strong) NSNotificationCenter* notificationCenter;

@@ -30,6 +30,4 @@ typedef struct {
 extern "C" {
 extern const CFAllocatorRef _Nonnull kCFAllocatorDefault;
 CFTypeID CFGetTypeID(CFTypeRef _Nonnull object);
-CFTypeRef _Nonnull CFRetain(CFTypeRef _Nonnull object);
-void CFRelease(CFTypeRef _Nonnull object);
 }

@@ -15,6 +15,7 @@
 #import <Foundation/NSFileHandle.h>
 #import <Foundation/NSFileManager.h>
 #import <Foundation/NSGeometry.h>
+#import <Foundation/NSKeyValueObserving.h>
 #import <Foundation/NSLocale.h>
 #import <Foundation/NSNotification.h>
 #import <Foundation/NSObjCRuntime.h>
@@ -23,10 +24,8 @@
 #import <Foundation/NSPathUtilities.h>
 #import <Foundation/NSProcessInfo.h>
 #import <Foundation/NSRange.h>
-#import <Foundation/NSRunLoop.h>
 #import <Foundation/NSString.h>
 #import <Foundation/NSTask.h>
-#import <Foundation/NSThread.h>
 #import <Foundation/NSURL.h>
 #import <Foundation/NSURLRequest.h>
 #import <Foundation/NSURLResponse.h>

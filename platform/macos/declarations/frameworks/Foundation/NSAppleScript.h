@@ -12,7 +12,6 @@ extern "C" NSString* const NSAppleScriptErrorNumber;
 
 @interface NSAppleScript : NSObject <NSCopying>
 - (nullable instancetype)initWithSource:(NSString*)source;
-- (BOOL)compileAndReturnError:(NSDictionary<NSString*, id>* _Nullable* _Nullable)error;
 - (NSAppleEventDescriptor*)executeAndReturnError:(NSDictionary<NSString*, id>* _Nullable* _Nullable)error;
 @end
 

@@ -13,14 +13,11 @@
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects count:(NSUInteger)count;
 - (ObjectType)objectAtIndex:(NSUInteger)index;
 - (ObjectType)objectAtIndexedSubscript:(NSUInteger)index;
-- (BOOL)containsObject:(ObjectType)object;
 @end
 
 @interface NSMutableArray<ObjectType> : NSArray <ObjectType>
 + (instancetype)arrayWithCapacity:(NSUInteger)count;
 - (void)addObject:(ObjectType)object;
-- (void)removeObject:(ObjectType)object;
-- (void)removeAllObjects;
 @end
 
 #pragma clang assume_nonnull end

@@ -11,17 +11,12 @@
 @interface NSBundle : NSObject
 @property(class, readonly, strong) NSBundle* mainBundle;
 @property(nullable, readonly, copy) NSString* bundleIdentifier;
-@property(readonly, copy) NSString* bundlePath;
 @property(readonly, copy) NSURL* bundleURL;
 @property(nullable, readonly, copy) NSURL* privateFrameworksURL;
-@property(nullable, readonly, copy) NSDictionary<NSString*, id>* infoDictionary;
-@property(nullable, readonly, copy) NSDictionary<NSString*, id>* localizedInfoDictionary;
-+ (nullable instancetype)bundleWithPath:(NSString*)path;
 + (nullable instancetype)bundleWithURL:(NSURL*)url;
 - (nullable Class)classNamed:(NSString*)name;
 - (nullable id)objectForInfoDictionaryKey:(NSString*)key;
 - (nullable NSURL*)URLForResource:(nullable NSString*)name withExtension:(nullable NSString*)extension;
-- (nullable NSString*)pathForResource:(nullable NSString*)name ofType:(nullable NSString*)extension;
 @end
 
 #pragma clang assume_nonnull end

@@ -7,10 +7,4 @@
 
 typedef double NSTimeInterval;
 
-@interface NSDate : NSObject <NSCopying, NSSecureCoding>
-@property(readonly) NSTimeInterval timeIntervalSinceReferenceDate;
-+ (instancetype)date;
-+ (instancetype)dateWithTimeIntervalSinceNow:(NSTimeInterval)seconds;
-@end
-
 #pragma clang assume_nonnull end

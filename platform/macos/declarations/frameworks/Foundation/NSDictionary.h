@@ -13,7 +13,6 @@
 @interface NSDictionary<__covariant KeyType, __covariant ObjectType>
     : NSObject <NSCopying, NSSecureCoding, NSFastEnumeration>
 @property(readonly) NSUInteger count;
-@property(readonly, copy) NSArray<KeyType>* allKeys;
 + (instancetype)dictionary;
 + (instancetype)dictionaryWithObjects:(const ObjectType _Nonnull[_Nullable])objects
                               forKeys:(const KeyType<NSCopying> _Nonnull[_Nullable])keys
@@ -21,13 +20,11 @@
 - (nullable ObjectType)objectForKey:(KeyType)key;
 - (BOOL)writeToURL:(NSURL*)url error:(NSError* _Nullable* _Nullable)error;
 - (nullable ObjectType)objectForKeyedSubscript:(KeyType)key;
-- (void)enumerateKeysAndObjectsUsingBlock:(void(NS_NOESCAPE ^)(KeyType key, ObjectType object, BOOL* stop))block;
 @end
 
 @interface NSMutableDictionary<KeyType, ObjectType> : NSDictionary <KeyType, ObjectType>
 - (void)setObject:(ObjectType)object forKey:(KeyType<NSCopying>)key;
 - (void)setObject:(nullable ObjectType)object forKeyedSubscript:(KeyType<NSCopying>)key;
-- (void)removeObjectForKey:(KeyType)key;
 @end
 
 #pragma clang assume_nonnull end

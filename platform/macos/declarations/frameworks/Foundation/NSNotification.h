@@ -12,7 +12,6 @@ typedef NSString* NSNotificationName;
 @interface NSNotification : NSObject <NSCopying>
 @property(readonly, copy) NSNotificationName name;
 @property(nullable, readonly, strong) id object;
-@property(nullable, readonly, copy) NSDictionary* userInfo;
 @end
 
 @interface NSNotificationCenter : NSObject
@@ -22,7 +21,6 @@ typedef NSString* NSNotificationName;
                              queue:(nullable NSOperationQueue*)queue
                         usingBlock:(void (^)(NSNotification* notification))block;
 - (void)removeObserver:(id)observer;
-- (void)postNotificationName:(NSNotificationName)name object:(nullable id)object;
 @end
 
 #pragma clang assume_nonnull end

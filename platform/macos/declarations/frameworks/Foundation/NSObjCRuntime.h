@@ -19,7 +19,7 @@
 
 @class NSString;
 extern "C" void NSLog(NSString* format, ...) NS_FORMAT_FUNCTION(1, 2);
-extern "C" NSString* NSStringFromClass(Class aClass);
+extern "C" NSString* NSStringFromSelector(SEL aSelector);
 
 typedef NS_ENUM(NSInteger, NSComparisonResult) { NSOrderedAscending = -1, NSOrderedSame = 0, NSOrderedDescending = 1 };
 static const NSInteger NSNotFound = __LONG_MAX__;

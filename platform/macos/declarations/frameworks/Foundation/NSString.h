@@ -13,18 +13,11 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 @interface NSString : NSObject <NSCopying, NSSecureCoding>
 @property(readonly) NSUInteger length;
 @property(nullable, readonly) const char* UTF8String;
-@property(readonly, copy) NSString* lowercaseString;
-@property(readonly, copy) NSString* lastPathComponent;
-@property(readonly, copy) NSString* stringByDeletingPathExtension;
 + (instancetype)string;
-+ (nullable instancetype)stringWithUTF8String:(const char*)text;
 + (instancetype)stringWithFormat:(NSString*)format, ... NS_FORMAT_FUNCTION(1, 2);
 - (nullable instancetype)initWithBytes:(const void*)bytes length:(NSUInteger)length encoding:(NSStringEncoding)encoding;
 - (NSUInteger)lengthOfBytesUsingEncoding:(NSStringEncoding)encoding;
 - (BOOL)isEqualToString:(NSString*)other;
-- (BOOL)hasPrefix:(NSString*)text;
-- (BOOL)hasSuffix:(NSString*)text;
-- (NSString*)stringByAppendingString:(NSString*)other;
 - (NSString*)stringByAppendingPathComponent:(NSString*)component;
 @end
 

@@ -7,8 +7,6 @@
 
 @interface NSURL : NSObject <NSCopying, NSSecureCoding>
 @property(nullable, readonly, copy) NSString* path;
-@property(nullable, readonly, copy) NSString* absoluteString;
-@property(nullable, readonly, copy) NSString* lastPathComponent;
 @property(nullable, readonly, copy) NSString* pathExtension;
 @property(nullable, readonly, copy) NSString* scheme;
 + (nullable instancetype)URLWithString:(NSString*)text;

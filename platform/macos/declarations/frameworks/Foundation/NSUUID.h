@@ -9,7 +9,6 @@
 @class NSString;
 
 @interface NSUUID : NSObject <NSCopying, NSSecureCoding>
-@property(readonly, copy) NSString* UUIDString;
 - (instancetype)initWithUUIDBytes:(const uuid_t _Nonnull)bytes;
 @end
 

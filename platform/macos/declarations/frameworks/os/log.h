@@ -18,8 +18,7 @@ enum : os_log_type_t {
   OS_LOG_TYPE_FAULT = 0x11,
 };
 
-os_log_t os_log_create(const char* subsystem, const char* category);
-bool os_log_type_enabled(os_log_t log, os_log_type_t type);
+os_log_t os_log_create(const char* subsystem, const char* category) __attribute__((ns_returns_retained));
 // The system's is a macro, which wants a literal for a format and keeps its arguments for later. This one takes the
 // same arguments and checks them.
 void quillmere_os_log(os_log_t log, os_log_type_t type, const char* format, ...) __attribute__((format(os_log, 3, 4)));
