@@ -5,6 +5,7 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTest>
+#include <QThreadPool>
 
 #include "ViewsFixture.h"
 
@@ -13,6 +14,8 @@ namespace {
 
 class Windows : public ViewsFixture {
  protected:
+  /// Factories wait for whoever still looks for an icon; here windows outlive them.
+  ~Windows() override { QThreadPool::globalInstance()->waitForDone(); }
   [[nodiscard]] std::unique_ptr<ViewFactory> factory() { return std::make_unique<ViewFactory>(services()); }
 };
 

@@ -6,6 +6,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
+#include <QThreadPool>
 #include <memory>
 
 #include "state/ViewSettings.h"
@@ -136,7 +137,12 @@ QStringList problemsOf(const QQuickWindow& window) {
 class TextsFit : public testing::TestWithParam<Case> {
  protected:
   TextsFit() { installTranslation({GetParam().language}); }
-  ~TextsFit() override { installTranslation({}); }
+  ~TextsFit() override {
+    installTranslation({});
+    // Factories wait for whoever still looks for an icon; here windows outlive them.
+    window_.reset();
+    QThreadPool::globalInstance()->waitForDone();
+  }
 
   void open(const PreviewScene& scene) {
     scene.fill(box_);
