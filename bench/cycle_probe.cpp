@@ -2,9 +2,10 @@
 // cycle_probe: for every line on its standard input prints one JSON object, {"NODE": [CYCLES, MISSED], ...}, of all
 // nodes of that name together since the line before; ends with its input. A cycle is missed by a node that was told to
 // run and was not done when the next one began.
-#include <pipewire/extensions/profiler.h>
 #include <pipewire/impl.h>
 #include <pipewire/pipewire.h>
+// Releases from 1.4 on have calls in it, and not the headers that those need.
+#include <pipewire/extensions/profiler.h>
 #include <spa/param/profiler.h>
 #include <spa/pod/parser.h>
 #include <unistd.h>
