@@ -59,6 +59,11 @@ class Page(unittest.TestCase):
         figure = bench.summarise(samples([1], [1], None)) | {"program": "session_bench_cost"}
         self.assertIn("`./dev bench cost`", performance.section(report(figure), {}))
 
+    def test_a_part_that_was_taken_again_tells_its_commit(self):
+        figure = bench.summarise(samples([1], [1], None)) | {"program": "session_bench_cost"}
+        self.assertIn("`./dev bench cost`\n", performance.section(report(figure), {}))
+        self.assertIn("`./dev bench cost`, commit abc\n", performance.section(report(figure | {"commit": "abc"}), {}))
+
 
 if __name__ == "__main__":
     unittest.main()
