@@ -46,13 +46,15 @@ void EventualThread::ensure() {
 }
 
 void EventualThread::finish() {
-  again_.reset();
-  if (thread_.joinable()) thread_.join();
   bool isOwed = false;
   {
     const std::lock_guard lock(mutex_);
     isOwed = std::exchange(isOwed_, false);
+    // Whoever runs the body is the thread, for all that the body asks for.
+    if (isOwed) isThere_ = true;
   }
+  again_.reset();
+  if (thread_.joinable()) thread_.join();
   if (isOwed) body_();
 }
 

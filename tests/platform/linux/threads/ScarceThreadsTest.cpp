@@ -87,8 +87,8 @@ TEST_F(ScarceThreads, AQueueThatGoesMeanwhileDoesWhatIsLeftItself) {
   {
     const auto queue = makeThreadSerialQueue("app.quillmere.test");
     queue->async([&] {
-      isDone = true;
       wasOnQueue = queue->isCurrent();
+      queue->async([&] { isDone = true; });
     });
   }
   EXPECT_TRUE(isDone);
