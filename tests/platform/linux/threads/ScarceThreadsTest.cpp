@@ -80,12 +80,12 @@ TEST_F(ScarceThreads, WhatIsQueuedMeanwhileIsDoneWhenThereIsAThread) {
   done.wait();
 }
 
-TEST_F(ScarceThreads, AQueueThatGoesMeanwhileDoesWhatIsLeftItself) {
-  const NoThreads none;
+TEST_F(ScarceThreads, AQueueThatGoesBeforeThereIsOneDoesWhatIsLeftItself) {
   bool isDone = false;
   bool wasOnQueue = false;
   {
     const auto queue = makeThreadSerialQueue("app.quillmere.test");
+    const NoThreads none;
     queue->async([&] {
       wasOnQueue = queue->isCurrent();
       queue->async([&] { isDone = true; });
