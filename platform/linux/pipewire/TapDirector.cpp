@@ -463,14 +463,12 @@ void TapDirector::goLive(Device& device, Lane& lane) {
   }
   if (std::exchange(session.isAdopted, false)) {
     session.path->startFromRelease(block);
-  } else if (before == nullptr && isTapped(session)) {
-    // It comes from another tap of its application, at the gain that it has here.
-    session.path->startPlain(block);
-  } else if (isHeard(session)) {
+  } else if (!(before == nullptr && isTapped(session)) && isHeard(session)) {
     session.path->startFrom(block, before != nullptr ? before->path->releaseGain() : 1.0F);
     session.gliding = block;
   } else {
-    // Nothing sounds that could click: the first frame plays at the block's own gain.
+    // It comes from another tap of its application, at the gain that it has here; or nothing sounds that could click.
+    // The first frame plays at the block's own gain.
     session.path->startPlain(block);
   }
   handOver(session);

@@ -373,7 +373,10 @@ void TapNodeInterface::setPosition(const spa_io_position* position) {
 }
 
 void TapNodeInterface::onAudio(const std::function<void()>& change) {
-  if (audioLoop_ == nullptr) return change();
+  if (audioLoop_ == nullptr) {
+    change();
+    return;
+  }
   const auto run = [](spa_loop*, bool, std::uint32_t, const void*, std::size_t, void* data) {
     (*static_cast<const std::function<void()>*>(data))();
     return 0;
