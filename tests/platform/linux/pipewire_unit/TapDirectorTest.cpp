@@ -19,16 +19,16 @@ struct FakePath final : TapPath {
   bool hasFailed() const override { return failed; }
   std::uint32_t node() const override { return id; }
   void graphChanged() override {}
-  void startPlain(const IOBlock*) override { orders.push_back("plain"); }
+  void startPlain(const IOBlock*) override { orders.emplace_back("plain"); }
   void startFrom(const IOBlock*, float from) override { orders.push_back("from " + std::to_string(from).substr(0, 4)); }
-  void startFromRelease(const IOBlock*) override { orders.push_back("adopted"); }
+  void startFromRelease(const IOBlock*) override { orders.emplace_back("adopted"); }
   void stop(float applied) override { orders.push_back("stop " + std::to_string(applied).substr(0, 4)); }
-  void hold() override { orders.push_back("hold"); }
+  void hold() override { orders.emplace_back("hold"); }
   std::uint64_t quietMoment() const override { return quiet; }
   void wakeUp() override { isAwake = true; }
   void calmDown() override {
     isAwake = false;
-    orders.push_back("calm");
+    orders.emplace_back("calm");
   }
   std::uint64_t cycles() const override { return count; }
   double rate() const override { return rateHz; }
@@ -83,7 +83,7 @@ struct TapDirectorTest : ::testing::Test {
                        mover,
                        finder,
                        ids,
-                       [this](const std::optional<std::string>& output, std::function<void()>) {
+                       [this](const std::optional<std::string>& output, const std::function<void()>&) {
                          outputs.push_back(output);
                          auto path = std::make_unique<FakePath>(100 + 10 * static_cast<std::uint32_t>(paths.size()),
                                                                 gone.emplace_back(false));
