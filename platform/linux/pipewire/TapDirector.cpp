@@ -463,7 +463,7 @@ void TapDirector::goLive(Device& device, Lane& lane) {
   }
   if (std::exchange(session.isAdopted, false)) {
     session.path->startFromRelease(block);
-  } else if (!(before == nullptr && isTapped(session)) && isHeard(session)) {
+  } else if ((before != nullptr || !isTapped(session)) && isHeard(session)) {
     session.path->startFrom(block, before != nullptr ? before->path->releaseGain() : 1.0F);
     session.gliding = block;
   } else {
