@@ -40,9 +40,10 @@ void takeFollower(Probe& probe, const spa_pod& block) {
   std::int32_t id = 0;
   const char* name = nullptr;
   std::array<std::int64_t, 4> moments{};
+  auto* const first = moments.data();
   std::int32_t status = 0;
-  if (spa_pod_parse_struct(&block, SPA_POD_Int(&id), SPA_POD_String(&name), SPA_POD_Long(&moments[0]),
-                           SPA_POD_Long(&moments[1]), SPA_POD_Long(&moments[2]), SPA_POD_Long(&moments[3]),
+  if (spa_pod_parse_struct(&block, SPA_POD_Int(&id), SPA_POD_String(&name), SPA_POD_Long(first),
+                           SPA_POD_Long(first + 1), SPA_POD_Long(first + 2), SPA_POD_Long(first + 3),
                            SPA_POD_Int(&status)) < 0 ||
       name == nullptr) {
     return;
