@@ -1,5 +1,6 @@
 # Headers that nearly every source of a target includes, compiled once for all of them: most of a build from nothing was
-# reading these. A source still names what it uses; with the option off, as ./dev check builds and looks, nothing else is there.
+# reading these. A source still names what it uses; with the option off, as clang-tidy and the address sanitizer have it,
+# nothing else is there.
 option(QUILLMERE_PRECOMPILE "Compile the headers that nearly every source includes once, not once a source" ON)
 
 set(QUILLMERE_HEADERS_standard <algorithm> <array> <chrono> <cmath> <cstdint> <functional> <map> <memory> <mutex>
@@ -12,12 +13,18 @@ set(QUILLMERE_HEADERS_qt <QtQml/qqmlprivate.h> <QtQml/qqmlregistration.h> <QtQml
   <QQuickWindow> <QString> <QStringList> <QUrl> <QVariant>)
 
 # quillmere_precompile(<target> <kinds>... [WITH <name>])
-# Targets with the same kinds and the same name share one; what they are compiled with must be the same then.
+# Targets with the same kinds and the same name share one; what they are compiled with must be the same then, and whatever
+# is defined for the first of them must be for all. What few sources of a target include is left to these: a big header
+# costs each source half a second, precompiled or not, for the templates that it leaves to the end.
 function(quillmere_precompile target)
+  cmake_parse_arguments(ARG "" "WITH" "" ${ARGN})
+  # Whoever shares these headers must agree on the toolkit's keywords; nobody here writes them.
+  if(qt IN_LIST ARG_UNPARSED_ARGUMENTS)
+    target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS)
+  endif()
   if(NOT QUILLMERE_PRECOMPILE OR QUILLMERE_COMPILE_ONLY)
     return()
   endif()
-  cmake_parse_arguments(ARG "" "WITH" "" ${ARGN})
   # Without it a compiler cache can't see into them, and passes such sources by.
   target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
   # Out of a precompiled header GCC no longer keeps to itself what it believes of the library's own strings, once it has

@@ -68,8 +68,6 @@ function(quillmere_qml_module target folder uri)
   target_link_libraries(${target} PRIVATE ${ARG_USES} ${ARG_LIBRARIES} PUBLIC Qt6::Quick)
   quillmere_warn_on(${sources})
   quillmere_join_compiled_qml(${target})
-  # As in windows/, which shares what is precompiled.
-  target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS)
   quillmere_precompile(${target} standard qt WITH qml)
   if(ARG_RESOURCES)
     list(TRANSFORM ARG_RESOURCES PREPEND "${CMAKE_SOURCE_DIR}/resources/")
