@@ -181,9 +181,18 @@ void Host::onMetadata(GlobalID subject, const std::string& key, const std::optio
   if (key == "target.object") mover_.onTargetChanged(subject, value);
   if (key == "target.node") mover_.onNodeTargetChanged(subject, value);
   if (subject != 0 || key != "default.audio.sink" || !value) return;
-  // A session manager that knows the default has seen the whole graph. One that starts and meets a node of ours
-  // half-way would never link anything.
-  director_.resume();
+  if (watcher_.metadataKeeper() == "pipewire-media-session") {
+    // It moves no stream to a tap, and tries to link one of our nodes to another at every change of the graph.
+    if (!std::exchange(hasToldOfKeeper_, true)) {
+      log_.error(
+          "the session manager is pipewire-media-session, under which nothing can be tapped: the volumes and outputs "
+          "of applications wait for WirePlumber");
+    }
+  } else {
+    // A session manager that knows the default has seen the whole graph. One that starts and meets a node of ours
+    // half-way would never link anything.
+    director_.resume();
+  }
   if (!nameFromMetadata(*value)) {
     log_.error("default output in the session manager's metadata can't be read: " + value->substr(0, 200));
   }
@@ -200,6 +209,7 @@ void Host::onMetadataPresence(bool isThere) {
     staleTargets_.arm(staleTargetDelay);
   } else {
     // A node of ours that outlived the session manager would keep its successor from linking anything.
+    hasToldOfKeeper_ = false;
     director_.suspend();
     connection_.metadataKeeperGone();
   }

@@ -150,6 +150,8 @@ class Host {
   std::optional<std::chrono::steady_clock::time_point> latestRefresh_;
   LoopTimer ticks_;
   bool isTicking_ = false;
+  /// Of a session manager under which nothing can be tapped: once while it is there.
+  bool hasToldOfKeeper_ = false;
   LoopTimer moment_;
   RegistryWatcher watcher_;
   DeviceVolume volume_;

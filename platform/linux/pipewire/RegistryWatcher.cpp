@@ -186,6 +186,11 @@ void RegistryWatcher::metadataRefreshed() {
   if (!deleted.empty()) events_.changed();
 }
 
+std::string RegistryWatcher::metadataKeeper() const {
+  const auto found = keeper_ ? model_.clients().find(*keeper_) : model_.clients().end();
+  return found == model_.clients().end() ? std::string() : std::string(text(found->second.properties, PW_KEY_APP_NAME));
+}
+
 void RegistryWatcher::bindMetadata(GlobalID id) {
   static const auto metadataEvents = [] {
     pw_metadata_events events{};
@@ -282,6 +287,7 @@ void RegistryWatcher::onGlobal(GlobalID id, const char* type, std::uint32_t, con
       return;
     }
     if (name != "default" || metadata_ != 0) return;
+    keeper_ = number(properties, PW_KEY_CLIENT_ID);
     bindMetadata(id);
     if (metadata_ != 0) events_.metadataPresence(true);
     events_.unsettled();

@@ -57,6 +57,8 @@ class RegistryWatcher final : public MetadataWriter {
   /// All that is there has been told again: what was not has been deleted, and that was told to somebody else.
   void metadataRefreshed();
   [[nodiscard]] bool hasMetadata() const { return metadata_ != 0; }
+  /// By what name the client that keeps the metadata goes, which is the session manager's; empty if that isn't known.
+  [[nodiscard]] std::string metadataKeeper() const;
 
   void write(std::uint32_t subject, const std::string& key, const std::string& type,
              const std::optional<std::string>& value) override;
@@ -78,6 +80,7 @@ class RegistryWatcher final : public MetadataWriter {
   std::map<GlobalID, std::unique_ptr<Bound>> bound_;
   /// Global id of the `default` metadata; 0 where there is none.
   GlobalID metadata_ = 0;
+  std::optional<GlobalID> keeper_;
   /// What has been told since the last refresh began; absent while none is on its way.
   std::optional<std::set<std::pair<GlobalID, std::string>>> toldAgain_;
 };

@@ -6,6 +6,7 @@
 
 #include "support/ChildProcess.h"
 #include "support/Machine.h"
+#include "support/MetadataKeeper.h"
 #include "support/MonitorRecorder.h"
 #include "support/Session.h"
 #include "support/SessionTest.h"
@@ -93,6 +94,24 @@ TEST_F(Recovery, NoNodeOfOursStaysWhileTheSessionManagerIsGone) {
   ASSERT_TRUE(eventually([&] { return tap.calls() > 2; }));
   session::control("stop", {"wireplumber"});
   EXPECT_TRUE(eventually([] { return session::ourNodes().empty(); }));
+}
+
+TEST_F(Recovery, NothingIsOpenedUnderASessionManagerThatCannotLinkTaps) {
+  Machine machine;
+  const auto player = playSignal({"--app-id", "test.player"});
+  ASSERT_TRUE(machine.waitForSound("test.player"));
+  session::addSink("kept");
+  const TapUnderTest tap(machine, "test.player", 0.5F, "kept");
+  session::control("stop", {"wireplumber"});
+  ASSERT_TRUE(eventually([] { return session::ourNodes().empty(); }));
+  {
+    const MetadataKeeper keeper("pipewire-media-session", "kept");
+    ASSERT_TRUE(eventually([&] { return machine.log.contains("the session manager is pipewire-media-session"); }));
+    EXPECT_TRUE(session::ourNodes().empty());
+  }
+  // Any other is trusted.
+  const MetadataKeeper keeper("another", "kept");
+  EXPECT_TRUE(eventually([] { return !session::ourNodes().empty(); })) << machine.log.all();
 }
 
 TEST_F(Recovery, ATapEndedWhileTheDaemonIsAwayDoesNotComeBack) {
