@@ -1,5 +1,6 @@
 // The browsers' tabs on their way to the windows, and a click on its way back.
 #include <cstdint>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
 #include <vector>

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <nlohmann/json.hpp>
 
 #include "RemoteFixture.h"
 

@@ -10,6 +10,7 @@
 
 #include "RuleModel.h"
 #include "StateFixture.h"
+#include "core/Json.h"
 #include "state/SettingsStore.h"
 
 namespace quillmere {

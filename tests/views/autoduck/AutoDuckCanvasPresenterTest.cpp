@@ -4,6 +4,7 @@
 #include <QSignalSpy>
 
 #include "../ViewsFixture.h"
+#include "core/Json.h"
 
 namespace quillmere {
 namespace {
