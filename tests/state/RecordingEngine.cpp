@@ -1,5 +1,5 @@
-// What the recording engine keeps, hands on and tells. Compiled once for all tests that stand on one: its stream alone
-// would cost each of them more than most of what they say themselves.
+// What the recording engine keeps, hands on and tells. Compiled once for all tests that stand on one, since
+// its stream is dear to compile.
 #include "RecordingEngine.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // What the views' tests do with their state, their desktop and their menus. Compiled once for all of them, since it
-// took each as long as its own text.
+// was nearly half of what each took.
 #include "ViewsFixture.h"
 
 #include <gtest/gtest.h>
