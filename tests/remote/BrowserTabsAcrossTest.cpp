@@ -30,7 +30,13 @@ class TabsAcross : public RemoteFixture {
   void open(int count, const std::string& title, const std::string& address = "https://example.org/") {
     std::string text;
     for (int tab = 1; tab <= count; ++tab) {
-      text += "1\t" + std::to_string(tab) + "\t0\t" + title + "\t" + address + "\n";
+      text.append("1\t")
+          .append(std::to_string(tab))
+          .append("\t0\t")
+          .append(title)
+          .append("\t")
+          .append(address)
+          .append("\n");
     }
     box->browsers.setText(chrome, text);
     box->advanceSeconds(3);
