@@ -183,7 +183,7 @@ class Watch {
 /// The commands. Each fills the answer, or gives false when its fields make no sense. [main]
 class Commands {
  public:
-  Commands(AppState& state, const ProcessTapEngine& engine, JumpingClocks& clocks, Watch& watch)
+  Commands(AppState& state, Workspace& workspace, const ProcessTapEngine& engine, JumpingClocks& clocks, Watch& watch)
       : state_(state), clocks_(clocks) {
     table_ = {
         {"away", [&watch](const Fields& fields, Answer& answer) { return watch.answer(fields, answer); }},
@@ -193,6 +193,14 @@ class Commands {
            return true;
          }},
         {"list", [this](const Fields&, Answer& answer) { return list(answer); }},
+        {"processes",
+         [&workspace](const Fields&, Answer& answer) {
+           Answer& processes = answer["processes"] = Answer::object();
+           for (const auto& each : workspace.runningApplications()) {
+             if (each.bundleID) processes[*each.bundleID].push_back(each.pid);
+           }
+           return true;
+         }},
         {"tabs", [this](const Fields&, Answer& answer) { return tabs(answer); }},
         {"activate", [this](const Fields& fields, Answer&) { return activate(fields); }},
         {"gain", [this](const Fields& fields, Answer&) { return gain(fields); }},
@@ -428,7 +436,7 @@ int runAgent() {
   DriverClient driver(engine, background);
   const auto state = AppState::create(machine, runtime, driver);
   Watch watch(main);
-  Commands commands(*state, engine, clocks, watch);
+  Commands commands(*state, *machine.workspace, engine, clocks, watch);
 
   std::thread reader([&] {
     std::string line;

@@ -20,9 +20,6 @@ class FilterAsDefault(MixerTest):
         wait_for(lambda: [device["uid"] for device in self.agent.state()["devices"] if device["default"]] == [sink],
                  "the mixer knows the filter as the output")
 
-    def rows(self):
-        return [app["bundleID"] for app in self.agent.state()["apps"]]
-
     def check(self, *monitors, kinds=("pw-play", "paplay")):
         players = [self.play(kind, f"Filtered {kind}", 500 + 300 * number) for number, kind in enumerate(kinds)]
         apps = [self.agent.wait_until_live(player) for player in players]
@@ -102,7 +99,7 @@ class FilterAside(MixerTest):
             player = self.play("pw-play", "Beside", 500)
             app = self.agent.wait_until_live(player)
             state = self.agent.state()
-            self.assertEqual([entry["bundleID"] for entry in state["apps"]], [app])
+            self.assertEqual(self.rows(), [app])
             self.assertEqual((state["live"], state["mic"]), ([app], []))
             self.agent.ask("whisper")
             self.assert_level(self.desk, player, 0.1)

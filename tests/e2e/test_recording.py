@@ -73,9 +73,6 @@ class RecordingTest(MixerTest):
         """From now on the recorder's taking a microphone turns the player down."""
         self.agent.ask("rule", binary, self.app, 0.3, 500)
 
-    def rows(self):
-        return [app["bundleID"] for app in self.agent.state()["apps"]]
-
     def known(self, binary):
         """The mixer has seen everything that came before this: a later recorder, whose microphone it tells."""
         marker = binary + "-marker"

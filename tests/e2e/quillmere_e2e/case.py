@@ -7,6 +7,7 @@ import unittest
 from . import graph
 from .agent import Agent
 from .players import Player
+from .processes import is_of_this_session
 from .recording import Monitor
 from .settings import forget_settings
 from .tones import to_db
@@ -29,6 +30,7 @@ class MixerTest(unittest.TestCase):
         self.addCleanup(self.wait_until_nothing_of_ours_is_left)
         self.desk = self.enterContext(Monitor(DESK)) if self.listens else None
         self.agent = Agent()
+        self.strangers = set()
         if self.starts_mixer:
             self.enterContext(self.agent)
 
@@ -39,6 +41,18 @@ class MixerTest(unittest.TestCase):
     def play(self, kind, name, hz, **options):
         """Starts a player that plays until the test ends."""
         return self.enterContext(Player(kind, name, hz, amplitude=AMPLITUDE, **options))
+
+    def rows(self):
+        """The list's identifiers, without applications that run outside this session alone: whoever starts the tests may
+        have a browser open, or close it."""
+        self.note_strangers()
+        rows = [app["bundleID"] for app in self.agent.state()["apps"]]
+        self.note_strangers()
+        return [app for app in rows if app not in self.strangers]
+
+    def note_strangers(self):
+        for app, pids in self.agent.ask("processes")["processes"].items():
+            (self.strangers.discard if any(map(is_of_this_session, pids)) else self.strangers.add)(app)
 
     def monitor(self, sink):
         return self.enterContext(Monitor(sink))

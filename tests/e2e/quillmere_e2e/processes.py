@@ -41,6 +41,15 @@ def is_alive(pid):
         return False
 
 
+def is_of_this_session(pid):
+    """Whether a process was started in the private session that this one runs in."""
+    try:
+        environment = Path(f"/proc/{pid}/environ").read_bytes().split(b"\0")
+    except (FileNotFoundError, ProcessLookupError, PermissionError):
+        return False
+    return b"QUILLMERE_SESSION_DIR=" + os.fsencode(os.environ["QUILLMERE_SESSION_DIR"]) in environment
+
+
 def family(pid):
     """A process and its living children."""
     return [pid] + [int(entry) for entry in os.listdir("/proc") if entry.isdigit() and parent_of(entry) == pid and is_alive(entry)]
