@@ -182,25 +182,21 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
     const auto entries = currentEntries();
     // Before the list is read: what happens meanwhile is for the next look.
     auto sign = reader_.sign();
-    if (entries == recordedEntries_ && !sign.empty() && sign == lastSign_ && now < nextListing_) {
-      noteLook(now);
-      return;
+    const bool isOfOtherEntries = entries != recordedEntries_;
+    bool isNew = isOfOtherEntries;
+    if (isOfOtherEntries || sign.empty() || sign != lastSign_ || now >= nextListing_) {
+      lastSign_ = std::move(sign);
+      nextListing_ = now + longestTrust;
+      if (isOfOtherEntries) {
+        recordedEntries_ = entries;
+        records_.clear();
+      }
+      isNew |= readList(now, *entries);
+    } else if (now >= nextCheck_) {
+      isNew = checkThoseDue(now, *entries);
     }
-    lastSign_ = std::move(sign);
-    nextListing_ = now + longestTrust;
-    if (entries != recordedEntries_) {
-      recordedEntries_ = entries;
-      records_.clear();
-    }
-    auto listed = reader_.list();
-    std::ranges::sort(listed, {}, &ProcessReader::Listed::pid);
-    std::map<std::int32_t, Record> next;
-    for (const auto& process : listed) next.emplace(process.pid, checked(process, now, *entries));
-    records_ = std::move(next);
-    for (const auto& [pid, record] : records_) nextListing_ = std::min(nextListing_, record.nextCheck);
-    auto running = summary(*entries);
-    bool isNew = false;
-    {
+    if (isNew) {
+      auto running = summary(*entries);
       const std::lock_guard lock(mutex_);
       isNew = running != running_;
       if (isNew) ++pictureNumber_;
@@ -232,17 +228,56 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
     });
   }
 
-  /// A known process is only asked now and then whether it has become another program.
-  Record checked(const ProcessReader::Listed& process, MonotonicTime now, const DesktopEntries& entries) {
-    const auto known = records_.find(process.pid);
-    const bool isSame = known != records_.end() && known->second.inode == process.inode;
-    if (isSame && now < known->second.nextCheck) return std::move(known->second);
-    if (isSame && reader_.executableOf(process.pid) == known->second.executable) {
-      auto record = std::move(known->second);
+  /// Whether an application may have come or gone with what the list says.
+  bool readList(MonotonicTime now, const DesktopEntries& entries) {
+    auto listed = reader_.list();
+    std::ranges::sort(listed, {}, &ProcessReader::Listed::pid);
+    bool isNew = false;
+    std::map<std::int32_t, Record> next;
+    for (const auto& process : listed) {
+      auto known = records_.extract(process.pid);
+      if (known && known.mapped().inode == process.inode) {
+        const auto place = next.insert(next.end(), std::move(known));
+        isNew |= check(process.pid, place->second, now, entries);
+        continue;
+      }
+      auto record = read(process, now, entries);
+      isNew |= !record.identifier.empty() || (known && !known.mapped().identifier.empty());
+      next.emplace_hint(next.end(), process.pid, std::move(record));
+    }
+    isNew |= std::ranges::any_of(records_, [](const auto& gone) { return !gone.second.identifier.empty(); });
+    records_ = std::move(next);
+    noteNextCheck();
+    return isNew;
+  }
+
+  /// The same where no process has come or gone.
+  bool checkThoseDue(MonotonicTime now, const DesktopEntries& entries) {
+    bool isNew = false;
+    for (auto& [pid, record] : records_) isNew |= check(pid, record, now, entries);
+    noteNextCheck();
+    return isNew;
+  }
+
+  void noteNextCheck() {
+    nextCheck_ = MonotonicTime::max();
+    for (const auto& [pid, record] : records_) nextCheck_ = std::min(nextCheck_, record.nextCheck);
+  }
+
+  /// A known process is only asked now and then whether it has become another program: whether it has, to an
+  /// application or from one.
+  bool check(std::int32_t pid, Record& record, MonotonicTime now, const DesktopEntries& entries) {
+    if (now < record.nextCheck) return false;
+    if (reader_.executableOf(pid) == record.executable) {
       record.interval = std::min(record.interval * 2, lastCheck);
       record.nextCheck = now + record.interval;
-      return record;
+      return false;
     }
+    const auto former = std::exchange(record, read({pid, record.inode}, now, entries));
+    return !former.identifier.empty() || !record.identifier.empty();
+  }
+
+  Record read(const ProcessReader::Listed& process, MonotonicTime now, const DesktopEntries& entries) {
     Record record;
     record.inode = process.inode;
     record.order = ++lastOrder_;
@@ -365,6 +400,8 @@ class ApplicationRegistry::Core : public std::enable_shared_from_this<Core> {
   /// Of the last look that has read the list, and when the next one must at the latest.
   std::string lastSign_;
   MonotonicTime nextListing_{};
+  /// When the first of the records is due.
+  MonotonicTime nextCheck_{};
   std::uint64_t lastOrder_ = 0;
 
   std::mutex entriesMutex_;

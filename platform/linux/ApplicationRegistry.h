@@ -44,7 +44,7 @@ struct KnownApplication {
   friend bool operator==(const KnownApplication&, const KnownApplication&) = default;
 };
 
-/// [any]. A look at the machine costs one directory read, at most once a second, and only while somebody asks; it never
+/// [any]. A look at the machine costs at most one directory read, once a second, and only while somebody asks; it never
 /// happens on [main], where the last picture is given and a new one asked for in the background.
 class ApplicationRegistry {
  public:

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <filesystem>
 #include <latch>
 #include <memory>
 #include <thread>
@@ -249,6 +250,42 @@ TEST_F(ApplicationRegistryTest, AProcessThatBecomesAnotherProgramIsNoticedWhatev
   proc_.replace(100, "/usr/share/spotify/spotify");
   time_.advance(std::chrono::seconds(1));
   EXPECT_EQ(runningIDs(), Ids{"com.spotify.client"});
+}
+
+TEST_F(ApplicationRegistryTest, AnApplicationThatBecomesAnotherProgramIsGoneWhateverTheKernelSays) {
+  proc_.tell(80, 100);
+  proc_.start(100, "/usr/share/spotify/spotify");
+  EXPECT_EQ(runningIDs(), Ids{"com.spotify.client"});
+  proc_.replace(100, "/bin/launcher-script-host");
+  time_.advance(std::chrono::seconds(1));
+  EXPECT_EQ(runningIDs(), Ids{});
+}
+
+TEST_F(ApplicationRegistryTest, ToSeeWhetherAProcessHasBecomeAnotherProgramTheListIsNotRead) {
+  proc_.tell(80, 100);
+  proc_.start(100, "/bin/launcher-script-host");
+  EXPECT_TRUE(running().empty());
+  // Only the list would show it.
+  proc_.start(99, "/usr/share/spotify/spotify");
+  proc_.replace(100, "/usr/bin/totem");
+  time_.advance(std::chrono::seconds(1));
+  EXPECT_EQ(runningIDs(), Ids{"org.gnome.Totem"});
+  time_.advance(std::chrono::seconds(9));
+  EXPECT_EQ(runningIDs(), (Ids{"org.gnome.Totem", "com.spotify.client"}));
+}
+
+TEST_F(ApplicationRegistryTest, ANumberThatIsGivenToAnotherProcessStandsForThatOneAtTheNextLook) {
+  proc_.tell(80, 100);
+  proc_.start(100, "/usr/share/spotify/spotify");
+  EXPECT_EQ(runningIDs(), Ids{"com.spotify.client"});
+  time_.advance(std::chrono::seconds(1));
+  EXPECT_EQ(runningIDs(), Ids{"com.spotify.client"}) << "now it isn't asked again for two seconds";
+  // What is kept under another name can't lend its inode to the new one.
+  std::filesystem::rename(proc_.path() + "/100", proc_.path() + "/gone");
+  proc_.start(100, "/bin/launcher-script-host");
+  proc_.tell(81, 100);
+  time_.advance(std::chrono::seconds(1));
+  EXPECT_EQ(runningIDs(), Ids{});
 }
 
 TEST_F(ApplicationRegistryTest, ALookThatFindsSomethingElseIsRaisedAndOneThatDoesNotIsNot) {
