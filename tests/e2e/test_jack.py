@@ -26,7 +26,7 @@ class Rows(MixerTest):
     def test_a_jack_client_is_listed_and_live_until_it_quits(self):
         player = self.play("jack", "Studio", 500)
         app = self.agent.wait_until_live(player)
-        wait_for(lambda: self.rows() == [app] and self.agent.find(player)["name"] == "Studio",
+        wait_for(lambda: self.rows() == [app] and (self.agent.find(player) or {}).get("name") == "Studio",
                  "it is the only row, under its entry's name")
         self.assertEqual(self.agent.state()["mic"], [])
         self.assert_level(self.desk, player, 1)

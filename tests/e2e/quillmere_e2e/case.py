@@ -52,7 +52,10 @@ class MixerTest(unittest.TestCase):
 
     def note_strangers(self):
         for app, pids in self.agent.ask("processes")["processes"].items():
-            (self.strangers.discard if any(map(is_of_this_session, pids)) else self.strangers.add)(app)
+            if any(is_of_this_session(pid) for pid in pids):
+                self.strangers.discard(app)
+            else:
+                self.strangers.add(app)
 
     def monitor(self, sink):
         return self.enterContext(Monitor(sink))
