@@ -2,16 +2,10 @@
 
 import unittest
 
-import test_automations
 from quillmere_e2e import graph
-from quillmere_e2e.case import AMPLITUDE, DESK, PHONES, MixerTest
-from quillmere_e2e.tones import LEFT, to_db, tone_file
+from quillmere_e2e.case import DESK, PHONES, MixerTest
+from quillmere_e2e.tones import to_db
 from quillmere_e2e.waiting import wait_for
-
-
-def detours():
-    return [node["info"]["props"]["node.name"] for node in graph.Graph().nodes()
-            if node["info"]["props"].get("node.name", "").startswith("app.quillmere.detour-")]
 
 
 def links_of(player):
@@ -44,7 +38,7 @@ class Rows(MixerTest):
 class Taps(MixerTest):
     def setUp(self):
         super().setUp()
-        self.addCleanup(wait_for, lambda: not detours(), "nothing of ours is left beside a JACK client")
+        self.addCleanup(wait_for, lambda: not graph.Graph().detours(), "nothing of ours is left beside a JACK client")
 
     def tapped(self, name="Studio", hz=500, gain=0.5, **options):
         player = self.play("jack", name, hz, **options)
@@ -58,7 +52,7 @@ class Taps(MixerTest):
             with self.subTest(gain=gain):
                 self.agent.gain(app, gain)
                 self.assert_level(self.desk, player, gain)
-        wait_for(lambda: not detours(), "nothing of ours is left")
+        wait_for(lambda: not graph.Graph().detours(), "nothing of ours is left")
 
     def test_its_own_links_are_never_touched(self):
         player = self.play("jack", "Studio", 500)
@@ -69,7 +63,7 @@ class Taps(MixerTest):
         self.assert_level(self.desk, player, 0.5)
         self.assertEqual(links_of(player), own)
         self.agent.gain(app, 1)
-        wait_for(lambda: not detours(), "the detour is gone")
+        wait_for(lambda: not graph.Graph().detours(), "the detour is gone")
         self.assertEqual(links_of(player), own)
         self.assert_level(self.desk, player, 1)
 
@@ -143,7 +137,7 @@ class Taps(MixerTest):
         for link in links_of(player):
             graph.tool("pw-cli", "destroy", str(link))
         self.assert_level(self.desk, player, 0)
-        wait_for(lambda: not detours(), "nothing is to be cancelled any more")
+        wait_for(lambda: not graph.Graph().detours(), "nothing is to be cancelled any more")
         for channel, port in (("FL", "out_0"), ("FR", "out_1")):
             graph.tool("pw-link", f"Studio:{port}", f"{PHONES}:playback_{channel}")
         with self.monitor(PHONES) as phones:
@@ -172,22 +166,6 @@ class Taps(MixerTest):
         self.check_odd_device("quillmere_surround", "Six Ears", "FL,FR,FC,LFE,RL,RR")
 
 
-class Smooth(test_automations.AutomationTest):
-    def test_taking_a_jack_client_over_and_letting_it_go_has_no_click(self):
-        player = self.play("jack", "Smooth Studio", 200, file=tone_file(200, AMPLITUDE, sides=LEFT))
-        self.agent.wait_until_live(player)
-        self.assert_level(self.desk, player, 1)
-
-        def whisper_and_back():
-            self.agent.ask("whisper")
-            self.assert_level(self.desk, player, 0.1)
-            self.agent.ask("whisper")
-            self.assert_level(self.desk, player, 1)
-            wait_for(lambda: not detours(), "it is let go")
-
-        self.assert_no_click(whisper_and_back, player)
-
-
 class Killed(MixerTest):
     def test_a_jack_client_is_back_at_its_own_level_at_once(self):
         phones = self.monitor(PHONES)
@@ -203,7 +181,7 @@ class Killed(MixerTest):
                 self.assert_level(self.desk, player, 1, seconds=1.0)
                 self.assert_level(phones, player, 0)
                 self.assertEqual(links_of(player), own)
-                self.assertEqual(detours(), [])
+                self.assertEqual(graph.Graph().detours(), [])
                 self.agent.start()
                 self.assert_level(phones if route else self.desk, player, gain)
 

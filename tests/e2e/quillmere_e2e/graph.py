@@ -69,6 +69,11 @@ class Graph:
                             "pid": int(owner.get("pipewire.sec.pid", 0)), "name": props.get("node.name")})
         return clients
 
+    def detours(self):
+        """Names of our nodes between a client of JACK's interface and its device."""
+        names = (node["info"]["props"].get("node.name", "") for node in self.nodes())
+        return [name for name in names if name.startswith("app.quillmere.detour-")]
+
     def targets_of(self, node_id):
         """Names of the nodes that a node's output is linked to."""
         return sorted({self.by_id[link["info"]["input-node-id"]]["info"]["props"].get("node.name")
