@@ -89,6 +89,7 @@ function(quillmere_tests name folder)
   target_link_libraries(${name} PRIVATE QuillmereFlags ${ARG_USES} ${ARG_LIBRARIES}
     GTest::gmock GTest::gtest_main Threads::Threads)
   quillmere_precompile(${name} standard test ${ARG_PRECOMPILE})
+  quillmere_join_tests(${name})
   target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests/${folder}")
   if(ARG_WHITEBOX)
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")

@@ -44,3 +44,14 @@ function(quillmere_precompile target)
     target_precompile_headers(${target} PRIVATE ${QUILLMERE_HEADERS_${kind}})
   endforeach()
 endfunction()
+
+# Compiles a test program's sources six at a time: half of what one costs is the templates of the framework and of the
+# library, and those are made once for all of them then. More at a time would save little, and cost whoever changes one.
+function(quillmere_join_tests target)
+  if(NOT QUILLMERE_PRECOMPILE OR QUILLMERE_COMPILE_ONLY)
+    return()
+  endif()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE BATCH UNITY_BUILD_BATCH_SIZE 6)
+  # Of types without linkage in headers: to the compiler, sources that are joined are headers.
+  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+endfunction()

@@ -22,6 +22,8 @@ using Methods = std::vector<Method>;
 inline std::ostream& operator<<(std::ostream& stream, Method method) { return stream << nameOf(method); }
 inline void PrintTo(Method method, std::ostream* stream) { *stream << nameOf(method); }
 
+inline constexpr const char* player = "org.example.Player";
+
 inline const PropertyAddress defaultOutputAddress{audio::defaultOutputDevice, audio::scopeGlobal, 0};
 inline const PropertyAddress deviceListAddress{audio::devices, audio::scopeGlobal, 0};
 

@@ -11,8 +11,6 @@ namespace {
 
 using testing::IsEmpty;
 
-constexpr const char* player = "org.example.Player";
-
 struct MissingOutputTest : EngineFixture {
   std::unique_ptr<ProcessTapEngine> engine = std::make_unique<ProcessTapEngine>(hardware, time.runtime(log));
 

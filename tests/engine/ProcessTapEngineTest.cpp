@@ -20,7 +20,6 @@ using testing::Not;
 using testing::UnorderedElementsAre;
 using Snapshot = CoreAudioProcessMonitor::Snapshot;
 
-constexpr const char* player = "org.example.Player";
 constexpr const char* tornDown = "[org.example.Player] subgraph torn down (audio restored)";
 constexpr const char* noProcess =
     "no CoreAudio process objects for org.example.Player yet (process must be playing audio for the tap to attach)";

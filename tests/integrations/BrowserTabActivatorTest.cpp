@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "BrowserScriptTexts.h"
+#include "Browsers.h"
 #include "platform/memory/MemoryTabScripting.h"
 #include "platform/memory/RecordingLogSink.h"
 #include "runtime/VirtualTime.h"
@@ -19,9 +20,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
 using ::testing::SizeIs;
-
-constexpr const char* chrome = "com.google.Chrome";
-constexpr const char* safari = "com.apple.Safari";
 
 class TabActivator : public ::testing::Test {
  protected:

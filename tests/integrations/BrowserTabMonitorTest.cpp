@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "BrowserScriptTexts.h"
+#include "Browsers.h"
 #include "platform/memory/MemoryTabScripting.h"
 #include "platform/memory/RecordingLogSink.h"
 #include "runtime/VirtualTime.h"
@@ -22,11 +23,9 @@ using ::testing::IsEmpty;
 using ::testing::Key;
 using ::testing::SizeIs;
 
-constexpr const char* chrome = "com.google.Chrome";
 constexpr const char* brave = "com.brave.Browser";
 constexpr const char* arc = "company.thebrowser.Browser";
 constexpr const char* edge = "com.microsoft.edgemac";
-constexpr const char* safari = "com.apple.Safari";
 
 // Scripts. ------------------------------------------------------------------------------------------------------------
 

@@ -25,7 +25,7 @@
 namespace quillmere {
 namespace {
 
-constexpr auto deadline = std::chrono::seconds(10);
+constexpr auto longEnough = std::chrono::seconds(10);
 
 class WindowsLauncherOnLinux : public ::testing::Test {
  protected:
@@ -43,11 +43,11 @@ class WindowsLauncherOnLinux : public ::testing::Test {
   }
   bool waitForAnswer(const std::string& wanted) {
     std::unique_lock lock(mutex);
-    return changed.wait_for(lock, deadline, [&] { return !messages.empty() && messages.back() == wanted; });
+    return changed.wait_for(lock, longEnough, [&] { return !messages.empty() && messages.back() == wanted; });
   }
   bool waitForEnd() {
     std::unique_lock lock(mutex);
-    return changed.wait_for(lock, deadline, [&] { return ends > 0; });
+    return changed.wait_for(lock, longEnough, [&] { return ends > 0; });
   }
 
   RecordingLogSink log;

@@ -204,7 +204,8 @@ TEST_F(LinuxWorkspaceTest, AnAddressIsHandedToTheDesktopsOpener) {
   bin.write("xdg-open", "#!/bin/sh\nprintf '%s' \"$1\" > \"" + bin.path("opened") + ".tmp\" && mv \"" +
                             bin.path("opened") + ".tmp\" \"" + bin.path("opened") + "\"\n");
   std::filesystem::permissions(bin.path("xdg-open"), std::filesystem::perms::owner_all);
-  const std::string oldPath = std::getenv("PATH");
+  const char* const path = std::getenv("PATH");
+  const std::string oldPath = path != nullptr ? path : "";
   ::setenv("PATH", (bin.path() + ":" + oldPath).c_str(), 1);
   EXPECT_TRUE(workspace_->openURL("https://example.org/a?b=c&d='e'"));
   ::setenv("PATH", oldPath.c_str(), 1);

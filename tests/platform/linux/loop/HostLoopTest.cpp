@@ -23,7 +23,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-constexpr auto deadline = 10s;
+constexpr auto longEnough = 10s;
 
 class Loop : public ::testing::Test {
  protected:
@@ -45,7 +45,7 @@ class Loop : public ::testing::Test {
     char word = 0;
     return ::read(ends[0], &word, 1) == 1 ? word : '\0';
   }
-  bool isDone() { return done.get_future().wait_for(deadline) == std::future_status::ready; }
+  bool isDone() { return done.get_future().wait_for(longEnough) == std::future_status::ready; }
 
   HostLoop loop;
   std::array<int, 2> ends{-1, -1};
@@ -293,7 +293,7 @@ TEST(HostLoop, TheProcessHasOneForAsLongAsSomebodyHoldsIt) {
   auto next = HostLoop::ofProcess();
   std::promise<void> ran;
   next->post([&] { ran.set_value(); });
-  EXPECT_EQ(ran.get_future().wait_for(deadline), std::future_status::ready);
+  EXPECT_EQ(ran.get_future().wait_for(longEnough), std::future_status::ready);
 }
 
 TEST(HostLoopDeathTest, ItsThreadCannotEndIt) {

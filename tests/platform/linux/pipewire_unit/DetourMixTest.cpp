@@ -9,12 +9,12 @@
 namespace quillmere::pipewire::test {
 namespace {
 
-constexpr std::size_t frames = 64;
-using Samples = std::array<float, frames>;
+constexpr std::size_t mixedFrames = 64;
+using Samples = std::array<float, mixedFrames>;
 
 Samples tone(float amplitude, float step) {
   Samples samples{};
-  for (std::size_t frame = 0; frame < frames; ++frame) {
+  for (std::size_t frame = 0; frame < mixedFrames; ++frame) {
     samples[frame] = amplitude * std::sin(step * static_cast<float>(frame));
   }
   return samples;
@@ -30,7 +30,7 @@ struct DetourMixTest : ::testing::Test {
 
   void cycle() {
     for (auto* samples : {&inverseOne, &inverseOther, &left, &right}) samples->fill(9.0F);
-    mix.process({inputs, inverses, left.data(), right.data(), frames, 48000.0});
+    mix.process({inputs, inverses, left.data(), right.data(), mixedFrames, 48000.0});
   }
   void glide() {
     for (int number = 0; number < 5; ++number) cycle();
@@ -46,7 +46,7 @@ TEST_F(DetourMixTest, ClosedItPlaysNothing) {
 TEST_F(DetourMixTest, OpenItCancelsToTheLastBitAndHandsEverythingOn) {
   mix.setOpen(true);
   glide();
-  for (std::size_t frame = 0; frame < frames; ++frame) {
+  for (std::size_t frame = 0; frame < mixedFrames; ++frame) {
     EXPECT_EQ(one[frame] + inverseOne[frame], 0.0F);
     EXPECT_EQ(other[frame] + inverseOther[frame], 0.0F);
   }
@@ -61,7 +61,7 @@ TEST_F(DetourMixTest, OnTheWayNothingIsLostOrDoubled) {
   for (int number = 0; number < 4; ++number) {
     one.fill(0.5F);
     cycle();
-    for (std::size_t frame = 0; frame < frames; ++frame) {
+    for (std::size_t frame = 0; frame < mixedFrames; ++frame) {
       EXPECT_FLOAT_EQ(one[frame] + inverseOne[frame] + left[frame], one[frame]);
       // Evenly, over 240 frames.
       EXPECT_NEAR(left[frame] - before, before == one[frame] ? 0.0F : 0.5F / 240.0F, 1e-6F);
@@ -81,7 +81,7 @@ TEST_F(DetourMixTest, ItClosesAsEvenly) {
   float before = 0.5F;
   for (int number = 0; number < 4; ++number) {
     cycle();
-    for (std::size_t frame = 0; frame < frames; ++frame) {
+    for (std::size_t frame = 0; frame < mixedFrames; ++frame) {
       EXPECT_NEAR(before - left[frame], before == 0.0F ? 0.0F : 0.5F / 240.0F, 1e-6F);
       EXPECT_FLOAT_EQ(one[frame] + inverseOne[frame] + left[frame], one[frame]);
       before = left[frame];
@@ -117,7 +117,7 @@ TEST_F(DetourMixTest, AnOutputWithoutALinkIsLeftAlone) {
   mix.setOpen(true);
   glide();
   inverses[0] = nullptr;
-  mix.process({inputs, inverses, nullptr, right.data(), frames, 48000.0});
+  mix.process({inputs, inverses, nullptr, right.data(), mixedFrames, 48000.0});
   EXPECT_EQ(right, other);
 }
 

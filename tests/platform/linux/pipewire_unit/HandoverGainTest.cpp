@@ -13,11 +13,11 @@
 namespace quillmere::pipewire::test {
 namespace {
 
-constexpr std::uint32_t frames = 256;
+constexpr std::uint32_t cycleFrames = 256;
 
 struct Buffers {
-  std::vector<float> input = std::vector<float>(2 * frames, 1.0F);
-  std::vector<float> output = std::vector<float>(2 * frames, 9.0F);
+  std::vector<float> input = std::vector<float>(2 * cycleFrames, 1.0F);
+  std::vector<float> output = std::vector<float>(2 * cycleFrames, 9.0F);
 };
 
 /// What a constant of one becomes over so many frames.
@@ -25,9 +25,9 @@ std::vector<float> run(TapRealtime& tap, std::uint32_t count, float value = 1.0F
   std::vector<float> heard;
   Buffers buffers;
   std::fill(buffers.input.begin(), buffers.input.end(), value);
-  for (std::uint32_t done = 0; done < count; done += frames) {
-    tap.process(buffers.input.data(), buffers.output.data(), frames);
-    for (std::uint32_t i = 0; i < frames; ++i) heard.push_back(buffers.output[2 * i]);
+  for (std::uint32_t done = 0; done < count; done += cycleFrames) {
+    tap.process(buffers.input.data(), buffers.output.data(), cycleFrames);
+    for (std::uint32_t i = 0; i < cycleFrames; ++i) heard.push_back(buffers.output[2 * i]);
   }
   return heard;
 }
@@ -47,21 +47,21 @@ TEST(HandoverGain, TimeConstantIsThirtyMilliseconds) {
 
 TEST(TapRealtime, BeforeAStartThereIsSilence) {
   TapRealtime tap;
-  EXPECT_EQ(run(tap, frames), std::vector<float>(frames, 0.0F));
+  EXPECT_EQ(run(tap, cycleFrames), std::vector<float>(cycleFrames, 0.0F));
 }
 
 TEST(TapRealtime, APlainStartPlaysTheBlockFromTheFirstFrame) {
   TapRealtime tap;
   const auto block = blockWithGain(0.25F);
   tap.startPlain(&block);
-  EXPECT_EQ(run(tap, frames), std::vector<float>(frames, 0.25F));
+  EXPECT_EQ(run(tap, cycleFrames), std::vector<float>(cycleFrames, 0.25F));
 }
 
 TEST(TapRealtime, ABlockThatWritesNothingIsSilent) {
   TapRealtime tap;
   const IOBlock block = [](const AudioBufferList&, const AudioBufferList&) {};
   tap.startPlain(&block);
-  EXPECT_EQ(run(tap, frames), std::vector<float>(frames, 0.0F));
+  EXPECT_EQ(run(tap, cycleFrames), std::vector<float>(cycleFrames, 0.0F));
 }
 
 TEST(TapRealtime, AGlideBeginsAtTheGainOfBeforeAndEndsAtTheBlocks) {
@@ -80,7 +80,7 @@ TEST(TapRealtime, AGlideWaitsForTheFirstSound) {
   const auto block = blockWithGain(0.0F);
   tap.startFrom(&block, 1.0F);
   run(tap, 2048, 0.0F);
-  EXPECT_NEAR(run(tap, frames).front(), 1.0F, 0.001F);
+  EXPECT_NEAR(run(tap, cycleFrames).front(), 1.0F, 0.001F);
 }
 
 TEST(TapRealtime, AGlideThatHasWaitedTooLongIsDropped) {
@@ -88,7 +88,7 @@ TEST(TapRealtime, AGlideThatHasWaitedTooLongIsDropped) {
   const auto block = blockWithGain(0.25F);
   tap.startFrom(&block, 1.0F);
   run(tap, 12000, 0.0F);
-  EXPECT_EQ(run(tap, frames), std::vector<float>(frames, 0.25F));
+  EXPECT_EQ(run(tap, cycleFrames), std::vector<float>(cycleFrames, 0.25F));
 }
 
 TEST(TapRealtime, AtTheSameGainAGlideChangesNothing) {
@@ -102,7 +102,7 @@ TEST(TapRealtime, AReleaseHoldsThenGlidesToUnityAndSaysSo) {
   TapRealtime tap;
   const auto block = blockWithGain(0.2F);
   tap.startPlain(&block);
-  run(tap, frames);
+  run(tap, cycleFrames);
   tap.stop(0.2F);
   const auto heard = run(tap, 24000);
   EXPECT_EQ(heard[2399], 0.2F);
@@ -116,7 +116,7 @@ TEST(TapRealtime, AHeldReleaseStaysWhereItIsAndGoesOnFromThere) {
   TapRealtime tap;
   const auto block = blockWithGain(0.2F);
   tap.startPlain(&block);
-  run(tap, frames);
+  run(tap, cycleFrames);
   tap.stop(0.2F);
   const float last = run(tap, 4096).back();
   tap.hold();
@@ -130,10 +130,10 @@ TEST(TapRealtime, AReleaseThatNoCycleHasSeenIsHeldAtTheGainItWasGiven) {
   TapRealtime tap;
   const auto block = blockWithGain(0.2F);
   tap.startPlain(&block);
-  run(tap, frames);
+  run(tap, cycleFrames);
   tap.stop(0.2F);
   tap.hold();
-  EXPECT_EQ(run(tap, frames), std::vector<float>(frames, 0.2F));
+  EXPECT_EQ(run(tap, cycleFrames), std::vector<float>(cycleFrames, 0.2F));
 }
 
 TEST(TapRealtime, AReleaseThatNoCycleHasSeenIsTakenUpAtTheGainItWasGiven) {
@@ -141,20 +141,20 @@ TEST(TapRealtime, AReleaseThatNoCycleHasSeenIsTakenUpAtTheGainItWasGiven) {
   const auto quiet = blockWithGain(0.2F);
   const auto loud = blockWithGain(0.9F);
   tap.startPlain(&quiet);
-  run(tap, frames);
+  run(tap, cycleFrames);
   tap.stop(0.2F);
   tap.startFromRelease(&loud);
-  EXPECT_NEAR(run(tap, frames).front(), 0.2F, 0.001F);
+  EXPECT_NEAR(run(tap, cycleFrames).front(), 0.2F, 0.001F);
 }
 
 TEST(TapRealtime, AReleaseAtUnityIsThereAtOnce) {
   TapRealtime tap;
   const auto block = blockWithGain(1.0F);
   tap.startPlain(&block);
-  run(tap, frames);
+  run(tap, cycleFrames);
   tap.stop(1.0F);
   EXPECT_FALSE(tap.isAtUnity());
-  run(tap, frames);
+  run(tap, cycleFrames);
   EXPECT_TRUE(tap.isAtUnity());
 }
 
@@ -164,14 +164,14 @@ TEST(TapRealtime, AReleaseInTheMiddleOfAGlideGoesOnFromWhatIsHeard) {
   tap.startFrom(&block, 1.0F);
   const float last = run(tap, 1024).back();
   tap.stop(0.0F);
-  EXPECT_NEAR(run(tap, frames).front(), last, 0.001F);
+  EXPECT_NEAR(run(tap, cycleFrames).front(), last, 0.001F);
 }
 
 TEST(TapRealtime, AnAdoptedTapGoesOnFromItsOwnRelease) {
   TapRealtime tap;
   const auto block = blockWithGain(0.2F);
   tap.startPlain(&block);
-  run(tap, frames);
+  run(tap, cycleFrames);
   tap.stop(0.2F);
   const float last = run(tap, 4096).back();
   EXPECT_FLOAT_EQ(tap.releaseGain(), last);
@@ -192,7 +192,7 @@ TEST(TapRealtime, NoCallOfTheBlockFollowsTheReturnOfStop) {
     };
     std::thread audio([&] {
       Buffers buffers;
-      while (!isOver) tap.process(buffers.input.data(), buffers.output.data(), frames);
+      while (!isOver) tap.process(buffers.input.data(), buffers.output.data(), cycleFrames);
     });
     tap.startPlain(&block);
     while (tap.cycles() < 2) std::this_thread::yield();

@@ -9,13 +9,13 @@
 namespace quillmere::pipewire::test {
 namespace {
 
-constexpr std::size_t frames = 480;
+constexpr std::size_t followedFrames = 480;
 
 struct TapFollowerTest : ::testing::Test {
   std::shared_ptr<std::atomic<float>> target = std::make_shared<std::atomic<float>>(0.5F);
   TapFollower follower{target, 48000.0};
-  std::array<float, 2 * frames> input{};
-  std::array<float, 2 * frames> output{};
+  std::array<float, 2 * followedFrames> input{};
+  std::array<float, 2 * followedFrames> output{};
 
   TapFollowerTest() { input.fill(1.0F); }
   void cycle() {

@@ -18,7 +18,7 @@
 namespace quillmere {
 namespace {
 
-constexpr auto deadline = std::chrono::seconds(10);
+constexpr auto longEnough = std::chrono::seconds(10);
 
 /// What has come, and a place to wait for it.
 class Inbox {
@@ -37,11 +37,11 @@ class Inbox {
   }
   bool waitForMessages(std::size_t count) {
     std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, deadline, [&] { return messages_.size() >= count; });
+    return changed_.wait_for(lock, longEnough, [&] { return messages_.size() >= count; });
   }
   bool waitForEnd() {
     std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, deadline, [&] { return isClosed_; });
+    return changed_.wait_for(lock, longEnough, [&] { return isClosed_; });
   }
   std::vector<std::string> messages() {
     const std::scoped_lock lock(mutex_);
@@ -90,7 +90,7 @@ TEST_F(Sockets, WhatWaitsIsCountedAndItsEndIsTold) {
   Inbox other;
   const SocketChannel far(std::exchange(ends[1], -1), other.events());
   ASSERT_TRUE(other.waitForMessages(2));
-  EXPECT_EQ(drained.get_future().wait_for(deadline), std::future_status::ready);
+  EXPECT_EQ(drained.get_future().wait_for(longEnough), std::future_status::ready);
   EXPECT_EQ(near.waitingBytes(), 0U);
 }
 

@@ -8,18 +8,9 @@
 namespace quillmere::support {
 namespace {
 
-constexpr const char* portal = "org.freedesktop.portal.Desktop";
 constexpr const char* notifications = "org.freedesktop.Notifications";
-constexpr const char* properties = "org.freedesktop.DBus.Properties";
 constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
 constexpr const char* requestPath = "/org/freedesktop/portal/desktop/request/";
-
-std::string printed(GVariant* value) {
-  char* text = g_variant_print(value, FALSE);
-  std::string copy = text;
-  g_free(text);
-  return copy;
-}
 
 /// The options of a question are its last argument.
 GVariant* optionsOf(GVariant* body) { return g_variant_get_child_value(body, g_variant_n_children(body) - 1); }

@@ -10,20 +10,10 @@ namespace {
 
 constexpr const char* watcher = "org.kde.StatusNotifierWatcher";
 constexpr const char* watcherPath = "/StatusNotifierWatcher";
-constexpr const char* portal = "org.freedesktop.portal.Desktop";
 constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* settings = "org.freedesktop.portal.Settings";
 constexpr const char* item = "org.kde.StatusNotifierItem";
 constexpr const char* menu = "com.canonical.dbusmenu";
-constexpr const char* properties = "org.freedesktop.DBus.Properties";
-
-std::string printed(GVariant* value) {
-  if (value == nullptr) return "";
-  char* text = g_variant_print(value, FALSE);
-  std::string copy = text;
-  g_free(text);
-  return copy;
-}
 
 std::shared_ptr<GVariant> shared(GVariant* value) {
   return value == nullptr ? nullptr : std::shared_ptr<GVariant>(value, g_variant_unref);

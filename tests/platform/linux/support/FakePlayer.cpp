@@ -10,7 +10,6 @@ namespace {
 
 constexpr const char* path = "/org/mpris/MediaPlayer2";
 constexpr const char* player = "org.mpris.MediaPlayer2.Player";
-constexpr const char* properties = "org.freedesktop.DBus.Properties";
 
 }  // namespace
 

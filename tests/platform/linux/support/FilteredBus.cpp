@@ -8,6 +8,14 @@
 
 namespace quillmere::support {
 
+std::string printed(GVariant* value) {
+  if (value == nullptr) return "";
+  char* text = g_variant_print(value, FALSE);
+  std::string copy = text;
+  g_free(text);
+  return copy;
+}
+
 struct FilteredBus::Link {
   std::mutex mutex;
   Filter filter;

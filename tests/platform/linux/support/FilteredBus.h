@@ -9,6 +9,12 @@
 
 namespace quillmere::support {
 
+inline constexpr const char* portal = "org.freedesktop.portal.Desktop";
+inline constexpr const char* properties = "org.freedesktop.DBus.Properties";
+
+/// As text, without types; nothing for null.
+[[nodiscard]] std::string printed(GVariant* value);
+
 /// A test fails where it can't connect; `connection()` is null then.
 class FilteredBus {
  public:
