@@ -89,7 +89,7 @@ function(quillmere_tests name folder)
   target_link_libraries(${name} PRIVATE QuillmereFlags ${ARG_USES} ${ARG_LIBRARIES}
     GTest::gmock GTest::gtest_main Threads::Threads)
   quillmere_precompile(${name} standard test ${ARG_PRECOMPILE})
-  quillmere_join_tests(${name})
+  quillmere_join_sources(${name})
   target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests/${folder}")
   if(ARG_WHITEBOX)
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")

@@ -45,9 +45,9 @@ function(quillmere_precompile target)
   endforeach()
 endfunction()
 
-# Compiles a test program's sources six at a time: half of what one costs is the templates of the framework and of the
-# library, and those are made once for all of them then. More at a time would save little, and cost whoever changes one.
-function(quillmere_join_tests target)
+# Compiles a target's sources six at a time, as tests' are: half of what one costs is the templates of the framework and of
+# the library, and those are made once for all of them then. More at a time would save little, and cost whoever changes one.
+function(quillmere_join_sources target)
   if(NOT QUILLMERE_PRECOMPILE OR QUILLMERE_COMPILE_ONLY)
     return()
   endif()

@@ -1,4 +1,5 @@
 """A default output that is gone for a moment, that is asked for and comes late, or is refused: who plays goes on."""
+# takes: a minute
 
 import os
 import signal

@@ -1,4 +1,5 @@
 """A filter before the device is no application: what plays into it is heard through it, at its own gain."""
+# takes: a minute
 
 import unittest
 

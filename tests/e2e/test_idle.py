@@ -1,4 +1,5 @@
 """While every application is at its own level, nothing of ours stands in the graph and nothing of ours wakes with it."""
+# takes: a minute
 
 import unittest
 

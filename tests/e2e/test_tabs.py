@@ -1,6 +1,7 @@
 """The tabs of a real browser: listed as the browser has them, brought to the front by a click, and right again after
 whatever has ended."""
 # needs: display
+# takes: a minute
 
 import http.server
 import os

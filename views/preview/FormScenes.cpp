@@ -65,7 +65,7 @@ void fillForms(PreviewMachine& box) {
 
 namespace {
 
-void fillEmpty(PreviewMachine& box) {
+void fillEmptyForm(PreviewMachine& box) {
   box.addDevice("speakers", "Built-in Audio Analog Stereo");
   box.start();
   box.state->setDuckRule({{}, {}, 0.3F, 300, 1500});
@@ -111,7 +111,7 @@ void fillProfiles(PreviewMachine& box) {
   box.state->applyProfile(box.state->profiles()->at(1).id);
 }
 
-void fillFocus(PreviewMachine& box) {
+void fillFocusForm(PreviewMachine& box) {
   fillForms(box);
   box.state->setFocusCandidateBundleIDs({"org.example.noise", "org.gnome.Rhythmbox3"});
   box.state->setPomodoroFocusBundleID("org.example.noise");
@@ -228,30 +228,30 @@ std::vector<PreviewScene> formScenes() {
           [](QQuickWindow& window) {
             if (auto* page = named(window, "page")) page->setProperty("contentY", 380);
           })},
-      {"duck-empty", Window::main, fillEmpty, at("Auto-Duck", scrollDown)},
+      {"duck-empty", Window::main, fillEmptyForm, at("Auto-Duck", scrollDown)},
       {"duck-crowded", Window::main, fillCrowded, at("Auto-Duck", scrollDown)},
       {"picker", Window::main, fillForms, pick({})},
       {"picker-filtered", Window::main, fillForms, pick("org.")},
       {"picker-no-match", Window::main, fillForms, pick("xyzzy")},
-      {"focus-ready", Window::main, fillFocus, at("Focus")},
-      {"focus-empty", Window::main, fillEmpty, at("Focus")},
+      {"focus-ready", Window::main, fillFocusForm, at("Focus")},
+      {"focus-empty", Window::main, fillEmptyForm, at("Focus")},
       {"focus-crowded", Window::main, fillCrowded, at("Focus", scrollDown)},
       {"focus-running", Window::main,
        [](PreviewMachine& box) {
-         fillFocus(box);
+         fillFocusForm(box);
          box.state->startPomodoroFocus();
          box.advance(431);
        },
        at("Focus")},
       {"focus-break", Window::main,
        [](PreviewMachine& box) {
-         fillFocus(box);
+         fillFocusForm(box);
          box.state->startPomodoroFocus();
          box.state->skipPomodoroToBreak();
          box.advance(62);
        },
        at("Focus")},
-      {"focus-hover", Window::main, fillFocus,
+      {"focus-hover", Window::main, fillFocusForm,
        at("Focus",
           [](QQuickWindow& window) {
             scrollDown(window);
@@ -262,7 +262,7 @@ std::vector<PreviewScene> formScenes() {
       {"profiles-selected", Window::main, fillProfiles,
        at("Profiles", [](QQuickWindow& window) { clickButton(window, "Evening"); })},
       {"profiles-dirty", Window::main, fillProfiles, at("Profiles", editProfile)},
-      {"profiles-none", Window::main, fillEmpty, at("Profiles")},
+      {"profiles-none", Window::main, fillEmptyForm, at("Profiles")},
       {"profiles-crowded", Window::main, fillCrowded, at("Profiles")},
       {"profiles-menu", Window::main, fillProfiles,
        at("Profiles",

@@ -48,7 +48,7 @@ std::function<void(QQuickWindow&)> at(const std::string& section, const Wanted& 
   };
 }
 
-void fillProfiles(PreviewMachine& box) {
+void fillProfilesForKeys(PreviewMachine& box) {
   fillForms(box);
   box.state->addProfile("Evening");
 }
@@ -67,8 +67,8 @@ std::vector<PreviewScene> keyScenes() {
       {"keys-toggle", Window::main, fillForms,
        at("Settings", with("label", shownText("PreferencesCanvas", "Show duck banner during calls")))},
       {"keys-cell", Window::main, fillForms, at("Focus", with("text", "Spotify"))},
-      {"keys-tile", Window::main, fillProfiles, at("Profiles", with("text", "Evening"))},
-      {"keys-button", Window::main, fillProfiles,
+      {"keys-tile", Window::main, fillProfilesForKeys, at("Profiles", with("text", "Evening"))},
+      {"keys-button", Window::main, fillProfilesForKeys,
        at("Profiles", with("text", shownText("ProfileEditor", "Sync from current mixer")))},
       {"keys-onboarding", Window::onboarding, fillForms,
        [](QQuickWindow& window) { comeTo(window, with("text", shownText("OnboardingWindow", "Continue"))); }},
