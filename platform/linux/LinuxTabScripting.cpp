@@ -37,11 +37,11 @@ class LinuxTabScripting::Lines {
     std::function<void()> changed;
   };
 
-  Lines(const Runtime& runtime, const std::shared_ptr<ApplicationRegistry>& registry, LinuxTabScriptingOptions options)
+  Lines(const Runtime& runtime, std::shared_ptr<ApplicationRegistry> registry, LinuxTabScriptingOptions options)
       : listener(tabs::HostListenerOptions{
                      .runtimeFolder = options.runtimeFolder ? *options.runtimeFolder : tabs::sessionRuntimeFolder(),
                      .identify =
-                         [registry, &background = runtime.background](std::int32_t hostPID, auto found) {
+                         [registry, &background = runtime.background](std::int32_t hostPID, const auto& found) {
                            background.post([registry, hostPID, found] { found(browserOf(*registry, hostPID)); });
                          },
                      .version = std::string(appVersion()),
@@ -53,7 +53,7 @@ class LinuxTabScripting::Lines {
                          },
                      .told = [this] { changes.raise(); }},
                  runtime.clocks, runtime.log),
-        applications(registry) {}
+        applications(std::move(registry)) {}
 
   const std::shared_ptr<Observer> observer = std::make_shared<Observer>();
   ChangeSignal changes;
@@ -74,7 +74,7 @@ std::optional<std::string> start(ApplicationRegistry& registry, const std::strin
   const bool isStarted = g_app_info_launch(G_APP_INFO(entry), nullptr, nullptr, &error) != FALSE;
   g_object_unref(entry);
   if (isStarted) return std::nullopt;
-  const std::string message = error == nullptr ? "it did not start" : error->message;
+  std::string message = error == nullptr ? "it did not start" : error->message;
   g_clear_error(&error);
   return message;
 }
@@ -86,7 +86,7 @@ TabScriptResult answer(tabs::HostListener& listener, ApplicationRegistry& regist
   } else if (listener.activate(request.bundleID, request.window, request.tab) ==
              tabs::HostListener::Activation::nobodyThere) {
     // It has gone since the last poll, and the tab with it; who wants it gets the browser.
-    if (const auto words = start(registry, request.bundleID)) result.error = TabScriptResult::Error{*words, *words, 1};
+    if (const auto words = start(registry, request.bundleID)) result.error = TabScriptResult::Error{words, *words, 1};
   }
   return result;
 }
@@ -104,7 +104,7 @@ class Question final : public TabScript {
 
 LinuxTabScripting::LinuxTabScripting(const Runtime& runtime, std::shared_ptr<ApplicationRegistry> registry,
                                      LinuxTabScriptingOptions options)
-    : lines_(std::make_shared<Lines>(runtime, registry, std::move(options))) {}
+    : lines_(std::make_shared<Lines>(runtime, std::move(registry), std::move(options))) {}
 
 LinuxTabScripting::~LinuxTabScripting() = default;
 

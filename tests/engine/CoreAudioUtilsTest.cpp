@@ -9,7 +9,6 @@ namespace quillmere {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using Line = RecordingLogSink::Line;
 
 struct CoreAudioUtilsTest : EngineFixture {
@@ -53,8 +52,8 @@ TEST_F(CoreAudioUtilsTest, TheDefaultOutputIsAbsentWhereItCannotBeReadOrIsNone) 
 
 TEST_F(CoreAudioUtilsTest, ATextIsAbsentForAFailedReadAndForANullReference) {
   EXPECT_EQ(CoreAudioUtils::readString(hardware, speakers, audio::deviceUID), "speakers");
-  const auto silent = hardware.addDevice({.uid = "x", .name = std::nullopt});
-  EXPECT_EQ(CoreAudioUtils::readString(hardware, silent, audio::objectName), std::nullopt);
+  const auto object = hardware.addDevice({.uid = "x", .name = std::nullopt});
+  EXPECT_EQ(CoreAudioUtils::readString(hardware, object, audio::objectName), std::nullopt);
   EXPECT_EQ(CoreAudioUtils::readString(hardware, 9999, audio::deviceUID), std::nullopt);
 }
 

@@ -164,9 +164,10 @@ TEST(TabListText, ARecordThatComesTwiceIsThereTwice) {
 }
 
 TEST(TabListText, TitlesOfAnyScriptLengthAndContentArriveAsTheyAre) {
-  const std::string titles[] = {"שלום עולם",           "👩‍👩‍👧 emoji",     "<b>bold</b> &amp; more",
-                                "a\x01\x1B[31m",       std::string("nul\0within", 10), "\u202Egnp.exe",
-                                "broken \xC3\x28\xFF", std::string(100000, 'x')};
+  const std::string titles[] = {"שלום עולם", "👩‍👩‍👧 emoji", "<b>bold</b> &amp; more",
+                                // NOLINTNEXTLINE(misc-misleading-bidirectional): that is the point.
+                                "a\x01\x1B[31m", std::string("nul\0within", 10), "\u202Egnp.exe", "broken \xC3\x28\xFF",
+                                std::string(100000, 'x')};
   for (const auto& title : titles) {
     const auto tabs = parsed("1\t1\t0\t" + title + "\tu\n");
     ASSERT_THAT(tabs, SizeIs(1)) << title;

@@ -127,8 +127,8 @@ TEST(DetourMix, ASurroundDeviceIsMixedToTwoAndCancelledPortByPort) {
   mix.setOpen(true);
   const std::array<float, 3> levels{0.25F, -0.5F, 1.0F};
   std::array<float, 3> inverse{};
-  std::array<const float*, 3> inputs{&levels[0], &levels[1], &levels[2]};
-  std::array<float*, 3> inverses{&inverse[0], &inverse[1], &inverse[2]};
+  std::array<const float*, 3> inputs{levels.data(), &levels[1], &levels[2]};
+  std::array<float*, 3> inverses{inverse.data(), &inverse[1], &inverse[2]};
   float left = 0.0F;
   float right = 0.0F;
   for (int frame = 0; frame < 300; ++frame) mix.process({inputs, inverses, &left, &right, 1, 48000.0});

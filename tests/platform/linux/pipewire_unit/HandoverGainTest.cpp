@@ -16,8 +16,8 @@ namespace {
 constexpr std::uint32_t cycleFrames = 256;
 
 struct Buffers {
-  std::vector<float> input = std::vector<float>(2 * cycleFrames, 1.0F);
-  std::vector<float> output = std::vector<float>(2 * cycleFrames, 9.0F);
+  std::vector<float> input = std::vector<float>(std::size_t{2} * cycleFrames, 1.0F);
+  std::vector<float> output = std::vector<float>(std::size_t{2} * cycleFrames, 9.0F);
 };
 
 /// What a constant of one becomes over so many frames.
@@ -27,7 +27,7 @@ std::vector<float> run(TapRealtime& tap, std::uint32_t count, float value = 1.0F
   std::fill(buffers.input.begin(), buffers.input.end(), value);
   for (std::uint32_t done = 0; done < count; done += cycleFrames) {
     tap.process(buffers.input.data(), buffers.output.data(), cycleFrames);
-    for (std::uint32_t i = 0; i < cycleFrames; ++i) heard.push_back(buffers.output[2 * i]);
+    for (std::uint32_t i = 0; i < cycleFrames; ++i) heard.push_back(buffers.output[std::size_t{2} * i]);
   }
   return heard;
 }

@@ -71,7 +71,7 @@ TEST_F(Sockets, MessagesArriveWholeAndInOrder) {
   SocketChannel near(ends[0], inbox.events());
   SocketChannel far(std::exchange(ends[1], -1), other.events());
   std::vector<std::string> sent;
-  for (int number = 0; number < 500; ++number) sent.push_back(std::string(static_cast<std::size_t>(number), 'x'));
+  for (int number = 0; number < 500; ++number) sent.emplace_back(static_cast<std::size_t>(number), 'x');
   for (const auto& message : sent) near.send(message);
   ASSERT_TRUE(other.waitForMessages(sent.size()));
   EXPECT_EQ(other.messages(), sent);
