@@ -1,5 +1,5 @@
 // The IO algorithm: tapped audio to the device with a gliding gain, measured on the way.
-// It knows two buffer lists, three shared words and a coefficient, and nothing of any platform.
+// It knows two buffer lists, four shared words and a coefficient, and nothing of any platform.
 #pragma once
 
 #include <atomic>

@@ -1,4 +1,4 @@
-// What survives a restart: all of it is read once at the start, each kind of data has its own write.
+// What survives a restart: all of it is read once at the start, and each kind of record has a write of its own.
 // Keys, types and defaults are listed in docs/settings.md.
 #pragma once
 

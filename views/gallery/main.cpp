@@ -1,5 +1,5 @@
 // Shows the gallery; with --shot FILE saves a picture of it and ends.
-// --page NAME picks one page ("symbols" or "components"), --still N waits for N frames before the picture.
+// --page NAME picks one page ("symbols" or "components").
 #include <QtQml/qqmlextensionplugin.h>
 #include <QCommandLineParser>
 #include <QGuiApplication>
