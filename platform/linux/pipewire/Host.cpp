@@ -138,6 +138,7 @@ void Host::onConnected(pw_core* core) {
 
 void Host::onLost() {
   director_.suspend();
+  hasToldOfKeeper_ = false;
   volume_.forget();
   uncertain_.clear();
   firstSync_ = secondSync_ = refreshSync_ = secondRefreshSync_ = -1;

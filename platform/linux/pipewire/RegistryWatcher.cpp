@@ -140,6 +140,7 @@ void RegistryWatcher::detach() {
     pw_proxy_destroy(bound->proxy);
   }
   bound_.clear();
+  keepers_.clear();
   metadata_ = 0;
   toldAgain_.reset();
   spa_hook_remove(&listener_);
@@ -187,7 +188,9 @@ void RegistryWatcher::metadataRefreshed() {
 }
 
 std::string RegistryWatcher::metadataKeeper() const {
-  const auto found = keeper_ ? model_.clients().find(*keeper_) : model_.clients().end();
+  const auto kept = keepers_.find(metadata_);
+  const auto keeper = kept == keepers_.end() ? std::nullopt : kept->second;
+  const auto found = keeper ? model_.clients().find(*keeper) : model_.clients().end();
   return found == model_.clients().end() ? std::string() : std::string(text(found->second.properties, PW_KEY_APP_NAME));
 }
 
@@ -202,6 +205,11 @@ void RegistryWatcher::bindMetadata(GlobalID id) {
   if (bound == nullptr) return;
   metadata_ = id;
   pw_metadata_add_listener(reinterpret_cast<pw_metadata*>(bound->proxy), &bound->listener, &metadataEvents, bound);
+}
+
+void RegistryWatcher::followMetadata() {
+  for (auto kept = keepers_.begin(); kept != keepers_.end() && metadata_ == 0; ++kept) bindMetadata(kept->first);
+  if (metadata_ != 0) events_.metadataPresence(true);
 }
 
 RegistryWatcher::Bound* RegistryWatcher::bind(GlobalID id, const char* type, std::uint32_t version) {
@@ -286,10 +294,10 @@ void RegistryWatcher::onGlobal(GlobalID id, const char* type, std::uint32_t, con
       }
       return;
     }
-    if (name != "default" || metadata_ != 0) return;
-    keeper_ = number(properties, PW_KEY_CLIENT_ID);
-    bindMetadata(id);
-    if (metadata_ != 0) events_.metadataPresence(true);
+    if (name != "default") return;
+    keepers_[id] = number(properties, PW_KEY_CLIENT_ID);
+    if (metadata_ != 0) return;
+    followMetadata();
     events_.unsettled();
   } else {
     return;
@@ -303,6 +311,7 @@ void RegistryWatcher::onGlobalRemoved(GlobalID id) {
   }
   const bool wasMetadata = id == metadata_ && metadata_ != 0;
   model_.remove(id);
+  keepers_.erase(id);
   if (const auto found = bound_.find(id); found != bound_.end()) {
     spa_hook_remove(&found->second->listener);
     pw_proxy_destroy(found->second->proxy);
@@ -313,6 +322,7 @@ void RegistryWatcher::onGlobalRemoved(GlobalID id) {
     toldAgain_.reset();
     model_.clearMetadata();
     events_.metadataPresence(false);
+    followMetadata();
   }
   events_.changed();
 }

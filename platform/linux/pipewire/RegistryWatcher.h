@@ -70,6 +70,8 @@ class RegistryWatcher final : public MetadataWriter {
   void onGlobalRemoved(GlobalID id);
   Bound* bind(GlobalID id, const char* type, std::uint32_t version);
   void bindMetadata(GlobalID id);
+  /// Binds the oldest of those that are there.
+  void followMetadata();
   void onNodeParam(GlobalID id, const spa_pod* param);
   void onRoute(Bound& device, std::uint32_t index, const spa_pod* param);
 
@@ -80,7 +82,9 @@ class RegistryWatcher final : public MetadataWriter {
   std::map<GlobalID, std::unique_ptr<Bound>> bound_;
   /// Global id of the `default` metadata; 0 where there is none.
   GlobalID metadata_ = 0;
-  std::optional<GlobalID> keeper_;
+  /// All `default` metadata that are there, with the client that keeps each. One session manager may start while
+  /// another still runs.
+  std::map<GlobalID, std::optional<GlobalID>> keepers_;
   /// What has been told since the last refresh began; absent while none is on its way.
   std::optional<std::set<std::pair<GlobalID, std::string>>> toldAgain_;
 };

@@ -116,7 +116,7 @@ Status TapDirector::destroyDevice(AudioObjectID device) {
   if (found == devices_.end()) return badObjectError;
   detach(found->second, 1.0F);
   devices_.erase(found);
-  askForOutputs();
+  if (isRunning_) askForOutputs();
   return noErr;
 }
 

@@ -734,6 +734,16 @@ TEST_F(TapDirectorTest, ADeviceStoppedWhileTheSessionManagerIsGoneStaysSilent) {
   EXPECT_EQ(paths.size(), 1U);
 }
 
+TEST_F(TapDirectorTest, ADeviceThatGoesWhileTheSessionManagerIsGoneHasNoOutputAskedFor) {
+  const auto built = build();
+  start(build(false, "usb"));
+  director.suspend();
+  end(built, 1.0F);
+  EXPECT_TRUE(finder.needed.empty());
+  director.resume();
+  EXPECT_EQ(finder.needed, std::set<Destination>{"usb"});
+}
+
 TEST_F(TapDirectorTest, UnknownObjectsAndSecondStartsAreAnsweredWithACode) {
   const auto built = build();
   IOProcID other = 0;
