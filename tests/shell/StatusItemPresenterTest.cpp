@@ -5,7 +5,7 @@
 
 #include <set>
 
-#include "StateFixture.h"
+#include "StartedState.h"
 #include "platform/memory/MemoryStatusItem.h"
 #include "platform/memory/MemoryWindowSystem.h"
 #include "shell/StatusBarController.h"
@@ -13,13 +13,7 @@
 namespace quillmere {
 namespace {
 
-/// What stands on the state is made after it.
-class Started : public StateFixture {
- protected:
-  Started() { startWithThree(); }
-};
-
-class Icon : public Started {
+class Icon : public StartedState {
  protected:
   Icon() {
     controller.observeMenu([this] { presenter.refresh(); });

@@ -8,7 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "LineLauncher.h"
-#include "StateFixture.h"
+#include "StartedState.h"
 #include "remote/SeamVersion.h"
 #include "remote/SendMessage.h"
 
@@ -17,13 +17,7 @@ namespace {
 
 using nlohmann::json;
 
-/// What stands on the state is made after it.
-class Started : public StateFixture {
- protected:
-  Started() { startWithThree(); }
-};
-
-class WindowsOfTheProgram : public Started {
+class WindowsOfTheProgram : public StartedState {
  protected:
   WindowsOfTheProgram() { launcher.greeting = {{"type", "hello"}, {"version", seamVersion()}}; }
   WindowsIntents intents() {

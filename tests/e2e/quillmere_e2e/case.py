@@ -7,7 +7,7 @@ import unittest
 from . import graph
 from .agent import Agent
 from .players import Player
-from .processes import is_of_this_session
+from .processes import is_of_this_session, name_of, names_in_this_session
 from .recording import Monitor
 from .settings import forget_settings
 from .tones import to_db
@@ -51,10 +51,12 @@ class MixerTest(unittest.TestCase):
         return [app for app in rows if app not in self.strangers]
 
     def note_strangers(self):
+        """One process stands for all of an application. Of two sessions that play under one name it may be the other's."""
         for app, pids in self.agent.ask("processes")["processes"].items():
-            if any(is_of_this_session(pid) for pid in pids):
+            told = [is_of_this_session(pid) for pid in pids]
+            if True in told or {name_of(pid) for pid in pids} & names_in_this_session():
                 self.strangers.discard(app)
-            else:
+            elif None not in told:
                 self.strangers.add(app)
 
     def monitor(self, sink):

@@ -42,12 +42,30 @@ def is_alive(pid):
 
 
 def is_of_this_session(pid):
-    """Whether a process was started in the private session that this one runs in."""
+    """Whether a process was started in the private session that this one runs in; None for one that has ended, or that
+    has no environment."""
     try:
         environment = Path(f"/proc/{pid}/environ").read_bytes().split(b"\0")
-    except (FileNotFoundError, ProcessLookupError, PermissionError):
+    except PermissionError:
         return False
+    except (FileNotFoundError, ProcessLookupError):
+        return None
+    if environment == [b""]:
+        return None
     return b"QUILLMERE_SESSION_DIR=" + os.fsencode(os.environ["QUILLMERE_SESSION_DIR"]) in environment
+
+
+def name_of(pid):
+    """The file that a process runs, without its folder; None for one that has gone."""
+    try:
+        return os.path.basename(os.readlink(f"/proc/{pid}/exe"))
+    except (FileNotFoundError, ProcessLookupError, PermissionError):
+        return None
+
+
+def names_in_this_session():
+    """What runs in this session, by the names of the files."""
+    return {name_of(pid) for pid in os.listdir("/proc") if pid.isdigit() and is_of_this_session(pid)} - {None}
 
 
 def family(pid):

@@ -21,11 +21,12 @@
 #include <vector>
 
 #include "platform/memory/RecordingLogSink.h"
+#include "support/Patience.h"
 
 namespace quillmere {
 namespace {
 
-constexpr auto longEnough = std::chrono::seconds(10);
+using support::longEnough;
 
 class WindowsLauncherOnLinux : public ::testing::Test {
  protected:

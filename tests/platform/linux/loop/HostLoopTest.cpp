@@ -14,6 +14,7 @@
 #include <thread>
 #include <vector>
 
+#include "../support/Patience.h"
 #include "platform/linux/loop/DescriptorWatch.h"
 #include "platform/linux/loop/HostTimer.h"
 
@@ -23,7 +24,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-constexpr auto longEnough = 10s;
+using support::longEnough;
 
 class Loop : public ::testing::Test {
  protected:

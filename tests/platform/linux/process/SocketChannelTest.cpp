@@ -15,10 +15,12 @@
 #include <utility>
 #include <vector>
 
+#include "../support/Patience.h"
+
 namespace quillmere {
 namespace {
 
-constexpr auto longEnough = std::chrono::seconds(10);
+using support::longEnough;
 
 /// What has come, and a place to wait for it.
 class Inbox {

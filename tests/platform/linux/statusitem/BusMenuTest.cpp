@@ -14,15 +14,8 @@ namespace {
 using bus::Variant;
 using samples::action;
 using samples::choice;
+using samples::printed;
 using samples::submenu;
-
-std::string printed(const Variant& value) {
-  if (!value) return "null";
-  char* text = g_variant_print(value.get(), FALSE);
-  std::string copy = text;
-  g_free(text);
-  return copy;
-}
 
 class BusMenuOf : public ::testing::Test {
  protected:

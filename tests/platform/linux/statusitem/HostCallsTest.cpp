@@ -13,15 +13,8 @@ namespace quillmere::statusitem {
 namespace {
 
 using bus::owned;
+using samples::printed;
 using ::testing::IsEmpty;
-
-std::string printed(const bus::Variant& value) {
-  if (!value) return "nothing";
-  char* text = g_variant_print(value.get(), FALSE);
-  std::string copy(text);
-  g_free(text);
-  return copy;
-}
 
 class CallsOfPanels : public ::testing::Test {
  protected:

@@ -1,4 +1,4 @@
-// Menus for tests, written briefly.
+// Menus for tests, written briefly, and what is said of them as text.
 #pragma once
 
 #include <gio/gio.h>
@@ -7,7 +7,9 @@
 #include <utility>
 #include <vector>
 
+#include "../support/FilteredBus.h"
 #include "platform/StatusItem.h"
+#include "platform/linux/bus/Handles.h"
 
 namespace quillmere::samples {
 
@@ -37,6 +39,8 @@ inline StatusMenuItem choice(int id, std::string title, bool isChecked) {
   item.isChecked = isChecked;
   return item;
 }
+
+inline std::string printed(const bus::Variant& value) { return support::printed(value.get()); }
 
 /// Open (key 0), a line, Whisper with its mark, a timer, two profiles of which the second is on, Quit.
 inline std::vector<StatusMenuItem> menu() {
