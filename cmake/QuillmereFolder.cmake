@@ -10,6 +10,9 @@ add_library(QuillmereFlags INTERFACE)
 target_compile_features(QuillmereFlags INTERFACE cxx_std_20)
 # Contraction would change the last bit of the gain formula from one machine to the next.
 target_compile_options(QuillmereFlags INTERFACE ${QUILLMERE_WARNINGS} -ffp-contract=off)
+# Where sources are joined, what one has at its top stands above the others, which have never heard of it. Builds that don't
+# join still look for these.
+target_compile_options(QuillmereFlags INTERFACE $<$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>:-Wno-shadow>)
 target_compile_definitions(QuillmereFlags INTERFACE
   $<$<BOOL:${QUILLMERE_THREAD_CHECKS}>:QUILLMERE_THREAD_CHECKS=1>)
 
