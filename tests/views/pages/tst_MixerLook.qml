@@ -200,6 +200,7 @@ Item {
             verify(titles.includes("Headset"));
             mouseClick(menu.madeMenu.itemAt(titles.indexOf("Headset")));
             tryCompare(Finder.named(card, "deviceIcon"), "name", "headphones");
+            tryCompare(menu.madeMenu, "visible", false);
             mouseClick(menu);
             tryCompare(menu.madeMenu, "opened", true);
             compare(menu.madeMenu.itemAt(titles.indexOf("Headset")).checked, true);
