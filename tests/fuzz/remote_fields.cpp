@@ -18,12 +18,14 @@
 #include "support/AnyMessages.h"
 #include "support/AnyValues.h"
 #include "support/Bytes.h"
+#include "support/FormOf.h"
 #include "support/Require.h"
 #include "support/Silence.h"
 
 namespace {
 
 using namespace quillmere;
+using fuzz::formOf;
 using nlohmann::json;
 
 /// Performs what changes a field by itself, as the mixer does.
@@ -51,14 +53,6 @@ class PlainState final : public MixerState {
     });
   }
 };
-
-/// All fields as they travel.
-std::string formOf(MixerState& state, const Runtime& runtime) {
-  std::string form;
-  const MixerHost host(
-      state, runtime, [&form](const json& message) { form = encodeMessage(message); }, [] { return false; });
-  return form;
-}
 
 class World {
  public:

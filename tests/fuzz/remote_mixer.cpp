@@ -20,19 +20,14 @@
 #include "support/AnyMessages.h"
 #include "support/AnyValues.h"
 #include "support/Bytes.h"
+#include "support/FormOf.h"
 #include "support/Require.h"
 
 namespace {
 
 using namespace quillmere;
+using fuzz::formOf;
 using nlohmann::json;
-
-std::string formOf(MixerState& state, const Runtime& runtime) {
-  std::string form;
-  const MixerHost host(
-      state, runtime, [&form](const json& message) { form = encodeMessage(message); }, [] { return false; });
-  return form;
-}
 
 const std::vector<std::string>& types() {
   static const std::vector<std::string> list{"call",
