@@ -209,7 +209,9 @@ void RegistryWatcher::bindMetadata(GlobalID id) {
 
 void RegistryWatcher::followMetadata() {
   for (auto kept = keepers_.begin(); kept != keepers_.end() && metadata_ == 0; ++kept) bindMetadata(kept->first);
-  if (metadata_ != 0) events_.metadataPresence(true);
+  if (metadata_ == 0) return;
+  events_.metadataPresence(true);
+  events_.unsettled();
 }
 
 RegistryWatcher::Bound* RegistryWatcher::bind(GlobalID id, const char* type, std::uint32_t version) {
@@ -296,9 +298,7 @@ void RegistryWatcher::onGlobal(GlobalID id, const char* type, std::uint32_t, con
     }
     if (name != "default") return;
     keepers_[id] = number(properties, PW_KEY_CLIENT_ID);
-    if (metadata_ != 0) return;
-    followMetadata();
-    events_.unsettled();
+    if (metadata_ == 0) followMetadata();
   } else {
     return;
   }

@@ -70,7 +70,7 @@ class RegistryWatcher final : public MetadataWriter {
   void onGlobalRemoved(GlobalID id);
   Bound* bind(GlobalID id, const char* type, std::uint32_t version);
   void bindMetadata(GlobalID id);
-  /// Binds the oldest of those that are there.
+  /// Binds one of those that are there, if none is bound.
   void followMetadata();
   void onNodeParam(GlobalID id, const spa_pod* param);
   void onRoute(Bound& device, std::uint32_t index, const spa_pod* param);
