@@ -13,7 +13,6 @@
 
 #include "LineLauncher.h"
 #include "VirtualMachine.h"
-#include "remote/MixerHost.h"
 #include "remote/RemoteState.h"
 #include "remote/SeamVersion.h"
 #include "shell/WindowsProcess.h"
