@@ -18,6 +18,7 @@ from quillmere_e2e.waiting import wait_for
 BUILD = Path(os.environ["QUILLMERE_BUILD"])
 LOGS = Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs"
 SETTLED_SHARE = 5.0
+STEADY_SECONDS = 3
 TRAY, QUICK, MIXER = "bare Qt tray program", "bare Qt Quick window", "pavucontrol"
 # Nobody reads the screen aloud here; the tests' session says otherwise, and a tree for it has its price.
 ENVIRONMENT = {name: value for name, value in os.environ.items()
@@ -59,9 +60,16 @@ class Program:
         return family(self.pid)
 
     def settled(self):
-        """Started up and no longer busy with that."""
-        wait_for(lambda: self.process.poll() is None and share_of(self, 1) < SETTLED_SHARE,
-                 f"{self.process.args[0]} has come to rest", 60)
+        """Started up and no longer busy with that: at rest, or, where it draws levels all the time, at a steady pace."""
+        def is_settled():
+            if self.process.poll() is not None:
+                return False
+            if share_of(self, 1) < SETTLED_SHARE:
+                return True
+            before, now = (share_of(self, STEADY_SECONDS) for _ in range(2))
+            return abs(now - before) < before / 10
+
+        wait_for(is_settled, f"{self.process.args[0]} has come to rest", 60)
         return self
 
     def __enter__(self):
