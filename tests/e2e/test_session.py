@@ -1,11 +1,15 @@
 """The ground that the other tests stand on: stock players without Quillmere arrive at the device as they were sent."""
 
+import subprocess
 import unittest
+from pathlib import Path
 
 from quillmere_e2e import graph
 from quillmere_e2e.players import KINDS, Player
 from quillmere_e2e.recording import Monitor
 from quillmere_e2e.tones import to_db
+
+PRIVATE_SESSION = Path(__file__).resolve().parent.parent.parent / "scripts" / "private-session"
 
 
 class StockPlayers(unittest.TestCase):
@@ -38,6 +42,20 @@ class StockPlayers(unittest.TestCase):
             graph.session_control(*words)
             self.assertEqual(graph.Graph().default_sink(), "quillmere_test_sink_a")
         self.assertNotEqual(graph.daemon_pid("wireplumber"), before)
+
+    def test_a_session_sees_no_process_but_its_own(self):
+        apart = ["unshare", "--pid", "--fork", "--mount", "--propagation", "unchanged", "true"]
+        if subprocess.run(apart, stderr=subprocess.DEVNULL, check=False).returncode != 0:
+            self.skipTest("the kernel lets nobody but root hide processes, or not here")
+        lines = "from pathlib import Path; print(*[each.read_bytes() for each in Path('/proc').glob('[0-9]*/cmdline')])"
+        with subprocess.Popen(["sleep", "600"]) as outside:
+            try:
+                told = subprocess.run([PRIVATE_SESSION, "--no-display", "--", "/usr/bin/python3", "-c", lines],
+                                      stdout=subprocess.PIPE, text=True, timeout=60, check=True).stdout
+            finally:
+                outside.kill()
+        self.assertIn("wireplumber", told)
+        self.assertNotIn("sleep\\x00600", told)
 
 
 if __name__ == "__main__":

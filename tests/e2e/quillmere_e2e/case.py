@@ -43,8 +43,8 @@ class MixerTest(unittest.TestCase):
         return self.enterContext(Player(kind, name, hz, amplitude=AMPLITUDE, **options))
 
     def rows(self):
-        """The list's identifiers, without applications that run outside this session alone: whoever starts the tests may
-        have a browser open, or close it."""
+        """The list's identifiers, without applications that run outside this session alone: where a session sees processes
+        that are not its own, whoever starts the tests may have a browser open, or close it."""
         self.note_strangers()
         rows = [app["bundleID"] for app in self.agent.state()["apps"]]
         self.note_strangers()
@@ -56,7 +56,7 @@ class MixerTest(unittest.TestCase):
             told = [is_of_this_session(pid) for pid in pids]
             if True in told or {name_of(pid) for pid in pids} & names_in_this_session():
                 self.strangers.discard(app)
-            elif None not in told:
+            elif False in told:
                 self.strangers.add(app)
 
     def monitor(self, sink):
