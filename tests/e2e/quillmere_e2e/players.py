@@ -92,8 +92,7 @@ class Player:
 
     def launch(self):
         """Starts the client."""
-        log = open(Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / f"{self.binary}.log", "ab")
-        with log:
+        with open(self._log(), "ab") as log:
             self.process = subprocess.Popen(self.command(), stdin=subprocess.DEVNULL, stdout=log, stderr=log)
 
     def start(self):
@@ -102,6 +101,13 @@ class Player:
         wait_for(lambda: any(stream["state"] == "running" for stream in self.streams()),
                  f"{self.name} ({self.kind}) plays")
         return self
+
+    def last_words(self):
+        """The last line that it has written."""
+        return (self._log().read_text(encoding="utf-8", errors="replace").splitlines() or ["nothing"])[-1]
+
+    def _log(self):
+        return Path(os.environ["QUILLMERE_SESSION_DIR"]) / "logs" / f"{self.binary}.log"
 
     def _socket(self):
         return Path(os.environ["QUILLMERE_SESSION_DIR"]) / f"{self.binary}.socket"
@@ -193,8 +199,14 @@ class Crowd:
         for member in self.members:
             member.launch()
         # Looking asks the daemon about every object, and it has two hundred to make.
-        wait_for(lambda: len(self.running(graph.Graph())) == len(self.members), "all applications play", 60, pause=1)
+        wait_for(self._all_run, "all applications play", 60, pause=1)
         return self
+
+    def _all_run(self):
+        ended = [member for member in self.members if not member.alive()]
+        if ended:
+            raise AssertionError(f"{len(ended)} of {len(self.members)} have ended, {ended[0].name} with: {ended[0].last_words()}")
+        return len(self.running(graph.Graph())) == len(self.members)
 
     def running(self, seen):
         """Its streams that run."""
