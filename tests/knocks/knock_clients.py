@@ -8,11 +8,11 @@ sys.path.insert(0, str(Path(__file__).resolve().parent))
 
 from quillmere_knocks.knock import Fell, main
 from quillmere_knocks.stage import LISTED_SECONDS, Staged
-from quillmere_knocks.visitors import Visitors
 
 from quillmere_e2e.case import PHONES
 from quillmere_e2e.players import Crowd
 from quillmere_e2e.tones import tone_file
+from quillmere_e2e.visitors import Visitors
 from quillmere_e2e.waiting import wait_for
 
 # Clients of one try, and how many of them are there at the same time.

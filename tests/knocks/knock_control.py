@@ -9,12 +9,12 @@ sys.path.insert(0, str(Path(__file__).resolve().parent))
 
 from quillmere_knocks.ear import Ear, Tone
 from quillmere_knocks.knock import Knock, main
-from quillmere_knocks.visitors import Visitors
 
 from quillmere_e2e import graph
 from quillmere_e2e.case import DESK
 from quillmere_e2e.players import Player
 from quillmere_e2e.tones import to_db
+from quillmere_e2e.visitors import Visitors
 from quillmere_e2e.waiting import wait_for
 
 AMPLITUDE = 0.15

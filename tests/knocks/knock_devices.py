@@ -8,7 +8,8 @@ sys.path.insert(0, str(Path(__file__).resolve().parent))
 
 from quillmere_knocks.knock import main
 from quillmere_knocks.stage import Staged
-from quillmere_knocks.visitors import Visitors
+
+from quillmere_e2e.visitors import Visitors
 
 # Comings and goings of one try.
 ROUNDS = 20

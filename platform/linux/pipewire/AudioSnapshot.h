@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "GraphModel.h"
@@ -64,6 +66,21 @@ struct AudioSnapshot {
 
   [[nodiscard]] const DeviceSnapshot* device(AudioObjectID id) const;
   [[nodiscard]] const ProcessSnapshot* process(AudioObjectID id) const;
+};
+
+/// A share of a snapshot. What it gives lives no longer than it does, so one without a name gives nothing: a loop over a
+/// part of such a one would go on after the snapshot has been freed. [any]
+class SharedSnapshot {
+ public:
+  explicit SharedSnapshot(std::shared_ptr<const AudioSnapshot> snapshot) : snapshot_(std::move(snapshot)) {}
+
+  [[nodiscard]] const AudioSnapshot& operator*() const& { return *snapshot_; }
+  [[nodiscard]] const AudioSnapshot* operator->() const& { return snapshot_.get(); }
+  const AudioSnapshot& operator*() const&& = delete;
+  const AudioSnapshot* operator->() const&& = delete;
+
+ private:
+  std::shared_ptr<const AudioSnapshot> snapshot_;
 };
 
 /// Linear volumes by node.

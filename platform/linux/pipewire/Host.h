@@ -37,9 +37,9 @@ class Host {
   /// Gives every stream back and ends the thread. [any but loop]
   ~Host();
 
-  [[nodiscard]] std::shared_ptr<const AudioSnapshot> snapshot() const {
+  [[nodiscard]] SharedSnapshot snapshot() const {
     const std::lock_guard lock(shared_.mutex);
-    return shared_.snapshot;
+    return SharedSnapshot(shared_.snapshot);
   }
   [[nodiscard]] bool isTapDevice(AudioObjectID device) const {
     const std::lock_guard lock(shared_.mutex);

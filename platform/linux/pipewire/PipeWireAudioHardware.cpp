@@ -38,7 +38,8 @@ PipeWireAudioHardware::~PipeWireAudioHardware() = default;
 
 std::vector<AudioClient> PipeWireAudioHardware::audioClients() const {
   std::vector<AudioClient> clients;
-  for (const auto& process : host_->snapshot()->processes) {
+  const auto snapshot = host_->snapshot();
+  for (const auto& process : snapshot->processes) {
     clients.push_back({process.identifier, process.pid, process.displayName, process.hasPlayed});
   }
   return clients;

@@ -132,5 +132,8 @@ class Agent:
     def __enter__(self):
         return self if self.process else self.start()
 
-    def __exit__(self, *_):
-        self.stop()
+    def __exit__(self, kind, *_):
+        """A mixer that ends by itself is a fault, whatever the test looked at."""
+        code = self.stop()
+        if kind is None and code not in (None, 0):
+            raise AssertionError(f"the mixer has ended with code {code}")

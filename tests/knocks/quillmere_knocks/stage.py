@@ -117,8 +117,10 @@ class Staged(Knock):
     def heard(self, mark, limit=HEARD_SECONDS, **how):
         try:
             return self.ear.settled(self.tones(**how), mark, limit)
-        except Fell:
+        except Fell as fall:
             self.keep(f"try-{self.tries}")
+            if self.agent.process.poll() is not None:
+                raise Fell(f"the mixer has ended by itself with code {self.agent.process.returncode}; {fall}") from fall
             raise
 
     def survived(self, since):

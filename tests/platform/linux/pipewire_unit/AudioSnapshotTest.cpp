@@ -1,7 +1,9 @@
 // From the daemon's events to devices, processes and what has changed.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <set>
+#include <utility>
 
 #include "Graph.h"
 #include "platform/linux/pipewire/AudioSnapshot.h"
@@ -10,12 +12,26 @@
 namespace quillmere::pipewire::test {
 namespace {
 
+template <typename Share>
+constexpr bool isReadWithoutAName = requires(Share share) { std::move(share)->processes; } ||
+                                    requires(Share share) { (*std::move(share)).processes; };
+
 struct AudioSnapshotTest : ::testing::Test {
   Graph graph;
   ObjectIDs ids;
   Volumes pending;
   [[nodiscard]] AudioSnapshot take() { return takeSnapshot(graph.model, pending, ids); }
 };
+
+TEST_F(AudioSnapshotTest, AShareThatNobodyHoldsCannotBeRead) {
+  // A loop over a part of it reads what another thread may free meanwhile.
+  static_assert(!isReadWithoutAName<SharedSnapshot>);
+  static_assert(isReadWithoutAName<std::shared_ptr<const AudioSnapshot>>);
+  graph.sink(1, "one");
+  const SharedSnapshot share(std::make_shared<const AudioSnapshot>(take()));
+  EXPECT_EQ(share->devices.size(), 1U);
+  EXPECT_EQ((*share).devices.size(), 1U);
+}
 
 TEST_F(AudioSnapshotTest, ADeviceWithoutADescriptionGoesByItsNickOrName) {
   graph.sink(1, "one", {{"node.nick", "One"}});

@@ -5,8 +5,6 @@ import select
 import subprocess
 from pathlib import Path
 
-from .knock import Fell
-
 
 class Visitors:
     def __init__(self):
@@ -25,7 +23,7 @@ class Visitors:
         ready, _, _ = select.select([self.process.stdout], [], [], seconds)
         answer = self.process.stdout.readline().decode().strip() if ready else "no answer"
         if answer != "ok":
-            raise Fell(f"visitors: {' '.join(map(str, words))}: {answer}")
+            raise AssertionError(f"visitors: {' '.join(map(str, words))}: {answer}")
 
     def stop(self):
         self.process.stdin.close()
