@@ -186,6 +186,9 @@ class Crowd:
     the last, can be told from the others in a recording."""
 
     SOLOS = (1000, 2000, 3000)
+    # The daemon's socket holds 128 clients that it has not come to yet. The library of one more takes the refusal for a
+    # connection that is on its way, and finds it broken.
+    AT_ONCE = 100
 
     def __init__(self, count):
         quiet = tone_file(500, 0.001)
@@ -196,21 +199,23 @@ class Crowd:
             self.members[place] = soloist
 
     def start(self):
-        for member in self.members:
-            member.launch()
-        # Looking asks the daemon about every object, and it has two hundred to make.
-        wait_for(self._all_run, "all applications play", 60, pause=1)
+        for first in range(0, len(self.members), self.AT_ONCE):
+            for member in self.members[first:first + self.AT_ONCE]:
+                member.launch()
+            # Looking asks the daemon about every object, and it has two hundred to make.
+            wait_for(self._all_run, "all applications play", 60, pause=1)
         return self
 
     def _all_run(self):
-        ended = [member for member in self.members if not member.alive()]
+        begun = [member for member in self.members if member.process]
+        ended = [member for member in begun if not member.alive()]
         if ended:
-            raise AssertionError(f"{len(ended)} of {len(self.members)} have ended, {ended[0].name} with: {ended[0].last_words()}")
-        return len(self.running(graph.Graph())) == len(self.members)
+            raise AssertionError(f"{len(ended)} of {len(begun)} have ended, {ended[0].name} with: {ended[0].last_words()}")
+        return len(self.running(graph.Graph())) == len(begun)
 
     def running(self, seen):
         """Its streams that run."""
-        pids = {member.pid for member in self.members}
+        pids = {member.pid for member in self.members if member.process}
         return [stream for stream in seen.output_streams() if stream["pid"] in pids and stream["state"] == "running"]
 
     def tapped(self, seen):
