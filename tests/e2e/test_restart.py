@@ -1,7 +1,9 @@
 """The daemon or the session manager restarted, singly or together: list, taps and gains are back within three seconds."""
 
+import contextlib
 import os
 import signal
+import socket
 import time
 import unittest
 
@@ -129,6 +131,31 @@ class Restart(MixerTest):
         player.stop()
         player.start()
         self.assert_level(self.desk, player, 0.5, seconds=SECONDS)
+
+
+class FullQueue(MixerTest):
+    """So many clients wait for a daemon that is busy that its socket takes no more."""
+
+    starts_mixer = False
+    listens = False
+
+    def test_a_mixer_that_starts_then_is_there_once_the_daemon_has_come_to_them(self):
+        daemon = graph.daemon_pid("pipewire")
+        with contextlib.ExitStack() as crowd:
+            os.kill(daemon, signal.SIGSTOP)
+            crowd.callback(os.kill, daemon, signal.SIGCONT)
+            with contextlib.suppress(BlockingIOError):
+                while True:
+                    one = crowd.enter_context(socket.socket(socket.AF_UNIX, socket.SOCK_STREAM | socket.SOCK_NONBLOCK))
+                    one.connect(os.path.join(os.environ["XDG_RUNTIME_DIR"], "pipewire-0"))
+            self.agent.launch()
+            self.addCleanup(self.agent.stop)
+            wait_for(lambda: "the audio daemon is gone" in self.agent.log.read_text(encoding="utf-8"), "it has been refused")
+        wait_for(lambda: self.agent.state()["devices"], "the mixer knows its devices")
+        player = self.play("pw-play", "Late", 500)
+        self.agent.gain(self.agent.wait_until_live(player), 0.5)
+        with Monitor(DESK) as desk:
+            self.assert_level(desk, player, 0.5)
 
 
 if __name__ == "__main__":

@@ -22,10 +22,13 @@ class Agent:
         self.process = None
         self._received = b""
 
-    def start(self):
+    def launch(self):
         with open(self.log, "ab") as log:
             self.process = subprocess.Popen([self.program], stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=log)
         self._received = b""
+
+    def start(self):
+        self.launch()
         wait_for(lambda: self.state()["devices"], "the mixer knows its devices")
         return self
 
