@@ -68,8 +68,8 @@ struct AudioSnapshot {
   [[nodiscard]] const ProcessSnapshot* process(AudioObjectID id) const;
 };
 
-/// A share of a snapshot. What it gives lives no longer than it does, so one without a name gives nothing: a loop over a
-/// part of such a one would go on after the snapshot has been freed. [any]
+/// A share of a snapshot. What it gives lives no longer than it does, so one without a name gives nothing: a loop over
+/// a part of such a one would go on after the snapshot has been freed. [any]
 class SharedSnapshot {
  public:
   explicit SharedSnapshot(std::shared_ptr<const AudioSnapshot> snapshot) : snapshot_(std::move(snapshot)) {}

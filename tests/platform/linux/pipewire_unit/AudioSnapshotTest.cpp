@@ -13,8 +13,8 @@ namespace quillmere::pipewire::test {
 namespace {
 
 template <typename Share>
-constexpr bool isReadWithoutAName = requires(Share share) { std::move(share)->processes; } ||
-                                    requires(Share share) { (*std::move(share)).processes; };
+constexpr bool isReadWithoutAName =
+    requires(Share share) { std::move(share)->processes; } || requires(Share share) { (*std::move(share)).processes; };
 
 struct AudioSnapshotTest : ::testing::Test {
   Graph graph;
